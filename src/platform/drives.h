@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <optional>
+
+namespace tessaly {
+
+/// What a drive is, by the numbers 0 to 5 that drive queries use.
+enum class DriveType { Unknown, Removable, Fixed, Network, CdRom, RamDisk };
+
+/// "Unknown", "Removable", "Fixed", "Network", "CD-ROM" or "RAM Disk".
+QString driveTypeName(DriveType type);
+
+/// One mounted volume.
+struct Volume {
+    QString root;  ///< ends in its separator
+    QString name;  ///< its label or device, for people to recognise it by
+    DriveType type = DriveType::Unknown;
+    QString fileSystem;
+    qint64 totalBytes = 0;
+    qint64 freeBytes = 0;
+    bool isReady = true;  ///< false for a reader without a card
+};
+
+/// How a volume hands out its space.
+struct VolumeGeometry {
+    qint64 clusterBytes = 4096;
+    qint64 totalBytes = 0;
+    qint64 freeBytes = 0;
+    bool isReadOnly = false;
+    bool isFat = false;
+    /// Entries that the root folder has room for, nothing where it grows like any folder.
+    std::optional<int> rootEntries{};
+    /// Root folder entries that a card file takes: 2 where a lower-case ending needs a long name.
+    int entriesPerFile = 1;
+};
+
+/// The drives of the machine. Roots are given with or without their last separator.
+class Drives {
+ public:
+    virtual ~Drives() = default;
+
+    /// The type of the drive whose root is `root`. Throws error 71 when it holds no medium, or is
+    /// no drive's root any more.
+    virtual DriveType type(const QString& root) const = 0;
+
+    /// Total size in bytes of the drive whose root is `root`. Throws error 71 as above.
+    virtual qint64 totalBytes(const QString& root) const = 0;
+
+    /// All mounted volumes that a person could put files on.
+    virtual QList<Volume> volumes() const = 0;
+
+    /// The geometry of the volume that holds `path`. Throws when there is none.
+    virtual VolumeGeometry geometry(const QString& path) const = 0;
+};
+
+/// The drives of this machine.
+class LocalDrives : public Drives {
+ public:
+    DriveType type(const QString& root) const override;
+    qint64 totalBytes(const QString& root) const override;
+    QList<Volume> volumes() const override;
+    VolumeGeometry geometry(const QString& path) const override;
+};
+
+}  // namespace tessaly

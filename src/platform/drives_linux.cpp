@@ -1,0 +1,122 @@
+#include <sys/statvfs.h>
+#include <sys/sysmacros.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include "platform/drives.h"
+#include "platform/error.h"
+#include "platform/error_numbers.h"
+#include "platform/mount_table.h"
+#include "platform/native_path.h"
+#include "platform/paths.h"
+
+namespace tessaly {
+
+namespace {
+
+QByteArray contentOf(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QList<Mount> currentMounts() {
+    return parseMountTable(contentOf(QStringLiteral("/proc/self/mountinfo")));
+}
+
+DeviceAttributes attributesOf(const Mount& mount) {
+    // The number of the mount is the device's, except for FUSE, whose source may still be one.
+    QString folder = "/sys/dev/block/" + mount.device;
+    if (!QFileInfo::exists(folder) && mount.source.startsWith("/dev/"))
+        folder =
+            "/sys/class/block/" + QFileInfo(QFileInfo(mount.source).canonicalFilePath()).fileName();
+    folder = QFileInfo(folder).canonicalFilePath();
+    if (folder.isEmpty())
+        return {};
+    if (QFileInfo::exists(folder + "/partition"))
+        folder = QFileInfo(folder).path();
+    return {.name = QFileInfo(folder).fileName(),
+            .removable = contentOf(folder + "/removable"),
+            .mmcType = contentOf(folder + "/device/type")};
+}
+
+TessalyError notReady(const QString& root) {
+    return {error_number::DriveNotReady,
+            QDir::toNativeSeparators(root) + ": the drive is not ready"};
+}
+
+Mount mountAt(const QString& root) {
+    const auto mount = findMount(currentMounts(), root);
+    if (!mount)
+        throw notReady(root);
+    return *mount;
+}
+
+struct statvfs statisticsOf(const QString& path) {
+    struct statvfs statistics {};
+    if (::statvfs(toNativePath(path).constData(), &statistics) != 0)
+        throw lastSystemError(path);
+    return statistics;
+}
+
+// Pseudo file systems hold no person's files.
+bool isForPeople(const Mount& mount) {
+    return mount.source.startsWith('/') || mount.source.contains(":/") ||
+           mount.source.startsWith("//") || mount.fileSystem.startsWith("fuse.") ||
+           (mount.fileSystem == "tmpfs" && mount.mountPoint.startsWith("/media/"));
+}
+
+}  // namespace
+
+DriveType LocalDrives::type(const QString& root) const {
+    const Mount mount = mountAt(root);
+    return classifyMount(mount, attributesOf(mount));
+}
+
+qint64 LocalDrives::totalBytes(const QString& root) const {
+    mountAt(root);
+    const auto statistics = statisticsOf(root);
+    return qint64(statistics.f_blocks) * qint64(statistics.f_frsize);
+}
+
+QList<Volume> LocalDrives::volumes() const {
+    QList<Volume> found;
+    for (const Mount& mount : currentMounts()) {
+        if (!isForPeople(mount) || mount.root != "/" || !QFileInfo(mount.mountPoint).isDir())
+            continue;
+        Volume volume{.root = withLastSeparator(mount.mountPoint),
+                      .name = QFileInfo(mount.source).fileName(),
+                      .fileSystem = mount.fileSystem};
+        volume.type = classifyMount(mount, attributesOf(mount));
+        struct statvfs statistics {};
+        volume.isReady = ::statvfs(toNativePath(mount.mountPoint).constData(), &statistics) == 0;
+        volume.totalBytes = qint64(statistics.f_blocks) * qint64(statistics.f_frsize);
+        volume.freeBytes = qint64(statistics.f_bavail) * qint64(statistics.f_frsize);
+        found.append(volume);
+    }
+    return found;
+}
+
+VolumeGeometry LocalDrives::geometry(const QString& path) const {
+    const auto statistics = statisticsOf(path);
+    VolumeGeometry geometry{.clusterBytes = std::max<qint64>(qint64(statistics.f_frsize), 512),
+                            .totalBytes = qint64(statistics.f_blocks) * qint64(statistics.f_frsize),
+                            .freeBytes = qint64(statistics.f_bavail) * qint64(statistics.f_frsize),
+                            .isReadOnly = (statistics.f_flag & ST_RDONLY) != 0};
+    // The volume of a folder is the mount nearest above it.
+    const QList<Mount> mounts = currentMounts();
+    QString folder = QFileInfo(path).canonicalFilePath();
+    std::optional<Mount> mount = findMount(mounts, folder);
+    while (!mount && folder.size() > 1) {
+        folder = QFileInfo(folder).path();
+        mount = findMount(mounts, folder);
+    }
+    if (mount && (mount->fileSystem == "vfat" || mount->fileSystem == "msdos"))
+        describeFat(geometry, qint64(statistics.f_blocks), mount->options);
+    if (mount && mount->mountPoint != QFileInfo(path).canonicalFilePath())
+        geometry.rootEntries.reset();
+    return geometry;
+}
+
+}  // namespace tessaly

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/file_system.h"
+
+namespace tessaly {
+
+/// The machine's own file system.
+class LocalFileSystem : public FileSystem {
+ public:
+    std::optional<qint64> fileSize(const QString& path) const override;
+    bool isFolder(const QString& path) const override;
+    QList<FolderEntry> entries(const QString& folder) const override;
+    std::optional<FileIdentity> identity(const QString& path) const override;
+    QString canonicalPath(const QString& path) const override;
+    bool isWritableFolder(const QString& folder) const override;
+    void removeFile(const QString& path) override;
+    void removeFolder(const QString& path) override;
+    std::unique_ptr<InputFile> openForReading(const QString& path, ReadMode mode) override;
+    std::unique_ptr<OutputFile> create(const QString& path) override;
+    void replaceFile(const QString& path, QByteArrayView bytes) override;
+    void flushVolume(const QString& path) override;
+};
+
+}  // namespace tessaly

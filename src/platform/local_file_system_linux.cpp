@@ -1,0 +1,253 @@
+// Linux: plain system calls, because erasing and reading back a card need what QFile does not
+// offer (names in any encoding, links never followed, reads past the page cache).
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QDir>
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+
+#include "platform/error.h"
+#include "platform/local_file_system.h"
+#include "platform/native_path.h"
+
+namespace tessaly {
+
+namespace {
+
+class Descriptor {
+ public:
+    explicit Descriptor(int fd) : fd_(fd) {}
+    ~Descriptor() {
+        if (fd_ >= 0)
+            ::close(fd_);
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    int get() const { return fd_; }
+    bool isOpen() const { return fd_ >= 0; }
+    int release() { return std::exchange(fd_, -1); }
+
+ private:
+    int fd_;
+};
+
+struct FreeAligned {
+    void operator()(char* memory) const { std::free(memory); }
+};
+
+class LinuxInputFile : public InputFile {
+ public:
+    LinuxInputFile(const QString& path, FileSystem::ReadMode mode) : path_(path), fd_(open(mode)) {
+        // A directory opens for reading but does not read.
+        struct stat status {};
+        if (::fstat(fd_.get(), &status) != 0)
+            throw lastSystemError(path_);
+        if (S_ISDIR(status.st_mode))
+            throw systemError(EISDIR, path_);
+        modified_ = QDateTime::fromMSecsSinceEpoch(status.st_mtim.tv_sec * qint64(1000) +
+                                                   status.st_mtim.tv_nsec / 1000000);
+        if (!direct_ && mode == FileSystem::ReadMode::PastCache) {
+            ::fsync(fd_.get());
+            ::posix_fadvise(fd_.get(), 0, 0, POSIX_FADV_DONTNEED);
+        } else if (!direct_) {
+            ::posix_fadvise(fd_.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
+        }
+        // O_DIRECT wants a buffer aligned to the device's sectors; a page is enough for all.
+        block_.reset(static_cast<char*>(std::aligned_alloc(4096, BlockBytes)));
+        if (!block_)
+            throw systemError(ENOMEM, path_);
+    }
+
+    QByteArrayView nextBlock() override {
+        ssize_t count = readSome();
+        if (count < 0 && direct_ && errno == EINVAL) {
+            // The file system took the flag but not the read (some FUSE volumes): do without it.
+            ::fcntl(fd_.get(), F_SETFL, ::fcntl(fd_.get(), F_GETFL) & ~O_DIRECT);
+            direct_ = false;
+            ::posix_fadvise(fd_.get(), 0, 0, POSIX_FADV_DONTNEED);
+            count = readSome();
+        }
+        if (count < 0)
+            throw lastSystemError(path_);
+        return {block_.get(), count};
+    }
+
+    bool isPastCache() const override { return direct_; }
+    QDateTime modificationTime() const override { return modified_; }
+
+ private:
+    int open(FileSystem::ReadMode mode) {
+        const QByteArray name = toNativePath(path_);
+        if (mode == FileSystem::ReadMode::PastCache) {
+            const int fd = ::open(name.constData(), O_RDONLY | O_CLOEXEC | O_DIRECT);
+            direct_ = fd >= 0;
+            if (direct_)
+                return fd;
+        }
+        const int fd = ::open(name.constData(), O_RDONLY | O_CLOEXEC);
+        if (fd < 0)
+            throw lastSystemError(path_);
+        return fd;
+    }
+
+    ssize_t readSome() {
+        ssize_t count;
+        do
+            count = ::read(fd_.get(), block_.get(), BlockBytes);
+        while (count < 0 && errno == EINTR);
+        return count;
+    }
+
+    QString path_;
+    bool direct_ = false;
+    Descriptor fd_;
+    QDateTime modified_;
+    std::unique_ptr<char, FreeAligned> block_;
+};
+
+class LinuxOutputFile : public OutputFile {
+ public:
+    explicit LinuxOutputFile(const QString& path)
+        : path_(path),
+          // A link that stands where a file belongs must not lead the bytes elsewhere.
+          fd_(::open(toNativePath(path).constData(),
+                     O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0666)) {
+        if (!fd_.isOpen())
+            throw lastSystemError(path_);
+    }
+
+    void write(QByteArrayView bytes) override {
+        const qint64 start = written_;
+        while (!bytes.isEmpty()) {
+            const ssize_t count = ::write(fd_.get(), bytes.data(), size_t(bytes.size()));
+            if (count < 0 && errno == EINTR)
+                continue;
+            if (count < 0)
+                throw lastSystemError(path_);
+            bytes = bytes.sliced(count);
+            written_ += count;
+        }
+        // Let the device start at once, so that the flush at the end has little left to do.
+        ::sync_file_range(fd_.get(), start, written_ - start, SYNC_FILE_RANGE_WRITE);
+    }
+
+    void setModificationTime(const QDateTime& time) override {
+        const qint64 ms = time.toMSecsSinceEpoch();
+        const timespec stamp{.tv_sec = time_t(ms / 1000), .tv_nsec = long(ms % 1000) * 1000000};
+        const timespec times[2] = {stamp, stamp};
+        ::futimens(fd_.get(), times);
+    }
+
+    void close() override {
+        if (::close(fd_.release()) != 0)
+            throw lastSystemError(path_);
+    }
+
+ private:
+    QString path_;
+    Descriptor fd_;
+    qint64 written_ = 0;
+};
+
+// What protects an entry on Linux is the mode of the folder it stands in.
+void removeForced(const QString& path, int (*remove)(const char*)) {
+    const QByteArray name = toNativePath(path);
+    if (remove(name.constData()) == 0)
+        return;
+    if (errno == EACCES) {
+        const QByteArray folder = name.left(std::max<qsizetype>(name.lastIndexOf('/'), 1));
+        if (::chmod(folder.constData(), 0700) == 0 && remove(name.constData()) == 0)
+            return;
+        errno = EACCES;
+    }
+    throw lastSystemError(path);
+}
+
+}  // namespace
+
+TessalyError systemError(int code, const QString& path) {
+    return {code, QDir::toNativeSeparators(path) + ": " + QString::fromLocal8Bit(strerror(code))};
+}
+
+TessalyError lastSystemError(const QString& path) {
+    return systemError(errno, path);
+}
+
+std::optional<qint64> LocalFileSystem::fileSize(const QString& path) const {
+    struct stat status {};
+    if (::stat(toNativePath(path).constData(), &status) != 0 || !S_ISREG(status.st_mode))
+        return std::nullopt;
+    return status.st_size;
+}
+
+bool LocalFileSystem::isFolder(const QString& path) const {
+    struct stat status {};
+    return ::stat(toNativePath(path).constData(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+QList<FolderEntry> LocalFileSystem::entries(const QString& folder) const {
+    const std::unique_ptr<DIR, int (*)(DIR*)> stream(::opendir(toNativePath(folder).constData()),
+                                                     ::closedir);
+    if (!stream)
+        throw lastSystemError(folder);
+    QList<FolderEntry> found;
+    while (true) {
+        errno = 0;
+        const dirent* entry = ::readdir(stream.get());
+        if (!entry) {
+            if (errno != 0)
+                throw lastSystemError(folder);
+            return found;
+        }
+        if (!strcmp(entry->d_name, ".") || !strcmp(entry->d_name, ".."))
+            continue;
+        FolderEntry item{.name = fromNativePath(entry->d_name)};
+        struct stat status {};
+        if (::fstatat(::dirfd(stream.get()), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0) {
+            item.isFolder = S_ISDIR(status.st_mode);
+            item.isLink = S_ISLNK(status.st_mode);
+            item.size = S_ISREG(status.st_mode) ? status.st_size : 0;
+        }
+        found.append(item);
+    }
+}
+
+std::optional<FileIdentity> LocalFileSystem::identity(const QString& path) const {
+    struct stat status {};
+    if (::stat(toNativePath(path).constData(), &status) != 0)
+        return std::nullopt;
+    return FileIdentity{.volume = status.st_dev, .high = 0, .low = status.st_ino};
+}
+
+bool LocalFileSystem::isWritableFolder(const QString& folder) const {
+    return ::access(toNativePath(folder).constData(), W_OK | X_OK) == 0;
+}
+
+void LocalFileSystem::removeFile(const QString& path) {
+    removeForced(path, ::unlink);
+}
+
+void LocalFileSystem::removeFolder(const QString& path) {
+    removeForced(path, ::rmdir);
+}
+
+std::unique_ptr<InputFile> LocalFileSystem::openForReading(const QString& path, ReadMode mode) {
+    return std::make_unique<LinuxInputFile>(path, mode);
+}
+
+std::unique_ptr<OutputFile> LocalFileSystem::create(const QString& path) {
+    return std::make_unique<LinuxOutputFile>(path);
+}
+
+void LocalFileSystem::flushVolume(const QString& path) {
+    const Descriptor folder(::open(toNativePath(path).constData(), O_RDONLY | O_CLOEXEC));
+    if (!folder.isOpen() || ::syncfs(folder.get()) != 0)
+        throw lastSystemError(path);
+}
+
+}  // namespace tessaly

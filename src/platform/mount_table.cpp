@@ -1,0 +1,95 @@
+#include "platform/mount_table.h"
+
+#include <QStringList>
+#include <algorithm>
+
+#include "platform/native_path.h"
+
+namespace tessaly {
+
+namespace {
+
+// Blanks, tabs, newlines and backslashes stand as \ooo in the table.
+QByteArray unescaped(QByteArrayView field) {
+    QByteArray bytes;
+    const auto isOctal = [](char c) { return c >= '0' && c <= '7'; };
+    for (qsizetype i = 0; i < field.size(); ++i) {
+        if (field[i] == '\\' && i + 3 < field.size() && isOctal(field[i + 1]) &&
+            isOctal(field[i + 2]) && isOctal(field[i + 3])) {
+            bytes +=
+                char((field[i + 1] - '0') * 64 + (field[i + 2] - '0') * 8 + (field[i + 3] - '0'));
+            i += 3;
+        } else {
+            bytes += field[i];
+        }
+    }
+    return bytes;
+}
+
+QString pathWithoutSlash(QString path) {
+    while (path.size() > 1 && path.endsWith('/'))
+        path.chop(1);
+    return path;
+}
+
+}  // namespace
+
+QList<Mount> parseMountTable(QByteArrayView text) {
+    QList<Mount> mounts;
+    for (const QByteArray& line : text.toByteArray().split('\n')) {
+        const QList<QByteArray> fields = line.split(' ');
+        // Optional fields end at a lone "-"; three more follow it.
+        const qsizetype dash = fields.indexOf("-", 6);
+        if (dash < 0 || dash + 2 >= fields.size())
+            continue;
+        const auto field = [&](qsizetype i) { return fromNativePath(unescaped(fields.value(i))); };
+        Mount mount{.device = field(2),
+                    .root = field(3),
+                    .mountPoint = field(4),
+                    .fileSystem = field(dash + 1),
+                    .source = field(dash + 2),
+                    .options = field(5)};
+        if (dash + 3 < fields.size())
+            mount.options += ',' + field(dash + 3);
+        mounts.append(mount);
+    }
+    return mounts;
+}
+
+std::optional<Mount> findMount(const QList<Mount>& mounts, const QString& path) {
+    const QString point = pathWithoutSlash(path);
+    const auto found = std::find_if(mounts.rbegin(), mounts.rend(),
+                                    [&](const Mount& m) { return m.mountPoint == point; });
+    if (found == mounts.rend())
+        return std::nullopt;
+    return *found;
+}
+
+DriveType classifyMount(const Mount& mount, const DeviceAttributes& device) {
+    static const QStringList network = {"nfs",   "nfs4",       "cifs",       "smb3", "smbfs",
+                                        "ncpfs", "fuse.sshfs", "sshfs",      "9p",   "ceph",
+                                        "afs",   "davfs",      "fuse.davfs2"};
+    if (network.contains(mount.fileSystem))
+        return DriveType::Network;
+    if (mount.fileSystem == "tmpfs" || mount.fileSystem == "ramfs")
+        return DriveType::RamDisk;
+    if (device.name.startsWith("sr"))
+        return DriveType::CdRom;
+    if (device.removable.trimmed() == "1" || device.mmcType.trimmed() == "SD")
+        return DriveType::Removable;
+    return DriveType::Fixed;
+}
+
+void describeFat(VolumeGeometry& geometry, qint64 clusters, const QString& options) {
+    constexpr qint64 Fat16MaxClusters = 65524;
+    constexpr int UsualRootEntries = 512;
+    geometry.isFat = true;
+    if (clusters <= Fat16MaxClusters)
+        geometry.rootEntries = UsualRootEntries;
+    // Linux keeps "0001.mp3" in one entry only under these rules; else a long name goes with it.
+    const QStringList list = options.split(',');
+    const bool oneEntry = list.contains("shortname=winnt") || list.contains("shortname=lower");
+    geometry.entriesPerFile = oneEntry ? 1 : 2;
+}
+
+}  // namespace tessaly

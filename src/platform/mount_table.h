@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QList>
+#include <QString>
+#include <optional>
+
+#include "platform/drives.h"
+
+// What Linux says of its mounts and block devices, read from its text alone. Nothing here looks at
+// the machine; drives_linux.cpp fetches the text.
+
+namespace tessaly {
+
+/// One line of /proc/self/mountinfo.
+struct Mount {
+    QString device;  ///< "major:minor"
+    QString root;    ///< the folder of the file system that is mounted, "/" unless bind-mounted
+    QString mountPoint;
+    QString fileSystem;
+    QString source;   ///< e.g. "/dev/sdb1", "server:/export", "tmpfs"
+    QString options;  ///< those of the mount and of the file system, comma-separated
+    bool operator==(const Mount&) const = default;
+};
+
+/// The lines of a mount table, in their order; lines that are no mount are left out.
+QList<Mount> parseMountTable(QByteArrayView text);
+
+/// The mount whose mount point is exactly `path` (with or without a last "/"); of several stacked
+/// on one point the last, which is the one in sight.
+std::optional<Mount> findMount(const QList<Mount>& mounts, const QString& path);
+
+/// The text of a block device's attribute files, trailing newlines and all; empty where the device
+/// has no such attribute. They belong to the whole disk, not to its partition.
+struct DeviceAttributes {
+    QString name;          ///< e.g. "sdb", "mmcblk0", "sr0"; empty without a block device
+    QByteArray removable;  ///< "1" or "0"
+    QByteArray mmcType;    ///< "SD", "MMC", ...
+};
+
+/// Network, RAM disk and CD-ROM by file system and device name; removable when the kernel says so
+/// of the disk or the disk is an SD card; fixed otherwise. A USB backup disk is fixed.
+DriveType classifyMount(const Mount& mount, const DeviceAttributes& device);
+
+/// What a FAT volume of `clusters` clusters mounted with `options` makes of card files: the size
+/// of its root folder and the entries that a file takes.
+void describeFat(VolumeGeometry& geometry, qint64 clusters, const QString& options);
+
+}  // namespace tessaly

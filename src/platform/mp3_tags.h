@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QString>
+
+namespace tessaly {
+
+/// The texts of one tag block of an MP3 file; empty where the file has none.
+struct TagBlock {
+    QString title;
+    QString artist;
+    QString album;
+    bool operator==(const TagBlock&) const = default;
+};
+
+struct TagBlocks {
+    TagBlock first;   ///< ID3v2
+    TagBlock second;  ///< ID3v1
+};
+
+/// Reads the tags of MP3 files.
+class Mp3Tags {
+ public:
+    virtual ~Mp3Tags() = default;
+
+    /// Both blocks of the file at `path`. A file that is missing, empty, a folder or no MP3 at all
+    /// has empty blocks.
+    virtual TagBlocks read(const QString& path) const = 0;
+};
+
+/// The tags as TagLib reads them.
+class LocalMp3Tags : public Mp3Tags {
+ public:
+    TagBlocks read(const QString& path) const override;
+};
+
+}  // namespace tessaly

@@ -1,0 +1,17 @@
+#include "platform/paths.h"
+
+#include <QDir>
+
+namespace tessaly {
+
+QString withLastSeparator(const QString& folder) {
+    if (folder.isEmpty() || folder.endsWith('/') || folder.endsWith(QDir::separator()))
+        return folder;
+    return folder + QDir::separator();
+}
+
+QString pathIn(const QString& folder, const QString& name) {
+    return withLastSeparator(folder) + name;
+}
+
+}  // namespace tessaly

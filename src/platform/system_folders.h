@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QStringList>
+
+namespace tessaly {
+
+/// Folders of the operating system: a card must be none of them, hold none and stand in none.
+QStringList systemFolders();
+
+/// Folders that people's files stand in: a card must be none of them and hold none, but may be a
+/// folder inside one.
+QStringList personalFolders();
+
+}  // namespace tessaly
