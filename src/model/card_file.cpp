@@ -1,0 +1,291 @@
+#include "model/card_file.h"
+
+#include <QDir>
+#include <algorithm>
+
+#include "model/format_limits.h"
+#include "model/music_lists.h"
+#include "model/text_codec.h"
+#include "platform/error.h"
+#include "platform/error_numbers.h"
+
+namespace tessaly {
+
+namespace {
+
+TrackRecord listRecord(const char* kind, const QString& text) {
+    TrackRecord record;
+    record.kind = kind;
+    record.sourcePath = text;
+    return record;
+}
+
+TrackRecord setupRecord(const char* key, Variant value) {
+    TrackRecord record;
+    record.kind = "setup";
+    record.groupName = key;
+    record.sourcePath = std::move(value);
+    return record;
+}
+
+void appendSetup(QList<TrackRecord>& records, const Project& project) {
+    const auto flag = [](bool selected) { return Boolean16::of(selected); };
+    records << setupRecord("title1", project.txtCardTitle1)
+            << setupRecord("title2", project.txtCardTitle2)
+            << setupRecord("chimealways", flag(project.buttChimeAlways))
+            << setupRecord("chimeonce", flag(project.buttChimeOnce))
+            << setupRecord("extchime", flag(project.buttPlayExtChime))
+            << setupRecord("intchime", flag(project.buttPlayIntChime))
+            << setupRecord("disablechime", flag(project.buttDisableChime))
+            << setupRecord("chimefile", project.txtChimeFileName)
+            << setupRecord("cfdrive", project.cfDrive);
+}
+
+void appendPowerUp(QList<TrackRecord>& records, const Project& project) {
+    if (project.PowerUpRecord.kind.is(u"empty"))
+        return;
+    TrackRecord record = project.PowerUpRecord;
+    if (isSpeech(record))
+        setTypeTag(record, "spee");
+    else if (isMusic(record))
+        setTypeTag(record, "musi");
+    record.kind = "powerup";
+    records << record;
+}
+
+// The music records of every list in the order of its list box.
+void appendMusic(QList<TrackRecord>& records, const Project& project) {
+    QHash<QString, QList<const TrackRecord*>> byList;
+    for (const TrackRecord& record : project.TrackTable)
+        if (isMusic(record))
+            byList[record.groupName.text()].append(&record);
+    for (const QString& list : project.lstMuList) {
+        QHash<QString, qsizetype> lines;
+        const QStringList tracks = tracksOfMusicList(project, list);
+        for (qsizetype line = tracks.size() - 1; line >= 0; --line)
+            lines.insert(tracks[line], line);
+        QList<std::pair<qsizetype, const TrackRecord*>> ordered;
+        for (const TrackRecord* record : byList.value(list))
+            ordered.append({lines.value(record->itemName.text(), tracks.size()), record});
+        std::stable_sort(ordered.begin(), ordered.end(),
+                         [](const auto& a, const auto& b) { return a.first < b.first; });
+        for (const auto& entry : ordered)
+            records << *entry.second;
+    }
+}
+
+// Carries out one record after the other; a record that cannot be ends it with a reason.
+class RecordApplier {
+ public:
+    explicit RecordApplier(Project& project) : project_(project), lists_(project.lstMuList) {}
+
+    /// Empty when the record was carried out or is one to ignore.
+    QString apply(const TrackRecord& record) {
+        const QString kind = record.kind.text();
+        if (kind == u"music")
+            applyMusic(record);
+        else if (kind == u"speech")
+            applySpeech(record);
+        else if (kind == u"lstSpTitles")
+            project_.lstSpTitles.append(record.sourcePath.text());
+        else if (kind == u"lstLangs")
+            project_.lstLangs.append(record.sourcePath.text());
+        else if (kind == u"lstDefaultLangs")
+            project_.DefaultLanguageTable.append(record);
+        else if (kind == u"stext")
+            return applySystemText(record);
+        else if (kind == u"setup")
+            return applySetup(record);
+        else if (kind == u"powerup")
+            applyPowerUp(record);
+        else if (kind == u"dtrig")
+            return applyTrigger(record);
+        return {};
+    }
+
+ private:
+    void applyMusic(const TrackRecord& record) {
+        const QString list = record.groupName.text();
+        if (list != previousList_) {
+            addMusicList(project_, list, lists_);
+            tracks_ = UniqueNames(project_.lstMuTrack[project_.currentMusicList]);
+        }
+        previousList_ = list;
+        addMusicTrack(project_, record.itemName.text(), tracks_);
+        project_.TrackTable.append(record);
+    }
+
+    void applySpeech(const TrackRecord& record) {
+        if (!record.itemName.is(u""))
+            project_.TrackTable.append(record);
+    }
+
+    QString applySystemText(const TrackRecord& record) {
+        const auto slot = record.itemName.number();
+        if (!slot || *slot < 0 || *slot >= SystemTextSlots)
+            return QString("there is no system text \"%1\"").arg(record.itemName.text());
+        project_.SystemTextTable[size_t(*slot)].groupName = record.groupName;
+        return {};
+    }
+
+    QString applySetup(const TrackRecord& record) {
+        struct TextKey {
+            QStringView key;
+            QString Project::*member;
+        };
+        struct OptionKey {
+            QStringView key;
+            bool Project::*member;
+        };
+        static constexpr TextKey Texts[] = {{u"title1", &Project::txtCardTitle1},
+                                            {u"title2", &Project::txtCardTitle2},
+                                            {u"chimefile", &Project::txtChimeFileName},
+                                            {u"cfdrive", &Project::cfDrive}};
+        static constexpr OptionKey Options[] = {{u"chimealways", &Project::buttChimeAlways},
+                                                {u"chimeonce", &Project::buttChimeOnce},
+                                                {u"extchime", &Project::buttPlayExtChime},
+                                                {u"intchime", &Project::buttPlayIntChime},
+                                                {u"disablechime", &Project::buttDisableChime}};
+        for (const auto& [key, member] : Texts)
+            if (record.groupName.is(key))
+                project_.*member = record.sourcePath.text();
+        for (const auto& [key, member] : Options) {
+            if (!record.groupName.is(key))
+                continue;
+            const auto selected = record.sourcePath.truth();
+            if (!selected)
+                return QString("the setting \"%1\" is neither True nor False").arg(key);
+            setChimeOption(project_, member, *selected);
+        }
+        return {};
+    }
+
+    void applyPowerUp(const TrackRecord& record) {
+        project_.PowerUpRecord = record;
+        const QString tag = typeTagText(record);
+        if (tag == u"musi")
+            project_.PowerUpRecord.kind = "music";
+        else if (tag == u"spee")
+            project_.PowerUpRecord.kind = "speech";
+    }
+
+    QString applyTrigger(const TrackRecord& record) {
+        const auto slot = typeTagNumber(record);
+        if (!slot || *slot < 0 || *slot >= TriggerSlots)
+            return QString("there is no trigger \"%1\"").arg(typeTagText(record).trimmed());
+        project_.TriggerTable[size_t(*slot)] = record;
+        return {};
+    }
+
+    Project& project_;
+    UniqueNames lists_;
+    UniqueNames tracks_;
+    QString previousList_;
+};
+
+}  // namespace
+
+QList<TrackRecord> projectRecords(const Project& project) {
+    QList<TrackRecord> records;
+    records.reserve(project.TrackTable.size() + 64);
+    records << TrackRecord{};
+    for (const QString& title : project.lstSpTitles)
+        records << listRecord("lstSpTitles", title);
+    for (const QString& language : project.lstLangs)
+        records << listRecord("lstLangs", language);
+    records << project.DefaultLanguageTable;
+    for (int slot = 0; slot < SystemTextsUsed; ++slot)
+        records << project.SystemTextTable[size_t(slot)];
+    appendSetup(records, project);
+    appendPowerUp(records, project);
+    std::copy_if(project.TrackTable.begin(), project.TrackTable.end(), std::back_inserter(records),
+                 isSpeech);
+    appendMusic(records, project);
+    for (const TrackRecord& trigger : project.TriggerTable)
+        records << trigger;
+    return records;
+}
+
+QByteArray encodeProject(const Project& project) {
+    QByteArray bytes;
+    bytes.reserve(project.TrackTable.size() * 128 + 4096);
+    for (const TrackRecord& record : projectRecords(project))
+        encodeRecord(bytes, record);
+    return bytes;
+}
+
+AppliedRecords applyRecords(const QList<TrackRecord>& records, Project& project) {
+    AppliedRecords result;
+    project.TrackTable.reserve(records.size() + 1);
+    RecordApplier applier(project);
+    for (const TrackRecord& record : records) {
+        result.stopReason = applier.apply(record);
+        if (!result.stopReason.isEmpty())
+            break;
+        ++result.applied;
+    }
+    return result;
+}
+
+ReadReport readProject(FileSystem& files, const QString& path, Project& project) {
+    reset(project);
+    const QByteArray bytes = readWholeFile(files, path, limits::ProjectFileBytes);
+    const ParsedRecords parsed = parseRecords(bytes);
+    const AppliedRecords applied = applyRecords(parsed.records, project);
+    if (applied.stopReason.isEmpty())
+        return {parsed.isComplete, parsed.stoppedAt, applied.applied, parsed.stopReason};
+    QByteArray before;
+    for (qsizetype i = 0; i < applied.applied; ++i)
+        encodeRecord(before, parsed.records[i]);
+    return {false, before.size(), applied.applied, applied.stopReason};
+}
+
+void saveProject(FileSystem& files, const QString& path, Project& project) {
+    files.replaceFile(path, encodeProject(project));
+    project.unsavedChanges = false;
+}
+
+QStringList textsOutsideCodePage(const Project& project) {
+    QStringList found;
+    const auto look = [&](const QString& text) {
+        if (!fitsCodePage(text))
+            found.append(text);
+    };
+    for (const QStringList& list : {project.lstMuList, project.lstSpTitles, project.lstLangs})
+        for (const QString& text : list)
+            look(text);
+    for (const QString& list : project.lstMuList)
+        for (const QString& track : tracksOfMusicList(project, list))
+            look(track);
+    for (const TrackRecord& record : project.TrackTable)
+        if (isTrackFile(record))
+            look(record.sourcePath.text());
+    for (int slot = 0; slot < SystemTextsUsed; ++slot)
+        look(systemText(project, slot));
+    for (const QString& text :
+         {project.txtCardTitle1, project.txtCardTitle2, project.txtChimeFileName, project.cfDrive})
+        look(text);
+    found.removeDuplicates();
+    return found;
+}
+
+QStringList tracksWithoutFile(const Project& project) {
+    QStringList found;
+    const TrackIndex index(project);
+    for (const QString& list : project.lstMuList)
+        for (const QString& track : tracksOfMusicList(project, list))
+            if (!index.music(list, track))
+                found.append(list + " / " + track);
+    return found;
+}
+
+QStringList listsWithoutFile(const Project& project) {
+    QStringList found;
+    const TrackIndex index(project);
+    for (const QString& list : project.lstMuList)
+        if (!index.hasMusicList(list))
+            found.append(list);
+    return found;
+}
+
+}  // namespace tessaly

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <QHash>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+#include "model/project.h"
+
+namespace tessaly {
+
+/// Makes names unique among those given before. A name that clashes gets a two-digit number and a
+/// blank in front: Rock, 01 Rock, 02 Rock. Comparison is exact.
+class UniqueNames {
+ public:
+    UniqueNames() = default;
+    explicit UniqueNames(const QStringList& taken) : taken_(taken.begin(), taken.end()) {}
+
+    /// The unique form of `name`, which is taken from now on.
+    QString add(const QString& name);
+
+ private:
+    // Where the numbering of a name stands, so that a thousand equal names stay cheap.
+    struct Numbering {
+        QString last;
+        int next = 1;
+    };
+
+    QSet<QString> taken_;
+    QHash<QString, Numbering> numberings_;
+};
+
+/// The unique form of `name` among `taken`; see UniqueNames.
+QString uniqueName(const QString& name, const QStringList& taken);
+
+/// Appends a music list under a unique form of `name`, makes it the current one and returns its
+/// final name.
+QString addMusicList(Project& project, const QString& name);
+
+/// The same for many lists in a row: `names` must know the lists there are.
+QString addMusicList(Project& project, const QString& name, UniqueNames& names);
+
+/// Makes the list of that name the current one; without such a list nothing changes.
+void selectMusicList(Project& project, const QString& list);
+
+/// Appends a track to the current list under the unique form of `name` that `names` finds, and
+/// returns that. `names` must know the tracks of the current list. The track has no record yet.
+QString addMusicTrack(Project& project, const QString& name, UniqueNames& names);
+
+}  // namespace tessaly

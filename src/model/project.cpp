@@ -1,0 +1,140 @@
+#include "model/project.h"
+
+namespace tessaly {
+
+namespace {
+
+constexpr std::array<const char*, SystemTextsUsed> OriginalTexts = {
+    "=Speech=  (Play)",  // 0
+    "Choose Languages",  // 1
+    "(Language Menu)",   // 2
+    "Continuous Mix",    // 3
+    "=Music=   (Play)",  // 4
+    "=Music= (Select)",  // 5
+    "= End of List =",   // 6
+    "(Return to Menu)",  // 7
+    "Play Whole List",   // 8
+    "=Music=   (Play)",  // 9
+    " ==< PLAYING >==",  // 10
+    " (Push to Pause)",  // 11
+    " == <PAUSED> ==",   // 12
+    " (Push to Play)",   // 13
+    "(Push to change)",  // 14
+    " (Hold to Stop) ",  // 15
+    "==< CHIMING >==",   // 16
+    "(Please Wait...)",  // 17
+};
+
+void blankTables(Project& project) {
+    project.TrackTable = {TrackRecord{}};
+    project.DefaultLanguageTable = {TrackRecord{}};
+    project.DefaultLanguageCopy = {TrackRecord{}};
+    project.MusicListNames = {QString()};
+    project.lstMuTrack = {QStringList()};
+    project.PowerUpRecord.kind = "empty";
+    project.PowerUpRecord.groupName = "";
+}
+
+}  // namespace
+
+Project::Project() {
+    startUp(*this);
+}
+
+void reset(Project& project) {
+    blankTables(project);
+    for (TrackRecord& trigger : project.TriggerTable)
+        trigger.kind = "empty";
+    project.cfDrive.clear();
+    project.currentMusicList = 0;
+    project.lstMuList.clear();
+    project.lstSpTitles.clear();
+    project.lstLangs.clear();
+    project.unsavedChanges = false;
+}
+
+void startUp(Project& project) {
+    project.unsavedChanges = false;
+    blankTables(project);
+    for (int slot = 0; slot < TriggerSlots; ++slot) {
+        TrackRecord& trigger = project.TriggerTable[slot];
+        trigger.kind = "dtrig";
+        trigger.sourcePath = "empty";
+        setTypeTag(trigger, QByteArray::number(slot));
+    }
+    project.suppressTriggerEvents = false;
+    restoreSystemTexts(project);
+}
+
+void restoreSystemTexts(Project& project) {
+    for (int slot = 0; slot < SystemTextsUsed; ++slot) {
+        TrackRecord& record = project.SystemTextTable[slot];
+        record.kind = "stext";
+        record.groupName = originalSystemText(slot);
+        record.itemName = qint16(slot);
+    }
+}
+
+QString originalSystemText(int slot) {
+    return QString::fromLatin1(OriginalTexts.at(size_t(slot)));
+}
+
+QString systemText(const Project& project, int slot) {
+    return project.SystemTextTable.at(size_t(slot)).groupName.text();
+}
+
+bool isAssigned(const TrackRecord& trigger) {
+    return trigger.kind.is(u"dtrig") &&
+           (trigger.sourcePath.is(u"music") || trigger.sourcePath.is(u"speech"));
+}
+
+bool hasPowerUpItem(const Project& project) {
+    return isTrackFile(project.PowerUpRecord);
+}
+
+void setChimeOption(Project& project, bool Project::*option, bool selected) {
+    using Group = std::initializer_list<bool Project::*>;
+    static const Group repeat = {&Project::buttChimeAlways, &Project::buttChimeOnce};
+    static const Group sound = {&Project::buttPlayExtChime, &Project::buttPlayIntChime,
+                                &Project::buttDisableChime};
+    if (selected) {
+        const bool isRepeat = option == *repeat.begin() || option == *(repeat.begin() + 1);
+        for (auto other : isRepeat ? repeat : sound)
+            project.*other = false;
+    }
+    project.*option = selected;
+}
+
+int slotOfMusicList(const Project& project, const QString& list) {
+    return int(project.MusicListNames.lastIndexOf(list));
+}
+
+QStringList tracksOfMusicList(const Project& project, const QString& list) {
+    return project.lstMuTrack.value(slotOfMusicList(project, list));
+}
+
+TrackIndex::TrackIndex(const Project& project) {
+    music_.reserve(project.TrackTable.size());
+    for (qsizetype i = 1; i < project.TrackTable.size(); ++i) {
+        const TrackRecord& record = project.TrackTable[i];
+        const bool music = isMusic(record);
+        if (!music && !isSpeech(record))
+            continue;
+        const QString group = record.groupName.text();
+        (music ? lists_ : languages_).insert(group, true);
+        auto& known = music ? music_ : speech_;
+        const Key key(record.itemName.text(), group);
+        if (!known.contains(key))
+            known.insert(key, &record);
+    }
+}
+
+const TrackRecord* TrackIndex::music(const QString& list, const QString& track) const {
+    return music_.value({track, list}, nullptr);
+}
+
+const TrackRecord* TrackIndex::speech(const QString& title, const QString& language) const {
+    return speech_.value({title, language}, nullptr);
+}
+
+}  // namespace tessaly
