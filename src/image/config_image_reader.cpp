@@ -1,0 +1,190 @@
+#include "image/config_image_reader.h"
+
+#include <QtEndian>
+
+#include "image/image_layout.h"
+#include "model/format_limits.h"
+#include "model/project.h"
+#include "model/text_codec.h"
+#include "platform/error.h"
+#include "platform/error_numbers.h"
+
+namespace tessaly {
+
+using namespace image_layout;
+
+namespace {
+
+[[noreturn]] void fail(qsizetype offset, const QString& problem) {
+    throw TessalyError(error_number::BadImage,
+                       QString("Offset %1 of the image: %2").arg(offset).arg(problem));
+}
+
+// Reads fields, first at given offsets, then section by section to the end.
+class ImageReader {
+ public:
+    explicit ImageReader(QByteArrayView bytes) : bytes_(bytes) {
+        if (bytes.size() < FirstSection)
+            fail(bytes.size(), "the image ends within its header");
+    }
+
+    quint8 byteAt(int offset) const { return quint8(bytes_[offset]); }
+    quint16 wordAt(int offset) const { return qFromBigEndian<quint16>(bytes_.data() + offset); }
+    QString textAt(int offset, int width) const {
+        QString text = fromCodePage(bytes_.sliced(offset, width));
+        while (text.endsWith(' '))
+            text.chop(1);
+        return text;
+    }
+    QString titleAt(int offset) const {
+        return byteAt(offset) == 0xFF && textAt(offset + 1, TitleWidth - 1).isEmpty()
+                   ? QString()
+                   : textAt(offset, TitleWidth);
+    }
+    void expectZeros(int from, int to) const {
+        for (int offset = from; offset < to; ++offset)
+            if (bytes_[offset] != 0)
+                fail(offset, "this byte should be 0");
+    }
+
+    quint16 startSection(int pointerOffset) const {
+        const quint16 pointer = wordAt(pointerOffset);
+        if (pointer != position_)
+            fail(pointerOffset,
+                 QString("the pointer is %1 instead of %2").arg(pointer).arg(position_));
+        return pointer;
+    }
+    quint16 takeWord() { return wordAt(int(advance(2))); }
+    QString takeText(int width) { return textAt(int(advance(width)), width); }
+    void expectInvalidEntry(int width) {
+        const qsizetype offset = position_;
+        if (takeText(width) != (width == LanguageWidth ? u"Invalid" : u"Invalid Data"))
+            fail(offset, "the table does not begin with its invalid entry");
+    }
+    void expectNoItem() {
+        const qsizetype offset = position_;
+        if (takeWord() != NoItem)
+            fail(offset, "this word should be 65535");
+    }
+    void expectEnd() const {
+        if (position_ != bytes_.size())
+            fail(position_, "the image goes on after its last section");
+    }
+
+ private:
+    qsizetype advance(qsizetype count) {
+        if (bytes_.size() - position_ < count)
+            fail(bytes_.size(), "the image ends too early");
+        return std::exchange(position_, position_ + count);
+    }
+
+    QByteArrayView bytes_;
+    qsizetype position_ = FirstSection;
+};
+
+QStringList takeTable(ImageReader& reader, int count, int width) {
+    reader.expectInvalidEntry(width);
+    QStringList names;
+    for (int i = 0; i < count; ++i)
+        names.append(reader.takeText(width));
+    return names;
+}
+
+QList<DecodedTrack> takeTracks(ImageReader& reader) {
+    QList<DecodedTrack> tracks;
+    const int count = reader.takeWord();
+    for (int i = 0; i < LeadingTrackEntries; ++i) {
+        reader.expectInvalidEntry(TitleWidth);
+        reader.expectNoItem();
+    }
+    for (int i = 0; i < count; ++i) {
+        const QString name = reader.takeText(TitleWidth);
+        tracks.append({name, decodeWord(reader.takeWord())});
+    }
+    return tracks;
+}
+
+}  // namespace
+
+DecodedReference decodeReference(quint16 value) {
+    using Kind = DecodedReference::Kind;
+    DecodedReference reference{.value = value};
+    const int list = value / ListReferenceStep, entry = value % ListReferenceStep;
+    if (value == NoItem)
+        reference.kind = Kind::None;
+    else if (value == ContinuousMix)
+        reference.kind = Kind::ContinuousMix;
+    else if (value > SpeechReference) {
+        reference.kind = Kind::SpeechTitle;
+        reference.title = value - SpeechReference;
+    } else if (list == 0 || value == SpeechReference || entry == 0) {
+        reference.kind = Kind::Invalid;
+    } else {
+        reference.list = list;
+        reference.kind = entry == WholeListEntry ? Kind::WholeList : Kind::Track;
+        reference.track = entry == WholeListEntry ? 0 : entry - FirstTrackEntry;
+    }
+    return reference;
+}
+
+DecodedWord decodeWord(quint16 value) {
+    if (value == NoItem)
+        return {};
+    return {.value = value,
+            .hasFile = true,
+            .fileNumber = value & WordNumberMask,
+            .endlessLoop = (value & WordEndlessLoop) != 0,
+            .isSpeech = (value & WordSpeech) != 0,
+            .cancelOnInterrupt = (value & WordCancelOnInterrupt) != 0,
+            .loudVolume = (value & WordLoudVolume) != 0};
+}
+
+DecodedImage decodeConfigImage(QByteArrayView bytes) {
+    ImageReader reader(bytes);
+    DecodedImage image;
+    image.identifier = reader.wordAt(Identifier);
+    image.defaultLanguageMask = reader.wordAt(DefaultLanguageMask);
+    image.cardTitle1 = reader.titleAt(CardTitle1);
+    image.cardTitle2 = reader.titleAt(CardTitle2);
+    image.powerUp = decodeReference(reader.wordAt(PowerUpItem));
+    image.chimeOptions = reader.byteAt(ChimeOptions);
+    reader.expectZeros(ChimeOptions + 1, LanguageTable);
+    reader.expectZeros(DisplayTexts + 2, FirstSection);
+    const int languages = reader.byteAt(LanguageCount);
+    const int titles = reader.wordAt(TitleCount);
+    const int lists = reader.byteAt(ListCount);
+    if (languages > limits::Languages)
+        fail(LanguageCount, QString("there are %1 languages").arg(languages));
+
+    image.sectionPointers << reader.startSection(LanguageTable);
+    image.languages = takeTable(reader, languages, LanguageWidth);
+    image.sectionPointers << reader.startSection(TitleTable);
+    image.titles = takeTable(reader, titles, TitleWidth);
+    image.sectionPointers << reader.startSection(ListTable);
+    for (const QString& name : takeTable(reader, lists, TitleWidth))
+        image.lists.append({name, {}});
+    image.sectionPointers << reader.startSection(TrackSections);
+    for (DecodedList& list : image.lists)
+        list.tracks = takeTracks(reader);
+    image.sectionPointers << reader.startSection(SpeechPlaceholders);
+    for (int i = 0; i <= titles; ++i)
+        reader.expectNoItem();
+    for (int language = 0; language < languages; ++language) {
+        image.languagePointers << reader.startSection(LanguageColumns + 2 * language);
+        reader.expectNoItem();
+        QList<DecodedWord> column;
+        for (int title = 0; title < titles; ++title)
+            column.append(decodeWord(reader.takeWord()));
+        image.speech.append(column);
+    }
+    reader.expectZeros(LanguageColumns + 2 * languages, LanguageCount);
+    image.sectionPointers << reader.startSection(DisplayTexts);
+    for (int slot = FirstDisplayText; slot <= LastDisplayText; ++slot)
+        image.displayTexts.append(reader.takeText(TitleWidth));
+    for (int slot = 0; slot < TriggerSlots; ++slot)
+        image.triggers.append(decodeReference(reader.takeWord()));
+    reader.expectEnd();
+    return image;
+}
+
+}  // namespace tessaly

@@ -1,0 +1,110 @@
+#include "image/image_limits.h"
+
+#include <QLocale>
+#include <algorithm>
+
+#include "image/config_image.h"
+#include "image/image_layout.h"
+#include "model/format_limits.h"
+#include "platform/error.h"
+#include "platform/error_numbers.h"
+
+namespace tessaly {
+
+namespace {
+
+QString grouped(qint64 number) {
+    return QLocale::c().toString(number);
+}
+
+QString tooMany(const QString& what, qint64 found, qint64 allowed) {
+    return QString("The project has %1 %2, the card can hold %3.")
+        .arg(grouped(found), what, grouped(allowed));
+}
+
+// What keeps an item from being named by a reference, in words; empty when nothing does.
+QString referenceProblem(const Project& project, const TrackRecord& item, const QString& kind,
+                         const QString& who) {
+    const QString name = item.itemName.text();
+    if (kind == u"speech") {
+        const qsizetype title = project.lstSpTitles.indexOf(name) + 1;
+        if (title > limits::ReferenceTitle)
+            return QString("%1 plays speech title %2 (\"%3\"), it can name titles up to %4 only.")
+                .arg(who, grouped(title), name, grouped(limits::ReferenceTitle));
+        return {};
+    }
+    const QString listName = item.groupName.text();
+    const qsizetype list = project.lstMuList.indexOf(listName) + 1;
+    if (listName == ContinuousMixName || list == 0)
+        return {};
+    if (list > limits::ReferenceList)
+        return QString("%1 plays music list %2 (\"%3\"), it can name lists up to %4 only.")
+            .arg(who, grouped(list), listName, grouped(limits::ReferenceList));
+    const qsizetype track = tracksOfMusicList(project, listName).indexOf(name) + 1;
+    if (name != PlayFullListName && track > limits::ReferenceTrack)
+        return QString("%1 plays track %2 of list \"%3\", it can name tracks up to %4 only.")
+            .arg(who, grouped(track), listName, grouped(limits::ReferenceTrack));
+    return {};
+}
+
+}  // namespace
+
+qsizetype configImageSize(const Project& project) {
+    using namespace image_layout;
+    const qsizetype languages = project.lstLangs.size();
+    const qsizetype titles = project.lstSpTitles.size();
+    qsizetype size = FirstSection + LanguageWidth * (languages + 1) + TitleWidth * (titles + 1) +
+                     TitleWidth * (project.lstMuList.size() + 1);
+    for (const QString& list : project.lstMuList)
+        size +=
+            2 + TrackEntryBytes * (LeadingTrackEntries + tracksOfMusicList(project, list).size());
+    size += 2 * (titles + 1) * (languages + 1);
+    size += TitleWidth * (LastDisplayText - FirstDisplayText + 1) + 2 * TriggerSlots;
+    return size;
+}
+
+QList<LimitViolation> imageLimitViolations(const Project& project) {
+    using namespace error_number;
+    QList<LimitViolation> found;
+    const qsizetype size = configImageSize(project);
+    if (size > limits::ImageBytes)
+        found.append({ImageTooLarge, 300,
+                      QString("The settings of this project take %1 bytes, the player can hold %2: "
+                              "use fewer tracks, titles or languages.")
+                          .arg(grouped(size), grouped(limits::ImageBytes))});
+    if (project.lstLangs.size() > limits::Languages)
+        found.append({TooManyLanguages, 301,
+                      tooMany("languages", project.lstLangs.size(), limits::Languages)});
+    if (project.lstMuList.size() > limits::MusicLists)
+        found.append({TooManyLists, 302,
+                      tooMany("music lists", project.lstMuList.size(), limits::MusicLists)});
+    const auto files =
+        std::count_if(project.TrackTable.begin(), project.TrackTable.end(), isTrackFile);
+    if (files > limits::TrackFiles)
+        found.append({TooManyFiles, 303, tooMany("MP3 files", files, limits::TrackFiles)});
+    return found;
+}
+
+QList<LimitViolation> limitViolations(const Project& project) {
+    QList<LimitViolation> found = imageLimitViolations(project);
+    const auto check = [&](const TrackRecord& item, const Variant& kind, const QString& who) {
+        const QString problem = referenceProblem(project, item, kind.text(), who);
+        if (!problem.isEmpty())
+            found.append({error_number::ReferenceTooHigh, 304, problem});
+    };
+    if (hasPowerUpItem(project))
+        check(project.PowerUpRecord, project.PowerUpRecord.kind, "The power-up item");
+    for (int slot = 0; slot < TriggerSlots; ++slot) {
+        const TrackRecord& trigger = project.TriggerTable[size_t(slot)];
+        if (isAssigned(trigger))
+            check(trigger, trigger.sourcePath, QString("Trigger %1").arg(slot + 1));
+    }
+    return found;
+}
+
+void throwFirst(const QList<LimitViolation>& violations) {
+    if (!violations.isEmpty())
+        throw TessalyError(violations.first().errorNumber, violations.first().text);
+}
+
+}  // namespace tessaly
