@@ -1,0 +1,105 @@
+#include "card/card_checks.h"
+
+#include <algorithm>
+
+#include "image/image_limits.h"
+#include "model/format_limits.h"
+#include "platform/error.h"
+#include "platform/error_numbers.h"
+
+namespace tessaly {
+
+namespace {
+
+constexpr qint64 CapacityMargin = 500000;
+
+CheckResult judged(Verdict bad, const QStringList& offenders, const char* badText,
+                   const char* goodText) {
+    if (offenders.isEmpty())
+        return {Verdict::Green, goodText, {}, true};
+    return {bad, badText, offenders, true};
+}
+
+void checkItems(const Project& project, CardChecks& checks) {
+    const TrackIndex index(project);
+    QStringList lists, languages, pairs;
+    for (const QString& list : project.lstMuList)
+        if (!index.hasMusicList(list))
+            lists.append(list);
+    for (const QString& language : project.lstLangs)
+        if (!index.hasLanguage(language))
+            languages.append(language);
+    for (const QString& title : project.lstSpTitles)
+        for (const QString& language : project.lstLangs)
+            if (!index.speech(title, language))
+                pairs.append(title + " - " + language);
+    checks.musicLists =
+        judged(Verdict::Red, lists, "The following Music List(s) contain no music tracks:",
+               "Music Lists OK - All Music Lists contain at least one track.");
+    checks.languages =
+        judged(Verdict::Red, languages, "The following Language(s) contain no Speech Titles:",
+               "Languages OK - All languages contain at least one speech title.");
+    checks.speechTitles =
+        judged(Verdict::Yellow, pairs,
+               "The following Speech Title - Language pairs have no corresponding MP3 file.  This "
+               "IS allowable, just make sure it's what you want!",
+               "Speech Titles OK - All speech titles are present in all languages.");
+}
+
+// Whether the drive keeps the card from being written.
+bool checkDrive(const QString& cfDrive, const Drives& drives, qint64 totalCardBytes,
+                CardChecks& checks) {
+    checks.cardPresent = {Verdict::Grey, "CF drive not ready - check card", {}, false};
+    checks.cardBigEnough = {Verdict::Grey, "CF card too small - delete tracks", {}, false};
+    if (cfDrive.isEmpty()) {
+        checks.driveSelected = {Verdict::Red, "CF Card Drive is NOT SELECTED", {}, true};
+        checks.updateFirmwareEnabled = false;
+        return true;
+    }
+    checks.driveSelected = {Verdict::Green, "CF Card Drive is " + cfDrive, {}, true};
+    qint64 size = 0;
+    try {
+        size = drives.totalBytes(cfDrive);
+    } catch (const TessalyError& error) {
+        if (error.number == error_number::DriveNotReady) {
+            checks.cardPresent = {Verdict::Red, "CF Card not inserted", {}, true};
+            return true;
+        }
+    }
+    checks.updateFirmwareEnabled = true;
+    checks.cardPresent = {Verdict::Green, "CF Card detected", {}, true};
+    if (size > totalCardBytes + CapacityMargin) {
+        checks.cardBigEnough = {Verdict::Green, "CF Card can hold selected tracks.", {}, true};
+        return false;
+    }
+    checks.cardBigEnough = {Verdict::Red, "CF card too small - delete tracks", {}, true};
+    return true;
+}
+
+}  // namespace
+
+CardChecks runCardChecks(const Project& project, const QString& cfDrive, const FileSystem& files,
+                         const Drives& drives, CardTotals& totals) {
+    CardChecks checks;
+    checks.hasItems =
+        std::any_of(project.TrackTable.begin(), project.TrackTable.end(), isTrackFile);
+    checkItems(project, checks);
+    const bool driveBlocks = checkDrive(cfDrive, drives, totals.totalCardBytes, checks);
+    totals = updateSummary(project, files);
+    checks.totals = totals;
+    const bool tooMany = totals.trackCount > limits::TrackFiles;
+    checks.trackCount =
+        tooMany ? CheckResult{Verdict::Red, "Too many tracks, limit is 9995", {}, true}
+                : CheckResult{Verdict::Green, "Number of tracks is within limit", {}, true};
+    for (const LimitViolation& violation : limitViolations(project))
+        if (violation.errorNumber != error_number::TooManyFiles)
+            checks.exceededLimits.append(violation.text);
+
+    checks.projectBlocked = checks.musicLists.verdict == Verdict::Red ||
+                            checks.languages.verdict == Verdict::Red || totals.missingFileFlag ||
+                            tooMany || !checks.exceededLimits.isEmpty();
+    checks.blocked = checks.projectBlocked || driveBlocks;
+    return checks;
+}
+
+}  // namespace tessaly

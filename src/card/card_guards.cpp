@@ -1,0 +1,159 @@
+#include "card/card_guards.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QHash>
+#include <QSet>
+
+#include "card/card_names.h"
+#include "model/card_file.h"
+#include "model/text_codec.h"
+#include "platform/error.h"
+#include "platform/error_numbers.h"
+#include "platform/paths.h"
+#include "platform/system_folders.h"
+
+namespace tessaly {
+
+namespace {
+
+QString native(const QString& path) {
+    return QDir::toNativeSeparators(path);
+}
+
+// Whether a folder is or holds other places, by identity, so that links and second mounts of the
+// same folder are seen through.
+class HoldingFolder {
+ public:
+    HoldingFolder(const FileSystem& files, const QString& folder)
+        : files_(files), identity_(files.identity(folder)) {}
+
+    bool isOrHolds(const QString& path) {
+        QString place = files_.canonicalPath(path);
+        QStringList passed;
+        bool holds = false;
+        while (!place.isEmpty() && !outside_.contains(place)) {
+            if (identity_ && files_.identity(place) == identity_) {
+                holds = true;
+                break;
+            }
+            passed.append(place);
+            const QString parent = QFileInfo(place).path();
+            place = parent == place ? QString() : parent;
+        }
+        if (!holds)
+            outside_.unite({passed.begin(), passed.end()});
+        return holds;
+    }
+
+ private:
+    const FileSystem& files_;
+    std::optional<FileIdentity> identity_;
+    QSet<QString> outside_;  // places known to be elsewhere, with all that is above them
+};
+
+// The file name at the end of a path of either platform, as a project file holds it.
+QByteArray storedFileName(const QString& path) {
+    const qsizetype slash = std::max(path.lastIndexOf('/'), path.lastIndexOf('\\'));
+    return toCodePage(path.mid(slash + 1));
+}
+
+[[noreturn]] void cardDiffers(const QString& problem) {
+    throw TessalyError(error_number::CardDiffers,
+                       problem + " The settings would point at other music: create the card anew.");
+}
+
+// File names by card number from the project on the card; `isComplete` tells whether it was read
+// to its end.
+QHash<QString, QByteArray> numbersOnCard(FileSystem& files, const QString& root, bool& isComplete) {
+    QHash<QString, QByteArray> numbers;
+    Project onCard;
+    isComplete = false;
+    try {
+        isComplete = readProject(files, pathIn(root, card_name::Project), onCard).isComplete;
+    } catch (const TessalyError&) {
+        return numbers;
+    }
+    for (const TrackRecord& record : onCard.TrackTable)
+        if (isTrackFile(record))
+            numbers.insert(typeTagText(record), storedFileName(record.sourcePath.text()));
+    return numbers;
+}
+
+}  // namespace
+
+void requireRemovableRoot(const Drives& drives, const QString& root) {
+    const DriveType type = drives.type(root);
+    if (type != DriveType::Removable)
+        throw TessalyError(
+            error_number::NotRemovable,
+            QString("%1 is a %2 drive, not the removable drive of a card. Select the card's drive.")
+                .arg(native(root), driveTypeName(type)));
+}
+
+void refuseSystemFolder(const FileSystem& files, const QString& root, const AppFolders& folders,
+                        const QStringList& kept) {
+    const auto refuse = [&](const QString& why) {
+        throw TessalyError(error_number::SystemFolder,
+                           QString("%1 %2 and will not be erased.").arg(native(root), why));
+    };
+    HoldingFolder target(files, root);
+    for (const QString& folder : systemFolders()) {
+        if (target.isOrHolds(folder))
+            refuse("holds the operating system");
+        if (files.identity(folder) && HoldingFolder(files, folder).isOrHolds(root))
+            refuse("belongs to the operating system");
+    }
+    for (const QString& folder : personalFolders())
+        if (target.isOrHolds(folder))
+            refuse("is no card (it is or holds " + native(folder) + ")");
+    for (const QString& folder :
+         {folders.appFolder, folders.filesFolder, folders.firmwareFolder, folders.chimesFolder})
+        if (target.isOrHolds(folder))
+            refuse("holds the program");
+    for (const QString& path : kept)
+        if (target.isOrHolds(path))
+            refuse("holds " + native(path));
+}
+
+void refuseHoldingSources(const FileSystem& files, const QString& root,
+                          const QStringList& sources) {
+    HoldingFolder target(files, root);
+    for (const QString& source : sources)
+        if (target.isOrHolds(source))
+            throw TessalyError(error_number::HoldsSource,
+                               QString("%1 holds the source file %2: erasing it would lose that.")
+                                   .arg(native(root), native(source)));
+}
+
+void requireWritable(const FileSystem& files, const Drives& drives, const QString& root) {
+    if (drives.geometry(root).isReadOnly || !files.isWritableFolder(root))
+        throw TessalyError(error_number::WriteProtected,
+                           native(root) + ": the card is write-protected.");
+}
+
+void requireSameTracks(FileSystem& files, const QString& root, const Project& project) {
+    bool isComplete = false;
+    const QHash<QString, QByteArray> numbers = numbersOnCard(files, root, isComplete);
+    for (const TrackRecord& record : project.TrackTable) {
+        if (!isTrackFile(record))
+            continue;
+        const QString number = typeTagText(record);
+        const QString cardFile = pathIn(root, card_name::track(number));
+        const QString source = record.sourcePath.text();
+        const auto size = files.fileSize(cardFile);
+        if (!size)
+            cardDiffers(QString("The card has no file %1.").arg(card_name::track(number)));
+        if (size != files.fileSize(source))
+            cardDiffers(QString("%1 on the card has another size than %2.")
+                            .arg(card_name::track(number), native(source)));
+        const auto known = numbers.constFind(number);
+        const bool isOther =
+            known != numbers.constEnd() ? *known != storedFileName(source) : isComplete;
+        if (isOther)
+            cardDiffers(
+                QString("%1 on the card is not %2.").arg(card_name::track(number), native(source)));
+    }
+}
+
+}  // namespace tessaly

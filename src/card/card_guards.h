@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include "card/app_folders.h"
+#include "card/card_space.h"
+#include "model/project.h"
+#include "platform/drives.h"
+#include "platform/file_system.h"
+
+// What must be true of a target before the first file on it is deleted. Each function throws a
+// TessalyError with a number of its own when it is not. `root` is the card's root folder.
+
+namespace tessaly {
+
+/// Error 530 unless `root` is the root of a removable drive now, whatever it was when it was
+/// chosen.
+void requireRemovableRoot(const Drives& drives, const QString& root);
+
+/// Error 531 when `root` is, holds or stands in a folder of the operating system, or is or holds a
+/// folder that people's files stand in, the program or one of `kept`.
+void refuseSystemFolder(const FileSystem& files, const QString& root, const AppFolders& folders,
+                        const QStringList& kept);
+
+/// Error 532 when one of `sources` is a file in `root` or below it. Paths that do not exist are
+/// passed over.
+void refuseHoldingSources(const FileSystem& files, const QString& root, const QStringList& sources);
+
+/// Error 533 when `root` cannot be written.
+void requireWritable(const FileSystem& files, const Drives& drives, const QString& root);
+
+/// Error 536 unless every numbered file of `project` is on the card with the size of its source,
+/// under the number that the card's own project gives it.
+void requireSameTracks(FileSystem& files, const QString& root, const Project& project);
+
+}  // namespace tessaly

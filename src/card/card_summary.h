@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+
+#include "model/project.h"
+#include "platform/file_system.h"
+
+namespace tessaly {
+
+/// How much goes onto the card.
+struct CardTotals {
+    qint64 totalCardBytes = 0;     ///< sizes of all source files that could be measured
+    int trackCount = 0;            ///< music and speech records, measured or not
+    bool missingFileFlag = false;  ///< at least one source file could not be measured
+
+    bool operator==(const CardTotals&) const = default;
+};
+
+/// Measures the source files of a project: one file query a record.
+CardTotals updateSummary(const Project& project, const FileSystem& files);
+
+/// Bytes as megabytes of 1,000,000, one digit behind the point: "123.5 MB".
+QString megabytes(qint64 bytes);
+
+/// The line of the status bar.
+QString summaryLine(const CardTotals& totals, const QString& firmwareVersion);
+
+}  // namespace tessaly

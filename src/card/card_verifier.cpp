@@ -1,0 +1,206 @@
+#include "card/card_verifier.h"
+
+#include <QDir>
+#include <QSet>
+#include <algorithm>
+
+#include "card/card_names.h"
+#include "card/file_copier.h"
+#include "card/firmware.h"
+#include "image/config_image.h"
+#include "image/config_image_reader.h"
+#include "image/intel_hex.h"
+#include "model/card_file.h"
+#include "model/format_limits.h"
+#include "platform/error.h"
+#include "platform/error_numbers.h"
+#include "platform/paths.h"
+
+namespace tessaly {
+
+namespace {
+
+class CardVerifier {
+ public:
+    CardVerifier(FileSystem& files, const QString& root) : files_(files), root_(root) {}
+
+    CardVerification run() {
+        if (readCardProject())
+            compareSettings();
+        checkTrackFiles();
+        checkFixedFiles();
+        noteOtherFiles();
+        return result_;
+    }
+
+ private:
+    bool readCardProject();
+    void compareSettings();
+    void restoreTracksWithoutFile(const DecodedImage& image);
+    void explainDifference(const DecodedImage& found, const DecodedImage& expected);
+    void checkTrackFiles();
+    void checkFixedFiles();
+    void noteOtherFiles();
+    void readToEnd(const QString& name);
+    void problem(const QString& sentence) { result_.problems.append(sentence); }
+
+    FileSystem& files_;
+    const QString root_;
+    Project project_;
+    QSet<QString> expected_;  // lower-case names that belong on this card
+    CardVerification result_;
+};
+
+bool CardVerifier::readCardProject() {
+    try {
+        const ReadReport report = readProject(files_, pathIn(root_, card_name::Project), project_);
+        if (!report.isComplete)
+            problem(QString("%1 is damaged at byte %2: %3.")
+                        .arg(card_name::Project)
+                        .arg(report.stoppedAt)
+                        .arg(report.stopReason));
+        return report.isComplete;
+    } catch (const TessalyError& error) {
+        problem(error.description + ".");
+        return false;
+    }
+}
+
+// The image has tracks that were given no file; a project file has not.
+void CardVerifier::restoreTracksWithoutFile(const DecodedImage& image) {
+    const qsizetype lists = std::min(image.lists.size(), project_.lstMuList.size());
+    for (qsizetype i = 0; i < lists; ++i) {
+        const int slot = slotOfMusicList(project_, project_.lstMuList[i]);
+        const QList<DecodedTrack>& tracks = image.lists[i].tracks;
+        for (qsizetype line = 0; line < tracks.size(); ++line) {
+            QStringList& lines = project_.lstMuTrack[slot];
+            if (!tracks[line].word.hasFile && line <= lines.size() &&
+                lines.value(line) != tracks[line].name)
+                lines.insert(line, tracks[line].name);
+        }
+    }
+}
+
+void CardVerifier::compareSettings() {
+    try {
+        const QByteArray text =
+            readWholeFile(files_, pathIn(root_, card_name::Settings), limits::HexFileBytes);
+        const HexFile hex = decodeHexFile(text);
+        if (EncodeImageAsHex(hex.image) != text)
+            problem(card_name::Settings + " is not laid out as the player expects it.");
+        const DecodedImage found = decodeConfigImage(hex.image);
+        result_.identifier = found.identifier;
+        restoreTracksWithoutFile(found);
+        const QByteArray expected = composeConfigImage(project_, found.identifier);
+        if (expected != hex.image)
+            explainDifference(found, decodeConfigImage(expected));
+    } catch (const TessalyError& error) {
+        problem(card_name::Settings + ": " + error.description);
+    }
+}
+
+void CardVerifier::explainDifference(const DecodedImage& found, const DecodedImage& expected) {
+    const qsizetype before = result_.problems.size();
+    const auto differs = [this](const QString& what) {
+        problem(
+            QString("%1 and %2 differ: %3.").arg(card_name::Settings, card_name::Project, what));
+    };
+    if (found.languages != expected.languages)
+        differs("the languages");
+    if (found.titles != expected.titles)
+        differs("the speech titles");
+    if (found.displayTexts != expected.displayTexts)
+        differs("the system texts");
+    if (found.cardTitle1 != expected.cardTitle1 || found.cardTitle2 != expected.cardTitle2)
+        differs("the card title");
+    if (found.powerUp != expected.powerUp || found.triggers != expected.triggers)
+        differs("the power-up item or a trigger");
+    if (found.defaultLanguageMask != expected.defaultLanguageMask)
+        differs("the default languages");
+    if (found.chimeOptions != expected.chimeOptions)
+        differs("the chime");
+    if (found.speech != expected.speech)
+        differs("the files of the speech titles");
+    if (found.lists.size() != expected.lists.size())
+        differs("the number of music lists");
+    const qsizetype lists = std::min(found.lists.size(), expected.lists.size());
+    for (qsizetype i = 0; i < lists; ++i) {
+        const auto same = [](const DecodedTrack& a, const DecodedTrack& b) {
+            return a.name == b.name && a.word == b.word;
+        };
+        const QList<DecodedTrack>&a = found.lists[i].tracks, &b = expected.lists[i].tracks;
+        if (found.lists[i].name != expected.lists[i].name ||
+            !std::equal(a.begin(), a.end(), b.begin(), b.end(), same))
+            differs(QString("music list %1 (\"%2\")").arg(i + 1).arg(expected.lists[i].name));
+    }
+    if (result_.problems.size() == before)
+        differs("bytes that mean nothing");
+}
+
+void CardVerifier::readToEnd(const QString& name) {
+    expected_.insert(name.toLower());
+    const QString path = pathIn(root_, name);
+    if (!files_.fileSize(path)) {
+        problem(name + " is missing.");
+        return;
+    }
+    try {
+        const ReadBack read = readBack(files_, path, [](qint64) {});
+        result_.bytes += read.size;
+        if (read.size == 0)
+            problem(name + " is empty.");
+    } catch (const TessalyError& error) {
+        problem(error.description + ".");
+    }
+}
+
+void CardVerifier::checkTrackFiles() {
+    QSet<QString> numbers;
+    for (const TrackRecord& record : project_.TrackTable) {
+        if (!isTrackFile(record))
+            continue;
+        const QString number = typeTagText(record);
+        const QString name = card_name::track(number);
+        const int value = typeTagNumber(record).value_or(0);
+        if (value < 1 || value > limits::TrackFiles || !card_name::isCardName(name)) {
+            problem(QString("%1 has no proper file number in %2.")
+                        .arg(record.itemName.text(), card_name::Project));
+            continue;
+        }
+        if (numbers.contains(number)) {
+            problem(QString("%1 is given to two tracks.").arg(name));
+            continue;
+        }
+        numbers.insert(number);
+        ++result_.trackFiles;
+        readToEnd(name);
+    }
+}
+
+void CardVerifier::checkFixedFiles() {
+    for (const QString& name : {card_name::Settings, card_name::Firmware, card_name::Calibration,
+                                card_name::FixedConfiguration, card_name::Project})
+        readToEnd(name);
+    if (project_.buttPlayIntChime && !project_.txtChimeFileName.isEmpty())
+        readToEnd(card_name::Chime);
+    const QString firmware = pathIn(root_, card_name::Firmware);
+    if (files_.fileSize(firmware) && !holdsFirmware(files_, firmware))
+        result_.notes.append(card_name::Firmware + " is a stand-in that holds no firmware.");
+}
+
+void CardVerifier::noteOtherFiles() {
+    for (const FolderEntry& entry : files_.entries(root_))
+        if (!expected_.contains(entry.name.toLower()))
+            result_.notes.append(entry.name + " is on the card, but nothing refers to it.");
+}
+
+}  // namespace
+
+CardVerification verifyCard(FileSystem& files, const QString& root) {
+    if (!files.isFolder(root))
+        throw TessalyError(error_number::BadTarget,
+                           QDir::toNativeSeparators(root) + ": there is no such folder.");
+    return CardVerifier(files, root).run();
+}
+
+}  // namespace tessaly

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include "platform/file_system.h"
+
+namespace tessaly {
+
+/// What a card looks like when judged by what is on it alone.
+struct CardVerification {
+    QStringList problems;  ///< each a sentence; the card is good when there is none
+    QStringList notes;     ///< worth knowing, but no fault
+    int trackFiles = 0;    ///< numbered MP3s that the card's project names
+    qint64 bytes = 0;      ///< of all files that were read
+    quint16 identifier = 0;
+
+    bool isGood() const { return problems.isEmpty(); }
+};
+
+/// Compares a card's settings (0000.xd3) with its own project (0000.crd2) and the numbers stored
+/// there, and reads every file that the player needs from the card to its end. `root` is the card's
+/// root folder or a folder that holds a copy of one. Throws when it is no folder.
+CardVerification verifyCard(FileSystem& files, const QString& root);
+
+}  // namespace tessaly

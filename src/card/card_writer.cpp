@@ -1,0 +1,456 @@
+#include "card/card_writer.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QScopeGuard>
+
+#include "card/card_guards.h"
+#include "card/card_names.h"
+#include "card/card_space.h"
+#include "card/file_copier.h"
+#include "image/config_image.h"
+#include "image/image_limits.h"
+#include "image/intel_hex.h"
+#include "model/card_file.h"
+#include "platform/error_numbers.h"
+#include "platform/paths.h"
+
+namespace tessaly {
+
+namespace {
+
+const QString UpdateQuestion = QStringLiteral(
+    "This will only update card settings, attributes, triggers, and TRL-740 firmware.  DO NOT "
+    "continue if you have added or deleted MP3 tracks.  Continue?");
+const QString EraseQuestion =
+    QStringLiteral("This will erase the contents of the CF card.  Continue?");
+
+// One run from the snapshot of a project to a finished card. Every step sets the step code first
+// and throws when it fails; nothing on the card changes before checkTarget() has passed.
+class CardRun {
+ public:
+    CardRun(FileSystem& files, const Drives& drives, CardJob job, Project snapshot,
+            bool settingsOnly, int& stepCode, CardRunObserver& observer, CardRunReport& report)
+        : files_(files),
+          drives_(drives),
+          job_(std::move(job)),
+          root_(withLastSeparator(QDir::toNativeSeparators(job_.root))),
+          snapshot_(std::move(snapshot)),
+          settingsOnly_(settingsOnly),
+          stepCode_(stepCode),
+          observer_(observer),
+          report_(report) {
+        for (const TrackRecord& record : snapshot_.TrackTable)
+            if (isTrackFile(record))
+                tracks_.append({record.sourcePath.text(), typeTagText(record)});
+    }
+
+    void checkSources();
+    void buildImage();
+    void checkTarget();
+    void trimCard();
+    void eraseCard();
+    void copyTracks();
+    void copyFixedFiles();
+    void writeProjectFile();
+    void copyProjectFile();
+    void settleAndVerify();
+    void deleteTemporaryFiles();
+
+ private:
+    struct Track {
+        QString source;
+        QString number;
+    };
+
+    void step(int code) { stepCode_ = code; }
+    QString work(const char* name) const { return pathIn(job_.workFolder, name); }
+    bool hasChime() const {
+        return snapshot_.buttPlayIntChime && !snapshot_.txtChimeFileName.isEmpty();
+    }
+    SpacePlan spacePlan(const VolumeGeometry& geometry) const;
+    QList<std::pair<QString, qint64>> settingsFiles() const;
+
+    void beginPhase(RunPhase phase, qint64 total);
+    void advance(qint64 bytes);
+    void breathe();
+    void writeWhole(const QString& path, const QByteArray& bytes);
+    void copyToCard(const QString& source, const QString& name);
+    void requireSameCard() const;
+    void deleteFromCard(const QString& name);
+    void removeTree(const QString& folder);
+
+    FileSystem& files_;
+    const Drives& drives_;
+    const CardJob job_;
+    const QString root_;
+    const Project snapshot_;
+    const bool settingsOnly_;
+    int& stepCode_;
+    CardRunObserver& observer_;
+    CardRunReport& report_;
+
+    QList<Track> tracks_;
+    QByteArray hex_;
+    QByteArray projectBytes_;
+    std::unique_ptr<OutputFile> projectFile_;
+    std::optional<FileIdentity> card_;
+    QList<WrittenFile> written_;
+
+    RunPhase phase_ = RunPhase::Prepare;
+    QElapsedTimer phaseTimer_;
+    qint64 phaseDone_ = 0;
+    qint64 phaseTotal_ = 0;
+};
+
+void CardRun::beginPhase(RunPhase phase, qint64 total) {
+    if (phaseTimer_.isValid())
+        report_.milliseconds[size_t(phase_)] += phaseTimer_.elapsed();
+    phaseTimer_.start();
+    phase_ = phase;
+    phaseDone_ = 0;
+    phaseTotal_ = total;
+    observer_.phaseProgress(phase_, 0, phaseTotal_);
+}
+
+void CardRun::advance(qint64 bytes) {
+    phaseDone_ += bytes;
+    observer_.phaseProgress(phase_, phaseDone_, phaseTotal_);
+    breathe();
+}
+
+void CardRun::breathe() {
+    if (!observer_.keepGoing())
+        throw TessalyError(error_number::Stopped, "The writing of the card was stopped.");
+}
+
+void CardRun::writeWhole(const QString& path, const QByteArray& bytes) {
+    const auto file = files_.create(path);
+    file->write(bytes);
+    file->close();
+}
+
+void CardRun::checkSources() {
+    beginPhase(RunPhase::Prepare, 0);
+    step(200);
+    for (const Track& track : tracks_)
+        if (!files_.fileSize(track.source))
+            throw TessalyError(error_number::SourceMissing, "Cannot find file " + track.source);
+    step(201);
+    const QString firmware = job_.folders.firmwareFile();
+    if (!files_.fileSize(firmware))
+        throw TessalyError(error_number::FirmwareMissing,
+                           "Cannot find firmware file " + firmware + ".");
+    step(202);
+    const QString calibration = job_.folders.calibrationFile();
+    if (!files_.fileSize(calibration))
+        throw TessalyError(error_number::CalibrationMissing,
+                           "Cannot find calibration file " + calibration + ".");
+    for (const LimitViolation& violation : limitViolations(snapshot_)) {
+        step(violation.stepCode);
+        throw TessalyError(violation.errorNumber, violation.text);
+    }
+}
+
+void CardRun::buildImage() {
+    step(203);
+    const auto binary = files_.create(work("tmp.bin"));
+    const QByteArray image = composeConfigImage(
+        snapshot_, job_.identifier.value_or(randomIdentifier()), [this](int code) { step(code); });
+    binary->write(image);
+    binary->close();
+    hex_ = EncodeImageAsHex(image);
+    writeWhole(work("tmp.hex"), hex_);
+    projectBytes_ = encodeProject(snapshot_);
+}
+
+// The files that every run writes, by card name, with the size that they will have. A missing one
+// counts nothing here: its copy will say so.
+QList<std::pair<QString, qint64>> CardRun::settingsFiles() const {
+    const auto sizeOf = [this](const QString& path) { return files_.fileSize(path).value_or(0); };
+    QList<std::pair<QString, qint64>> list = {
+        {card_name::Settings, hex_.size()},
+        {card_name::Firmware, sizeOf(job_.folders.firmwareFile())},
+        {card_name::Calibration, sizeOf(job_.folders.calibrationFile())},
+        {card_name::FixedConfiguration, sizeOf(job_.folders.fixedConfigurationFile())},
+        {card_name::Project, projectBytes_.size()}};
+    if (hasChime())
+        list.append({card_name::Chime, sizeOf(snapshot_.txtChimeFileName)});
+    return list;
+}
+
+SpacePlan CardRun::spacePlan(const VolumeGeometry& geometry) const {
+    SpacePlan plan;
+    const QList<FolderEntry> entries = files_.entries(root_);
+    for (const auto& [name, size] : settingsFiles()) {
+        plan.newFiles.append(size);
+        const auto old = files_.fileSize(pathIn(root_, name));
+        if (settingsOnly_ && old) {
+            plan.freedBytes += inWholeClusters(*old, geometry.clusterBytes);
+            ++plan.freedFiles;
+        }
+    }
+    if (settingsOnly_) {
+        plan.remainingEntries = int(entries.size()) - plan.freedFiles;
+        return plan;
+    }
+    for (const Track& track : tracks_)
+        plan.newFiles.append(files_.fileSize(track.source).value_or(0));
+    plan.freedBytes = clustersOfContent(files_, root_, geometry.clusterBytes);
+    plan.freedFiles = int(entries.size());
+    return plan;
+}
+
+void CardRun::checkTarget() {
+    step(310);
+    if (job_.mustBeRemovableRoot)
+        requireRemovableRoot(drives_, root_);
+    card_ = files_.identity(root_);
+    step(311);
+    refuseSystemFolder(files_, root_, job_.folders, job_.kept + QStringList(job_.workFolder));
+    step(312);
+    QStringList sources;
+    for (const Track& track : tracks_)
+        sources.append(track.source);
+    if (hasChime())
+        sources.append(snapshot_.txtChimeFileName);
+    refuseHoldingSources(files_, root_, sources);
+    step(313);
+    requireWritable(files_, drives_, root_);
+    step(314);
+    const VolumeGeometry geometry = drives_.geometry(root_);
+    const SpacePlan plan = spacePlan(geometry);
+    requireSpace(plan, geometry);
+    step(315);
+    requireRootEntries(plan, geometry);
+    step(316);
+    if (settingsOnly_)
+        requireSameTracks(files_, root_, snapshot_);
+    breathe();
+}
+
+void CardRun::deleteFromCard(const QString& name) {
+    requireSameCard();
+    const QString path = pathIn(root_, name);
+    if (files_.fileSize(path))
+        files_.removeFile(path);
+}
+
+void CardRun::trimCard() {
+    beginPhase(RunPhase::Erase, 0);
+    step(12);
+    deleteFromCard(card_name::Settings);
+    step(13);
+    deleteFromCard(card_name::Firmware);
+    step(14);
+    deleteFromCard(card_name::Calibration);
+}
+
+void CardRun::removeTree(const QString& folder) {
+    for (const FolderEntry& entry : files_.entries(folder)) {
+        const QString path = pathIn(folder, entry.name);
+        if (entry.isFolder)
+            removeTree(path);
+        else
+            files_.removeFile(path);
+        breathe();
+    }
+    files_.removeFolder(folder);
+}
+
+void CardRun::eraseCard() {
+    beginPhase(RunPhase::Erase, 0);
+    step(10);
+    requireSameCard();
+    const QList<FolderEntry> entries = files_.entries(root_);
+    step(100);
+    for (const FolderEntry& entry : entries) {
+        if (entry.isFolder)
+            continue;
+        files_.removeFile(pathIn(root_, entry.name));
+        breathe();
+    }
+    step(101);
+    for (const FolderEntry& entry : entries) {
+        if (!entry.isFolder)
+            continue;
+        try {
+            removeTree(pathIn(root_, entry.name));
+        } catch (const TessalyError& error) {
+            // Windows keeps this one open on every drive and does not give it up.
+            if (entry.name != u"System Volume Information" || error.number == error_number::Stopped)
+                throw;
+        }
+    }
+}
+
+// A card that was pulled out leaves a folder behind on Linux, and another card may have taken its
+// place: neither is what the guards looked at.
+void CardRun::requireSameCard() const {
+    if (!card_ || files_.identity(root_) != card_)
+        throw TessalyError(error_number::DriveNotReady,
+                           root_ + ": the card is no longer there or was changed.");
+}
+
+void CardRun::copyToCard(const QString& source, const QString& name) {
+    requireSameCard();
+    const QString target = pathIn(root_, name);
+    const WrittenFile file =
+        copyFile(files_, source, target, [this](qint64 bytes) { advance(bytes); });
+    written_.append(file);
+    report_.files.append({name, file.size});
+    report_.bytes += file.size;
+}
+
+void CardRun::copyTracks() {
+    qint64 total = 0;
+    for (const auto& file : settingsFiles())
+        total += file.second;
+    if (!settingsOnly_)
+        for (const Track& track : tracks_)
+            total += files_.fileSize(track.source).value_or(0);
+    beginPhase(RunPhase::Copy, total);
+    if (settingsOnly_)
+        return;
+    step(11);
+    int done = 0;
+    for (const Track& track : tracks_) {
+        if (done > 0)
+            observer_.setCaption(
+                QString("%1 of %2 files transferred").arg(done).arg(tracks_.size()));
+        observer_.setBarValue(++done);
+        breathe();
+        copyToCard(track.source, card_name::track(track.number));
+    }
+}
+
+void CardRun::copyFixedFiles() {
+    step(15);
+    copyToCard(work("tmp.hex"), card_name::Settings);
+    step(16);
+    copyToCard(job_.folders.firmwareFile(), card_name::Firmware);
+    step(17);
+    copyToCard(job_.folders.calibrationFile(), card_name::Calibration);
+    step(69);
+    copyToCard(job_.folders.fixedConfigurationFile(), card_name::FixedConfiguration);
+    step(18);
+    if (hasChime())
+        copyToCard(snapshot_.txtChimeFileName, card_name::Chime);
+}
+
+void CardRun::writeProjectFile() {
+    step(19);
+    projectFile_ = files_.create(work("tmp.crd"));
+    step(20);
+    projectFile_->write(projectBytes_);
+}
+
+void CardRun::copyProjectFile() {
+    step(21);
+    projectFile_->close();
+    step(22);
+    copyToCard(work("tmp.crd"), card_name::Project);
+}
+
+void CardRun::settleAndVerify() {
+    beginPhase(RunPhase::Flush, 0);
+    step(320);
+    breathe();
+    files_.flushVolume(root_);
+    beginPhase(RunPhase::Verify, job_.verify ? report_.bytes : 0);
+    step(321);
+    bool pastCache = true;
+    for (const WrittenFile& file : job_.verify ? written_ : QList<WrittenFile>()) {
+        const ReadBack back = readBack(files_, file.path, [this](qint64 bytes) { advance(bytes); });
+        if (back.size != file.size || back.hash != file.hash)
+            throw TessalyError(
+                error_number::VerifyFailed,
+                file.path + ": what reads back from the card differs from what was written.");
+        pastCache = pastCache && back.isPastCache;
+    }
+    report_.isVerified = job_.verify;
+    report_.isVerifiedPastCache = job_.verify && pastCache;
+    beginPhase(RunPhase::Verify, 0);
+}
+
+void CardRun::deleteTemporaryFiles() {
+    int code = 23;
+    for (const char* name : {"tmp.bin", "tmp.hex", "tmp.crd"}) {
+        step(code++);
+        try {
+            files_.removeFile(work(name));
+        } catch (const TessalyError&) {
+            // The card is finished; what stays behind is written over by the next run.
+        }
+    }
+}
+
+// Whether two states of a project are the same apart from the flag that tells of changes.
+bool sameContent(const Project& project, Project other) {
+    other.unsavedChanges = project.unsavedChanges;
+    return project == other;
+}
+
+}  // namespace
+
+CardRunReport CardWriter::updateSettings(Project& project, const CardJob& job,
+                                         CardRunObserver& observer) {
+    if (!running_)
+        updateSettingsOnly = true;
+    return createCard(project, job, observer);
+}
+
+CardRunReport CardWriter::createCard(Project& project, const CardJob& job,
+                                     CardRunObserver& observer) {
+    CardRunReport report;
+    if (running_) {
+        report.outcome = CardRunReport::Outcome::Busy;
+        return report;
+    }
+    running_ = true;
+    const auto finished = qScopeGuard([this] { running_ = false; });
+    project.unsavedChanges = true;
+    if (!observer.confirm(updateSettingsOnly ? UpdateQuestion : EraseQuestion))
+        return report;
+
+    trackFileCount = numberTrackFiles(project);
+    const Project snapshot = project;
+    try {
+        CardRun run(files_, drives_, job, snapshot, updateSettingsOnly, stepCode, observer, report);
+        observer.showProgress("Preparing to create card...");
+        run.checkSources();
+        run.buildImage();
+        observer.setBarMaximum(trackFileCount + 1);
+        observer.setBarValue(0);
+        run.checkTarget();
+        if (updateSettingsOnly)
+            run.trimCard();
+        else
+            run.eraseCard();
+        run.copyTracks();
+        run.copyFixedFiles();
+        run.writeProjectFile();
+        // Writing the project's file clears the flag, unless it was edited since the run began.
+        if (sameContent(project, snapshot))
+            project.unsavedChanges = false;
+        run.copyProjectFile();
+        run.settleAndVerify();
+        observer.hideProgress();
+        report.outcome = CardRunReport::Outcome::Done;
+        observer.succeeded("Card successfully created!");
+        run.deleteTemporaryFiles();
+        updateSettingsOnly = false;
+    } catch (const TessalyError& error) {
+        report.outcome = CardRunReport::Outcome::Failed;
+        report.error = error;
+        observer.hideProgress();
+        observer.failed("Tessaly Error " + QString::number(stepCode),
+                        QString("Error # %1 was generated by ").arg(error.number) + error.source +
+                            '\r' + error.description,
+                        "Card has NOT been created");
+    }
+    report.stepCode = stepCode;
+    return report;
+}
+
+}  // namespace tessaly

@@ -1,0 +1,61 @@
+#include "card/file_copier.h"
+
+#include <xxhash.h>
+
+#include <memory>
+
+namespace tessaly {
+
+namespace {
+
+class Hasher {
+ public:
+    Hasher() : state_(XXH3_createState(), XXH3_freeState) { XXH3_128bits_reset(state_.get()); }
+
+    void add(QByteArrayView bytes) {
+        XXH3_128bits_update(state_.get(), bytes.data(), size_t(bytes.size()));
+    }
+    ContentHash result() const {
+        const XXH128_hash_t hash = XXH3_128bits_digest(state_.get());
+        return {hash.high64, hash.low64};
+    }
+
+ private:
+    std::unique_ptr<XXH3_state_t, XXH_errorcode (*)(XXH3_state_t*)> state_;
+};
+
+}  // namespace
+
+WrittenFile copyFile(FileSystem& files, const QString& from, const QString& to,
+                     const BlockDone& blockDone) {
+    const auto source = files.openForReading(from, FileSystem::ReadMode::Normal);
+    const auto target = files.create(to);
+    WrittenFile written{.path = to};
+    Hasher hasher;
+    for (auto block = source->nextBlock(); !block.isEmpty(); block = source->nextBlock()) {
+        hasher.add(block);
+        target->write(block);
+        written.size += block.size();
+        blockDone(block.size());
+    }
+    target->setModificationTime(source->modificationTime());
+    target->close();
+    written.hash = hasher.result();
+    return written;
+}
+
+ReadBack readBack(FileSystem& files, const QString& path, const BlockDone& blockDone) {
+    const auto file = files.openForReading(path, FileSystem::ReadMode::PastCache);
+    ReadBack result;
+    Hasher hasher;
+    for (auto block = file->nextBlock(); !block.isEmpty(); block = file->nextBlock()) {
+        hasher.add(block);
+        result.size += block.size();
+        blockDone(block.size());
+    }
+    result.hash = hasher.result();
+    result.isPastCache = file->isPastCache();
+    return result;
+}
+
+}  // namespace tessaly

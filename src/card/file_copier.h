@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QString>
+#include <functional>
+
+#include "platform/file_system.h"
+
+namespace tessaly {
+
+/// The XXH3 hash of a file's content, 128 bits.
+struct ContentHash {
+    quint64 high = 0;
+    quint64 low = 0;
+    bool operator==(const ContentHash&) const = default;
+};
+
+/// A file that was written, as it should read.
+struct WrittenFile {
+    QString path;
+    qint64 size = 0;
+    ContentHash hash{};
+};
+
+/// Called after each block with its size in bytes. May throw to end the work.
+using BlockDone = std::function<void(qint64 bytes)>;
+
+/// Copies a file in blocks of 1 MiB over whatever is at `to`; the copy keeps the modification time.
+/// Returns what the copy holds. Throws as the file system does.
+WrittenFile copyFile(FileSystem& files, const QString& from, const QString& to,
+                     const BlockDone& blockDone);
+
+/// A file as it reads past the system's cache.
+struct ReadBack {
+    qint64 size = 0;
+    ContentHash hash{};
+    bool isPastCache = true;  ///< false: the file system has no way past its cache
+};
+
+/// Reads a file from its device.
+ReadBack readBack(FileSystem& files, const QString& path, const BlockDone& blockDone);
+
+}  // namespace tessaly
