@@ -1,0 +1,233 @@
+#include "editor/folder_import.h"
+
+#include <QDir>
+#include <algorithm>
+
+#include "model/format_limits.h"
+#include "model/music_lists.h"
+#include "platform/error.h"
+#include "platform/error_numbers.h"
+#include "platform/paths.h"
+
+namespace tessaly {
+
+namespace {
+
+const QString Mp3Ending = QStringLiteral(".mp3");
+
+bool isMp3(const FolderEntry& entry) {
+    return !entry.isFolder && entry.name.endsWith(Mp3Ending, Qt::CaseInsensitive) &&
+           entry.name.size() > Mp3Ending.size();
+}
+
+QString withoutEnding(const QString& name) {
+    return name.chopped(Mp3Ending.size()).normalized(QString::NormalizationForm_C);
+}
+
+// The end of a run of digits, from its first digit on.
+qsizetype digitsEnd(const QString& text, qsizetype from) {
+    while (from < text.size() && text[from].isDigit())
+        ++from;
+    return from;
+}
+
+class FolderImport {
+ public:
+    FolderImport(const FileSystem& files, const Mp3Tags& tags, bool titlesFromTags,
+                 Project& project)
+        : files_(files), tags_(tags), titlesFromTags_(titlesFromTags), project_(project) {}
+
+    void importSpeech(const QString& folder);
+    void importMusic(const QString& folder);
+    QList<FolderEntry> sorted(const QString& folder) const;
+
+    ImportReport report;
+
+ private:
+    QStringList mp3sOf(const QString& folder);
+    QStringList foldersOf(const QString& folder, const char* what);
+    QString trackName(const QString& path, const QString& file) const;
+    void addRecord(const char* kind, const QString& item, const QString& group,
+                   const QString& path);
+
+    const FileSystem& files_;
+    const Mp3Tags& tags_;
+    const bool titlesFromTags_;
+    Project& project_;
+};
+
+QList<FolderEntry> FolderImport::sorted(const QString& folder) const {
+    QList<FolderEntry> entries = files_.entries(folder);
+    for (FolderEntry& entry : entries)
+        if (entry.isLink)
+            entry.isFolder = files_.isFolder(pathIn(folder, entry.name));
+    std::sort(entries.begin(), entries.end(), [](const FolderEntry& a, const FolderEntry& b) {
+        return comesBefore(a.name, b.name);
+    });
+    return entries;
+}
+
+QStringList FolderImport::mp3sOf(const QString& folder) {
+    QStringList names;
+    for (const FolderEntry& entry : sorted(folder)) {
+        if (isMp3(entry))
+            names.append(entry.name);
+        else
+            report.notes.append(QString("%1 is no MP3 file and was left out.")
+                                    .arg(QDir::toNativeSeparators(pathIn(folder, entry.name))));
+    }
+    return names;
+}
+
+QStringList FolderImport::foldersOf(const QString& folder, const char* what) {
+    QStringList names;
+    for (const FolderEntry& entry : sorted(folder)) {
+        if (entry.isFolder)
+            names.append(entry.name);
+        else
+            report.notes.append(
+                QString("%1 stands in no folder of a %2 and was left out.")
+                    .arg(QDir::toNativeSeparators(pathIn(folder, entry.name)), what));
+    }
+    return names;
+}
+
+void FolderImport::addRecord(const char* kind, const QString& item, const QString& group,
+                             const QString& path) {
+    TrackRecord record;
+    record.kind = kind;
+    record.itemName = item;
+    record.groupName = group;
+    record.sourcePath = QDir::toNativeSeparators(path);
+    project_.TrackTable.append(record);
+}
+
+void FolderImport::importSpeech(const QString& folder) {
+    struct SpeechFile {
+        QString title;  // whole file name
+        QString language;
+        QString path;
+    };
+    QList<SpeechFile> found;
+    UniqueNames languages;
+    for (const QString& name : foldersOf(folder, "language")) {
+        const QString language =
+            languages.add(name.normalized(QString::NormalizationForm_C).left(limits::LanguageName));
+        project_.lstLangs.append(language);
+        const QString languageFolder = pathIn(folder, name);
+        for (const QString& file : mp3sOf(languageFolder))
+            found.append({withoutEnding(file), language, pathIn(languageFolder, file)});
+    }
+    QStringList titles;
+    for (const SpeechFile& file : found)
+        titles.append(file.title);
+    titles.removeDuplicates();
+    std::sort(titles.begin(), titles.end(), comesBefore);
+    UniqueNames unique;
+    QHash<QString, QString> names;
+    for (const QString& title : titles) {
+        const QString name = unique.add(title.left(limits::DisplayText));
+        names.insert(title, name);
+        project_.lstSpTitles.append(name);
+        if (name != title)
+            report.notes.append(QString("The title \"%1\" became \"%2\".").arg(title, name));
+    }
+    for (const SpeechFile& file : found)
+        addRecord("speech", names.value(file.title), file.language, file.path);
+    report.speechFiles = int(found.size());
+}
+
+QString FolderImport::trackName(const QString& path, const QString& file) const {
+    QString name;
+    if (titlesFromTags_) {
+        const TagBlocks blocks = tags_.read(path);
+        name = blocks.first.title.isEmpty() ? blocks.second.title : blocks.first.title;
+    }
+    return name.isEmpty() ? withoutEnding(file) : name;
+}
+
+void FolderImport::importMusic(const QString& folder) {
+    for (const QString& name : foldersOf(folder, "music list")) {
+        const QString listFolder = pathIn(folder, name);
+        const QStringList found = mp3sOf(listFolder);
+        if (found.isEmpty()) {
+            report.notes.append(QString("%1 holds no MP3 file and makes no list.")
+                                    .arg(QDir::toNativeSeparators(listFolder)));
+            continue;
+        }
+        const QString list = addMusicList(
+            project_, name.normalized(QString::NormalizationForm_C).left(limits::DisplayText));
+        UniqueNames tracks;
+        for (const QString& file : found) {
+            const QString path = pathIn(listFolder, file);
+            const QString whole = trackName(path, file);
+            const QString track = addMusicTrack(project_, whole.left(limits::DisplayText), tracks);
+            if (track != whole)
+                report.notes.append(QString("The track \"%1\" became \"%2\".").arg(whole, track));
+            addRecord("music", track, list, path);
+            ++report.tracks;
+        }
+    }
+}
+
+}  // namespace
+
+bool comesBefore(const QString& a, const QString& b) {
+    qsizetype i = 0, j = 0;
+    while (i < a.size() && j < b.size()) {
+        if (a[i].isDigit() && b[j].isDigit()) {
+            const qsizetype iEnd = digitsEnd(a, i), jEnd = digitsEnd(b, j);
+            while (i + 1 < iEnd && a[i] == u'0')
+                ++i;
+            while (j + 1 < jEnd && b[j] == u'0')
+                ++j;
+            if (iEnd - i != jEnd - j)
+                return iEnd - i < jEnd - j;
+            const int order =
+                QStringView(a).sliced(i, iEnd - i).compare(QStringView(b).sliced(j, jEnd - j));
+            if (order != 0)
+                return order < 0;
+            i = iEnd;
+            j = jEnd;
+            continue;
+        }
+        const QChar x = a[i++].toCaseFolded(), y = b[j++].toCaseFolded();
+        if (x != y)
+            return x < y;
+    }
+    if (a.size() - i != b.size() - j)
+        return a.size() - i < b.size() - j;
+    return a < b;
+}
+
+ImportReport importFolder(const FileSystem& files, const Mp3Tags& tags, const QString& folder,
+                          bool titlesFromTags, Project& project) {
+    const QString root = QDir(folder).absolutePath();
+    FolderImport run(files, tags, titlesFromTags, project);
+    bool isTour = false;
+    QString music;
+    for (const FolderEntry& entry : run.sorted(root)) {
+        const bool isSpeechFolder = entry.name.compare(u"Speech", Qt::CaseInsensitive) == 0;
+        const bool isMusicFolder = entry.name.compare(u"Music", Qt::CaseInsensitive) == 0;
+        if (!entry.isFolder || (!isSpeechFolder && !isMusicFolder))
+            continue;
+        isTour = true;
+        // Speech first, as in a project's file: so numbers stay when the project is opened.
+        if (isSpeechFolder)
+            run.importSpeech(pathIn(root, entry.name));
+        else
+            music = pathIn(root, entry.name);
+    }
+    if (!isTour)
+        throw TessalyError(error_number::BadImport,
+                           QDir::toNativeSeparators(root) +
+                               ": the folder holds neither a Music nor a Speech folder.");
+    if (!music.isEmpty())
+        run.importMusic(music);
+    if (run.report.tracks + run.report.speechFiles == 0)
+        throw TessalyError(error_number::BadImport,
+                           QDir::toNativeSeparators(root) + ": there is no MP3 file to import.");
+    return run.report;
+}
+
+}  // namespace tessaly

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include "model/project.h"
+#include "platform/file_system.h"
+#include "platform/mp3_tags.h"
+
+namespace tessaly {
+
+/// Orders file names as people do: without regard to case, numbers in them by their value. Names
+/// that are alike by that rule keep a fixed order.
+bool comesBefore(const QString& a, const QString& b);
+
+/// What an import took, and what it left alone.
+struct ImportReport {
+    int tracks = 0;
+    int speechFiles = 0;
+    QStringList notes;  ///< one sentence for everything that was passed over or cut
+};
+
+/// Fills an empty project from a folder tree:
+///   Music/<list>/*.mp3, Speech/<language>/<title>.mp3
+/// in the order of comesBefore(). Names come from folders and files, for music from the title tag
+/// when `titlesFromTags` is set and there is one. They are cut to 16 characters (languages to 8)
+/// and made unique; a title is the same in several languages when its whole file name is. Throws
+/// error 555 when the folder holds neither Music nor Speech, or no MP3 file at all.
+ImportReport importFolder(const FileSystem& files, const Mp3Tags& tags, const QString& folder,
+                          bool titlesFromTags, Project& project);
+
+}  // namespace tessaly
