@@ -1,0 +1,202 @@
+#include <QDir>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <algorithm>
+
+#include "card/card_checks.h"
+#include "card/card_names.h"
+#include "card/card_verifier.h"
+#include "card/card_writer.h"
+#include "card/firmware.h"
+#include "cli/commands.h"
+#include "cli/console.h"
+#include "cli/folder_drives.h"
+#include "cli/run_display.h"
+#include "platform/error_numbers.h"
+#include "platform/local_file_system.h"
+#include "platform/paths.h"
+
+namespace tessaly::cli {
+
+namespace {
+
+QString native(const QString& path) {
+    return QDir::toNativeSeparators(path);
+}
+
+QString cardRoot(const FileSystem& files, const QString& folder) {
+    if (!files.isFolder(folder))
+        throw TessalyError(error_number::BadTarget, native(folder) + ": there is no such folder");
+    return withLastSeparator(native(QDir(folder).absolutePath()));
+}
+
+// A folder that is no card's drive is taken when nothing in it can be anything but a card's.
+void requireCardFolder(const FileSystem& files, const QString& root) {
+    for (const FolderEntry& entry : files.entries(root))
+        if (entry.isFolder || !card_name::isCardName(entry.name))
+            throw TessalyError(error_number::BadTarget,
+                               QString("%1 holds \"%2\", which is no file of a card: say --erase "
+                                       "to erase everything in it")
+                                   .arg(root, entry.name));
+}
+
+void requireAnswer(bool yes) {
+    if (!yes && !inputIsTerminal())
+        throw TessalyError(error_number::BadTarget,
+                           "There is no terminal to ask on: say --yes to go on without a question");
+}
+
+// Prints what keeps a project from being written; true when nothing does.
+bool passesChecks(const Project& project, const QString& root, const FileSystem& files) {
+    const FolderDrives drives;
+    CardTotals totals = updateSummary(project, files);
+    const CardChecks checks = runCardChecks(project, root, files, drives, totals);
+    if (!checks.hasItems)
+        printError(NoFilesText.toString());
+    for (const CheckResult* check :
+         {&checks.musicLists, &checks.languages, &checks.driveSelected, &checks.cardPresent,
+          &checks.cardBigEnough, &checks.trackCount})
+        if (check->verdict == Verdict::Red)
+            printError(QStringList(QStringList(check->text) + check->offenders).join(' '));
+    for (const TrackRecord& record : project.TrackTable)
+        if (isTrackFile(record) && !files.fileSize(record.sourcePath.text()))
+            printError("Cannot find file " + record.sourcePath.text());
+    for (const QString& limit : checks.exceededLimits)
+        printError(limit);
+    return checks.hasItems && !checks.blocked;
+}
+
+void printReport(const CardRunReport& report) {
+    const auto numbered =
+        std::count_if(report.files.begin(), report.files.end(), [](const auto& file) {
+            return file.name.endsWith(".mp3") && file.name != card_name::Calibration &&
+                   file.name != card_name::Chime;
+        });
+    QList<QStringList> rows;
+    qint64 numberedBytes = 0;
+    for (const auto& file : report.files)
+        numberedBytes += file.name.endsWith(".mp3") ? file.size : 0;
+    if (numbered > 0)
+        rows.append({QString("0001.mp3 to %1.mp3").arg(numbered, 4, 10, QChar('0')),
+                     QString::number(numbered), ""});
+    for (const auto& file : report.files) {
+        const bool isNumbered = file.name.endsWith(".mp3") && file.name != card_name::Calibration &&
+                                file.name != card_name::Chime;
+        if (isNumbered)
+            continue;
+        numberedBytes -= file.name.endsWith(".mp3") ? file.size : 0;
+        rows.append({file.name, "1", QString::number(file.size)});
+    }
+    if (numbered > 0)
+        rows.first()[2] = QString::number(numberedBytes);
+    rows.append({"in all", QString::number(report.files.size()), QString::number(report.bytes)});
+    rows.prepend({"written", "files", "bytes"});
+    print();
+    printTable(rows, {1, 2});
+    print();
+    QList<QStringList> times;
+    for (const RunPhase phase :
+         {RunPhase::Prepare, RunPhase::Erase, RunPhase::Copy, RunPhase::Flush, RunPhase::Verify})
+        if (phase != RunPhase::Verify || report.isVerified)
+            times.append({phaseName(phase), duration(report.milliseconds[size_t(phase)])});
+    printTable(times, {1});
+    if (report.isVerified && !report.isVerifiedPastCache)
+        print("This file system has no way past its cache: the files were compared after a flush.");
+    if (!report.isVerified)
+        print("The files were not read back.");
+}
+
+}  // namespace
+
+int createCommand(const CreateOptions& options, const AppFolders& folders) {
+    LocalFileSystem files;
+    const FolderDrives drives;
+    Project project = openProject(files, options.project, /*mustBeComplete=*/true);
+    const QString root = cardRoot(files, options.card);
+    if (!passesChecks(project, root, files))
+        return Blocked;
+    const bool isDrive = isRemovableRoot(drives, root);
+    if (!isDrive && !options.erase && !options.settingsOnly)
+        requireCardFolder(files, root);
+    requireAnswer(options.yes);
+    if (files.fileSize(folders.firmwareFile()) && !holdsFirmware(files, folders.firmwareFile()))
+        printError("warning: " + folders.firmwareFile() +
+                   " is a stand-in that holds no firmware; the player keeps the one it has.");
+
+    const QTemporaryDir work;
+    if (!work.isValid())
+        throw TessalyError(error_number::WriteFailed, work.errorString());
+    const CardJob job{.root = root,
+                      .mustBeRemovableRoot = isDrive,
+                      .folders = folders,
+                      .workFolder = native(work.path()),
+                      .verify = !options.noVerify,
+                      .identifier = {},
+                      .kept = {QFileInfo(options.project).absoluteFilePath()}};
+    RunDisplay display(options.yes);
+    CardWriter writer(files, drives);
+    const CardRunReport report = options.settingsOnly ? writer.updateSettings(project, job, display)
+                                                      : writer.createCard(project, job, display);
+    switch (report.outcome) {
+        case CardRunReport::Outcome::Done:
+            printReport(report);
+            return Done;
+        case CardRunReport::Outcome::Failed:
+            printError(errorLine(*report.error, report.stepCode));
+            return Failed;
+        case CardRunReport::Outcome::Declined:
+        case CardRunReport::Outcome::Busy:
+            break;
+    }
+    printError("Nothing was written.");
+    return Failed;
+}
+
+int verifyCommand(const QString& card) {
+    LocalFileSystem files;
+    const QString root = cardRoot(files, card);
+    const CardVerification result = verifyCard(files, root);
+    for (const QString& note : result.notes)
+        print("note: " + note);
+    for (const QString& problem : result.problems)
+        print("PROBLEM: " + problem);
+    if (!result.isGood()) {
+        printError(QString("%1 is no good card: %2").arg(root, result.problems.first()));
+        return Failed;
+    }
+    print(QString("%1 is a good card: %2 tracks, %3 read, settings 0x%4.")
+              .arg(root)
+              .arg(result.trackFiles)
+              .arg(size(result.bytes),
+                   QString::number(result.identifier, 16).rightJustified(4, '0').toUpper()));
+    return Done;
+}
+
+int firmwareCommand(const FirmwareOptions& options, const AppFolders& folders) {
+    using Relation = FirmwareComparison::Relation;
+    LocalFileSystem files;
+    const QString root = cardRoot(files, options.card);
+    const FirmwareComparison comparison = compareFirmware(files, root, folders);
+    switch (comparison.relation) {
+        case Relation::NoCard:
+            printError(comparison.message + ' ' + root);
+            return Failed;
+        case Relation::SameAsCard:
+            print(comparison.message);
+            return Done;
+        case Relation::CardNewer:
+        case Relation::CardOlder:
+            break;
+    }
+    requireFirmware(files, folders);
+    requireAnswer(options.yes);
+    if (!options.yes && !askYesNo(comparison.message)) {
+        printError("Nothing was written.");
+        return Failed;
+    }
+    updateFirmware(files, root, folders);
+    print(FirmwareUpdatedText.toString());
+    return Done;
+}
+
+}  // namespace tessaly::cli

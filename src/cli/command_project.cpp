@@ -1,0 +1,231 @@
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <algorithm>
+
+#include "card/card_checks.h"
+#include "card/firmware.h"
+#include "cli/commands.h"
+#include "cli/console.h"
+#include "cli/folder_drives.h"
+#include "editor/folder_import.h"
+#include "image/config_image.h"
+#include "image/intel_hex.h"
+#include "model/card_file.h"
+#include "model/format_limits.h"
+#include "platform/error_numbers.h"
+#include "platform/local_file_system.h"
+#include "platform/mp3_tags.h"
+
+namespace tessaly::cli {
+
+namespace {
+
+QString native(const QString& path) {
+    return QDir::toNativeSeparators(path);
+}
+
+QString verdictName(Verdict verdict) {
+    switch (verdict) {
+        case Verdict::Green:
+            return "green";
+        case Verdict::Red:
+            return "red";
+        case Verdict::Yellow:
+            return "yellow";
+        case Verdict::Grey:
+            break;
+    }
+    return "grey";
+}
+
+QString verdictWord(Verdict verdict) {
+    switch (verdict) {
+        case Verdict::Green:
+            return "ok";
+        case Verdict::Red:
+            return "BLOCKS";
+        case Verdict::Yellow:
+            return "warning";
+        case Verdict::Grey:
+            break;
+    }
+    return "-";
+}
+
+struct NamedCheck {
+    QString name;
+    const CheckResult* result;
+};
+
+QList<NamedCheck> projectChecks(const CardChecks& checks) {
+    return {{"musicLists", &checks.musicLists},
+            {"languages", &checks.languages},
+            {"speechTitles", &checks.speechTitles},
+            {"trackCount", &checks.trackCount}};
+}
+
+QList<NamedCheck> driveChecks(const CardChecks& checks) {
+    return {{"driveSelected", &checks.driveSelected},
+            {"cardPresent", &checks.cardPresent},
+            {"cardBigEnough", &checks.cardBigEnough}};
+}
+
+// What no check blocks but an operator wants to know before a save or a card.
+QStringList warningsFor(const Project& project, const CardTotals& totals) {
+    QStringList warnings;
+    const auto warn = [&](const QStringList& items, const QString& what) {
+        if (!items.isEmpty())
+            warnings.append(what + ": " + items.join(", "));
+    };
+    warn(tracksWithoutFile(project), "Tracks without a file, which no save keeps");
+    warn(textsOutsideCodePage(project), "Texts with characters that a save turns into \"?\"");
+    if (totals.trackCount > limits::FlagFreeNumber)
+        warnings.append(QString("File numbers above %1 run into the player's playback flags: the "
+                                "project has %2 files")
+                            .arg(limits::FlagFreeNumber)
+                            .arg(totals.trackCount));
+    return warnings;
+}
+
+QStringList missingFiles(const Project& project, const FileSystem& files) {
+    QStringList missing;
+    for (const TrackRecord& record : project.TrackTable)
+        if (isTrackFile(record) && !files.fileSize(record.sourcePath.text()))
+            missing.append(record.sourcePath.text());
+    return missing;
+}
+
+void printChecksJson(const CardChecks& checks, bool blocked, const QStringList& missing,
+                     const QStringList& warnings) {
+    QJsonObject verdicts;
+    for (const NamedCheck& check : projectChecks(checks) + driveChecks(checks))
+        verdicts[check.name] =
+            QJsonObject{{"verdict", verdictName(check.result->verdict)},
+                        {"text", check.result->text},
+                        {"offenders", QJsonArray::fromStringList(check.result->offenders)},
+                        {"enabled", check.result->isEnabled}};
+    const QJsonObject document{
+        {"checks", verdicts},
+        {"hasItems", checks.hasItems},
+        {"exceededLimits", QJsonArray::fromStringList(checks.exceededLimits)},
+        {"missingFiles", QJsonArray::fromStringList(missing)},
+        {"warnings", QJsonArray::fromStringList(warnings)},
+        {"totalCardBytes", checks.totals.totalCardBytes},
+        {"trackCount", checks.totals.trackCount},
+        {"missingFileFlag", checks.totals.missingFileFlag},
+        {"blocked", blocked}};
+    print(QString::fromUtf8(QJsonDocument(document).toJson()).trimmed());
+}
+
+void printChecksText(const CardChecks& checks, bool withDrive, const QStringList& missing,
+                     const QStringList& warnings) {
+    QList<QStringList> rows;
+    const auto addItems = [&](const QStringList& items) {
+        for (const QString& item : items)
+            rows.append(QStringList{QString(), "    " + item});
+    };
+    for (const NamedCheck& check :
+         projectChecks(checks) + (withDrive ? driveChecks(checks) : QList<NamedCheck>())) {
+        rows.append({verdictWord(check.result->verdict), check.result->text});
+        addItems(check.result->offenders);
+    }
+    if (!checks.hasItems)
+        rows.append({"BLOCKS", NoFilesText.toString()});
+    if (!missing.isEmpty()) {
+        rows.append(QStringList{"BLOCKS", "The following source files cannot be found:"});
+        addItems(missing);
+    }
+    for (const QString& limit : checks.exceededLimits)
+        rows.append({"BLOCKS", limit});
+    for (const QString& warning : warnings)
+        rows.append({"warning", warning});
+    printTable(rows);
+    print();
+    print(QString("%1 tracks, %2 in all.")
+              .arg(checks.totals.trackCount)
+              .arg(size(checks.totals.totalCardBytes)));
+}
+
+}  // namespace
+
+Project openProject(FileSystem& files, const QString& path, bool mustBeComplete) {
+    Project project;
+    const ReadReport report = readProject(files, path, project);
+    if (report.isComplete)
+        return project;
+    const QString sentence = QString("%1 was read up to byte %2 only (%3 records): %4")
+                                 .arg(native(path))
+                                 .arg(report.stoppedAt)
+                                 .arg(report.records)
+                                 .arg(report.stopReason);
+    if (mustBeComplete || report.records == 0)
+        throw TessalyError(error_number::BadProject, sentence);
+    printError("warning: " + sentence);
+    return project;
+}
+
+int importCommand(const ImportOptions& options) {
+    LocalFileSystem files;
+    const LocalMp3Tags tags;
+    Project project;
+    if (!files.isFolder(options.folder))
+        throw TessalyError(error_number::BadImport,
+                           native(options.folder) + ": there is no such folder");
+    const ImportReport report =
+        importFolder(files, tags, options.folder, options.titlesFromTags, project);
+    for (const QString& note : report.notes)
+        printError("note: " + note);
+    // Whatever stood there was somebody's project: it stays beside the new one.
+    if (files.fileSize(options.output)) {
+        const QString old = options.output + ".bak";
+        files.replaceFile(old, readWholeFile(files, options.output, limits::ProjectFileBytes));
+        printError("note: the earlier file is kept as " + native(old) + ".");
+    }
+    saveProject(files, options.output, project);
+    print(QString("%1: %2 music lists with %3 tracks, %4 speech titles in %5 languages (%6 files).")
+              .arg(native(options.output))
+              .arg(project.lstMuList.size())
+              .arg(report.tracks)
+              .arg(project.lstSpTitles.size())
+              .arg(project.lstLangs.size())
+              .arg(report.speechFiles));
+    return Done;
+}
+
+int checkCommand(const CheckOptions& options) {
+    LocalFileSystem files;
+    const FolderDrives drives;
+    const Project project = openProject(files, options.project);
+    CardTotals totals = updateSummary(project, files);
+    const bool withDrive = !options.card.isEmpty();
+    const QString drive = withDrive ? native(QDir(options.card).absolutePath()) : QString();
+    const CardChecks checks = runCardChecks(project, drive, files, drives, totals);
+    const bool blocked = !checks.hasItems || (withDrive ? checks.blocked : checks.projectBlocked);
+    const QStringList missing = missingFiles(project, files);
+    const QStringList warnings = warningsFor(project, totals);
+    if (options.json)
+        printChecksJson(checks, blocked, missing, warnings);
+    else
+        printChecksText(checks, withDrive, missing, warnings);
+    return blocked ? Blocked : Done;
+}
+
+int imageCommand(const ImageOptions& options) {
+    LocalFileSystem files;
+    Project project = openProject(files, options.project);
+    const QByteArray image =
+        BuildConfigImage(project, options.identifier.value_or(randomIdentifier()));
+    files.replaceFile(options.output, image);
+    print(QString("%1: %2 bytes").arg(native(options.output)).arg(image.size()));
+    if (!options.hexOutput.isEmpty()) {
+        const QByteArray text = EncodeImageAsHex(image);
+        files.replaceFile(options.hexOutput, text);
+        print(QString("%1: %2 bytes").arg(native(options.hexOutput)).arg(text.size()));
+    }
+    return Done;
+}
+
+}  // namespace tessaly::cli

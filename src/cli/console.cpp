@@ -1,0 +1,104 @@
+#include "cli/console.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <iostream>
+#include <string>
+
+#include "card/card_summary.h"
+
+#ifdef Q_OS_WIN
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace tessaly::cli {
+
+namespace {
+
+bool isTerminal(FILE* stream) {
+#ifdef Q_OS_WIN
+    return _isatty(_fileno(stream)) != 0;
+#else
+    return isatty(fileno(stream)) != 0;
+#endif
+}
+
+void writeLine(FILE* stream, const QString& line) {
+    const QByteArray bytes = line.toUtf8() + '\n';
+    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
+    std::fflush(stream);
+}
+
+}  // namespace
+
+void print(const QString& line) {
+    writeLine(stdout, line);
+}
+
+void printError(const QString& line) {
+    writeLine(stderr, "tessaly-cli: " + line);
+}
+
+QString errorLine(const TessalyError& error, int stepCode) {
+    QString text = error.description;
+    while (text.endsWith('.'))
+        text.chop(1);
+    text += QString(" (error %1").arg(error.number);
+    if (stepCode != 0)
+        text += QString(", step %1").arg(stepCode);
+    return text + ')';
+}
+
+bool inputIsTerminal() {
+    return isTerminal(stdin);
+}
+
+bool outputIsTerminal() {
+    return isTerminal(stdout);
+}
+
+bool askYesNo(const QString& question) {
+    const QByteArray prompt = question.toUtf8() + " [y/N] ";
+    std::fwrite(prompt.constData(), 1, size_t(prompt.size()), stdout);
+    std::fflush(stdout);
+    std::string answer;
+    std::getline(std::cin, answer);
+    const QString word = QString::fromStdString(answer).trimmed().toLower();
+    return word == u"y" || word == u"yes";
+}
+
+void printTable(const QList<QStringList>& rows, const QList<int>& rightAligned) {
+    QList<qsizetype> widths;
+    for (const QStringList& row : rows)
+        for (qsizetype i = 0; i < row.size(); ++i) {
+            if (i >= widths.size())
+                widths.append(0);
+            widths[i] = std::max(widths[i], row[i].size());
+        }
+    for (const QStringList& row : rows) {
+        QString line;
+        for (qsizetype i = 0; i < row.size(); ++i) {
+            const bool right = rightAligned.contains(int(i));
+            line += right ? row[i].rightJustified(widths[i]) : row[i].leftJustified(widths[i]);
+            line += "  ";
+        }
+        while (line.endsWith(' '))
+            line.chop(1);
+        print(line);
+    }
+}
+
+QString duration(qint64 milliseconds) {
+    const qint64 seconds = milliseconds / 1000;
+    if (seconds < 60)
+        return QString::number(double(milliseconds) / 1000.0, 'f', 1) + " s";
+    return QString("%1:%2 min").arg(seconds / 60).arg(seconds % 60, 2, 10, QChar('0'));
+}
+
+QString size(qint64 bytes) {
+    return megabytes(bytes);
+}
+
+}  // namespace tessaly::cli

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include "platform/error.h"
+
+namespace tessaly::cli {
+
+enum ExitCode : int { Done = 0, Failed = 1, Usage = 2, Blocked = 3 };
+
+/// One line on standard output.
+void print(const QString& line = {});
+
+/// One line on standard error, behind the program's name.
+void printError(const QString& line);
+
+/// The line for an error: what happened, its number, and the step of a card run if there was one.
+QString errorLine(const TessalyError& error, int stepCode = 0);
+
+bool inputIsTerminal();
+bool outputIsTerminal();
+
+/// Asks on the terminal; only "y" or "yes" is a yes.
+bool askYesNo(const QString& question);
+
+/// Prints rows in columns, two blanks apart; the columns in `rightAligned` hold numbers.
+void printTable(const QList<QStringList>& rows, const QList<int>& rightAligned = {});
+
+/// Milliseconds as "0.4 s" or "3:12 min".
+QString duration(qint64 milliseconds);
+
+/// Bytes as "1.2 MB", of 1,000,000 bytes.
+QString size(qint64 bytes);
+
+}  // namespace tessaly::cli
