@@ -1,10 +1,10 @@
 #include "card/card_space.h"
 
-#include <QLocale>
 #include <algorithm>
 
 #include "platform/error.h"
 #include "platform/error_numbers.h"
+#include "platform/numbers.h"
 #include "platform/paths.h"
 
 namespace tessaly {
@@ -13,10 +13,6 @@ namespace {
 
 constexpr qint64 EntryBytes = 32;    // of a FAT folder
 constexpr int VolumeLabelEntry = 1;  // stands in the root folder too
-
-QString grouped(qint64 number) {
-    return QLocale::c().toString(number);
-}
 
 }  // namespace
 

@@ -274,15 +274,16 @@ bool looksLikeImage(const QByteArray& bytes) {
 int showCommand(const ShowOptions& options) {
     LocalFileSystem files;
     const QByteArray bytes = readWholeFile(files, options.file, limits::ProjectFileBytes);
+    const ParsedRecords parsed = parseRecords(bytes);
+    // Images first: their random identifier may look like the start of a text.
+    if (looksLikeImage(bytes) && !parsed.isComplete)
+        return showImage(decodeConfigImage(bytes), nullptr, options.json);
     if (bytes.startsWith('S')) {
         const HexFile hex = decodeHexFile(bytes);
         return showImage(decodeConfigImage(hex.image), &hex, options.json);
     }
     if (bytes.startsWith(':'))
         return showFirmware(bytes, options.json);
-    const ParsedRecords parsed = parseRecords(bytes);
-    if (looksLikeImage(bytes) && !parsed.isComplete)
-        return showImage(decodeConfigImage(bytes), nullptr, options.json);
     if (!parsed.isComplete && parsed.records.isEmpty())
         throw TessalyError(error_number::BadProject,
                            QDir::toNativeSeparators(options.file) +

@@ -1,6 +1,5 @@
 #include "image/image_limits.h"
 
-#include <QLocale>
 #include <algorithm>
 
 #include "image/config_image.h"
@@ -8,14 +7,11 @@
 #include "model/format_limits.h"
 #include "platform/error.h"
 #include "platform/error_numbers.h"
+#include "platform/numbers.h"
 
 namespace tessaly {
 
 namespace {
-
-QString grouped(qint64 number) {
-    return QLocale::c().toString(number);
-}
 
 QString tooMany(const QString& what, qint64 found, qint64 allowed) {
     return QString("The project has %1 %2, the card can hold %3.")

@@ -1,7 +1,7 @@
 #pragma once
 
 // Every error number of the program's own, in one table. Numbers of the operating system (a full
-// disk, a missing file) stand beside them in messages and never reach 512.
+// disk, a missing file) stand beside them in messages; the description tells them apart.
 
 namespace tessaly::error_number {
 

@@ -1,0 +1,206 @@
+#define NOMINMAX
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+
+#include <QDir>
+#include <algorithm>
+#include <string>
+
+#include "platform/drives.h"
+#include "platform/error.h"
+#include "platform/error_numbers.h"
+#include "platform/paths.h"
+
+namespace tessaly {
+
+namespace {
+
+// While it lives, a reader without a card fails a call instead of putting up a box that asks the
+// operator to insert a disk.
+class NoDiskPrompt {
+ public:
+    NoDiskPrompt() {
+        ::SetThreadErrorMode(::GetThreadErrorMode() | SEM_FAILCRITICALERRORS, &before_);
+    }
+    ~NoDiskPrompt() { ::SetThreadErrorMode(before_, nullptr); }
+    NoDiskPrompt(const NoDiskPrompt&) = delete;
+    NoDiskPrompt& operator=(const NoDiskPrompt&) = delete;
+
+ private:
+    DWORD before_ = 0;
+};
+
+struct VolumeDescription {
+    QString label;
+    QString fileSystem;
+    bool isReadOnly = false;
+};
+
+struct VolumeSizes {
+    qint64 totalBytes = 0;
+    qint64 freeBytes = 0;
+};
+
+const wchar_t* wide(const QString& text) {
+    return reinterpret_cast<const wchar_t*>(text.utf16());
+}
+
+// With its last separator, without which a bare "E:" would mean the current folder of that drive.
+QString absoluteFolder(const QString& path) {
+    return withLastSeparator(QDir::toNativeSeparators(
+        QDir::cleanPath(QDir().absoluteFilePath(withLastSeparator(path)))));
+}
+
+// Root of the volume that holds `folder`, with its last separator; empty when there is none.
+QString volumeRoot(const QString& folder) {
+    std::wstring root(size_t(std::max<qsizetype>(folder.size() + 2, MAX_PATH + 1)), L'\0');
+    if (!::GetVolumePathNameW(wide(folder), root.data(), DWORD(root.size())))
+        return {};
+    return QString::fromWCharArray(root.c_str());
+}
+
+bool isSamePath(const QString& one, const QString& other) {
+    return one.compare(other, Qt::CaseInsensitive) == 0;
+}
+
+TessalyError notReady(const QString& root) {
+    return systemError(ERROR_NOT_READY, root);
+}
+
+// `root` as the system writes it. Throws error 71 when it is no drive's root.
+QString driveAt(const QString& root) {
+    const QString drive = absoluteFolder(root);
+    if (root.isEmpty() || !isSamePath(volumeRoot(drive), drive) ||
+        ::GetDriveTypeW(wide(drive)) == DRIVE_NO_ROOT_DIR)
+        throw notReady(root);
+    return drive;
+}
+
+DriveType typeOf(const QString& drive) {
+    switch (::GetDriveTypeW(wide(drive))) {
+        case DRIVE_REMOVABLE:
+            return DriveType::Removable;
+        case DRIVE_FIXED:
+            return DriveType::Fixed;
+        case DRIVE_REMOTE:
+            return DriveType::Network;
+        case DRIVE_CDROM:
+            return DriveType::CdRom;
+        case DRIVE_RAMDISK:
+            return DriveType::RamDisk;
+        default:
+            return DriveType::Unknown;
+    }
+}
+
+// Nothing when the drive has no volume in it; the reason is the thread's last error.
+std::optional<VolumeDescription> descriptionOf(const QString& drive) {
+    wchar_t label[MAX_PATH + 1] = {};
+    wchar_t fileSystem[MAX_PATH + 1] = {};
+    DWORD flags = 0;
+    if (!::GetVolumeInformationW(wide(drive), label, DWORD(std::size(label)), nullptr, nullptr,
+                                 &flags, fileSystem, DWORD(std::size(fileSystem))))
+        return std::nullopt;
+    return VolumeDescription{.label = QString::fromWCharArray(label),
+                             .fileSystem = QString::fromWCharArray(fileSystem),
+                             .isReadOnly = (flags & FILE_READ_ONLY_VOLUME) != 0};
+}
+
+// As above.
+std::optional<VolumeSizes> sizesOf(const QString& drive) {
+    ULARGE_INTEGER available{};
+    ULARGE_INTEGER total{};
+    if (!::GetDiskFreeSpaceExW(wide(drive), &available, &total, nullptr))
+        return std::nullopt;
+    return VolumeSizes{.totalBytes = qint64(total.QuadPart),
+                       .freeBytes = qint64(available.QuadPart)};
+}
+
+qint64 clusterBytesOf(const QString& drive) {
+    DWORD sectorsPerCluster = 0;
+    DWORD bytesPerSector = 0;
+    DWORD freeClusters = 0;
+    DWORD clusters = 0;
+    if (!::GetDiskFreeSpaceW(wide(drive), &sectorsPerCluster, &bytesPerSector, &freeClusters,
+                             &clusters))
+        throw lastSystemError(drive);
+    return std::max<qint64>(qint64(sectorsPerCluster) * bytesPerSector, 512);
+}
+
+Volume volumeAt(const QString& drive) {
+    Volume volume;
+    volume.root = drive;
+    volume.type = typeOf(drive);
+    const auto description = descriptionOf(drive);
+    const auto sizes = sizesOf(drive);
+    volume.isReady = description && sizes;
+    if (!volume.isReady)
+        return volume;
+    volume.name = description->label;
+    volume.fileSystem = description->fileSystem;
+    volume.totalBytes = sizes->totalBytes;
+    volume.freeBytes = sizes->freeBytes;
+    return volume;
+}
+
+}  // namespace
+
+DriveType LocalDrives::type(const QString& root) const {
+    const NoDiskPrompt quiet;
+    const QString drive = driveAt(root);
+    const DriveType type = typeOf(drive);
+    // A reader is a drive with or without a card in it.
+    if (type == DriveType::Removable && !descriptionOf(drive)) {
+        const TessalyError error = lastSystemError(root);
+        if (error.number == error_number::DriveNotReady)
+            throw error;
+    }
+    return type;
+}
+
+qint64 LocalDrives::totalBytes(const QString& root) const {
+    const NoDiskPrompt quiet;
+    const auto sizes = sizesOf(driveAt(root));
+    if (!sizes)
+        throw lastSystemError(root);
+    return sizes->totalBytes;
+}
+
+QList<Volume> LocalDrives::volumes() const {
+    const NoDiskPrompt quiet;
+    QList<Volume> found;
+    const DWORD letters = ::GetLogicalDrives();
+    for (char16_t letter = 'A'; letter <= 'Z'; ++letter)
+        if (letters >> (letter - 'A') & 1)
+            found.append(volumeAt(QChar(letter) + QString(R"(:\)")));
+    return found;
+}
+
+VolumeGeometry LocalDrives::geometry(const QString& path) const {
+    constexpr int UsualRootEntries = 512;
+    const NoDiskPrompt quiet;
+    if (path.isEmpty())
+        throw systemError(ERROR_PATH_NOT_FOUND, path);
+    const QString folder = absoluteFolder(path);
+    const QString root = volumeRoot(folder);
+    if (root.isEmpty())
+        throw lastSystemError(path);
+    const auto description = descriptionOf(root);
+    if (!description)
+        throw lastSystemError(path);
+    const auto sizes = sizesOf(root);
+    if (!sizes)
+        throw lastSystemError(path);
+    VolumeGeometry geometry{.clusterBytes = clusterBytesOf(root),
+                            .totalBytes = sizes->totalBytes,
+                            .freeBytes = sizes->freeBytes,
+                            .isReadOnly = description->isReadOnly};
+    // "FAT" stands for FAT12 and FAT16 alike. "0001.mp3" takes one entry: its case goes into flags.
+    const bool hasFixedRoot = description->fileSystem == "FAT";
+    geometry.isFat = hasFixedRoot || description->fileSystem == "FAT32";
+    if (hasFixedRoot && isSamePath(root, folder))
+        geometry.rootEntries = UsualRootEntries;
+    return geometry;
+}
+
+}  // namespace tessaly

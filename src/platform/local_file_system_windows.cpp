@@ -1,0 +1,427 @@
+// Windows: plain system calls, because erasing and reading back a card need what QFile does not
+// offer (names of any length and ending, links never followed, reads past the system's cache).
+#define NOMINMAX
+#define WIN32_LEAN_AND_MEAN
+#include <windows.h>
+
+#include <QDir>
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "platform/error.h"
+#include "platform/error_numbers.h"
+#include "platform/local_file_system.h"
+#include "platform/paths.h"
+
+namespace tessaly {
+
+namespace {
+
+class Handle {
+ public:
+    explicit Handle(HANDLE handle) : handle_(handle) {}
+    ~Handle() {
+        if (isOpen())
+            ::CloseHandle(handle_);
+    }
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+
+    HANDLE get() const { return handle_; }
+    bool isOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
+    HANDLE release() { return std::exchange(handle_, INVALID_HANDLE_VALUE); }
+
+ private:
+    HANDLE handle_;
+};
+
+struct CloseSearch {
+    void operator()(HANDLE search) const { ::FindClose(search); }
+};
+
+struct FreePages {
+    void operator()(void* memory) const { ::VirtualFree(memory, 0, MEM_RELEASE); }
+};
+
+// While it lives, a reader without a card fails a call instead of putting up a box that asks the
+// operator to insert a disk.
+class NoDiskPrompt {
+ public:
+    NoDiskPrompt() {
+        ::SetThreadErrorMode(::GetThreadErrorMode() | SEM_FAILCRITICALERRORS, &before_);
+    }
+    ~NoDiskPrompt() { ::SetThreadErrorMode(before_, nullptr); }
+    NoDiskPrompt(const NoDiskPrompt&) = delete;
+    NoDiskPrompt& operator=(const NoDiskPrompt&) = delete;
+
+ private:
+    DWORD before_ = 0;
+};
+
+constexpr DWORD ShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+constexpr DWORD Protecting =
+    FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+
+QString absoluteNative(const QString& path) {
+    const QString full = QDir::toNativeSeparators(QDir::cleanPath(QDir().absoluteFilePath(path)));
+    // A bare "E:" would mean the current folder of that drive, not its root.
+    return full.endsWith(':') ? full + '\\' : full;
+}
+
+// In this form no path is too long, and no name on a card is out of reach for ending in a dot or
+// a blank or for being a device's.
+std::wstring systemPath(const QString& path) {
+    if (path.isEmpty())
+        return {};
+    const QString full = absoluteNative(path);
+    if (full.startsWith(R"(\\?\)") || full.startsWith(R"(\\.\)"))
+        return full.toStdWString();
+    if (full.startsWith(R"(\\)"))
+        return (R"(\\?\UNC\)" + full.mid(2)).toStdWString();
+    return (R"(\\?\)" + full).toStdWString();
+}
+
+// Root of the volume that holds `path`, with its last separator; empty when there is none.
+std::wstring volumeRoot(const QString& path) {
+    const std::wstring full = absoluteNative(path).toStdWString();
+    std::wstring root(std::max<size_t>(full.size() + 2, MAX_PATH + 1), L'\0');
+    if (!::GetVolumePathNameW(full.c_str(), root.data(), DWORD(root.size())))
+        return {};
+    return root.c_str();
+}
+
+qint64 joined(DWORD high, DWORD low) {
+    return qint64(quint64(high) << 32 | low);
+}
+
+// File times count tenths of a microsecond from 1601.
+constexpr qint64 TicksPerMillisecond = 10000;
+constexpr qint64 MillisecondsTo1970 = 11644473600000;
+
+QDateTime toDateTime(const FILETIME& time) {
+    const qint64 ticks = joined(time.dwHighDateTime, time.dwLowDateTime);
+    return QDateTime::fromMSecsSinceEpoch(ticks / TicksPerMillisecond - MillisecondsTo1970);
+}
+
+FILETIME toFileTime(const QDateTime& time) {
+    const qint64 ticks = (time.toMSecsSinceEpoch() + MillisecondsTo1970) * TicksPerMillisecond;
+    return {.dwLowDateTime = DWORD(ticks), .dwHighDateTime = DWORD(ticks >> 32)};
+}
+
+HANDLE openExisting(const QString& path, DWORD access, DWORD flags) {
+    return ::CreateFileW(systemPath(path).c_str(), access, ShareAll, nullptr, OPEN_EXISTING, flags,
+                         nullptr);
+}
+
+// Of what `path` leads to, links followed.
+std::optional<BY_HANDLE_FILE_INFORMATION> targetInformation(const QString& path) {
+    const Handle target(openExisting(path, 0, FILE_FLAG_BACKUP_SEMANTICS));
+    BY_HANDLE_FILE_INFORMATION information{};
+    if (!target.isOpen() || !::GetFileInformationByHandle(target.get(), &information))
+        return std::nullopt;
+    return information;
+}
+
+struct Status {
+    bool isFolder = false;
+    qint64 size = 0;
+};
+
+// One call for all but links: it runs once for every file of a project.
+std::optional<Status> statusOf(const QString& path) {
+    const auto status = [](const auto& data) {
+        return Status{.isFolder = (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0,
+                      .size = joined(data.nFileSizeHigh, data.nFileSizeLow)};
+    };
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    if (!::GetFileAttributesExW(systemPath(path).c_str(), GetFileExInfoStandard, &data))
+        return std::nullopt;
+    if (!(data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT))
+        return status(data);
+    const auto target = targetInformation(path);
+    return target ? std::optional(status(*target)) : std::nullopt;
+}
+
+// Links act for themselves here, not for their target.
+void clearAttributes(const std::wstring& name, DWORD attributes, DWORD unwanted) {
+    if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & unwanted))
+        return;
+    const DWORD kept = attributes & ~unwanted;
+    // Whether it worked shows in the call that it is for.
+    ::SetFileAttributesW(name.c_str(), kept ? kept : FILE_ATTRIBUTE_NORMAL);
+}
+
+class WindowsInputFile : public InputFile {
+ public:
+    WindowsInputFile(const QString& path, FileSystem::ReadMode mode)
+        : path_(path),
+          file_(open(mode)),
+          // Reads past the cache want memory aligned to the device's sectors; pages are.
+          block_(static_cast<char*>(
+              ::VirtualAlloc(nullptr, BlockBytes, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE))) {
+        FILETIME modified{};
+        if (!block_ || !::GetFileTime(file_.get(), nullptr, nullptr, &modified))
+            throw lastSystemError(path_);
+        modified_ = toDateTime(modified);
+    }
+
+    QByteArrayView nextBlock() override {
+        if (isAtEnd_)
+            return {};
+        const NoDiskPrompt quiet;
+        DWORD count = 0;
+        if (!::ReadFile(file_.get(), block_.get(), BlockBytes, &count, nullptr))
+            throw lastSystemError(path_);
+        // Past the cache, a further read would start amid a sector and fail.
+        isAtEnd_ = count < BlockBytes;
+        return {block_.get(), qsizetype(count)};
+    }
+
+    bool isPastCache() const override { return isPastCache_; }
+    QDateTime modificationTime() const override { return modified_; }
+
+ private:
+    // Directories do not open without FILE_FLAG_BACKUP_SEMANTICS.
+    HANDLE open(FileSystem::ReadMode mode) {
+        if (mode == FileSystem::ReadMode::PastCache) {
+            const HANDLE file = openExisting(path_, GENERIC_READ, FILE_FLAG_NO_BUFFERING);
+            isPastCache_ = file != INVALID_HANDLE_VALUE;
+            if (isPastCache_)
+                return file;
+            if (::GetLastError() != ERROR_INVALID_PARAMETER)
+                throw lastSystemError(path_);
+        }
+        const HANDLE file = openExisting(path_, GENERIC_READ, FILE_FLAG_SEQUENTIAL_SCAN);
+        if (file == INVALID_HANDLE_VALUE)
+            throw lastSystemError(path_);
+        return file;
+    }
+
+    QString path_;
+    bool isPastCache_ = false;
+    bool isAtEnd_ = false;
+    Handle file_;
+    std::unique_ptr<char, FreePages> block_;
+    QDateTime modified_;
+};
+
+TessalyError linkInTheWay(const QString& path) {
+    return {error_number::WriteFailed,
+            QDir::toNativeSeparators(path) + ": a link stands in the place of the file"};
+}
+
+class WindowsOutputFile : public OutputFile {
+ public:
+    explicit WindowsOutputFile(const QString& path) : path_(path), file_(open()) {}
+
+    void write(QByteArrayView bytes) override {
+        constexpr qsizetype MostAtOnce = 1 << 30;
+        const NoDiskPrompt quiet;
+        while (!bytes.isEmpty()) {
+            DWORD count = 0;
+            if (!::WriteFile(file_.get(), bytes.data(), DWORD(std::min(bytes.size(), MostAtOnce)),
+                             &count, nullptr))
+                throw lastSystemError(path_);
+            bytes = bytes.sliced(count);
+        }
+    }
+
+    void setModificationTime(const QDateTime& time) override {
+        if (!time.isValid())
+            return;
+        const NoDiskPrompt quiet;
+        const FILETIME stamp = toFileTime(time);
+        ::SetFileTime(file_.get(), nullptr, nullptr, &stamp);
+    }
+
+    // Each file is flushed by itself, because flushing a whole fixed disk takes an administrator.
+    void close() override {
+        const NoDiskPrompt quiet;
+        const DWORD flushError = ::FlushFileBuffers(file_.get()) ? 0 : ::GetLastError();
+        const bool isClosed = ::CloseHandle(file_.release());
+        if (flushError)
+            throw systemError(int(flushError), path_);
+        if (!isClosed)
+            throw lastSystemError(path_);
+    }
+
+ private:
+    HANDLE open() {
+        const std::wstring name = systemPath(path_);
+        const DWORD attributes = ::GetFileAttributesW(name.c_str());
+        if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT))
+            throw linkInTheWay(path_);
+        clearAttributes(name, attributes, Protecting);
+        // Emptied only once it is known to be no link: a link that stands where a file belongs must
+        // not lead the bytes elsewhere.
+        Handle file(::CreateFileW(name.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                  OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT,
+                                  nullptr));
+        BY_HANDLE_FILE_INFORMATION found{};
+        if (!file.isOpen() || !::GetFileInformationByHandle(file.get(), &found))
+            throw lastSystemError(path_);
+        if (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT)
+            throw linkInTheWay(path_);
+        const bool isEmpty = joined(found.nFileSizeHigh, found.nFileSizeLow) == 0;
+        if (!isEmpty && !::SetEndOfFile(file.get()))
+            throw lastSystemError(path_);
+        return file.release();
+    }
+
+    QString path_;
+    Handle file_;
+};
+
+bool isDots(const wchar_t* name) {
+    const std::wstring_view text(name);
+    return text == L"." || text == L"..";
+}
+
+FolderEntry toEntry(const WIN32_FIND_DATAW& data) {
+    // The tag stands in dwReserved0.
+    const bool isLink = (data.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) &&
+                        (data.dwReserved0 == IO_REPARSE_TAG_SYMLINK ||
+                         data.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT);
+    const bool isFolder = !isLink && (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY);
+    return {.name = QString::fromWCharArray(data.cFileName),
+            .isFolder = isFolder,
+            .isLink = isLink,
+            .size = isLink || isFolder ? 0 : joined(data.nFileSizeHigh, data.nFileSizeLow)};
+}
+
+QString systemText(DWORD code) {
+    wchar_t buffer[1024] = {};
+    const DWORD length =
+        ::FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code,
+                         0, buffer, DWORD(std::size(buffer)), nullptr);
+    QString text = QString::fromWCharArray(buffer, length).trimmed();
+    if (text.endsWith('.'))
+        text.chop(1);
+    return text.isEmpty() ? QString("error %1").arg(code) : text;
+}
+
+}  // namespace
+
+TessalyError systemError(int code, const QString& path) {
+    const bool isNotReady = code == ERROR_NOT_READY || code == ERROR_NO_MEDIA_IN_DRIVE;
+    return {isNotReady ? int(error_number::DriveNotReady) : code,
+            QDir::toNativeSeparators(path) + ": " + systemText(DWORD(code))};
+}
+
+TessalyError lastSystemError(const QString& path) {
+    return systemError(int(::GetLastError()), path);
+}
+
+std::optional<qint64> LocalFileSystem::fileSize(const QString& path) const {
+    const NoDiskPrompt quiet;
+    const auto status = statusOf(path);
+    if (!status || status->isFolder)
+        return std::nullopt;
+    return status->size;
+}
+
+bool LocalFileSystem::isFolder(const QString& path) const {
+    const NoDiskPrompt quiet;
+    const auto status = statusOf(path);
+    return status && status->isFolder;
+}
+
+QList<FolderEntry> LocalFileSystem::entries(const QString& folder) const {
+    const NoDiskPrompt quiet;
+    WIN32_FIND_DATAW data{};
+    const HANDLE first =
+        ::FindFirstFileExW(systemPath(pathIn(folder, "*")).c_str(), FindExInfoBasic, &data,
+                           FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
+    if (first == INVALID_HANDLE_VALUE) {
+        // Only a root can be without even "." and "..".
+        if (::GetLastError() == ERROR_FILE_NOT_FOUND)
+            return {};
+        throw lastSystemError(folder);
+    }
+    const std::unique_ptr<void, CloseSearch> search(first);
+    QList<FolderEntry> found;
+    do {
+        if (!isDots(data.cFileName))
+            found.append(toEntry(data));
+    } while (::FindNextFileW(search.get(), &data));
+    if (::GetLastError() != ERROR_NO_MORE_FILES)
+        throw lastSystemError(folder);
+    return found;
+}
+
+std::optional<FileIdentity> LocalFileSystem::identity(const QString& path) const {
+    const NoDiskPrompt quiet;
+    const auto target = targetInformation(path);
+    if (!target)
+        return std::nullopt;
+    return FileIdentity{.volume = target->dwVolumeSerialNumber,
+                        .high = target->nFileIndexHigh,
+                        .low = target->nFileIndexLow};
+}
+
+bool LocalFileSystem::isWritableFolder(const QString& folder) const {
+    const NoDiskPrompt quiet;
+    DWORD flags = 0;
+    if (!::GetVolumeInformationW(volumeRoot(folder).c_str(), nullptr, 0, nullptr, nullptr, &flags,
+                                 nullptr, 0) ||
+        (flags & FILE_READ_ONLY_VOLUME))
+        return false;
+    // The right to add a file to a folder is, on a file, the right to write it.
+    return isFolder(folder) &&
+           Handle(openExisting(folder, FILE_ADD_FILE, FILE_FLAG_BACKUP_SEMANTICS)).isOpen();
+}
+
+void LocalFileSystem::removeFile(const QString& path) {
+    const NoDiskPrompt quiet;
+    const std::wstring name = systemPath(path);
+    const DWORD attributes = ::GetFileAttributesW(name.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES)
+        throw lastSystemError(path);
+    clearAttributes(name, attributes, FILE_ATTRIBUTE_READONLY);
+    // A link to a folder is a folder of its own kind; removing it leaves the target alone.
+    constexpr DWORD FolderLink = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
+    const bool isFolderLink = (attributes & FolderLink) == FolderLink;
+    if (!(isFolderLink ? ::RemoveDirectoryW(name.c_str()) : ::DeleteFileW(name.c_str())))
+        throw lastSystemError(path);
+}
+
+void LocalFileSystem::removeFolder(const QString& path) {
+    const NoDiskPrompt quiet;
+    const std::wstring name = systemPath(path);
+    clearAttributes(name, ::GetFileAttributesW(name.c_str()), FILE_ATTRIBUTE_READONLY);
+    if (!::RemoveDirectoryW(name.c_str()))
+        throw lastSystemError(path);
+}
+
+std::unique_ptr<InputFile> LocalFileSystem::openForReading(const QString& path, ReadMode mode) {
+    const NoDiskPrompt quiet;
+    return std::make_unique<WindowsInputFile>(path, mode);
+}
+
+std::unique_ptr<OutputFile> LocalFileSystem::create(const QString& path) {
+    const NoDiskPrompt quiet;
+    return std::make_unique<WindowsOutputFile>(path);
+}
+
+void LocalFileSystem::flushVolume(const QString& path) {
+    constexpr size_t LetterRootLength = 3;  // "E:\"
+    const NoDiskPrompt quiet;
+    const std::wstring root = volumeRoot(path);
+    if (root.empty())
+        throw lastSystemError(path);
+    // Every file was flushed when it was closed. That has to do for a share, for a volume without
+    // a letter, for a disk that is an administrator's and for a driver that knows no more.
+    if (root.size() != LetterRootLength || ::GetDriveTypeW(root.c_str()) == DRIVE_REMOTE)
+        return;
+    const std::wstring device = LR"(\\.\)" + root.substr(0, 2);
+    const Handle volume(
+        ::CreateFileW(device.c_str(), GENERIC_WRITE, ShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
+    if (volume.isOpen() && ::FlushFileBuffers(volume.get()))
+        return;
+    const DWORD enough = volume.isOpen() ? ERROR_INVALID_FUNCTION : ERROR_ACCESS_DENIED;
+    if (::GetLastError() != enough)
+        throw lastSystemError(path);
+}
+
+}  // namespace tessaly

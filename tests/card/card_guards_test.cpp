@@ -1,0 +1,187 @@
+#include "card/card_guards.h"
+
+#include <QFile>
+
+#include "card/card_writer.h"
+#include "platform/system_folders.h"
+#include "support/card_bench.h"
+
+namespace tessaly {
+
+using namespace test;
+
+namespace {
+
+int numberOf(const std::function<void()>& guard) {
+    try {
+        guard();
+        return 0;
+    } catch (const TessalyError& error) {
+        return error.number;
+    }
+}
+
+}  // namespace
+
+// Each guard through a real run: its number, its step, and not one file less on the card.
+TEST(CardGuards, EachEndsTheRunBeforeTheFirstDeletion) {
+    const struct {
+        const char* what;
+        int number, step;
+        std::function<void(CardBench&)> arrange;
+    } cases[] = {
+        {"a fixed disk", error_number::NotRemovable, 310,
+         [](CardBench& b) { b.drives.driveType = DriveType::Fixed; }},
+        {"no medium", error_number::DriveNotReady, 310,
+         [](CardBench& b) { b.drives.isReady = false; }},
+        {"the program's folder", error_number::SystemFolder, 311,
+         [](CardBench& b) { b.job.folders = appFoldersIn(b.scratch.makeFolder("card/prog")); }},
+        {"the work folder", error_number::SystemFolder, 311,
+         [](CardBench& b) { b.job.workFolder = b.scratch.makeFolder("card/work"); }},
+        {"the project file", error_number::SystemFolder, 311,
+         [](CardBench& b) { b.job.kept = {b.scratch.write("card/my.crd2", "")}; }},
+        {"a source", error_number::HoldsSource, 312,
+         [](CardBench& b) {
+             b.project.TrackTable[2].sourcePath = b.scratch.write("card/deep/in/a.mp3", "x");
+         }},
+        {"a source behind a link", error_number::HoldsSource, 312,
+         [](CardBench& b) {
+             b.scratch.write("card/music/a.mp3", "x");
+             QFile::link(b.scratch.path("card/music"), b.scratch.path("linked"));
+             b.project.TrackTable[2].sourcePath = b.scratch.path("linked/a.mp3");
+         }},
+        {"the chime", error_number::HoldsSource, 312,
+         [](CardBench& b) {
+             b.useChime();
+             b.project.txtChimeFileName = b.scratch.write("card/bell.mp3", "x");
+         }},
+        {"a write-protected card", error_number::WriteProtected, 313,
+         [](CardBench& b) { b.drives.volume.isReadOnly = true; }},
+        {"too little space", error_number::DoesNotFit, 314,
+         [](CardBench& b) { b.drives.volume.freeBytes = 7 * 4096; }},
+        {"too few entries", error_number::TooManyRootEntries, 315,
+         [](CardBench& b) { b.drives.volume.rootEntries = 8; }},
+    };
+    for (const auto& [what, number, step, arrange] : cases) {
+        SCOPED_TRACE(what);
+        CardBench bench;
+        bench.scratch.write("card/precious.txt", "precious");
+        arrange(bench);
+        for (const QString name : {"files/9998.mp3", "files/0007.cfg", "firmware/0000.hex"})
+            QFile::copy(bench.scratch.path("app/" + name), bench.scratch.path("card/prog/" + name));
+        if (!bench.files.fileSize(bench.job.folders.firmwareFile())) {
+            bench.scratch.write("card/prog/files/9998.mp3", "x");
+            bench.scratch.write("card/prog/firmware/0000.hex", "x");
+        }
+        const auto before = bench.card();
+        const CardRunReport report = bench.create();
+        ASSERT_EQ(report.outcome, CardRunReport::Outcome::Failed);
+        EXPECT_EQ(report.error->number, number) << report.error->what();
+        EXPECT_EQ(bench.observer.title, "Tessaly Error " + QString::number(step));
+        auto after = bench.card();
+        for (const char* temporary : {"work/tmp.bin", "work/tmp.hex"})
+            after.remove(temporary);
+        EXPECT_EQ(after, before);
+    }
+}
+
+TEST(CardGuards, SystemAndPersonalFoldersAreNoCards) {
+    const ScratchFolder scratch;
+    LocalFileSystem files;
+    const AppFolders folders = appFoldersIn(scratch.makeFolder("program"));
+    const auto refused = [&](const QString& root) {
+        return numberOf([&] { refuseSystemFolder(files, root, folders, {}); }) ==
+               error_number::SystemFolder;
+    };
+    for (const QString& folder : systemFolders() + personalFolders())
+        if (files.isFolder(folder)) {
+            EXPECT_TRUE(refused(folder)) << folder.toStdString();
+        }
+    QFile::link("/usr", scratch.path("link to system"));
+    EXPECT_TRUE(refused(scratch.path("link to system")));
+    EXPECT_TRUE(refused("/usr/share"));
+    EXPECT_TRUE(refused("/usr/share/.."));
+    EXPECT_TRUE(refused(scratch.path()));  // holds the program
+    EXPECT_TRUE(refused(scratch.path("program")));
+    EXPECT_FALSE(refused(scratch.makeFolder("card")));
+}
+
+TEST(CardGuards, SpaceIsCountedInWholeClusters) {
+    VolumeGeometry volume{.clusterBytes = 512, .totalBytes = 0, .freeBytes = 1024};
+    const auto fits = [&](const QList<qint64>& sizes, qint64 freed = 0) {
+        return numberOf([&] { requireSpace({.newFiles = sizes, .freedBytes = freed}, volume); }) ==
+               0;
+    };
+    EXPECT_TRUE(fits({1, 1}));
+    EXPECT_FALSE(fits({1, 1, 1}));
+    EXPECT_TRUE(fits({1, 1, 1}, 512));
+    EXPECT_TRUE(fits({0, 0, 0, 1024}));
+    EXPECT_FALSE(fits({513, 512}));
+    // On FAT32 the folder takes clusters too: 17 entries of 32 bytes are one more than a cluster.
+    volume.isFat = true;
+    volume.entriesPerFile = 2;
+    volume.freeBytes = 512 * 2;
+    EXPECT_TRUE(fits(QList<qint64>(16, 0)));
+    EXPECT_FALSE(fits(QList<qint64>(17, 0)));
+
+    volume.rootEntries = 512;
+    const auto hasEntries = [&](int newFiles, int remaining) {
+        return numberOf([&] {
+                   requireRootEntries(
+                       {.newFiles = QList<qint64>(newFiles, 1), .remainingEntries = remaining},
+                       volume);
+               }) == 0;
+    };
+    EXPECT_TRUE(hasEntries(255, 0));
+    EXPECT_FALSE(hasEntries(256, 0));
+    EXPECT_FALSE(hasEntries(5, 251));
+    volume.entriesPerFile = 1;
+    EXPECT_TRUE(hasEntries(511, 0));
+    EXPECT_FALSE(hasEntries(512, 0));
+}
+
+TEST(CardGuards, SettingsMustNotPointAtOtherMusic) {
+    const struct {
+        const char* what;
+        std::function<void(CardBench&)> arrange;
+        bool passes;
+    } cases[] = {
+        {"the same project", [](CardBench&) {}, true},
+        {"a track more",
+         [](CardBench& b) { addTrack(b.project, "L", "x", b.scratch.write("src/x.mp3", "x")); },
+         false},
+        {"another size", [](CardBench& b) { b.scratch.write("src/hello.mp3", "hello!"); }, false},
+        {"a missing file", [](CardBench& b) { QFile::remove(b.scratch.path("card/0002.mp3")); },
+         false},
+        {"two tracks swapped, of one size",
+         [](CardBench& b) {
+             b.scratch.write("src/third.mp3", QByteArray(5000, '3'));
+             b.project.TrackTable[1].sourcePath = b.scratch.path("src/third.mp3");
+         },
+         false},
+        {"no project on the card, sizes fit",
+         [](CardBench& b) { QFile::remove(b.scratch.path("card/0000.crd2")); }, true},
+        {"a damaged project on the card",
+         [](CardBench& b) {
+             b.scratch.write("card/0000.crd2", b.scratch.read("card/0000.crd2").left(700));
+         },
+         true},
+    };
+    for (const auto& [what, arrange, passes] : cases) {
+        SCOPED_TRACE(what);
+        CardBench bench;
+        ASSERT_EQ(bench.create().outcome, CardRunReport::Outcome::Done);
+        arrange(bench);
+        const auto before = bench.card();
+        const CardRunReport report = bench.update();
+        EXPECT_EQ(report.outcome == CardRunReport::Outcome::Done, passes);
+        if (!passes) {
+            EXPECT_EQ(report.error->number, error_number::CardDiffers);
+            EXPECT_TRUE(bench.observer.text.endsWith("create the card anew."));
+            EXPECT_EQ(bench.observer.title, "Tessaly Error 316");
+            EXPECT_EQ(bench.card(), before);
+        }
+    }
+}
+
+}  // namespace tessaly

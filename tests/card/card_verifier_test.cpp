@@ -1,0 +1,92 @@
+#include "card/card_verifier.h"
+
+#include "image/config_image.h"
+#include "image/intel_hex.h"
+#include "model/card_file.h"
+#include "model/music_lists.h"
+#include "support/card_bench.h"
+
+namespace tessaly {
+
+using namespace test;
+
+TEST(CardVerifier, FindsWhatIsWrongWithACard) {
+    const auto rewrite = [](CardBench& b, const std::function<void(Project&)>& change) {
+        Project project = b.project;
+        change(project);
+        b.scratch.write("card/0000.xd3", EncodeImageAsHex(composeConfigImage(project, 5)));
+    };
+    const struct {
+        const char* what;
+        std::function<void(CardBench&)> damage;
+        QString problem;  // part of the first one; empty: the card is good
+    } cases[] = {
+        {"nothing", [](CardBench&) {}, ""},
+        {"another identifier", [&](CardBench& b) { rewrite(b, [](Project&) {}); }, ""},
+        {"a missing track", [](CardBench& b) { QFile::remove(b.scratch.path("card/0002.mp3")); },
+         "0002.mp3 is missing"},
+        {"an empty track", [](CardBench& b) { b.scratch.write("card/0003.mp3", ""); },
+         "0003.mp3 is empty"},
+        {"no settings", [](CardBench& b) { QFile::remove(b.scratch.path("card/0000.xd3")); },
+         "0000.xd3: "},
+        {"a cut project",
+         [](CardBench& b) {
+             b.scratch.write("card/0000.crd2", b.scratch.read("card/0000.crd2").chopped(1));
+         },
+         "0000.crd2 is damaged at byte"},
+        {"a wrong checksum",
+         [](CardBench& b) {
+             b.scratch.write("card/0000.xd3", b.scratch.read("card/0000.xd3").replace("FF", "FE"));
+         },
+         "0000.xd3: Line "},
+        {"LF line ends",
+         [](CardBench& b) {
+             b.scratch.write("card/0000.xd3", b.scratch.read("card/0000.xd3").replace("\r", ""));
+         },
+         "not laid out as the player expects"},
+        {"numbers swapped",
+         [&](CardBench& b) {
+             rewrite(b, [](Project& p) {
+                 std::swap(p.TrackTable[1].typeTag, p.TrackTable[2].typeTag);
+             });
+         },
+         "differ: music list 1 (\"L\")"},
+        {"another title",
+         [&](CardBench& b) { rewrite(b, [](Project& p) { p.txtCardTitle2 = "x"; }); },
+         "differ: the card title"},
+        {"a speech file of another number",
+         [&](CardBench& b) { rewrite(b, [](Project& p) { setTypeTag(p.TrackTable[3], "0009"); }); },
+         "differ: the files of the speech titles"},
+        {"the calibration sound",
+         [](CardBench& b) { QFile::remove(b.scratch.path("card/9998.mp3")); },
+         "9998.mp3 is missing"},
+    };
+    for (const auto& [what, damage, problem] : cases) {
+        SCOPED_TRACE(what);
+        CardBench bench;
+        ASSERT_EQ(bench.create().outcome, CardRunReport::Outcome::Done);
+        damage(bench);
+        const CardVerification result = verifyCard(bench.files, bench.job.root);
+        EXPECT_EQ(result.isGood(), problem.isEmpty()) << result.problems.join('\n').toStdString();
+        EXPECT_TRUE(result.problems.value(0).contains(problem))
+            << result.problems.join('\n').toStdString();
+    }
+}
+
+TEST(CardVerifier, KnowsTracksThatHaveNoFile) {
+    CardBench bench;
+    bench.project.lstMuTrack[0] = {"no file", "one", "also none", "two", "none at the end"};
+    TrackRecord& trigger = bench.project.TriggerTable[0];
+    trigger.sourcePath = "music";
+    trigger.groupName = "L";
+    trigger.itemName = "two";
+    ASSERT_EQ(bench.create().outcome, CardRunReport::Outcome::Done);
+    bench.scratch.write("card/holiday.jpg", "x");
+    const CardVerification result = verifyCard(bench.files, bench.job.root);
+    EXPECT_EQ(result.problems, QStringList());
+    EXPECT_EQ(result.notes, QStringList("holiday.jpg is on the card, but nothing refers to it."));
+    EXPECT_EQ(result.trackFiles, 3);
+    EXPECT_THROW(verifyCard(bench.files, bench.scratch.path("nowhere")), TessalyError);
+}
+
+}  // namespace tessaly

@@ -1,0 +1,238 @@
+// The command line as a user meets it: the program itself is run.
+#include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+
+#include "image/intel_hex.h"
+#include "support/scratch_folder.h"
+
+namespace tessaly {
+
+using namespace test;
+
+namespace {
+
+struct CliRun {
+    int exitCode = -1;
+    QString out, err;
+
+    QJsonObject json() const { return QJsonDocument::fromJson(out.toUtf8()).object(); }
+
+    /// A value inside the JSON: "lists/0/name".
+    QJsonValue at(const QString& path) const {
+        QJsonValue value = json();
+        for (const QString& step : path.split('/'))
+            value = value.isArray() ? value[step.toInt()] : value[step];
+        return value;
+    }
+};
+
+class CommandLine : public testing::Test {
+ protected:
+    CliRun run(const QStringList& arguments) const {
+        QProcess process;
+        process.setStandardInputFile(QProcess::nullDevice());
+        process.setWorkingDirectory(scratch.path());
+        process.start(TESSALY_CLI, arguments);
+        EXPECT_TRUE(process.waitForFinished(60000));
+        EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
+
+    void importTour() const {
+        const CliRun done = run({"import", TESSALY_SAMPLES "/tour", "--output", "tour.crd2"});
+        ASSERT_EQ(done.exitCode, 0) << done.err.toStdString();
+    }
+
+    // Expects a command to fail with one line on standard error that holds `part`.
+    void expectFailure(const QStringList& arguments, int exitCode, const QString& part) const {
+        const CliRun failed = run(arguments);
+        EXPECT_EQ(failed.exitCode, exitCode) << arguments.join(' ').toStdString();
+        EXPECT_TRUE(failed.err.contains(part)) << failed.err.toStdString();
+        EXPECT_TRUE(failed.err.startsWith("tessaly-cli: "));
+        EXPECT_EQ(failed.err.count('\n'), 1) << failed.err.toStdString();
+    }
+
+    ScratchFolder scratch;
+};
+
+}  // namespace
+
+TEST_F(CommandLine, ExplainsItself) {
+    EXPECT_EQ(run({"--version"}).out, "1.13\n");
+    EXPECT_TRUE(run({"--help"}).out.contains("Prepares memory cards"));
+    for (const char* command :
+         {"import", "check", "image", "create", "verify", "firmware", "show"}) {
+        const CliRun help = run({command, "--help"});
+        EXPECT_EQ(help.exitCode, 0);
+        EXPECT_TRUE(help.out.contains(QString("Example:\n  tessaly-cli ") + command))
+            << help.out.toStdString();
+    }
+    const QStringList wrong[] = {{},
+                                 {"bake"},
+                                 {"check"},
+                                 {"import", "tour"},
+                                 {"image", "p.crd2", "-o", "f.bin", "--identifier", "0"},
+                                 {"image", "p.crd2", "-o", "f.bin", "--identifier", "65536"},
+                                 {"image", "p.crd2", "-o", "f.bin", "--identifier", "0xZZ"},
+                                 {"create", "p.crd2", "--card", "c", "--fast"},
+                                 {"show", "a", "b"}};
+    for (const QStringList& arguments : wrong)
+        expectFailure(arguments, 2, "--help tells more");
+}
+
+TEST_F(CommandLine, TurnsAFolderIntoAVerifiedCard) {
+    importTour();
+    scratch.makeFolder("card");
+    const CliRun check = run({"check", "tour.crd2", "--card", "card"});
+    EXPECT_EQ(check.exitCode, 0);
+    EXPECT_TRUE(check.out.contains("Rope Walk - French"));
+
+    const CliRun create = run({"create", "tour.crd2", "--card", "card", "--yes"});
+    ASSERT_EQ(create.exitCode, 0) << create.err.toStdString();
+    EXPECT_TRUE(create.out.contains("Card successfully created!"));
+    EXPECT_EQ(create.err.count("stand-in"), 1) << create.err.toStdString();
+    EXPECT_EQ(scratch.content("card").size(), 32 + 5);
+    EXPECT_EQ(run({"verify", "card"}).exitCode, 0);
+
+    // The project on the card is the one that was saved but for its file numbers, and the settings
+    // are what image makes of it.
+    EXPECT_EQ(run({"image", "card/0000.crd2", "-o", "a.bin", "--hex", "a.xd3"}).exitCode, 0);
+    EXPECT_EQ(decodeHexFile(scratch.read("a.xd3")).image.mid(2),
+              decodeHexFile(scratch.read("card/0000.xd3")).image.mid(2));
+
+    // A half-written card, and one that is full, need no --erase.
+    QFile::remove(scratch.path("card/0007.cfg"));
+    EXPECT_EQ(run({"create", "tour.crd2", "--card", "card", "--yes", "--no-verify"}).exitCode, 0);
+    const CliRun update =
+        run({"create", "tour.crd2", "--card", "card", "--settings-only", "--yes"});
+    EXPECT_EQ(update.exitCode, 0) << update.err.toStdString();
+    QFile::remove(scratch.path("card/0005.mp3"));
+    EXPECT_EQ(run({"verify", "card"}).exitCode, 1);
+    const CliRun differs =
+        run({"create", "tour.crd2", "--card", "card", "--settings-only", "--yes"});
+    EXPECT_EQ(differs.exitCode, 1);
+    EXPECT_TRUE(differs.err.contains("create the card anew (error 536, step 316)"))
+        << differs.err.toStdString();
+}
+
+TEST_F(CommandLine, ErasesNothingThatItWasNotToldTo) {
+    importTour();
+    const QStringList create = {"create", "tour.crd2", "--card", "card", "--yes"};
+    expectFailure(create, 1, "there is no such folder");
+    scratch.write("card/holiday.jpg", "precious");
+    expectFailure(create, 1, "holds \"holiday.jpg\", which is no file of a card: say --erase");
+    scratch.makeFolder("card2/0001.mp3");  // a folder is no card's file, whatever its name
+    expectFailure({"create", "tour.crd2", "--card", "card2", "--yes"}, 1, "say --erase");
+    scratch.makeFolder("empty");
+    expectFailure({"create", "tour.crd2", "--card", "empty"}, 1, "say --yes");
+    EXPECT_TRUE(scratch.content("empty").isEmpty());
+
+    // --erase takes other files, but not the project, the program or the system.
+    const auto before = scratch.content(".");
+    for (const QString& target : {scratch.path(), QString("/"), QDir::homePath(),
+                                  QFileInfo(TESSALY_CLI).path(), QString("/usr/share")}) {
+        const CliRun refused = run({"create", "tour.crd2", "--card", target, "--erase", "--yes"});
+        EXPECT_EQ(refused.exitCode, 1) << target.toStdString();
+        EXPECT_TRUE(refused.err.contains("step 31")) << refused.err.toStdString();
+    }
+    EXPECT_EQ(scratch.content("."), before);
+    EXPECT_EQ(run(create + QStringList("--erase")).exitCode, 0);
+    EXPECT_FALSE(scratch.content("card").contains("holiday.jpg"));
+}
+
+TEST_F(CommandLine, SaysWhatBlocks) {
+    const QString track = scratch.write("tour/Music/Rock/a.mp3", "music");
+    ASSERT_EQ(run({"import", "tour", "-o", "p.crd2"}).exitCode, 0);
+    scratch.makeFolder("card");
+    EXPECT_EQ(run({"check", "p.crd2"}).exitCode, 0);
+    const CliRun good = run({"check", "p.crd2", "--json"});
+    EXPECT_EQ(good.at("totalCardBytes"), 5);
+    EXPECT_EQ(good.at("trackCount"), 1);
+    EXPECT_EQ(good.at("blocked"), false);
+    EXPECT_EQ(good.at("checks/musicLists/verdict"), "green");
+    EXPECT_EQ(good.at("checks/driveSelected/verdict"), "red");
+
+    QFile::remove(track);
+    const CliRun blocked = run({"check", "p.crd2", "--json", "--card", "card"});
+    EXPECT_EQ(blocked.exitCode, 3);
+    EXPECT_EQ(blocked.at("blocked"), true);
+    EXPECT_EQ(blocked.at("missingFileFlag"), true);
+    EXPECT_EQ(blocked.at("missingFiles/0"), track);
+    expectFailure({"create", "p.crd2", "--card", "card", "--yes"}, 3, "Cannot find file " + track);
+    scratch.write("empty.crd2", "");
+    expectFailure({"create", "empty.crd2", "--card", "card", "--yes"}, 3,
+                  "There are no Speech or Music files selected.");
+    EXPECT_TRUE(scratch.content("card").isEmpty());
+
+    // Nothing that stood there is lost by importing again.
+    const QByteArray before = scratch.read("p.crd2");
+    scratch.write("tour/Music/Rock/b.mp3", "more");
+    ASSERT_EQ(run({"import", "tour", "-o", "p.crd2"}).exitCode, 0);
+    EXPECT_EQ(scratch.read("p.crd2.bak"), before);
+}
+
+TEST_F(CommandLine, ShowsEveryKindOfFile) {
+    importTour();
+    const CliRun project = run({"show", "tour.crd2", "--json"});
+    EXPECT_EQ(project.at("complete"), true);
+    EXPECT_EQ(project.at("stoppedAt"), scratch.read("tour.crd2").size());
+    const QJsonArray records = project.at("records").toArray();
+    EXPECT_EQ(records[0].toObject(), (QJsonObject{{"kind", QJsonValue::Null},
+                                                  {"itemName", QJsonValue::Null},
+                                                  {"groupName", QJsonValue::Null},
+                                                  {"sourcePath", QJsonValue::Null},
+                                                  {"endlessLoop", false},
+                                                  {"cancelOnInterrupt", false},
+                                                  {"loudVolume", false},
+                                                  {"typeTag", QString(4, QChar(0))}}));
+    EXPECT_EQ(records[13].toObject()["itemName"], 0);
+    EXPECT_EQ(records.last().toObject()["typeTag"], "6   ");
+
+    scratch.write("cut.crd2", scratch.read("tour.crd2").chopped(30));
+    const CliRun cut = run({"show", "cut.crd2", "--json"});
+    EXPECT_FALSE(cut.at("complete").toBool(true));
+    EXPECT_EQ(cut.at("records").toArray().size(), records.size() - 1);
+    EXPECT_TRUE(cut.err.contains("in the middle of record"));
+    scratch.makeFolder("card");
+    expectFailure({"create", "cut.crd2", "--card", "card", "--yes"}, 1, "was read up to byte");
+
+    ASSERT_EQ(run({"image", "tour.crd2", "-o", "t.bin", "--hex", "t.xd3", "--identifier", "0x3A07"})
+                  .exitCode,
+              0);
+    for (const char* name : {"t.bin", "t.xd3"}) {
+        const CliRun image = run({"show", name, "--json"});
+        EXPECT_EQ(image.at("identifier"), 0x3A07);
+        EXPECT_EQ(image.at("titles/1"), "Fish Market");
+        EXPECT_EQ(image.at("lists/1/tracks/3/word/fileNumber"), 32);
+        EXPECT_TRUE(run({"show", name}).out.contains("Morning Bell"));
+    }
+    EXPECT_EQ(scratch.read("t.xd3"), EncodeImageAsHex(scratch.read("t.bin")));
+    scratch.write("t.xd3", scratch.read("t.xd3").replace(60, 1, "?"));
+    expectFailure({"show", "t.xd3"}, 1, "Line 3 of the HEX file");
+    scratch.write("bad.bin", scratch.read("t.bin").chopped(1));
+    expectFailure({"show", "bad.bin"}, 1, "the image ends too early");
+    scratch.write("photo.jpg", "\xFF\xD8\xFF no card file");
+    expectFailure({"show", "photo.jpg"}, 1, "this is no project file, no image and no HEX file");
+    expectFailure({"show", "gone"}, 1, "gone: No such file");
+}
+
+TEST_F(CommandLine, UpdatesFirmwareAlone) {
+    const QStringList firmware = {"--app-folder", "app", "firmware", "card", "--yes"};
+    scratch.write("app/firmware/0000.hex", ":00000001FF\r\n");
+    scratch.makeFolder("card");
+    expectFailure(firmware, 1, "Card does not have a valid TRL740 format.");
+    scratch.write("card/0000.hex", ":0201100001A448\r\n:00000001FF\r\n");
+    expectFailure(firmware, 1, "is a stand-in that holds no firmware");
+    const QByteArray newer = ":0201200001A438\r\n:00000001FF\r\n";
+    scratch.write("app/firmware/0000.hex", newer);
+    expectFailure(firmware.mid(0, firmware.size() - 1), 1, "say --yes");
+    EXPECT_TRUE(run(firmware).out.contains("Card successfully updated."));
+    EXPECT_EQ(scratch.read("card/0000.hex"), newer);
+    EXPECT_TRUE(run(firmware).out.contains("No update has been done."));
+}
+
+}  // namespace tessaly

@@ -1,0 +1,292 @@
+#include "image/config_image.h"
+
+#include <QtEndian>
+
+#include "image/config_image_reader.h"
+#include "image/image_layout.h"
+#include "image/image_limits.h"
+#include "image/intel_hex.h"
+#include "model/music_lists.h"
+#include "platform/error.h"
+#include "platform/error_numbers.h"
+#include "support/projects.h"
+#include "support/scratch_folder.h"
+
+namespace tessaly {
+
+using namespace test;
+
+namespace {
+
+quint16 wordAt(const QByteArray& image, int offset) {
+    return qFromBigEndian<quint16>(image.constData() + offset);
+}
+
+// A project of one language and `titles` titles with one list of `tracks` tracks, none with a file.
+Project plainProject(int titles, int tracks) {
+    Project project;
+    project.lstLangs = {"English"};
+    for (int i = 1; i <= titles; ++i)
+        project.lstSpTitles.append(QString("T%1").arg(i));
+    if (tracks > 0)
+        addMusicList(project, "L1");
+    for (int i = 1; i <= tracks; ++i)
+        project.lstMuTrack[project.currentMusicList].append(QString("S%1").arg(i));
+    return project;
+}
+
+int errorOf(const QList<LimitViolation>& violations) {
+    return violations.isEmpty() ? 0 : violations.first().errorNumber;
+}
+
+}  // namespace
+
+TEST(ConfigImage, TheWorkedExampleByteForByte) {
+    const QByteArray invalid16 = "Invalid Data    ";
+    const QByteArray none = QByteArray::fromHex("FFFF");
+    const QByteArray expected =
+        QByteArray::fromHex("3A07 0002") + QByteArray("WELCOME").leftJustified(16) + '\xFF' +
+        QByteArray(15, ' ') + none + '\xC0' + QByteArray(25, '\0') +
+        QByteArray::fromHex("0090 00A8 00C8 00E8 0132 0136 013A") + QByteArray(28, '\0') +
+        QByteArray::fromHex("02 0001 01 013E") + QByteArray(32, '\0') + "Invalid English German  " +
+        invalid16 + "Welcome         " + invalid16 + "Rock            " +
+        QByteArray::fromHex("0002") + invalid16 + none + invalid16 + none + "Song A          " +
+        QByteArray::fromHex("0001") + "Song B          " + QByteArray::fromHex("0002") + none +
+        none + none + QByteArray::fromHex("2003") + none + QByteArray::fromHex("2004") +
+        QByteArray(272, ' ') + none.repeated(7);
+    Project project = exampleProject();
+    EXPECT_EQ(expected.size(), 604);
+    EXPECT_EQ(BuildConfigImage(project, 0x3A07), expected);
+    EXPECT_EQ(typeTagText(project.TrackTable[4]), "0004");
+}
+
+TEST(ConfigImage, TwoImagesDifferInTheirIdentifierOnly) {
+    Project project = exampleProject();
+    EXPECT_EQ(BuildConfigImage(project, 1).mid(2), BuildConfigImage(project, 65535).mid(2));
+    for (int i = 0; i < 1000; ++i)
+        EXPECT_NE(randomIdentifier(), 0);
+}
+
+TEST(ConfigImage, ReferencesNameItemsByPosition) {
+    Project project = plainProject(2, 2);
+    addMusicList(project, "L2");
+    project.lstMuTrack[project.currentMusicList] = {"x", "y", "z"};
+    const struct {
+        QString kind, list, item;
+        int expected;
+    } cases[] = {
+        {"speech", "anything", "T1", 0xFE01},
+        {"speech", "", "T2", 0xFE02},
+        {"speech", "", "T3", 0xFFFF},
+        {"music", "<Continuous Mix>", "", 0},
+        {"music", "L1", "<Play Full List>", 512 + 1},
+        {"music", "L2", "<Play Full List>", 1024 + 1},
+        {"music", "L1", "S1", 512 + 2},
+        {"music", "L2", "z", 1024 + 4},
+        {"music", "L2", "S1", 0xFFFF},
+        {"music", "gone", "S1", 0xFFFF},
+        {"music", "gone", "<Play Full List>", 0xFFFF},
+    };
+    for (const auto& [kind, list, item, expected] : cases)
+        EXPECT_EQ(ItemReference(project, kind, list, item), expected)
+            << (kind + ' ' + list + ' ' + item).toStdString();
+}
+
+TEST(ConfigImage, OnlyAssignedTriggersAndRealPowerUpItemsCount) {
+    Project project = plainProject(1, 1);
+    const auto set = [](TrackRecord& record, const char* kind, const char* path) {
+        record.kind = kind;
+        record.sourcePath = path;
+        record.itemName = "T1";
+    };
+    set(project.TriggerTable[0], "dtrig", "speech");
+    set(project.TriggerTable[1], "empty", "speech");  // left over after a reset
+    set(project.TriggerTable[2], "dtrig", "empty");
+    set(project.TriggerTable[6], "dtrig", "speech");
+    project.PowerUpRecord.kind = "powerup";  // from a file that says neither music nor speech
+    project.PowerUpRecord.itemName = "T1";
+    const QByteArray image = BuildConfigImage(project, 1);
+    const int triggers = int(image.size()) - 14;
+    EXPECT_EQ(wordAt(image, triggers), 0xFE01);
+    EXPECT_EQ(wordAt(image, triggers + 2), 0xFFFF);
+    EXPECT_EQ(wordAt(image, triggers + 4), 0xFFFF);
+    EXPECT_EQ(wordAt(image, triggers + 12), 0xFE01);
+    EXPECT_EQ(wordAt(image, image_layout::PowerUpItem), 0xFFFF);
+}
+
+TEST(ConfigImage, WordsCarryNumbersFlagsAndFirstMatches) {
+    Project project;
+    project.TrackTable.append(TrackRecord{});  // blank records get no number
+    addTrack(project, "L", "twice", "1");
+    addTrack(project, "L", "twice", "2");
+    addTrack(project, "L", "odd", "3");
+    project.lstMuTrack[project.currentMusicList].append("no file");
+    project.TrackTable[2].loudVolume = Boolean16::of(true);
+    project.TrackTable[3].endlessLoop = Boolean16::of(true);
+    project.TrackTable[4].cancelOnInterrupt.raw = 1;  // neither 0 nor 0xFFFF: True
+    const DecodedImage image = decodeConfigImage(BuildConfigImage(project, 1));
+    QList<quint16> words;
+    for (const DecodedTrack& track : image.lists[0].tracks)
+        words.append(track.word.value);
+    EXPECT_EQ(words, (QList<quint16>{0x8001, 0x4003, 0xFFFF}));
+
+    TrackRecord record = project.TrackTable[2];
+    setTypeTag(record, "4096");
+    EXPECT_EQ(trackWord(record), 0x9000);
+    setTypeTag(record, "9995");
+    record.cancelOnInterrupt = Boolean16::of(true);
+    EXPECT_EQ(trackWord(record), quint16(9995 + 0x8000 + 0x4000));
+}
+
+TEST(ConfigImage, EveryMatchingDefaultLanguageIsAdded) {
+    Project project;
+    project.lstLangs = {"English", "German", "French"};
+    for (const char* name : {"German", "French", "German", "Danish"}) {
+        TrackRecord record;
+        record.groupName = name;
+        project.DefaultLanguageTable.append(record);
+    }
+    EXPECT_EQ(wordAt(BuildConfigImage(project, 1), image_layout::DefaultLanguageMask), 2 + 4 + 2);
+}
+
+TEST(ConfigImage, RandomProjectsDecodeToTheirContent) {
+    std::mt19937 random(4095);
+    for (int round = 0; round < 40; ++round) {
+        Project project = randomProject(random, round == 0 ? 900 : 150);
+        const QByteArray bytes = BuildConfigImage(project, quint16(round + 1));
+        ASSERT_EQ(bytes.size(), configImageSize(project));
+        const DecodedImage image = decodeConfigImage(bytes);
+        const auto shown = [](const QString& text, int width) {
+            QString cut = text.left(width);
+            while (cut.endsWith(' '))
+                cut.chop(1);
+            return cut;
+        };
+        EXPECT_EQ(image.identifier, round + 1);
+        ASSERT_EQ(image.languages.size(), project.lstLangs.size());
+        ASSERT_EQ(image.titles.size(), project.lstSpTitles.size());
+        ASSERT_EQ(image.lists.size(), project.lstMuList.size());
+        const TrackIndex index(project);
+        const auto expectWord = [](const DecodedWord& word, const TrackRecord* record) {
+            ASSERT_EQ(word.hasFile, record != nullptr);
+            if (!record)
+                return;
+            EXPECT_EQ(word.fileNumber, *typeTagNumber(*record));
+            EXPECT_EQ(word.loudVolume, record->loudVolume.isTrue());
+            EXPECT_EQ(word.cancelOnInterrupt, record->cancelOnInterrupt.isTrue());
+            EXPECT_EQ(word.endlessLoop, record->endlessLoop.isTrue());
+            EXPECT_EQ(word.isSpeech, isSpeech(*record));
+        };
+        for (qsizetype l = 0; l < image.lists.size(); ++l) {
+            const QStringList tracks = tracksOfMusicList(project, project.lstMuList[l]);
+            ASSERT_EQ(image.lists[l].tracks.size(), tracks.size());
+            for (qsizetype t = 0; t < tracks.size(); ++t) {
+                EXPECT_EQ(image.lists[l].tracks[t].name, shown(tracks[t], 16));
+                expectWord(image.lists[l].tracks[t].word,
+                           index.music(project.lstMuList[l], tracks[t]));
+            }
+        }
+        for (qsizetype l = 0; l < image.languages.size(); ++l) {
+            EXPECT_EQ(image.languages[l], shown(project.lstLangs[l], 8));
+            for (qsizetype t = 0; t < image.titles.size(); ++t)
+                expectWord(image.speech[l][t],
+                           index.speech(project.lstSpTitles[t], project.lstLangs[l]));
+        }
+        for (int slot = 1; slot <= 17; ++slot)
+            EXPECT_EQ(image.displayTexts[slot - 1], shown(systemText(project, slot), 16));
+        for (int slot = 0; slot < TriggerSlots; ++slot)
+            EXPECT_EQ(image.triggers[slot].kind == DecodedReference::Kind::None,
+                      !isAssigned(project.TriggerTable[size_t(slot)]));
+    }
+}
+
+TEST(ConfigImage, AnyBytesAreDecodedOrRefused) {
+    std::mt19937 random(9);
+    Project project = randomProject(random, 40);
+    const QByteArray good = BuildConfigImage(project, 77);
+    for (qsizetype length = 0; length < good.size(); length += 5)
+        EXPECT_THROW(decodeConfigImage(good.first(length)), TessalyError);
+    EXPECT_THROW(decodeConfigImage(good + '\0'), TessalyError);
+    for (int round = 0; round < 3000; ++round) {
+        QByteArray bytes = good;
+        bytes[qsizetype(random() % 144)] = char(random());
+        try {
+            decodeConfigImage(bytes);
+        } catch (const TessalyError& error) {
+            EXPECT_EQ(error.number, error_number::BadImage);
+        }
+    }
+}
+
+TEST(ImageLimits, StandExactlyWhereTheFormatsEnd) {
+    using namespace error_number;
+    Project project = plainProject(0, 0);
+    project.lstLangs.clear();
+    for (int i = 0; i < 16; ++i)
+        project.lstLangs.append(QString("l%1").arg(i));
+    EXPECT_EQ(errorOf(limitViolations(project)), 0);
+    project.lstLangs.append("one more");
+    EXPECT_EQ(errorOf(limitViolations(project)), TooManyLanguages);
+    EXPECT_THROW(BuildConfigImage(project), TessalyError);
+
+    project = plainProject(0, 0);
+    for (int i = 0; i < 255; ++i)
+        addMusicList(project, QString("l%1").arg(i));
+    EXPECT_EQ(errorOf(limitViolations(project)), 0);
+    addMusicList(project, "one more");
+    EXPECT_EQ(errorOf(limitViolations(project)), TooManyLists);
+
+    // 676 bytes are fixed for one list and one language, a track takes 18: the last that fits.
+    const int most = (65527 - int(configImageSize(plainProject(0, 1))) + 18) / 18;
+    project = plainProject(0, most);
+    EXPECT_EQ(errorOf(limitViolations(project)), 0);
+    EXPECT_EQ(Hex3(headerRecordCount(BuildConfigImage(project, 1).size())).size(), 3);
+    project.lstMuTrack[project.currentMusicList].append("one more");
+    EXPECT_EQ(errorOf(limitViolations(project)), ImageTooLarge);
+
+    project = plainProject(0, 0);
+    TrackRecord record;
+    record.kind = "music";
+    project.TrackTable.append(QList<TrackRecord>(9995, record));
+    EXPECT_EQ(errorOf(limitViolations(project)), 0);
+    project.TrackTable.append(record);
+    EXPECT_EQ(errorOf(limitViolations(project)), TooManyFiles);
+}
+
+TEST(ImageLimits, ReferencesReachOnlySoFar) {
+    Project project = plainProject(511, 511);
+    for (int i = 2; i <= 127; ++i) {
+        addMusicList(project, QString("L%1").arg(i));
+        project.lstMuTrack[project.currentMusicList] = {"x"};
+    }
+    const struct {
+        const char *path, *list, *item;
+        bool reachable;
+    } cases[] = {
+        {"speech", "", "T510", true},
+        {"speech", "", "T511", false},
+        {"music", "L1", "S510", true},
+        {"music", "L1", "S511", false},
+        {"music", "L1", "<Play Full List>", true},
+        {"music", "L126", "x", true},
+        {"music", "L126", "<Play Full List>", true},
+        {"music", "L127", "<Play Full List>", false},
+        {"music", "<Continuous Mix>", "", true},
+        {"music", "gone", "x", true},
+    };
+    for (const auto& [path, list, item, reachable] : cases) {
+        TrackRecord& trigger = project.TriggerTable[3];
+        trigger.sourcePath = path;
+        trigger.groupName = list;
+        trigger.itemName = item;
+        EXPECT_EQ(errorOf(limitViolations(project)), reachable ? 0 : error_number::ReferenceTooHigh)
+            << path << ' ' << list << ' ' << item;
+        trigger.sourcePath = "empty";
+        project.PowerUpRecord = trigger;
+        project.PowerUpRecord.kind = path;
+        EXPECT_EQ(limitViolations(project).isEmpty(), reachable);
+        project.PowerUpRecord.kind = "empty";
+    }
+}
+
+}  // namespace tessaly

@@ -1,0 +1,139 @@
+#include "image/intel_hex.h"
+
+#include <QProcess>
+#include <QStandardPaths>
+#include <random>
+
+#include "platform/error.h"
+#include "support/scratch_folder.h"
+
+namespace tessaly {
+
+using namespace test;
+
+namespace {
+
+QByteArray randomBytes(std::mt19937& random, int size) {
+    QByteArray bytes;
+    for (int i = 0; i < size; ++i)
+        bytes.append(char(random()));
+    return bytes;
+}
+
+QString errorOf(const QByteArray& text) {
+    try {
+        decodeHexFile(text);
+        return {};
+    } catch (const TessalyError& error) {
+        return error.description;
+    }
+}
+
+}  // namespace
+
+TEST(IntelHex, NumbersHaveTheirWidths) {
+    const struct {
+        quint32 value;
+        const char *two, *three, *four;
+    } cases[] = {
+        {0, "00", "000", "0000"},   {15, "0F", "00F", "000F"},   {16, "10", "010", "0010"},
+        {255, "FF", "0FF", "00FF"}, {256, "100", "100", "0100"}, {4095, "FFF", "FFF", "0FFF"},
+        {4096, "1000", "", "1000"}, {65535, "FFFF", "", "FFFF"}, {65536, "10000", "", ""},
+    };
+    for (const auto& [value, two, three, four] : cases) {
+        EXPECT_EQ(Hex2(value), two);
+        EXPECT_EQ(Hex3(value), three);
+        EXPECT_EQ(Hex4(value), four);
+    }
+}
+
+TEST(IntelHex, RecordsAreCountedHalfToEven) {
+    const std::pair<qsizetype, quint32> cases[] = {{2, 0},  {8, 0},    {9, 1},       {16, 1},
+                                                   {24, 2}, {40, 2},   {1000, 62},   {1001, 63},
+                                                   {56, 4}, {604, 38}, {65527, 4095}};
+    for (const auto& [bytes, count] : cases)
+        EXPECT_EQ(headerRecordCount(bytes), count) << bytes;
+}
+
+TEST(IntelHex, SmallImagesAreKnownTexts) {
+    EXPECT_EQ(EncodeImageAsHex(QByteArray::fromHex("3A07")),
+              "S3A07000\r\n:020000003A07BD\r\n:00000001FF\r\n");
+    const QByteArray sixteen = QByteArray::fromHex("0102") + QByteArray(14, '\0');
+    EXPECT_EQ(EncodeImageAsHex(sixteen),
+              "S0102001\r\n:1000000001020000000000000000000000000000ED\r\n"
+              ":00001000F0\r\n:00000001FF\r\n");
+    const QByteArray seventeen = EncodeImageAsHex(sixteen + '\xEF');
+    EXPECT_TRUE(seventeen.contains("\r\n:01001000EF00\r\n"));  // a sum of 256 has checksum 00
+    EXPECT_TRUE(EncodeImageAsHex(QByteArray(1000, '\0')).startsWith("S000003E\r\n"));
+}
+
+TEST(IntelHex, EveryLengthReadsBackAndOthersAgree) {
+    std::mt19937 random(23);
+    const ScratchFolder scratch;
+    const QString srecCat = QStandardPaths::findExecutable("srec_cat");
+    ASSERT_FALSE(srecCat.isEmpty()) << "srec_cat (package srecord) is needed";
+    for (const int size : {2, 15, 16, 17, 604, 4096, 65520, 65527}) {
+        const QByteArray image = randomBytes(random, size);
+        const QByteArray text = EncodeImageAsHex(image);
+        const HexFile file = decodeHexFile(text);
+        EXPECT_EQ(file.image, image);
+        EXPECT_EQ(file.recordCount, headerRecordCount(size));
+        // srec_cat knows no header line; all that follows is plain Intel HEX to it.
+        scratch.write("body.hex", text.mid(text.indexOf('\n') + 1));
+        ASSERT_EQ(QProcess::execute(srecCat, {scratch.path("body.hex"), "-intel", "-o",
+                                              scratch.path("back.bin"), "-binary"}),
+                  0);
+        EXPECT_EQ(scratch.read("back.bin"), image) << size;
+    }
+}
+
+TEST(IntelHex, AWrongLineIsNamed) {
+    std::mt19937 random(1);
+    const QByteArray good = EncodeImageAsHex(randomBytes(random, 40));
+    EXPECT_EQ(errorOf(good), "");
+    EXPECT_EQ(errorOf(QByteArray(good).replace("\r\n", "\n").toLower().replace(0, 1, "S")), "");
+    const auto lineCut = [&](int line) {
+        QList<QByteArray> lines = good.split('\n');
+        lines.removeAt(line - 1);
+        return lines.join('\n');
+    };
+    const auto changed = [&](const char* from, const char* to) {
+        QByteArray text = good;
+        EXPECT_TRUE(text.contains(from)) << from;
+        return text.replace(text.indexOf(from), qsizetype(qstrlen(from)), to);
+    };
+    const struct {
+        QByteArray text;
+        const char* start;
+    } cases[] = {
+        {"", "Line 1 "},
+        {good.mid(1), "Line 1 "},
+        {changed("002\r", "003\r"), "Line 1 of the HEX file: the header counts 3"},
+        {changed(":10001000", ":10002000"), "Line 3 "},
+        {lineCut(3), "Line 3 of the HEX file: the address is 0020 instead of 0010"},
+        {lineCut(4), "Line 4 of the HEX file: the last data record is missing"},
+        {lineCut(5), "Line 5 of the HEX file: the end record is missing"},
+        {good + ":00000001FF\r\n", "Line 6 of the HEX file: something follows"},
+        {changed(":00000001FF", ":0000000000"), "Line 5 "},
+        {changed(":10000000", ":11000000"), "Line 2 "},
+    };
+    for (const auto& [text, start] : cases)
+        EXPECT_TRUE(errorOf(text).startsWith(start))
+            << errorOf(text).toStdString() << " / " << start;
+    for (qsizetype at = 8; at < good.size(); ++at) {
+        QByteArray text = good;
+        text[at] = text[at] == '0' ? '1' : '0';
+        EXPECT_NE(errorOf(text), "") << "a change of byte " << at << " went unseen";
+    }
+}
+
+TEST(IntelHex, AStandInHoldsNoData) {
+    EXPECT_FALSE(holdsHexData(":00000001FF\r\n"));
+    EXPECT_FALSE(holdsHexData("no firmware at all"));
+    EXPECT_FALSE(holdsHexData(":020000040000FA\n:00000001FF\n"));
+    EXPECT_TRUE(
+        holdsHexData(":020000040000FA\n:0201100001A44"
+                     "8\n:0100000001FE\n:00000001FF\n"));
+}
+
+}  // namespace tessaly

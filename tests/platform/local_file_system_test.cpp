@@ -1,0 +1,161 @@
+#include "platform/local_file_system.h"
+
+#include <sys/stat.h>
+
+#include <QProcess>
+#include <algorithm>
+#include <cerrno>
+
+#include "platform/drives.h"
+#include "platform/error.h"
+#include "platform/error_numbers.h"
+#include "platform/mp3_tags.h"
+#include "platform/native_path.h"
+#include "support/scratch_folder.h"
+
+namespace tessaly {
+
+using namespace test;
+
+namespace {
+
+TessalyError errorOf(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const TessalyError& error) {
+        return error;
+    }
+    ADD_FAILURE() << "nothing was thrown";
+    return {0, {}};
+}
+
+QStringList namesIn(const LocalFileSystem& files, const QString& folder) {
+    QStringList names;
+    for (const FolderEntry& entry : files.entries(folder))
+        names.append(entry.name);
+    names.sort();
+    return names;
+}
+
+}  // namespace
+
+TEST(LocalFileSystem, ListsAndRemovesEverythingButFollowsNoLink) {
+    const ScratchFolder scratch;
+    LocalFileSystem files;
+    scratch.write("outside/precious.txt", "precious");
+    scratch.write("card/.hidden", "x");
+    scratch.write("card/read only.txt", "x");
+    ::chmod(toNativePath(scratch.path("card/read only.txt")).constData(), 0444);
+    QFile::link(scratch.path("outside"), scratch.path("card/link to folder"));
+    QFile::link(scratch.path("nowhere"), scratch.path("card/dangling"));
+    const QString odd = fromNativePath(
+        "b\xE4"
+        "d name.mp3");  // Latin-1 bytes, no UTF-8
+    scratch.makeFolder("card");
+    ASSERT_EQ(QProcess::execute("touch", {scratch.path("card/") + "plain"}), 0);
+    files.create(scratch.path("card/") + odd)->close();
+
+    QList<FolderEntry> entries = files.entries(scratch.path("card"));
+    EXPECT_EQ(entries.size(), 6);
+    EXPECT_TRUE(std::none_of(entries.begin(), entries.end(),
+                             [](const FolderEntry& entry) { return entry.isFolder; }));
+    for (const FolderEntry& entry : entries)
+        files.removeFile(pathIn(scratch.path("card"), entry.name));
+    EXPECT_TRUE(files.entries(scratch.path("card")).isEmpty());
+    EXPECT_EQ(scratch.read("outside/precious.txt"), "precious");
+
+    const TessalyError missing = errorOf([&] { files.removeFile(scratch.path("gone")); });
+    EXPECT_EQ(missing.number, ENOENT);
+    EXPECT_TRUE(missing.description.startsWith(scratch.path("gone") + ": "));
+}
+
+TEST(LocalFileSystem, NamesOfAnyBytesSurvive) {
+    for (const QByteArray& name :
+         {QByteArray("plain"), QByteArray("Grüße 🎵"), QByteArray("\xFF\xFE"),
+          QByteArray("half \xC3"), QByteArray("a\x80/\xE4z")})
+        EXPECT_EQ(toNativePath(fromNativePath(name)), name);
+}
+
+TEST(LocalFileSystem, ReadsTheSamePastTheCache) {
+    const ScratchFolder scratch;
+    LocalFileSystem files;
+    for (const qsizetype size : {0, 1, 4095, 4096, 1 << 20, (1 << 20) + 17}) {
+        QByteArray bytes(size, '\0');
+        for (qsizetype i = 0; i < size; ++i)
+            bytes[i] = char(i * 31 + i / 4096);
+        scratch.write("f", bytes);
+        for (const auto mode : {FileSystem::ReadMode::Normal, FileSystem::ReadMode::PastCache}) {
+            const auto file = files.openForReading(scratch.path("f"), mode);
+            QByteArray read;
+            for (auto block = file->nextBlock(); !block.isEmpty(); block = file->nextBlock())
+                read += block;
+            EXPECT_EQ(read, bytes);
+        }
+    }
+    EXPECT_EQ(errorOf([&] { files.openForReading(scratch.path(), {}); }).number, EISDIR);
+}
+
+TEST(LocalFileSystem, AFileIsReplacedWholeOrNotAtAll) {
+    const ScratchFolder scratch;
+    LocalFileSystem files;
+    files.replaceFile(scratch.path("a"), "first, and rather long");
+    files.replaceFile(scratch.path("a"), "second");
+    EXPECT_EQ(scratch.read("a"), "second");
+    EXPECT_EQ(namesIn(files, scratch.path()), QStringList("a"));
+    scratch.makeFolder("folder");
+    const TessalyError error = errorOf([&] { files.replaceFile(scratch.path("folder"), "x"); });
+    EXPECT_TRUE(error.description.startsWith(scratch.path("folder")));
+    // A link where a file belongs must not lead the bytes elsewhere.
+    QFile::link(scratch.path("a"), scratch.path("0007.cfg"));
+    EXPECT_THROW(files.create(scratch.path("0007.cfg")), TessalyError);
+    EXPECT_EQ(scratch.read("a"), "second");
+    EXPECT_THROW(readWholeFile(files, scratch.path("a"), 5), TessalyError);
+}
+
+TEST(LocalFileSystem, PlacesAreKnownByIdentity) {
+    const ScratchFolder scratch;
+    const LocalFileSystem files;
+    scratch.makeFolder("real/inner");
+    QFile::link(scratch.path("real"), scratch.path("link"));
+    EXPECT_EQ(files.identity(scratch.path("link/inner")),
+              files.identity(scratch.path("real/inner/../inner")));
+    EXPECT_NE(files.identity(scratch.path("real")), files.identity(scratch.path("real/inner")));
+    EXPECT_FALSE(files.identity(scratch.path("gone")).has_value());
+    EXPECT_EQ(files.fileSize(scratch.path("real")), std::nullopt);
+    EXPECT_EQ(files.fileSize(scratch.write("f", "12345")), 5);
+}
+
+TEST(LocalDrives, AFolderThatIsNoMountPointIsNoDrive) {
+    const ScratchFolder scratch;
+    const LocalDrives drives;
+    for (const auto& query : std::initializer_list<std::function<void()>>{
+             [&] { drives.type(scratch.path()); }, [&] { drives.totalBytes(scratch.path()); },
+             [&] { drives.type(scratch.path("gone/")); }})
+        EXPECT_EQ(errorOf(query).number, error_number::DriveNotReady);
+    EXPECT_NE(drives.type("/"), DriveType::Removable);
+    EXPECT_GT(drives.totalBytes("/"), 0);
+    const VolumeGeometry geometry = drives.geometry(scratch.path());
+    EXPECT_GT(geometry.clusterBytes, 0);
+    EXPECT_GT(geometry.totalBytes, geometry.freeBytes);
+    EXPECT_FALSE(geometry.isReadOnly);
+}
+
+TEST(Mp3Tags, BothBlocksAreReadAndNothingElseHasAny) {
+    const QString tour = TESSALY_SAMPLES "/tour/Music/";
+    const LocalMp3Tags tags;
+    const TagBlocks both = tags.read(tour + "Harbour Morning/01 Morning Bell.mp3");
+    EXPECT_EQ(both.first, (TagBlock{"Morning Bell", "Tessaly Samples", "Harbour Morning"}));
+    EXPECT_EQ(both.second.title, "Morning Bell");
+    const TagBlocks old = tags.read(tour + "Harbour Morning/03 Thin Fog.mp3");
+    EXPECT_EQ(old.first, TagBlock());
+    EXPECT_EQ(old.second.title, "Thin Fog");
+    const ScratchFolder scratch;
+    for (const QString& path : {tour + "Evening Lights/3 Pier Dance.mp3", scratch.path(),
+                                scratch.path("gone.mp3"), scratch.write("empty.mp3", ""),
+                                scratch.write("text.mp3", "This is no MP3 file at all.")}) {
+        EXPECT_EQ(tags.read(path).first, TagBlock()) << path.toStdString();
+        EXPECT_EQ(tags.read(path).second, TagBlock()) << path.toStdString();
+    }
+}
+
+}  // namespace tessaly

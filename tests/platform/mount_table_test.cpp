@@ -1,0 +1,74 @@
+#include "platform/mount_table.h"
+
+#include "support/scratch_folder.h"
+
+namespace tessaly {
+
+namespace {
+
+// As Linux printed it on several machines.
+const QByteArray Recorded =
+    R"(22 28 0:20 / /sys rw,nosuid,nodev,noexec,relatime shared:7 - sysfs sysfs rw
+28 1 8:2 / / rw,relatime shared:1 - ext4 /dev/sda2 rw,errors=remount-ro
+97 28 8:17 / /media/ann/TOUR\040CARD rw,nosuid,nodev,relatime shared:52 - vfat /dev/sdb1 rw,uid=1000,fmask=0022,codepage=437,iocharset=ascii,shortname=mixed,utf8
+98 28 179:1 / /media/ann/SD rw,relatime - vfat /dev/mmcblk0p1 rw,shortname=winnt
+99 28 8:33 / /media/ann/Backup rw,relatime shared:60 master:2 - ext4 /dev/sdc1 rw
+101 28 0:52 / /mnt/music rw,relatime - cifs //server/music rw,vers=3.0
+102 28 0:53 / /home/ann/far rw - fuse.sshfs ann@server:/srv rw
+103 28 0:54 /sub /mnt/bound rw,relatime - tmpfs tmpfs rw,size=1024k
+104 28 11:0 / /media/ann/DISC ro,relatime - iso9660 /dev/sr0 ro
+105 97 8:17 / /media/ann/TOUR\040CARD rw - vfat /dev/sdd1 rw
+this line is no mount
+1 2 3)";
+
+}  // namespace
+
+TEST(MountTable, LinesBecomeMounts) {
+    const QList<Mount> mounts = parseMountTable(Recorded);
+    ASSERT_EQ(mounts.size(), 10);
+    EXPECT_EQ(mounts[2],
+              (Mount{"8:17", "/", "/media/ann/TOUR CARD", "vfat", "/dev/sdb1",
+                     "rw,nosuid,nodev,relatime,rw,uid=1000,fmask=0022,codepage=437,iocharset=ascii,"
+                     "shortname=mixed,utf8"}));
+    EXPECT_EQ(mounts[4].mountPoint, "/media/ann/Backup");
+    EXPECT_EQ(mounts[7].root, "/sub");
+    EXPECT_EQ(findMount(mounts, "/media/ann/TOUR CARD/")->source, "/dev/sdd1");  // the last one
+    EXPECT_EQ(findMount(mounts, "/")->device, "8:2");
+    EXPECT_FALSE(findMount(mounts, "/media/ann").has_value());
+    EXPECT_FALSE(findMount(mounts, "").has_value());
+    EXPECT_TRUE(parseMountTable("").isEmpty());
+}
+
+TEST(MountTable, DrivesAreToldApart) {
+    const QList<Mount> mounts = parseMountTable(Recorded);
+    const struct {
+        const char* mountPoint;
+        DeviceAttributes device;
+        DriveType type;
+    } cases[] = {
+        {"/", {"sda", "0\n", ""}, DriveType::Fixed},
+        {"/media/ann/TOUR CARD", {"sdd", "1\n", ""}, DriveType::Removable},
+        {"/media/ann/Backup", {"sdc", "0\n", ""}, DriveType::Fixed},  // a USB disk
+        {"/media/ann/SD", {"mmcblk0", "0\n", "SD\n"}, DriveType::Removable},
+        {"/media/ann/SD", {"mmcblk0", "0\n", "MMC\n"}, DriveType::Fixed},  // soldered in
+        {"/mnt/music", {}, DriveType::Network},
+        {"/home/ann/far", {}, DriveType::Network},
+        {"/mnt/bound", {}, DriveType::RamDisk},
+        {"/media/ann/DISC", {"sr0", "1\n", ""}, DriveType::CdRom},
+    };
+    for (const auto& [mountPoint, device, type] : cases)
+        EXPECT_EQ(classifyMount(*findMount(mounts, mountPoint), device), type) << mountPoint;
+}
+
+TEST(MountTable, FatVolumesHaveTheirRules) {
+    VolumeGeometry fat16, fat32;
+    describeFat(fat16, 65524, "rw,shortname=mixed");
+    EXPECT_EQ(fat16.rootEntries, 512);
+    EXPECT_EQ(fat16.entriesPerFile, 2);
+    describeFat(fat32, 65525, "rw,shortname=winnt,utf8");
+    EXPECT_EQ(fat32.rootEntries, std::nullopt);
+    EXPECT_EQ(fat32.entriesPerFile, 1);
+    EXPECT_TRUE(fat16.isFat && fat32.isFat);
+}
+
+}  // namespace tessaly

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+#include <random>
+
+#include "model/project.h"
+
+namespace tessaly::test {
+
+/// Appends a music record, and its line and list where they are missing.
+void addTrack(Project& project, const QString& list, const QString& track, const QString& path);
+
+/// Appends a speech record, and its title and language where they are missing.
+void addSpeech(Project& project, const QString& title, const QString& language,
+               const QString& path);
+
+/// The project of the worked example in docs/formats.md: list Rock with two tracks, the title
+/// Welcome in English and German.
+Project exampleProject();
+
+/// A project of up to `tracks` music tracks and as many speech titles as there is room for, with
+/// names, attributes, triggers and orders drawn at random. Names fit the code page and are unique.
+Project randomProject(std::mt19937& random, int tracks);
+
+}  // namespace tessaly::test
