@@ -12,6 +12,7 @@ packages=(
   libcli11-dev                 # command line
   libgtest-dev libgmock-dev    # make test
   libbenchmark-dev             # make bench
+  bc                           # make bench
   srecord                      # an independent reader of Intel HEX for the tests
   dosfstools mtools fusefat    # real FAT volumes for the demo
 )

@@ -1,0 +1,212 @@
+// How long the core takes, each task at the size that is promised and at twice that. At the end the
+// promises are set against what was measured.
+#include <benchmark/benchmark.h>
+#include <sys/stat.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <cstdio>
+#include <map>
+#include <string>
+
+#include "card/card_checks.h"
+#include "image/config_image.h"
+#include "image/intel_hex.h"
+#include "model/card_file.h"
+#include "model/music_lists.h"
+#include "platform/local_file_system.h"
+
+using namespace tessaly;
+
+namespace {
+
+// Music in lists of 500, so that a project of any size looks like an operator's.
+Project musicProject(int tracks, const QString& folder = "C:\\Users\\Somebody\\Music\\Collection") {
+    Project project;
+    UniqueNames names;
+    for (int i = 0; i < tracks; ++i) {
+        if (i % 500 == 0) {
+            addMusicList(project, QString("List %1").arg(i / 500));
+            names = UniqueNames();
+        }
+        TrackRecord record;
+        record.kind = "music";
+        record.itemName = addMusicTrack(project, QString("Track number %1").arg(i), names);
+        record.groupName = project.lstMuList.last();
+        record.sourcePath = QString("%1/%2.mp3").arg(folder).arg(i);
+        project.TrackTable.append(record);
+    }
+    return project;
+}
+
+Project speechProject(int titles, int languages) {
+    Project project;
+    for (int language = 0; language < languages; ++language)
+        project.lstLangs.append(QString("Lang %1").arg(language));
+    for (int title = 0; title < titles; ++title) {
+        project.lstSpTitles.append(QString("Title %1").arg(title));
+        for (const QString& language : project.lstLangs) {
+            TrackRecord record;
+            record.kind = "speech";
+            record.itemName = project.lstSpTitles.last();
+            record.groupName = language;
+            record.sourcePath = "C:\\speech\\" + language + "\\" + record.itemName.text() + ".mp3";
+            project.TrackTable.append(record);
+        }
+    }
+    return project;
+}
+
+// Answers every size at once, so that only the checks themselves are timed.
+class InstantFiles : public LocalFileSystem {
+ public:
+    std::optional<qint64> fileSize(const QString&) const override { return 1000; }
+};
+
+class InstantDrives : public LocalDrives {
+ public:
+    qint64 totalBytes(const QString&) const override { return qint64(1) << 40; }
+};
+
+// A folder of small files that lives as long as the program.
+class SourceFolder {
+ public:
+    explicit SourceFolder(int count) {
+        for (int i = 0; i < count; ++i) {
+            QFile file(QString("%1/%2.mp3").arg(folder_.path()).arg(i));
+            if (file.open(QIODevice::WriteOnly))
+                file.write("x");
+        }
+    }
+    QString path() const { return folder_.path(); }
+
+ private:
+    QTemporaryDir folder_;
+};
+
+void image(benchmark::State& state) {
+    Project project = musicProject(int(state.range(0)));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(BuildConfigImage(project, 1));
+}
+BENCHMARK(image)->Arg(1500)->Arg(3000);
+
+void hex(benchmark::State& state) {
+    const QByteArray bytes(state.range(0), '\x5A');
+    for (auto _ : state)
+        benchmark::DoNotOptimize(EncodeImageAsHex(bytes));
+}
+BENCHMARK(hex)->Arg(32768)->Arg(65536);
+
+void writeProject(benchmark::State& state) {
+    const Project project = musicProject(int(state.range(0)));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(encodeProject(project));
+}
+BENCHMARK(writeProject)->Arg(9995)->Arg(19990);
+
+void readProjectBytes(benchmark::State& state) {
+    const QByteArray bytes = encodeProject(musicProject(int(state.range(0))));
+    for (auto _ : state) {
+        Project project;
+        applyRecords(parseRecords(bytes).records, project);
+        benchmark::DoNotOptimize(project);
+    }
+}
+BENCHMARK(readProjectBytes)->Arg(9995)->Arg(19990);
+
+void checks(benchmark::State& state) {
+    const Project project = speechProject(int(state.range(0)), 16);
+    const InstantFiles files;
+    const InstantDrives drives;
+    for (auto _ : state) {
+        CardTotals totals;
+        benchmark::DoNotOptimize(runCardChecks(project, "E:\\", files, drives, totals));
+    }
+}
+BENCHMARK(checks)->Arg(300)->Arg(600)->Unit(benchmark::kNanosecond);
+
+const SourceFolder& sources() {
+    static const SourceFolder folder(9995);
+    return folder;
+}
+
+void plainStat(benchmark::State& state) {
+    const Project project = musicProject(int(state.range(0)), sources().path());
+    std::vector<std::string> paths;
+    for (const TrackRecord& record : project.TrackTable)
+        paths.push_back(record.sourcePath.text().toStdString());
+    for (auto _ : state) {
+        qint64 sum = 0;
+        for (const std::string& path : paths) {
+            struct stat status {};
+            if (::stat(path.c_str(), &status) == 0)
+                sum += status.st_size;
+        }
+        benchmark::DoNotOptimize(sum);
+    }
+}
+BENCHMARK(plainStat)->Arg(9995);
+
+void summary(benchmark::State& state) {
+    const Project project = musicProject(int(state.range(0)), sources().path());
+    const LocalFileSystem files;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(updateSummary(project, files));
+}
+BENCHMARK(summary)->Arg(4997)->Arg(9995);
+
+// Keeps the times while it prints them.
+class KeepingReporter : public benchmark::ConsoleReporter {
+ public:
+    std::map<std::string, double> milliseconds;
+
+    void ReportRuns(const std::vector<Run>& runs) override {
+        for (const Run& run : runs)
+            if (run.aggregate_name == "median")
+                milliseconds[run.run_name.str()] = run.GetAdjustedRealTime() / 1e6;
+        ConsoleReporter::ReportRuns(runs);
+    }
+};
+
+int misses = 0;
+
+void promise(const char* what, double measured, double allowed, const char* unit) {
+    std::printf("%-52s %9.3f %-2s  promised %7.2f  %s\n", what, measured, unit, allowed,
+                measured <= allowed ? "kept" : "MISSED");
+    misses += measured <= allowed ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::vector<char*> arguments(argv, argv + argc);
+    std::string repetitions = "--benchmark_repetitions=5";
+    std::string aggregates = "--benchmark_report_aggregates_only=true";
+    arguments.push_back(repetitions.data());
+    arguments.push_back(aggregates.data());
+    int count = int(arguments.size());
+    benchmark::Initialize(&count, arguments.data());
+    KeepingReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+
+    auto& ms = reporter.milliseconds;
+    std::printf("\nMedians of five, in milliseconds or as a ratio:\n");
+    promise("image of 3,000 tracks", ms["image/3000"], 5, "ms");
+    promise("HEX of 64 KiB", ms["hex/65536"], 1, "ms");
+    promise("project of 9,995 records, write", ms["writeProject/9995"], 20, "ms");
+    promise("project of 9,995 records, read", ms["readProjectBytes/9995"], 20, "ms");
+    promise("checks of 600 titles in 16 languages", ms["checks/600"], 20, "ms");
+    promise("summary of 9,995 files : one stat each", ms["summary/9995"] / ms["plainStat/9995"],
+            1.3, "x");
+    const char* pairs[][2] = {{"image/1500", "image/3000"},
+                              {"hex/32768", "hex/65536"},
+                              {"writeProject/9995", "writeProject/19990"},
+                              {"readProjectBytes/9995", "readProjectBytes/19990"},
+                              {"checks/300", "checks/600"},
+                              {"summary/4997", "summary/9995"}};
+    for (const auto& [once, twice] : pairs)
+        promise((std::string("twice the work: ") + twice).c_str(), ms[twice] / ms[once], 2.2, "x");
+    return misses == 0 ? 0 : 1;
+}
