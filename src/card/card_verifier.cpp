@@ -179,8 +179,10 @@ void CardVerifier::checkTrackFiles() {
 
 void CardVerifier::checkFixedFiles() {
     for (const QString& name : {card_name::Settings, card_name::Firmware, card_name::Calibration,
-                                card_name::FixedConfiguration, card_name::Project})
+                                card_name::FixedConfiguration})
         readToEnd(name);
+    if (files_.fileSize(pathIn(root_, card_name::Project)))  // else it was said already
+        readToEnd(card_name::Project);
     if (project_.buttPlayIntChime && !project_.txtChimeFileName.isEmpty())
         readToEnd(card_name::Chime);
     const QString firmware = pathIn(root_, card_name::Firmware);

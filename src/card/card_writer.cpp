@@ -12,6 +12,7 @@
 #include "image/image_limits.h"
 #include "image/intel_hex.h"
 #include "model/card_file.h"
+#include "model/project_snapshot.h"
 #include "platform/error_numbers.h"
 #include "platform/paths.h"
 
@@ -353,9 +354,12 @@ void CardRun::copyProjectFile() {
 }
 
 void CardRun::settleAndVerify() {
-    beginPhase(RunPhase::Flush, 0);
+    beginPhase(RunPhase::Flush, report_.bytes);
     step(320);
-    breathe();
+    for (const WrittenFile& file : written_) {
+        files_.settle(file.path);
+        advance(file.size);
+    }
     files_.flushVolume(root_);
     beginPhase(RunPhase::Verify, job_.verify ? report_.bytes : 0);
     step(321);
@@ -383,12 +387,6 @@ void CardRun::deleteTemporaryFiles() {
             // The card is finished; what stays behind is written over by the next run.
         }
     }
-}
-
-// Whether two states of a project are the same apart from the flag that tells of changes.
-bool sameContent(const Project& project, Project other) {
-    other.unsavedChanges = project.unsavedChanges;
-    return project == other;
 }
 
 }  // namespace

@@ -52,8 +52,8 @@ void requireFirmware(FileSystem& files, const AppFolders& folders) {
     if (!holdsHexData(readWholeFile(files, source, limits::HexFileBytes)))
         throw TessalyError(error_number::NoFirmwareData,
                            QDir::toNativeSeparators(source) +
-                               " is a stand-in that holds no firmware. Put the file of the "
-                               "player's maker in its place.");
+                               " holds no firmware data. Put the file of the player's maker in "
+                               "its place.");
 }
 
 void updateFirmware(FileSystem& files, const QString& root, const AppFolders& folders) {

@@ -8,6 +8,7 @@
 #include "card/card_verifier.h"
 #include "card/card_writer.h"
 #include "card/firmware.h"
+#include "card/run_estimate.h"
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/folder_drives.h"
@@ -98,7 +99,7 @@ void printReport(const CardRunReport& report) {
     for (const RunPhase phase :
          {RunPhase::Prepare, RunPhase::Erase, RunPhase::Copy, RunPhase::Flush, RunPhase::Verify})
         if (phase != RunPhase::Verify || report.isVerified)
-            times.append({phaseName(phase), duration(report.milliseconds[size_t(phase)])});
+            times.append({phaseName(phase), durationText(report.milliseconds[size_t(phase)])});
     printTable(times, {1});
     if (report.isVerified && !report.isVerifiedPastCache)
         print("This file system has no way past its cache: the files were compared after a flush.");
@@ -121,7 +122,7 @@ int createCommand(const CreateOptions& options, const AppFolders& folders) {
     requireAnswer(options.yes);
     if (files.fileSize(folders.firmwareFile()) && !holdsFirmware(files, folders.firmwareFile()))
         printError("warning: " + folders.firmwareFile() +
-                   " is a stand-in that holds no firmware; the player keeps the one it has.");
+                   " is a stand-in that holds no firmware data: the card will update no player.");
 
     const QTemporaryDir work;
     if (!work.isValid())

@@ -12,6 +12,7 @@
 #include "cli/folder_drives.h"
 #include "editor/folder_import.h"
 #include "image/config_image.h"
+#include "image/image_limits.h"
 #include "image/intel_hex.h"
 #include "model/card_file.h"
 #include "model/format_limits.h"
@@ -178,6 +179,9 @@ int importCommand(const ImportOptions& options) {
         importFolder(files, tags, options.folder, options.titlesFromTags, project);
     for (const QString& note : report.notes)
         printError("note: " + note);
+    for (const QString& text : textsOutsideCodePage(project))
+        printError("warning: a project file cannot hold \"" + text +
+                   "\": characters of it become \"?\".");
     // Whatever stood there was somebody's project: it stays beside the new one.
     if (files.fileSize(options.output)) {
         const QString old = options.output + ".bak";
@@ -216,6 +220,7 @@ int checkCommand(const CheckOptions& options) {
 int imageCommand(const ImageOptions& options) {
     LocalFileSystem files;
     Project project = openProject(files, options.project);
+    throwFirst(limitViolations(project));
     const QByteArray image =
         BuildConfigImage(project, options.identifier.value_or(randomIdentifier()));
     files.replaceFile(options.output, image);

@@ -90,13 +90,6 @@ void printTable(const QList<QStringList>& rows, const QList<int>& rightAligned) 
     }
 }
 
-QString duration(qint64 milliseconds) {
-    const qint64 seconds = milliseconds / 1000;
-    if (seconds < 60)
-        return QString::number(double(milliseconds) / 1000.0, 'f', 1) + " s";
-    return QString("%1:%2 min").arg(seconds / 60).arg(seconds % 60, 2, 10, QChar('0'));
-}
-
 QString size(qint64 bytes) {
     return megabytes(bytes);
 }

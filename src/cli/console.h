@@ -28,9 +28,6 @@ bool askYesNo(const QString& question);
 /// Prints rows in columns, two blanks apart; the columns in `rightAligned` hold numbers.
 void printTable(const QList<QStringList>& rows, const QList<int>& rightAligned = {});
 
-/// Milliseconds as "0.4 s" or "3:12 min".
-QString duration(qint64 milliseconds);
-
 /// Bytes as "1.2 MB", of 1,000,000 bytes.
 QString size(qint64 bytes);
 

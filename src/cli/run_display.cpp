@@ -64,7 +64,7 @@ void RunDisplay::hideProgress() {
 void RunDisplay::phaseProgress(RunPhase phase, qint64 done, qint64 total) {
     if (done == 0) {
         phase_ = phase;
-        phaseTimer_.start();
+        estimate_.start();
         drawTimer_.invalidate();
         lastTenth_ = -1;
     }
@@ -81,15 +81,14 @@ void RunDisplay::drawBar(qint64 done, qint64 total) {
         return;
     drawTimer_.start();
     const int filled = int(BarWidth * done / total);
-    const double seconds = double(phaseTimer_.elapsed()) / 1000.0;
-    const double rate = seconds > 0 ? double(done) / seconds : 0;
     QString line = phaseName(phase_).leftJustified(10) + '[' + QString(filled, '#') +
                    QString(BarWidth - filled, '.') + "] ";
     if (phase_ == RunPhase::Copy)
         line += QString("%1 of %2 files  ").arg(file_).arg(files_);
-    line += QString("%1 of %2  %3/s").arg(size(done), size(total), size(qint64(rate)));
-    if (rate > 0)
-        line += "  " + duration(qint64(double(total - done) / rate * 1000.0)) + " left";
+    line += QString("%1 of %2  %3/s")
+                .arg(size(done), size(total), size(estimate_.bytesPerSecond(done)));
+    if (const qint64 left = estimate_.millisecondsLeft(done, total); left >= 0)
+        line += "  " + durationText(left) + " left";
     const QByteArray bytes = '\r' + line.toUtf8() + "\x1b[K";
     std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout);
     std::fflush(stdout);

@@ -4,6 +4,7 @@
 #include <QString>
 
 #include "card/card_writer.h"
+#include "card/run_estimate.h"
 
 namespace tessaly::cli {
 
@@ -34,7 +35,7 @@ class RunDisplay : public CardRunObserver {
     int files_ = 0;
     int file_ = 0;
     RunPhase phase_ = RunPhase::Prepare;
-    QElapsedTimer phaseTimer_;
+    RunEstimate estimate_;
     QElapsedTimer drawTimer_;
     int lastTenth_ = -1;
 };

@@ -28,7 +28,6 @@ enum : int {
     DoesNotFit = 534,
     TooManyRootEntries = 535,
     CardDiffers = 536,  ///< settings alone would point at other music
-    RunGoingOn = 537,
     Stopped = 538,
     VerifyFailed = 539,
     NoFirmwareData = 540,

@@ -18,6 +18,7 @@ class LocalFileSystem : public FileSystem {
     std::unique_ptr<InputFile> openForReading(const QString& path, ReadMode mode) override;
     std::unique_ptr<OutputFile> create(const QString& path) override;
     void replaceFile(const QString& path, QByteArrayView bytes) override;
+    void settle(const QString& path) override;
     void flushVolume(const QString& path) override;
 };
 

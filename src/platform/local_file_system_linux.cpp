@@ -244,6 +244,17 @@ std::unique_ptr<OutputFile> LocalFileSystem::create(const QString& path) {
     return std::make_unique<LinuxOutputFile>(path);
 }
 
+void LocalFileSystem::settle(const QString& path) {
+    const Descriptor file(::open(toNativePath(path).constData(), O_RDONLY | O_CLOEXEC));
+    if (!file.isOpen())
+        throw lastSystemError(path);
+    // Without the metadata: a commit for every file would take longer than all the data.
+    constexpr auto WriteAndWait =
+        SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER;
+    if (::sync_file_range(file.get(), 0, 0, WriteAndWait) != 0 && errno == EIO)
+        throw lastSystemError(path);
+}
+
 void LocalFileSystem::flushVolume(const QString& path) {
     const Descriptor folder(::open(toNativePath(path).constData(), O_RDONLY | O_CLOEXEC));
     if (!folder.isOpen() || ::syncfs(folder.get()) != 0)

@@ -404,6 +404,10 @@ std::unique_ptr<OutputFile> LocalFileSystem::create(const QString& path) {
     return std::make_unique<WindowsOutputFile>(path);
 }
 
+void LocalFileSystem::settle(const QString&) {
+    // OutputFile::close() has flushed it.
+}
+
 void LocalFileSystem::flushVolume(const QString& path) {
     constexpr size_t LetterRootLength = 3;  // "E:\"
     const NoDiskPrompt quiet;

@@ -226,7 +226,7 @@ TEST_F(CommandLine, UpdatesFirmwareAlone) {
     scratch.makeFolder("card");
     expectFailure(firmware, 1, "Card does not have a valid TRL740 format.");
     scratch.write("card/0000.hex", ":0201100001A448\r\n:00000001FF\r\n");
-    expectFailure(firmware, 1, "is a stand-in that holds no firmware");
+    expectFailure(firmware, 1, "holds no firmware data");
     const QByteArray newer = ":0201200001A438\r\n:00000001FF\r\n";
     scratch.write("app/firmware/0000.hex", newer);
     expectFailure(firmware.mid(0, firmware.size() - 1), 1, "say --yes");

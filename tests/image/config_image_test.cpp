@@ -236,7 +236,7 @@ TEST(ImageLimits, StandExactlyWhereTheFormatsEnd) {
     addMusicList(project, "one more");
     EXPECT_EQ(errorOf(limitViolations(project)), TooManyLists);
 
-    // 676 bytes are fixed for one list and one language, a track takes 18: the last that fits.
+    // A track takes 18 bytes: the last that fits.
     const int most = (65527 - int(configImageSize(plainProject(0, 1))) + 18) / 18;
     project = plainProject(0, most);
     EXPECT_EQ(errorOf(limitViolations(project)), 0);

@@ -46,6 +46,10 @@ class FaultyFileSystem : public LocalFileSystem {
         count("replace", path);
         LocalFileSystem::replaceFile(path, bytes);
     }
+    void settle(const QString& path) override {
+        count("settle", path);
+        LocalFileSystem::settle(path);
+    }
     void flushVolume(const QString& path) override {
         count("flush", path);
         LocalFileSystem::flushVolume(path);

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QByteArray>
+#include <optional>
+
+#include "model/project.h"
+
+// A project with everything in it, also what its file cannot hold (tracks without a file, any
+// character). Used for recovery copies, which only this program reads.
+
+namespace tessaly {
+
+/// The bytes of a snapshot: a magic text, a checksum, a QDataStream.
+QByteArray encodeSnapshot(const Project& project);
+
+/// The project of a snapshot; nothing when the bytes are no whole snapshot.
+std::optional<Project> decodeSnapshot(const QByteArray& bytes);
+
+/// Whether two states of a project hold the same. What an operator cannot see does not count: the
+/// flag of unsaved changes, the list on view, the numbers that a card gave the files.
+bool sameContent(const Project& a, const Project& b);
+
+}  // namespace tessaly

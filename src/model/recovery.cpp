@@ -1,0 +1,128 @@
+#include "model/recovery.h"
+
+#include <QDir>
+#include <algorithm>
+
+#include "model/format_limits.h"
+#include "model/project_snapshot.h"
+#include "platform/error.h"
+#include "platform/error_numbers.h"
+#include "platform/paths.h"
+
+namespace tessaly {
+
+namespace {
+
+const QString Ending = QStringLiteral(".recovery");
+const QString MarkName = QStringLiteral("running");
+const QString TimeFormat = QStringLiteral("yyyyMMdd-HHmmss-zzz");
+
+}  // namespace
+
+QString RecoveryCopy::description() const {
+    const auto counted = [](int count, const char* what) {
+        return QString("%1 %2%3").arg(count).arg(what, count == 1 ? "" : "s");
+    };
+    return QString("%1   %2, %3, %4")
+        .arg(time.toString("yyyy-MM-dd HH:mm:ss"), counted(lists, "list"), counted(tracks, "track"),
+             counted(titles, "title"));
+}
+
+RecoveryFolder::RecoveryFolder(FileSystem& files, const QString& folder)
+    : files_(files), folder_(folder) {
+    QDir().mkpath(folder);
+    const QString mark = pathIn(folder_, MarkName);
+    try {
+        if (files_.fileSize(mark))
+            crashedSince_ = files_.openForReading(mark)->modificationTime();
+        files_.replaceFile(mark, {});
+        hasMark_ = true;
+    } catch (const TessalyError&) {
+        // A folder that cannot be written keeps nothing; the program runs all the same.
+    }
+}
+
+RecoveryFolder::~RecoveryFolder() {
+    if (!hasMark_)
+        return;
+    try {
+        files_.removeFile(pathIn(folder_, MarkName));
+    } catch (const TessalyError&) {
+        // The next start offers the newest copy without need, which loses nothing.
+    }
+}
+
+QStringList RecoveryFolder::namesNewestFirst() const {
+    QStringList names;
+    try {
+        for (const FolderEntry& entry : files_.entries(folder_))
+            if (entry.name.endsWith(Ending))
+                names.append(entry.name);
+    } catch (const TessalyError&) {
+        return {};
+    }
+    std::sort(names.begin(), names.end(), std::greater<>());  // names are times
+    return names;
+}
+
+void RecoveryFolder::keep(const Project& project) {
+    if (current_.isEmpty()) {
+        QDateTime time = QDateTime::currentDateTime();
+        do {
+            current_ = pathIn(folder_, time.toString(TimeFormat) + Ending);
+            time = time.addMSecs(1);
+        } while (files_.fileSize(current_));
+    }
+    files_.replaceFile(current_, encodeSnapshot(project));
+    const QStringList names = namesNewestFirst();
+    for (const QString& name : names.mid(CopiesKept))
+        files_.removeFile(pathIn(folder_, name));
+}
+
+void RecoveryFolder::dropCurrentCopy() {
+    if (current_.isEmpty())
+        return;
+    try {
+        files_.removeFile(current_);
+    } catch (const TessalyError&) {
+        // One copy too many does no harm.
+    }
+    current_.clear();
+}
+
+QList<RecoveryCopy> RecoveryFolder::copies() const {
+    QList<RecoveryCopy> found;
+    for (const QString& name : namesNewestFirst()) {
+        RecoveryCopy copy{.path = pathIn(folder_, name),
+                          .time = QDateTime::fromString(name.chopped(Ending.size()), TimeFormat)};
+        try {
+            const Project project = read(copy);
+            copy.lists = int(project.lstMuList.size());
+            copy.titles = int(project.lstSpTitles.size());
+            for (const QString& list : project.lstMuList)
+                copy.tracks += int(tracksOfMusicList(project, list).size());
+            found.append(copy);
+        } catch (const TessalyError&) {
+            continue;
+        }
+    }
+    return found;
+}
+
+Project RecoveryFolder::read(const RecoveryCopy& copy) const {
+    const auto project = decodeSnapshot(readWholeFile(files_, copy.path, limits::ProjectFileBytes));
+    if (!project)
+        throw TessalyError(error_number::BadProject,
+                           QDir::toNativeSeparators(copy.path) + ": the copy is damaged");
+    return *project;
+}
+
+std::optional<RecoveryCopy> RecoveryFolder::takeCrashedCopy() {
+    const auto since = std::exchange(crashedSince_, std::nullopt);
+    const QList<RecoveryCopy> all = since ? copies() : QList<RecoveryCopy>();
+    if (all.isEmpty() || all.first().time < *since)
+        return std::nullopt;
+    return all.first();
+}
+
+}  // namespace tessaly

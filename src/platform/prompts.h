@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+#include "platform/drives.h"
+
+namespace tessaly {
+
+/// A message box. Without a title it carries the application's.
+struct Message {
+    enum class Icon { Information, Question, Exclamation, Critical };
+
+    QString text;  ///< a carriage return in it breaks the line
+    Icon icon = Icon::Information;
+    QString title = {};
+};
+
+/// A file dialog for one kind of file.
+struct FileRequest {
+    QString filter;       ///< "Name (*.ext)", several parted by ";;"
+    QString folder;       ///< where it starts
+    QString suffix = {};  ///< added to a new file's name that has none
+};
+
+/// Everything that asks the operator or tells them something in a window of its own: the one seam
+/// for it. Tests answer in the operator's place.
+class Prompts {
+ public:
+    virtual ~Prompts() = default;
+
+    virtual void tell(const Message& message) = 0;
+
+    /// Yes or No. `defaultsToNo` puts the key Enter on No.
+    virtual bool ask(const Message& question, bool defaultsToNo = false) = 0;
+
+    /// The chosen file; empty when cancelled.
+    virtual QString openFile(const FileRequest& request) = 0;
+    /// The chosen file, overwriting confirmed; empty when cancelled.
+    virtual QString saveFile(const FileRequest& request) = 0;
+    /// The chosen folder; empty when cancelled.
+    virtual QString pickFolder(const QString& caption, const QString& start) = 0;
+    /// The root of the chosen drive; empty when cancelled.
+    virtual QString pickDrive(const Drives& drives) = 0;
+    /// One of several lines, by its index; -1 when cancelled.
+    virtual int pickLine(const QString& caption, const QStringList& lines) = 0;
+    /// The text typed; null when cancelled.
+    virtual QString inputText(const QString& prompt, const QString& initial) = 0;
+
+    /// A key was refused.
+    virtual void beep() = 0;
+};
+
+}  // namespace tessaly
