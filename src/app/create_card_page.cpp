@@ -1,0 +1,256 @@
+#include "app/create_card_page.h"
+
+#include <QDir>
+#include <QGuiApplication>
+#include <QListWidget>
+#include <QTimer>
+
+#include "app/run_view.h"
+#include "app/status_circle.h"
+#include "card/firmware.h"
+#include "platform/error.h"
+#include "platform/error_numbers.h"
+#include "platform/paths.h"
+#include "ui_create_card_page.h"
+
+namespace tessaly {
+
+namespace {
+
+constexpr int ProblemsShown = 200;
+
+void showResult(const CheckResult& result, StatusCircle* circle, QLabel* label) {
+    circle->setVerdict(result.verdict);
+    label->setText(result.text);
+    label->setEnabled(result.isEnabled);
+}
+
+void showOffenders(const QStringList& offenders, QListWidget* list) {
+    list->clear();
+    list->addItems(offenders);
+    list->setVisible(!offenders.isEmpty());
+    if (!offenders.isEmpty())
+        list->setCurrentRow(0);
+}
+
+}  // namespace
+
+CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services, QWidget* parent)
+    : Page(parent),
+      session_(session),
+      services_(services),
+      folders_(appFoldersIn(services.appFolder)),
+      ui_(std::make_unique<Ui::CreateCardPage>()),
+      writer_(services.files, services.drives) {
+    ui_->setupUi(this);
+    const QFont courier("Courier New", font().pointSize());
+    for (QListWidget* list : {ui_->lstBadMuLists, ui_->lstBadLangs, ui_->lstBadSpTitles}) {
+        QFont fixed = courier;
+        fixed.setStyleHint(QFont::TypeWriter);
+        list->setFont(fixed);
+        list->hide();
+    }
+    ui_->fraCC7->hide();
+    ui_->fraProgress->hide();
+    ui_->crcFirmware->setVerdict(Verdict::Yellow);
+    ui_->crcProblems->setVerdict(Verdict::Red);
+
+    const auto clicked = [this](QPushButton* button, void (CreateCardPage::*handler)()) {
+        connect(button, &QPushButton::clicked, this, handler);
+    };
+    clicked(ui_->buttSelectCF, &CreateCardPage::buttSelectCF_Click);
+    clicked(ui_->buttCFCheckAgain, &CreateCardPage::buttCFCheckAgain_Click);
+    clicked(ui_->buttCreateCard, &CreateCardPage::buttCreateCard_Click);
+    clicked(ui_->buttCreateXD3, &CreateCardPage::buttCreateXD3_Click);
+    clicked(ui_->buttUpdateFirmware, &CreateCardPage::buttUpdateFirmware_Click);
+    clicked(ui_->buttCancelWrite, &CreateCardPage::buttCancelWrite_Click);
+}
+
+CreateCardPage::~CreateCardPage() = default;
+
+void CreateCardPage::showProject() {
+    if (isRunning())
+        checksDue_ = true;
+    else
+        runCardChecks();
+}
+
+void CreateCardPage::runCardChecks() {
+    checksDue_ = false;
+    showChecks(tessaly::runCardChecks(session_.project, session_.project.cfDrive, services_.files,
+                                      services_.drives, totals_));
+    emit totalsMeasured(totals_);
+}
+
+void CreateCardPage::showChecks(const CardChecks& checks) {
+    for (QWidget* widget :
+         std::initializer_list<QWidget*>{ui_->fraCC1, ui_->fraCC2, ui_->fraCC3, ui_->fraCC5,
+                                         ui_->fraCC6, ui_->buttCreateCard, ui_->buttCreateXD3})
+        widget->setVisible(checks.hasItems);
+    ui_->fraCCnone->setVisible(!checks.hasItems);
+    ui_->fraProgress->hide();
+
+    showResult(checks.musicLists, ui_->crcMuListCheck, ui_->lblMuListCheck);
+    showOffenders(checks.musicLists.offenders, ui_->lstBadMuLists);
+    showResult(checks.languages, ui_->crcLangCheck, ui_->lblLangCheck);
+    showOffenders(checks.languages.offenders, ui_->lstBadLangs);
+    showResult(checks.speechTitles, ui_->crcSpTitleCheck, ui_->lblSpTitleCheck);
+    showOffenders(checks.speechTitles.offenders, ui_->lstBadSpTitles);
+    showResult(checks.driveSelected, ui_->crcSelectCF, ui_->lblSelectCF);
+    showResult(checks.cardPresent, ui_->crcCFCardPresent, ui_->lblCFCardPresent);
+    showResult(checks.cardBigEnough, ui_->crcCFCardBigEnough, ui_->lblCFCardBigEnough);
+    showResult(checks.trackCount, ui_->crcCheckTrackCount, ui_->lblCheckTrackCount);
+    showProblems(checks);
+
+    if (checks.updateFirmwareEnabled)
+        ui_->buttUpdateFirmware->setEnabled(*checks.updateFirmwareEnabled);
+    ui_->buttCreateCard->setEnabled(!checks.blocked);
+    ui_->buttCreateXD3->setEnabled(!checks.blocked);
+}
+
+// What blocks without a panel of its own: source files that are gone and limits of the formats.
+void CreateCardPage::showProblems(const CardChecks& checks) {
+    QStringList problems = checks.exceededLimits;
+    if (checks.totals.missingFileFlag)
+        for (const TrackRecord& record : session_.project.TrackTable)
+            if (isTrackFile(record) && !services_.files.fileSize(record.sourcePath.text()))
+                problems.append(tr("Cannot find file ") + record.sourcePath.text());
+    if (problems.size() > ProblemsShown) {
+        const qsizetype more = problems.size() - ProblemsShown;
+        problems.resize(ProblemsShown);
+        problems.append(tr("... and %1 more").arg(more));
+    }
+    showOffenders(problems, ui_->lstProblems);
+    ui_->fraCC7->setVisible(!problems.isEmpty());
+    ui_->fraFirmware->setVisible(services_.files.fileSize(folders_.firmwareFile()) &&
+                                 !holdsFirmware(services_.files, folders_.firmwareFile()));
+}
+
+void CreateCardPage::buttSelectCF_Click() {
+    session_.project.unsavedChanges = true;
+    const QString root = withLastSeparator(services_.prompts.pickDrive(services_.drives));
+    emit projectChanged();
+    if (root.isEmpty())
+        return;
+    try {
+        const DriveType type = services_.drives.type(root);
+        if (type == DriveType::Removable)
+            session_.project.cfDrive = root;
+        else
+            services_.prompts.tell({.text = "Sorry, that is a " + driveTypeName(type) + " drive!",
+                                    .icon = Message::Icon::Exclamation});
+    } catch (const TessalyError& error) {
+        if (error.number != error_number::DriveNotReady)
+            return;
+        session_.project.cfDrive = root;
+    }
+    showProject();
+}
+
+void CreateCardPage::buttCFCheckAgain_Click() {
+    session_.project.unsavedChanges = true;
+    emit projectChanged();
+    showProject();
+}
+
+bool CreateCardPage::askToStop() {
+    return services_.prompts.ask(
+        {.text = "Stop writing the card?", .icon = Message::Icon::Exclamation}, true);
+}
+
+void CreateCardPage::afterRun(std::function<void()> action) {
+    if (!isRunning()) {
+        action();
+        return;
+    }
+    if (!askToStop())
+        return;
+    if (!isRunning()) {  // it ended while the question stood
+        action();
+        return;
+    }
+    stopRequested_ = true;
+    afterRun_ = std::move(action);
+}
+
+void CreateCardPage::buttCreateCard_Click() {
+    afterRun([this] { write(false); });
+}
+
+void CreateCardPage::buttCreateXD3_Click() {
+    afterRun([this] { write(true); });
+}
+
+void CreateCardPage::buttCancelWrite_Click() {
+    if (isRunning() && askToStop())
+        stopRequested_ = true;
+}
+
+CardJob CreateCardPage::job() const {
+    QString workFolder = folders_.filesFolder;
+    if (!services_.files.isWritableFolder(workFolder)) {
+        workFolder = QDir::toNativeSeparators(pathIn(services_.userFolder, "work"));
+        QDir().mkpath(workFolder);
+    }
+    CardJob job;
+    job.root = session_.project.cfDrive;
+    job.folders = folders_;
+    job.workFolder = workFolder;
+    job.verify = ui_->chkVerify->isChecked();
+    job.kept = {services_.userFolder};
+    if (!session_.fileName().isEmpty())
+        job.kept.append(session_.fileName());
+    return job;
+}
+
+void CreateCardPage::write(bool settingsOnly) {
+    stopRequested_ = false;
+    RunView view(*ui_, services_.prompts, stopRequested_);
+    if (settingsOnly)
+        writer_.updateSettings(session_.project, job(), view);
+    else
+        writer_.createCard(session_.project, job(), view);
+    emit projectChanged();
+    if (checksDue_)
+        runCardChecks();
+    // The next action starts from the event loop, when nothing of this run is left on the stack.
+    if (const auto next = std::exchange(afterRun_, nullptr))
+        QTimer::singleShot(0, this, next);
+}
+
+void CreateCardPage::buttUpdateFirmware_Click() {
+    afterRun([this] {
+        try {
+            updateFirmwareOnCard();
+        } catch (const TessalyError& error) {
+            services_.prompts.tell({.text = error.description, .icon = Message::Icon::Exclamation});
+        }
+    });
+}
+
+void CreateCardPage::updateFirmwareOnCard() {
+    using Relation = FirmwareComparison::Relation;
+    Prompts& prompts = services_.prompts;
+    const QString root = session_.project.cfDrive;
+    const FirmwareComparison comparison = compareFirmware(services_.files, root, folders_);
+    switch (comparison.relation) {
+        case Relation::NoCard:
+            prompts.tell({.text = comparison.message, .icon = Message::Icon::Critical});
+            return;
+        case Relation::SameAsCard:
+            prompts.tell({.text = comparison.message, .icon = Message::Icon::Information});
+            return;
+        case Relation::CardNewer:
+        case Relation::CardOlder:
+            break;
+    }
+    requireFirmware(services_.files, folders_);
+    const auto icon = comparison.relation == Relation::CardNewer ? Message::Icon::Question
+                                                                 : Message::Icon::Information;
+    if (!prompts.ask({.text = comparison.message, .icon = icon}))
+        return;
+    updateFirmware(services_.files, root, folders_);
+    prompts.tell({.text = FirmwareUpdatedText.toString()});
+}
+
+}  // namespace tessaly

@@ -1,0 +1,40 @@
+#include <QApplication>
+#include <QStandardPaths>
+#include <memory>
+
+#include "app/main_window.h"
+#include "app/qt_prompts.h"
+#include "app/splash_window.h"
+#include "platform/local_file_system.h"
+
+int main(int argc, char** argv) {
+    using namespace tessaly;
+    QApplication app(argc, argv);
+    QApplication::setApplicationName("Tessaly");
+    QApplication::setApplicationVersion(TESSALY_VERSION);
+    const QString userFolder =
+        QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
+
+    LocalFileSystem files;
+    LocalDrives drives;
+    QtPrompts prompts;
+    LocalMp3Tags tags;
+    LocalSingleInstance instance(userFolder);
+    const Services services{
+        files, drives, prompts, tags, instance, QApplication::applicationDirPath(), userFolder};
+    Project project;
+    ProjectSession session(project, files);
+    std::unique_ptr<MainWindow> window;
+
+    SplashWindow splash([&] {
+        window = std::make_unique<MainWindow>(session, services);
+        if (!window->startUp()) {
+            QApplication::exit(1);
+            return;
+        }
+        window->show();
+        window->offerRecovery();
+    });
+    splash.show();
+    return QApplication::exec();
+}

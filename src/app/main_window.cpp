@@ -1,0 +1,337 @@
+#include "app/main_window.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDir>
+#include <QFileInfo>
+#include <QLabel>
+#include <QTimer>
+
+#include "app/about_window.h"
+#include "app/create_card_page.h"
+#include "card/firmware.h"
+#include "platform/error.h"
+#include "platform/paths.h"
+#include "platform/system_information.h"
+#include "ui_main_window.h"
+
+namespace tessaly {
+
+namespace {
+
+constexpr int KeepCopyEveryMs = 60 * 1000;
+constexpr int NamesShown = 12;
+const QString CardFiles = QStringLiteral("TRL-740 Card files (*.crd2)");
+
+QString shortList(QStringList names) {
+    if (names.size() > NamesShown) {
+        const qsizetype more = names.size() - NamesShown;
+        names.resize(NamesShown);
+        names.append(QString("... and %1 more").arg(more));
+    }
+    return names.join('\n');
+}
+
+}  // namespace
+
+MainWindow::MainWindow(ProjectSession& session, const Services& services)
+    : session_(session),
+      services_(services),
+      folders_(appFoldersIn(services.appFolder)),
+      ui_(std::make_unique<Ui::MainWindow>()),
+      statusText_(new QLabel) {
+    ui_->setupUi(this);
+    statusText_->setObjectName("lblStatus");
+    statusText_->setTextFormat(Qt::PlainText);
+    statusText_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    ui_->sbStatusBar->addWidget(statusText_, 1);
+    addPages();
+
+    const auto triggered = [this](QAction* action, void (MainWindow::*handler)()) {
+        connect(action, &QAction::triggered, this, handler);
+    };
+    triggered(ui_->mnuFileNew, &MainWindow::mnuFileNew_Click);
+    triggered(ui_->mnuFileOpen, &MainWindow::mnuFileOpen_Click);
+    triggered(ui_->mnuFileSave, &MainWindow::mnuFileSave_Click);
+    triggered(ui_->mnuFileSaveAs, &MainWindow::mnuFileSaveAs_Click);
+    triggered(ui_->mnuFileRecover, &MainWindow::mnuFileRecover_Click);
+    triggered(ui_->mnuFileExit, &MainWindow::mnuFileExit_Click);
+    triggered(ui_->mnuHelpAbout, &MainWindow::mnuHelpAbout_Click);
+    connect(ui_->Tabs, &QTabWidget::currentChanged, this, &MainWindow::Tabs_Click);
+
+    auto* timer = new QTimer(this);
+    timer->setObjectName("tmrRecovery");
+    timer->setInterval(KeepCopyEveryMs);
+    connect(timer, &QTimer::timeout, this, &MainWindow::tmrRecovery_Timer);
+    timer->start();
+    // A session that ends asks nothing, but loses nothing either.
+    connect(qApp, &QGuiApplication::commitDataRequest, this, [this] {
+        session_.letGo();
+        isClosing_ = true;
+    });
+}
+
+MainWindow::~MainWindow() {
+    session_.setRecovery(nullptr);
+}
+
+void MainWindow::addPages() {
+    createCard_ = new CreateCardPage(session_, services_);
+    ui_->Tabs->addTab(createCard_, "Create Card");
+    connect(createCard_, &CreateCardPage::totalsMeasured, this, &MainWindow::showTotals);
+    for (int i = 0; i < ui_->Tabs->count(); ++i)
+        connect(qobject_cast<Page*>(ui_->Tabs->widget(i)), &Page::projectChanged, this,
+                &MainWindow::showCaption);
+}
+
+bool MainWindow::startUp() {
+    if (!services_.instance.isOnlyOne()) {
+        services_.prompts.tell({.text = "A previous instance of Tessaly is still running.  Use "
+                                        "CTRL-ALT-DEL to stop the previous task, and run the "
+                                        "program again.",
+                                .icon = Message::Icon::Exclamation,
+                                .title = "Tessaly Error "});
+        return false;
+    }
+    session_.startNew();
+    if (!recovery_) {
+        recovery_ = std::make_unique<RecoveryFolder>(services_.files,
+                                                     pathIn(services_.userFolder, "recovery"));
+        session_.setRecovery(recovery_.get());
+    }
+    readFirmwareVersion();
+    showProject();
+    return true;
+}
+
+void MainWindow::readFirmwareVersion() {
+    const QString file = folders_.firmwareFile();
+    try {
+        if (!services_.files.fileSize(file)) {
+            services_.prompts.tell(
+                {.text = "Cannot find TRL740 firmware file " + file + ". Please reinstall Tessaly.",
+                 .icon = Message::Icon::Critical});
+            return;
+        }
+        firmwareVersion_ = tessaly::readFirmwareVersion(services_.files, file);
+        statusText_->setText(statusText_->text() + QString(40, ' ') +
+                             "TRL740 firmware version: " + firmwareVersion_);
+    } catch (const TessalyError& error) {
+        services_.prompts.tell({.text = error.description, .icon = Message::Icon::Critical});
+    }
+}
+
+void MainWindow::offerRecovery() {
+    const auto copy = recovery_ ? recovery_->takeCrashedCopy() : std::nullopt;
+    if (copy && services_.prompts.ask({.text = "Tessaly was not closed properly. Open the copy "
+                                               "that it kept of the unsaved project?\r" +
+                                               copy->description(),
+                                       .icon = Message::Icon::Question}))
+        recover(*copy);
+}
+
+// Keeps a copy of what is about to be discarded. False when that fails and the operator would
+// rather not go on.
+bool MainWindow::letGo() {
+    const QString problem = session_.letGo();
+    return problem.isEmpty() ||
+           services_.prompts.ask({.text = "The unsaved project could not be kept for recovery (" +
+                                          problem + ").  Continue and lose it?",
+                                  .icon = Message::Icon::Exclamation},
+                                 true);
+}
+
+void MainWindow::mnuFileNew_Click() {
+    createCard_->afterRun([this] {
+        if (!services_.prompts.ask({.text = "You will lose any unsaved changes!  Continue? ",
+                                    .icon = Message::Icon::Exclamation},
+                                   true))
+            return;
+        if (!letGo())
+            return;
+        session_.clear();
+        statusText_->clear();
+        if (!startUp())
+            closeAll();
+        else
+            showTotals(updateSummary(session_.project, services_.files));
+    });
+}
+
+void MainWindow::mnuFileOpen_Click() {
+    createCard_->afterRun([this] {
+        if (letGo())
+            openProject();
+    });
+}
+
+void MainWindow::openProject() {
+    session_.clear();
+    showProject();
+    const QString path =
+        services_.prompts.openFile({.filter = CardFiles, .folder = folders_.appFolder});
+    if (path.isEmpty())
+        return;
+    try {
+        const ReadReport report = session_.open(path);
+        if (!report.isComplete)
+            services_.prompts.tell(
+                {.text = QString("%1 could be read up to byte %2 only: %3.\r%4 records were read. "
+                                 "The project has no file now, so that the next Save asks for a "
+                                 "name and leaves the damaged file as it is.")
+                             .arg(QDir::toNativeSeparators(path))
+                             .arg(report.stoppedAt)
+                             .arg(report.stopReason)
+                             .arg(report.records),
+                 .icon = Message::Icon::Exclamation});
+    } catch (const TessalyError& error) {
+        services_.prompts.tell({.text = error.description, .icon = Message::Icon::Exclamation});
+    }
+    showTotals(updateSummary(session_.project, services_.files));
+    showProject();
+}
+
+void MainWindow::mnuFileSave_Click() {
+    if (session_.fileName().isEmpty())
+        mnuFileSaveAs_Click();
+    else if (confirmSave())
+        saveTo(session_.fileName());
+}
+
+void MainWindow::mnuFileSaveAs_Click() {
+    if (!confirmSave())
+        return;
+    const QString path = services_.prompts.saveFile(
+        {.filter = CardFiles, .folder = folders_.appFolder, .suffix = "crd2"});
+    if (!path.isEmpty())
+        saveTo(path);
+}
+
+// Says what a save cannot hold. False when the operator would rather not go on.
+bool MainWindow::confirmSave() {
+    const QStringList texts = textsOutsideCodePage(session_.project);
+    if (!texts.isEmpty() &&
+        !services_.prompts.ask({.text = "A card file cannot hold some characters of these texts; "
+                                        "they are saved as \"?\":\r\r" +
+                                        shortList(texts) + "\r\rSave all the same?",
+                                .icon = Message::Icon::Exclamation},
+                               true))
+        return false;
+    const QStringList unsavable = session_.newlyUnsavable();
+    if (!unsavable.isEmpty())
+        services_.prompts.tell({.text = "A card file holds no tracks without an MP3 file and no "
+                                        "lists without a track. These are not saved:\r\r" +
+                                        shortList(unsavable)});
+    return true;
+}
+
+bool MainWindow::saveTo(const QString& path) {
+    try {
+        session_.save(path);
+        showCaption();
+        return true;
+    } catch (const TessalyError& error) {
+        services_.prompts.tell({.text = "The project was not saved.\r" + error.description,
+                                .icon = Message::Icon::Exclamation});
+        return false;
+    }
+}
+
+void MainWindow::mnuFileRecover_Click() {
+    createCard_->afterRun([this] {
+        // What is open now becomes a copy itself before another takes its place.
+        if (!letGo())
+            return;
+        const QList<RecoveryCopy> copies = recovery_ ? recovery_->copies() : QList<RecoveryCopy>();
+        if (copies.isEmpty()) {
+            services_.prompts.tell({.text = "There are no recovery copies."});
+            return;
+        }
+        QStringList lines;
+        for (const RecoveryCopy& copy : copies)
+            lines.append(copy.description());
+        const int line = services_.prompts.pickLine("Recover", lines);
+        if (line >= 0)
+            recover(copies[line]);
+    });
+}
+
+void MainWindow::recover(const RecoveryCopy& copy) {
+    try {
+        session_.recover(copy);
+    } catch (const TessalyError& error) {
+        services_.prompts.tell({.text = error.description, .icon = Message::Icon::Exclamation});
+    }
+    showTotals(updateSummary(session_.project, services_.files));
+    showProject();
+}
+
+void MainWindow::tmrRecovery_Timer() {
+    session_.keepCopy();  // a full disk is said when the copy is needed
+}
+
+bool MainWindow::confirmExit() {
+    return !session_.project.unsavedChanges ||
+           services_.prompts.ask(
+               {.text = "Changes will be lost unless the card file was saved.  Really exit?",
+                .icon = Message::Icon::Exclamation});
+}
+
+void MainWindow::mnuFileExit_Click() {
+    createCard_->afterRun([this] {
+        if (confirmExit() && letGo())
+            closeAll();
+    });
+}
+
+void MainWindow::closeAll() {
+    isClosing_ = true;
+    QApplication::closeAllWindows();
+    close();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    if (isClosing_) {
+        event->accept();
+        return;
+    }
+    event->ignore();
+    mnuFileExit_Click();
+}
+
+void MainWindow::mnuHelpAbout_Click() {
+    AboutWindow(firmwareVersion_, services_.prompts, showSystemInformation, this).exec();
+}
+
+Page* MainWindow::currentPage() const {
+    return qobject_cast<Page*>(ui_->Tabs->currentWidget());
+}
+
+void MainWindow::Tabs_Click() {
+    if (Page* page = currentPage())
+        page->showProject();
+}
+
+void MainWindow::showProject() {
+    for (int i = 0; i < ui_->Tabs->count(); ++i)
+        qobject_cast<Page*>(ui_->Tabs->widget(i))->projectReplaced();
+    Tabs_Click();
+    showCaption();
+}
+
+void MainWindow::showTotals(const CardTotals& totals) {
+    const QString line = summaryLine(totals, firmwareVersion_);
+    statusText_->setText(line);
+    statusText_->setToolTip(line.simplified());
+    showCaption();
+}
+
+void MainWindow::showCaption() {
+    QString caption = "TRL740 Card Preparation";
+    if (!session_.fileName().isEmpty())
+        caption += " - " + QFileInfo(session_.fileName()).fileName();
+    setWindowTitle(caption + "[*]");
+    setWindowModified(session_.project.unsavedChanges);
+}
+
+}  // namespace tessaly

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <QMainWindow>
+#include <memory>
+
+#include "app/services.h"
+#include "card/card_summary.h"
+#include "model/project_session.h"
+#include "model/recovery.h"
+
+class QCloseEvent;
+class QLabel;
+
+namespace Ui {
+class MainWindow;
+}
+
+namespace tessaly {
+
+class CreateCardPage;
+class Page;
+
+/// The program's working window: menus, five pages, status bar.
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+
+ public:
+    MainWindow(ProjectSession& session, const Services& services);
+    ~MainWindow() override;
+
+    /// What every start does, in its order. False when another instance is running: that was said,
+    /// and the program is to end.
+    bool startUp();
+
+    /// After a crash, offers the newest recovery copy once. Called when the window is shown.
+    void offerRecovery();
+
+ protected:
+    void closeEvent(QCloseEvent* event) override;
+
+ private:
+    void mnuFileNew_Click();
+    void mnuFileOpen_Click();
+    void mnuFileSave_Click();
+    void mnuFileSaveAs_Click();
+    void mnuFileRecover_Click();
+    void mnuFileExit_Click();
+    void mnuHelpAbout_Click();
+    void Tabs_Click();
+    void tmrRecovery_Timer();
+
+    void addPages();
+    void readFirmwareVersion();
+    void openProject();
+    bool saveTo(const QString& path);
+    bool confirmSave();
+    bool letGo();
+    void recover(const RecoveryCopy& copy);
+    bool confirmExit();
+    void closeAll();
+
+    void showProject();
+    void showTotals(const CardTotals& totals);
+    void showCaption();
+    Page* currentPage() const;
+
+    ProjectSession& session_;
+    const Services& services_;
+    const AppFolders folders_;
+    const std::unique_ptr<Ui::MainWindow> ui_;
+    QLabel* statusText_;
+    CreateCardPage* createCard_ = nullptr;
+    std::unique_ptr<RecoveryFolder> recovery_;
+    QString firmwareVersion_;
+    bool isClosing_ = false;
+};
+
+}  // namespace tessaly

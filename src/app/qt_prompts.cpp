@@ -1,0 +1,107 @@
+#include "app/qt_prompts.h"
+
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QInputDialog>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "app/drive_dialog.h"
+
+namespace tessaly {
+
+namespace {
+
+QMessageBox::Icon iconOf(Message::Icon icon) {
+    switch (icon) {
+        case Message::Icon::Question:
+            return QMessageBox::Question;
+        case Message::Icon::Exclamation:
+            return QMessageBox::Warning;
+        case Message::Icon::Critical:
+            return QMessageBox::Critical;
+        case Message::Icon::Information:
+            break;
+    }
+    return QMessageBox::Information;
+}
+
+int show(const Message& message, QMessageBox::StandardButtons buttons,
+         QMessageBox::StandardButton defaultButton) {
+    QString text = message.text;
+    text.replace("\r\n", "\n").replace('\r', '\n');
+    QMessageBox box(
+        iconOf(message.icon),
+        message.title.isEmpty() ? QApplication::applicationDisplayName() : message.title, text,
+        buttons, QApplication::activeWindow());
+    box.setTextFormat(Qt::PlainText);
+    box.setDefaultButton(defaultButton);
+    return box.exec();
+}
+
+}  // namespace
+
+void QtPrompts::tell(const Message& message) {
+    show(message, QMessageBox::Ok, QMessageBox::Ok);
+}
+
+bool QtPrompts::ask(const Message& question, bool defaultsToNo) {
+    return show(question, QMessageBox::Yes | QMessageBox::No,
+                defaultsToNo ? QMessageBox::No : QMessageBox::Yes) == QMessageBox::Yes;
+}
+
+QString QtPrompts::openFile(const FileRequest& request) {
+    return QFileDialog::getOpenFileName(QApplication::activeWindow(), {}, request.folder,
+                                        request.filter);
+}
+
+QString QtPrompts::saveFile(const FileRequest& request) {
+    QFileDialog dialog(QApplication::activeWindow(), {}, request.folder, request.filter);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setDefaultSuffix(request.suffix);  // before the question about overwriting
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
+QString QtPrompts::pickFolder(const QString& caption, const QString& start) {
+    return QFileDialog::getExistingDirectory(QApplication::activeWindow(), caption, start);
+}
+
+QString QtPrompts::pickDrive(const Drives& drives) {
+    DriveDialog dialog(drives, QApplication::activeWindow());
+    return dialog.exec() == QDialog::Accepted ? dialog.selectedRoot() : QString();
+}
+
+int QtPrompts::pickLine(const QString& caption, const QStringList& lines) {
+    QDialog dialog(QApplication::activeWindow());
+    dialog.setWindowTitle(caption);
+    auto* list = new QListWidget;
+    list->addItems(lines);
+    list->setCurrentRow(0);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Open | QDialogButtonBox::Cancel);
+    buttons->button(QDialogButtonBox::Open)->setEnabled(!lines.isEmpty());
+    auto* layout = new QVBoxLayout(&dialog);
+    layout->addWidget(list);
+    layout->addWidget(buttons);
+    QObject::connect(list, &QListWidget::itemActivated, &dialog, &QDialog::accept);
+    QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
+    QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+    const QFontMetrics metrics = dialog.fontMetrics();
+    dialog.resize(metrics.averageCharWidth() * 70, metrics.height() * 16);
+    return dialog.exec() == QDialog::Accepted ? list->currentRow() : -1;
+}
+
+QString QtPrompts::inputText(const QString& prompt, const QString& initial) {
+    bool accepted = false;
+    const QString text = QInputDialog::getText(QApplication::activeWindow(), {}, prompt,
+                                               QLineEdit::Normal, initial, &accepted);
+    return accepted ? text : QString();
+}
+
+void QtPrompts::beep() {
+    QApplication::beep();
+}
+
+}  // namespace tessaly

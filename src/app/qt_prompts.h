@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/prompts.h"
+
+class QWidget;
+
+namespace tessaly {
+
+/// Real dialogs, above the window that is active.
+class QtPrompts : public Prompts {
+ public:
+    void tell(const Message& message) override;
+    bool ask(const Message& question, bool defaultsToNo) override;
+    QString openFile(const FileRequest& request) override;
+    QString saveFile(const FileRequest& request) override;
+    QString pickFolder(const QString& caption, const QString& start) override;
+    QString pickDrive(const Drives& drives) override;
+    int pickLine(const QString& caption, const QStringList& lines) override;
+    QString inputText(const QString& prompt, const QString& initial) override;
+    void beep() override;
+};
+
+}  // namespace tessaly

@@ -1,0 +1,34 @@
+#include "app/splash_window.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTimer>
+
+#include "ui_splash_window.h"
+
+namespace tessaly {
+
+SplashWindow::SplashWindow(std::function<void()> loadMain)
+    : QWidget(nullptr, Qt::SplashScreen),
+      ui_(std::make_unique<Ui::SplashWindow>()),
+      loadMain_(std::move(loadMain)) {
+    ui_->setupUi(this);
+    adjustSize();
+    if (const QScreen* screen = QGuiApplication::primaryScreen())
+        move(screen->availableGeometry().center() - rect().center());
+    auto* timer = new QTimer(this);
+    timer->setObjectName("Timer1");
+    timer->setSingleShot(true);
+    timer->setInterval(2000);
+    connect(timer, &QTimer::timeout, this, &SplashWindow::Timer1_Timer);
+    timer->start();
+}
+
+SplashWindow::~SplashWindow() = default;
+
+void SplashWindow::Timer1_Timer() {
+    loadMain_();
+    close();
+}
+
+}  // namespace tessaly
