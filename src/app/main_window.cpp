@@ -64,11 +64,7 @@ MainWindow::MainWindow(ProjectSession& session, const Services& services)
     timer->setInterval(KeepCopyEveryMs);
     connect(timer, &QTimer::timeout, this, &MainWindow::tmrRecovery_Timer);
     timer->start();
-    // A session that ends asks nothing, but loses nothing either.
-    connect(qApp, &QGuiApplication::commitDataRequest, this, [this] {
-        session_.letGo();
-        isClosing_ = true;
-    });
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::Form_SessionEnds);
 }
 
 MainWindow::~MainWindow() {
@@ -277,6 +273,12 @@ bool MainWindow::confirmExit() {
                 .icon = Message::Icon::Exclamation});
 }
 
+// A session that ends asks nothing, but loses nothing either.
+void MainWindow::Form_SessionEnds() {
+    session_.letGo();
+    isClosing_ = true;
+}
+
 void MainWindow::mnuFileExit_Click() {
     createCard_->afterRun([this] {
         if (confirmExit() && letGo())
@@ -287,16 +289,21 @@ void MainWindow::mnuFileExit_Click() {
 void MainWindow::closeAll() {
     isClosing_ = true;
     QApplication::closeAllWindows();
-    close();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-    if (isClosing_) {
-        event->accept();
+    if (createCard_->isRunning() && !isClosing_) {
+        event->ignore();
+        mnuFileExit_Click();  // asks to stop first, and closes once the run has ended
         return;
     }
-    event->ignore();
-    mnuFileExit_Click();
+    if (!isClosing_ && !(confirmExit() && letGo())) {
+        event->ignore();
+        return;
+    }
+    isClosing_ = true;
+    event->accept();
+    QTimer::singleShot(0, qApp, &QApplication::closeAllWindows);
 }
 
 void MainWindow::mnuHelpAbout_Click() {

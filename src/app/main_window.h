@@ -38,6 +38,9 @@ class MainWindow : public QMainWindow {
  protected:
     void closeEvent(QCloseEvent* event) override;
 
+ private slots:
+    void Form_SessionEnds();
+
  private:
     void mnuFileNew_Click();
     void mnuFileOpen_Click();

@@ -1,0 +1,24 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <cstdio>
+
+namespace {
+
+// The offscreen platform complains of every window with a minimum size.
+void withoutNoise(QtMsgType type, const QMessageLogContext&, const QString& message) {
+    if (!message.contains("propagateSizeHints"))
+        std::fprintf(stderr, "Qt message %d: %s\n", int(type), qPrintable(message));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    qInstallMessageHandler(withoutNoise);
+    const QApplication app(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QList>
+#include <QStringList>
+#include <functional>
+
+#include "platform/prompts.h"
+
+namespace tessaly::test {
+
+/// Answers in the operator's place from lists prepared by the test. A question nobody prepared an
+/// answer for is a failure.
+class ScriptedPrompts : public Prompts {
+ public:
+    struct Shown {
+        QString text, title;
+        Message::Icon icon = Message::Icon::Information;
+        bool isQuestion = false;
+        bool defaultsToNo = false;
+    };
+
+    QList<bool> answers;  ///< to questions, in turn
+    QStringList paths;    ///< to file, folder and drive dialogs, in turn; empty: cancelled
+    QStringList inputs;   ///< to input boxes, in turn; null: cancelled
+    QList<int> lines;     ///< to lists, in turn
+
+    QList<Shown> shown;        ///< everything that was told or asked
+    QList<FileRequest> files;  ///< file dialogs that were opened
+    QStringList offered;       ///< lines of the last list, or the input box's prompt and text
+    int beeps = 0;
+    std::function<void(const Shown&)> onShown = [](const Shown&) {};
+
+    /// The texts since the last call.
+    QStringList takeTexts() {
+        QStringList texts;
+        for (const Shown& message : std::exchange(shown, {}))
+            texts.append(message.text);
+        return texts;
+    }
+
+    void tell(const Message& message) override { note(message, false, false); }
+    bool ask(const Message& question, bool defaultsToNo) override {
+        note(question, true, defaultsToNo);
+        return take(answers, question.text, false);
+    }
+    QString openFile(const FileRequest& request) override {
+        files.append(request);
+        return take(paths, "open " + request.filter, QString());
+    }
+    QString saveFile(const FileRequest& request) override {
+        files.append(request);
+        return take(paths, "save " + request.filter, QString());
+    }
+    QString pickFolder(const QString& caption, const QString& start) override {
+        offered = {caption, start};
+        return take(paths, caption, QString());
+    }
+    QString pickDrive(const Drives&) override { return take(paths, "drive", QString()); }
+    int pickLine(const QString& caption, const QStringList& choices) override {
+        offered = choices;
+        return take(lines, caption, -1);
+    }
+    QString inputText(const QString& prompt, const QString& initial) override {
+        offered = {prompt, initial};
+        return take(inputs, prompt, QString());
+    }
+    void beep() override { ++beeps; }
+
+ private:
+    void note(const Message& message, bool isQuestion, bool defaultsToNo) {
+        shown.append({message.text, message.title, message.icon, isQuestion, defaultsToNo});
+        onShown(shown.last());
+    }
+
+    template <typename List, typename Value>
+    Value take(List& list, const QString& what, Value otherwise) {
+        if (list.isEmpty()) {
+            ADD_FAILURE() << "nobody answers: " << what.toStdString();
+            return otherwise;
+        }
+        return list.takeFirst();
+    }
+};
+
+}  // namespace tessaly::test

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QLabel>
+#include <QListWidget>
+#include <QTabWidget>
+#include <QTest>
+#include <QTimer>
+#include <memory>
+
+#include "app/main_window.h"
+#include "model/card_file.h"
+#include "support/card_bench.h"
+#include "support/scripted_prompts.h"
+
+namespace tessaly::test {
+
+class FakeInstance : public SingleInstance {
+ public:
+    bool isFirst = true;
+    bool isOnlyOne() override { return isFirst; }
+};
+
+/// The real main window, started, in the surrounding of a CardBench: its project of three files is
+/// saved as "tour.crd2", its card is the drive that the fake drives call removable.
+struct WindowBench : CardBench {
+    ScriptedPrompts prompts;
+    FakeInstance instance;
+    LocalMp3Tags tags;
+    Services services{
+        files, drives, prompts, tags, instance, scratch.path("app"), scratch.makeFolder("user")};
+    Project current;
+    ProjectSession session{current, files};
+    std::unique_ptr<MainWindow> window;
+    const QString tourFile = scratch.path("tour.crd2");
+
+    WindowBench() {
+        project.cfDrive = withLastSeparator(job.root);
+        saveProject(files, tourFile, project);
+        files.operations.clear();
+    }
+
+    /// Makes the window, starts it and shows it.
+    bool start() {
+        window = std::make_unique<MainWindow>(session, services);
+        const bool started = window->startUp();
+        if (started)
+            window->show();
+        return started;
+    }
+
+    template <typename Widget>
+    Widget* find(const QString& name) const {
+        auto* found = window->findChild<Widget*>(name);
+        EXPECT_NE(found, nullptr) << "there is no " << name.toStdString();
+        return found;
+    }
+    void click(const QString& button) const {
+        auto* found = find<QAbstractButton>(button);
+        EXPECT_TRUE(found->isEnabled()) << button.toStdString() << " is disabled";
+        found->click();
+    }
+    void choose(const QString& menuItem) const { find<QAction>(menuItem)->trigger(); }
+    void showPage(const QString& caption) const {
+        auto* tabs = find<QTabWidget>("Tabs");
+        for (int i = 0; i < tabs->count(); ++i)
+            if (tabs->tabText(i) == caption)
+                tabs->setCurrentIndex(i);
+    }
+    QString text(const QString& label) const { return find<QLabel>(label)->text(); }
+    QString status() const { return text("lblStatus"); }
+    QStringList items(const QString& list) const {
+        QStringList texts;
+        const auto* widget = find<QListWidget>(list);
+        for (int row = 0; row < widget->count(); ++row)
+            texts.append(widget->item(row)->text());
+        return texts;
+    }
+
+    /// Opens a file through the menu.
+    void open(const QString& path) {
+        prompts.paths.append(path);
+        choose("mnuFileOpen");
+    }
+    /// The recovery copies that the user's folder holds.
+    int recoveryCopies() const {
+        return int(QDir(scratch.path("user/recovery")).entryList({"*.recovery"}).size());
+    }
+};
+
+}  // namespace tessaly::test
