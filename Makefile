@@ -1,15 +1,19 @@
 # A thin front for CMake: every target installs what is missing and builds first.
 
 JOBS ?= $(shell nproc)
-SOURCES := $(shell find src tests bench -name '*.cpp' -o -name '*.h')
+SOURCES := $(shell find src tests bench tools -name '*.cpp' -o -name '*.h')
 
-.PHONY: build run demo test bench lint format clean dependencies
+.PHONY: build run demo test bench screenshots lint format clean dependencies
 
 build: dependencies
 	@test -f build/build.ninja || cmake --preset release
 	@cmake --build --preset release -j $(JOBS)
 
-run: demo
+# Without a display there is no window to open: then the sample card shows what the program does.
+run: build
+	@if [ -n "$$DISPLAY$$WAYLAND_DISPLAY" ]; then build/tessaly; else \
+	  echo "There is no display: preparing the sample card in demo/card instead."; \
+	  tools/demo.sh; fi
 
 demo: build
 	@tools/demo.sh
@@ -22,7 +26,11 @@ test: build
 
 bench: build
 	@build/tessaly-bench
+	@build/tessaly-window-bench
 	@bench/card_copy.sh
+
+screenshots: dependencies
+	@tools/screenshots/run.sh
 
 lint: dependencies
 	@clang-format --dry-run -Werror $(SOURCES)

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that building, testing and the samples need, and does nothing when
-# all of them are there.
+# Installs the Debian packages that building and testing need, and those named as arguments; does
+# nothing when all of them are there.
 set -euo pipefail
 
 packages=(
@@ -16,6 +16,7 @@ packages=(
   srecord                      # an independent reader of Intel HEX for the tests
   dosfstools mtools fusefat    # real FAT volumes for the demo
 )
+packages+=("$@")
 
 missing=()
 for package in "${packages[@]}"; do

@@ -18,6 +18,7 @@ namespace tessaly {
 namespace {
 
 constexpr int ProblemsShown = 200;
+constexpr int RowsShown = 12;
 
 void showResult(const CheckResult& result, StatusCircle* circle, QLabel* label) {
     circle->setVerdict(result.verdict);
@@ -29,8 +30,11 @@ void showOffenders(const QStringList& offenders, QListWidget* list) {
     list->clear();
     list->addItems(offenders);
     list->setVisible(!offenders.isEmpty());
-    if (!offenders.isEmpty())
-        list->setCurrentRow(0);
+    if (offenders.isEmpty())
+        return;
+    list->setCurrentRow(0);
+    const int rows = int(std::min<qsizetype>(offenders.size() + 1, RowsShown));
+    list->setMaximumHeight(rows * list->sizeHintForRow(0) + 2 * list->frameWidth());
 }
 
 }  // namespace

@@ -39,6 +39,7 @@ DriveDialog::DriveDialog(const Drives& drives, QWidget* parent)
     list_->setObjectName("lstDrives");
     list_->setRootIsDecorated(false);
     list_->setUniformRowHeights(true);
+    list_->header()->setStretchLastSection(false);
     list_->setHeaderLabels({tr("Drive"), tr("Name"), tr("Type"), tr("Size"), tr("Free")});
     buttons_ = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     auto* refresh = buttons_->addButton(tr("&Refresh"), QDialogButtonBox::ActionRole);
@@ -75,6 +76,8 @@ void DriveDialog::fill() {
     }
     for (int column = 0; column < list_->columnCount(); ++column)
         list_->resizeColumnToContents(column);
+    for (int column = 0; column < list_->columnCount(); ++column)
+        list_->setColumnWidth(column, list_->columnWidth(column) + fontMetrics().height());
     updateButtons();
 }
 

@@ -1,0 +1,121 @@
+// How long the window makes its operator wait, with a small and with a full project whose files are
+// all there.
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <algorithm>
+
+#include "app/main_window.h"
+#include "model/card_file.h"
+#include "model/music_lists.h"
+#include "platform/local_file_system.h"
+#include "promises.h"
+
+using namespace tessaly;
+
+namespace {
+
+constexpr int Rounds = 7;
+
+class BenchPrompts : public Prompts {
+ public:
+    QString project;
+    void tell(const Message&) override {}
+    bool ask(const Message&, bool) override { return true; }
+    QString openFile(const FileRequest&) override { return project; }
+    QString saveFile(const FileRequest&) override { return {}; }
+    QString pickFolder(const QString&, const QString&) override { return {}; }
+    QString pickDrive(const Drives&) override { return {}; }
+    int pickLine(const QString&, const QStringList&) override { return -1; }
+    QString inputText(const QString&, const QString&) override { return {}; }
+    void beep() override {}
+};
+
+class OnlyInstance : public SingleInstance {
+ public:
+    bool isOnlyOne() override { return true; }
+};
+
+// A project of small files in lists of 500, saved in `folder`.
+QString savedProject(LocalFileSystem& files, const QTemporaryDir& folder, int tracks) {
+    Project project;
+    UniqueNames names;
+    for (int i = 0; i < tracks; ++i) {
+        if (i % 500 == 0) {
+            addMusicList(project, QString("List %1").arg(i / 500));
+            names = UniqueNames();
+        }
+        TrackRecord record;
+        record.kind = "music";
+        record.itemName = addMusicTrack(project, QString("Track %1").arg(i), names);
+        record.groupName = project.lstMuList.last();
+        record.sourcePath = folder.filePath(QString("%1.mp3").arg(i));
+        QFile file(record.sourcePath.text());
+        if (file.open(QIODevice::WriteOnly))
+            file.write("x");
+        project.TrackTable.append(record);
+    }
+    const QString path = folder.filePath(QString("p%1.crd2").arg(tracks));
+    saveProject(files, path, project);
+    return path;
+}
+
+double median(std::vector<double> values) {
+    std::nth_element(values.begin(), values.begin() + values.size() / 2, values.end());
+    return values[values.size() / 2];
+}
+
+template <typename Action>
+double milliseconds(Action action) {
+    QElapsedTimer timer;
+    timer.start();
+    action();
+    QCoreApplication::processEvents();
+    return double(timer.nsecsElapsed()) / 1e6;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_LOGGING_RULES", "default.warning=false");  // the offscreen platform is talkative
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    const QTemporaryDir folder;
+    LocalFileSystem files;
+    const LocalDrives drives;
+    BenchPrompts prompts;
+    LocalMp3Tags tags;
+    OnlyInstance instance;
+    const Services services{files,
+                            drives,
+                            prompts,
+                            tags,
+                            instance,
+                            QApplication::applicationDirPath(),
+                            folder.filePath("user")};
+    Promises promises;
+    std::printf("\nMedians of %d, in milliseconds:\n", Rounds);
+    for (const int tracks : {1000, 9995}) {
+        prompts.project = savedProject(files, folder, tracks);
+        std::vector<double> opening, switching, first;
+        for (int round = 0; round < Rounds; ++round) {
+            Project project;
+            ProjectSession session(project, files);
+            MainWindow window(session, services);
+            window.startUp();
+            first.push_back(milliseconds([&] { window.show(); }));
+            auto* tabs = window.findChild<QTabWidget*>("Tabs");
+            tabs->setCurrentIndex(0);
+            auto* open = window.findChild<QAction*>("mnuFileOpen");
+            opening.push_back(milliseconds([&] { open->trigger(); }));
+            switching.push_back(milliseconds([&] { tabs->setCurrentIndex(tabs->count() - 1); }));
+        }
+        const std::string size = std::to_string(tracks) + " tracks: ";
+        promises.check(size + "open a project", median(opening), 300, "ms");
+        promises.check(size + "switch to Create Card", median(switching), 50, "ms");
+    }
+    return promises.exitCode();
+}

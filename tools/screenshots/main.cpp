@@ -1,0 +1,129 @@
+// Takes the pictures of the documents: every page and window of the real program with the sample
+// tour. Arguments: the samples' folder, the support folders' parent, the folder for the pictures.
+#include <QApplication>
+#include <QDir>
+#include <QTabWidget>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <cstdio>
+
+#include "app/about_window.h"
+#include "app/drive_dialog.h"
+#include "app/main_window.h"
+#include "app/qt_prompts.h"
+#include "app/splash_window.h"
+#include "editor/folder_import.h"
+#include "platform/local_file_system.h"
+#include "platform/paths.h"
+
+using namespace tessaly;
+
+namespace {
+
+// The drives of a desk on which a card lies.
+class DeskDrives : public Drives {
+ public:
+    explicit DeskDrives(QString card) : card_(std::move(card)) {}
+    DriveType type(const QString&) const override { return DriveType::Removable; }
+    qint64 totalBytes(const QString&) const override { return 512000000; }
+    QList<Volume> volumes() const override {
+        return {{"/", "System", DriveType::Fixed, "ext4", 512110190592, 301234567890},
+                {"/media/ann/TOUR/", "TOUR", DriveType::Removable, "vfat", 512000000, 498000000},
+                {"/media/ann/Backup/", "Backup", DriveType::Fixed, "ext4", 2000398934016,
+                 1204567890123},
+                {"/mnt/music/", "music", DriveType::Network, "cifs", 8000000000000, 3500000000000}};
+    }
+    VolumeGeometry geometry(const QString&) const override {
+        return {.clusterBytes = 8192, .totalBytes = 512000000, .freeBytes = 512000000};
+    }
+
+ private:
+    QString card_;
+};
+
+// Opens one file without asking and says nothing.
+class SilentPrompts : public QtPrompts {
+ public:
+    QString project;
+    void tell(const Message&) override {}
+    bool ask(const Message&, bool) override { return true; }
+    QString openFile(const FileRequest&) override { return project; }
+};
+
+class OnlyInstance : public SingleInstance {
+ public:
+    bool isOnlyOne() override { return true; }
+};
+
+void settle() {
+    QTest::qWait(100);
+}
+
+void shoot(QWidget& widget, const QString& folder, const QString& name) {
+    settle();
+    if (!widget.grab().save(pathIn(folder, name + ".png")))
+        std::fprintf(stderr, "%s was not written\n", qPrintable(name));
+}
+
+Project sampleProject(const FileSystem& files, const QString& samples, const QString& card) {
+    Project project;
+    importFolder(files, LocalMp3Tags(), pathIn(samples, "tour"), false, project);
+    project.txtCardTitle1 = "  Harbour Tour  ";
+    project.txtCardTitle2 = "  Willkommen!   ";
+    project.cfDrive = withLastSeparator(card);
+    return project;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    QApplication app(argc, argv);
+    QApplication::setApplicationName("Tessaly");
+    if (argc != 4) {
+        std::fprintf(stderr, "usage: tessaly-screenshots SAMPLES SUPPORT PICTURES\n");
+        return 2;
+    }
+    const QString samples = argv[1], support = argv[2], pictures = argv[3];
+    const QTemporaryDir scratch;
+    const QString card = "/media/ann/TOUR/";
+    LocalFileSystem files;
+    const DeskDrives drives(card);
+    SilentPrompts prompts;
+    LocalMp3Tags tags;
+    OnlyInstance instance;
+    const Services services{
+        files, drives, prompts, tags, instance, support, scratch.filePath("user")};
+    prompts.project = scratch.filePath("harbour.crd2");
+    Project sample = sampleProject(files, samples, card);
+    saveProject(files, prompts.project, sample);
+
+    Project project;
+    ProjectSession session(project, files);
+    SplashWindow splash([] {});
+    splash.show();
+    shoot(splash, pictures, "splash");
+    splash.close();
+
+    MainWindow window(session, services);
+    window.startUp();
+    window.resize(940, 640);
+    window.show();
+    window.findChild<QAction*>("mnuFileOpen")->trigger();
+    auto* tabs = window.findChild<QTabWidget*>("Tabs");
+    for (int i = 0; i < tabs->count(); ++i) {
+        tabs->setCurrentIndex(i);
+        QString name = tabs->tabText(i).toLower();
+        name = name.remove("&").simplified().replace(' ', '-');
+        shoot(window, pictures, name);
+    }
+    AboutWindow about(
+        "0000", prompts, [] { return true; }, &window);
+    about.show();
+    shoot(about, pictures, "about");
+    about.close();
+    DriveDialog dialog(drives, &window);
+    dialog.show();
+    shoot(dialog, pictures, "drive-dialog");
+    return 0;
+}
