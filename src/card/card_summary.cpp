@@ -1,5 +1,7 @@
 #include "card/card_summary.h"
 
+#include "platform/numbers.h"
+
 namespace tessaly {
 
 CardTotals updateSummary(const Project& project, const FileSystem& files) {
@@ -15,11 +17,6 @@ CardTotals updateSummary(const Project& project, const FileSystem& files) {
         ++totals.trackCount;
     }
     return totals;
-}
-
-QString megabytes(qint64 bytes) {
-    const qint64 tenths = (bytes + 50000) / 100000;
-    return QString("%1.%2 MB").arg(tenths / 10).arg(tenths % 10);
 }
 
 QString summaryLine(const CardTotals& totals, const QString& firmwareVersion) {

@@ -19,9 +19,6 @@ struct CardTotals {
 /// Measures the source files of a project: one file query a record.
 CardTotals updateSummary(const Project& project, const FileSystem& files);
 
-/// Bytes as megabytes of 1,000,000, one digit behind the point: "123.5 MB".
-QString megabytes(qint64 bytes);
-
 /// The line of the status bar.
 QString summaryLine(const CardTotals& totals, const QString& firmwareVersion);
 

@@ -5,7 +5,7 @@
 #include <iostream>
 #include <string>
 
-#include "card/card_summary.h"
+#include "platform/numbers.h"
 
 #ifdef Q_OS_WIN
 #include <io.h>

@@ -46,6 +46,8 @@ void selectMusicList(Project& project, const QString& list) {
     const int slot = slotOfMusicList(project, list);
     if (slot >= 0)
         project.currentMusicList = slot;
+    if (project.lstMuList.isEmpty())
+        project.lstMuTrack[project.currentMusicList].clear();
 }
 
 QString addMusicTrack(Project& project, const QString& name, UniqueNames& names) {

@@ -40,7 +40,8 @@ QString addMusicList(Project& project, const QString& name);
 /// The same for many lists in a row: `names` must know the lists there are.
 QString addMusicList(Project& project, const QString& name, UniqueNames& names);
 
-/// Makes the list of that name the current one; without such a list nothing changes.
+/// Makes the list of that name the current one; without such a list nothing changes. The empty
+/// name, that of no selected list, leads to the spare slot, which shows no track.
 void selectMusicList(Project& project, const QString& list);
 
 /// Appends a track to the current list under the unique form of `name` that `names` finds, and

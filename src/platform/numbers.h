@@ -10,4 +10,10 @@ inline QString grouped(qint64 number) {
     return QLocale(QLocale::English, QLocale::UnitedStates).toString(number);
 }
 
+/// Bytes as megabytes of 1,000,000, one digit behind the point: "123.5 MB".
+inline QString megabytes(qint64 bytes) {
+    const qint64 tenths = (bytes + 50000) / 100000;
+    return QString("%1.%2 MB").arg(tenths / 10).arg(tenths % 10);
+}
+
 }  // namespace tessaly

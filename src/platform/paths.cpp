@@ -1,6 +1,7 @@
 #include "platform/paths.h"
 
 #include <QDir>
+#include <algorithm>
 
 namespace tessaly {
 
@@ -12,6 +13,10 @@ QString withLastSeparator(const QString& folder) {
 
 QString pathIn(const QString& folder, const QString& name) {
     return withLastSeparator(folder) + name;
+}
+
+QString lastNameOf(const QString& path) {
+    return path.mid(std::max(path.lastIndexOf('/'), path.lastIndexOf('\\')) + 1);
 }
 
 }  // namespace tessaly

@@ -11,4 +11,8 @@ QString withLastSeparator(const QString& folder);
 /// `folder` and `name` as one path with the platform's separator.
 QString pathIn(const QString& folder, const QString& name);
 
+/// The text behind the last separator of `path`, whichever of the two kinds it is: a path that
+/// a file brings may come from another platform. Empty for a drive's root.
+QString lastNameOf(const QString& path);
+
 }  // namespace tessaly

@@ -2,6 +2,7 @@
 
 #include "card/firmware.h"
 #include "model/music_lists.h"
+#include "platform/numbers.h"
 #include "support/card_bench.h"
 
 namespace tessaly {

@@ -1,0 +1,51 @@
+#include "editor/displays.h"
+
+#include "editor/item_records.h"
+#include "platform/numbers.h"
+
+namespace tessaly {
+
+namespace {
+
+FileDisplay displayOf(const TrackRecord* record, const FileSystem& files) {
+    FileDisplay display;
+    if (!record)
+        return display;
+    display.path = record->sourcePath.text();
+    if (const auto size = files.fileSize(display.path))
+        display.size = megabytes(*size);
+    return display;
+}
+
+}  // namespace
+
+FileDisplay speechDisplay(const Project& project, const SpeechSelection& selected,
+                          const FileSystem& files) {
+    const auto title = lineAt(project.lstSpTitles, selected.title);
+    const auto language = lineAt(project.lstLangs, selected.language);
+    if (!title || !language)
+        return {};
+    return displayOf(shownRecord(project, u"speech", *title, *language), files);
+}
+
+FileDisplay musicDisplay(const Project& project, const MusicSelection& selected,
+                         const FileSystem& files, const Mp3Tags& tags) {
+    const auto list = lineAt(project.lstMuList, selected.list);
+    const auto track =
+        list ? lineAt(tracksOfMusicList(project, *list), selected.track) : std::nullopt;
+    if (!track)
+        return {};
+    FileDisplay display = displayOf(shownRecord(project, u"music", *track, *list), files);
+    if (display.path.isEmpty())
+        return display;
+    const auto either = [](const QString& first, const QString& second) {
+        return first.isEmpty() ? second : first;
+    };
+    const auto [first, second] = tags.read(display.path);
+    display.tags = {.title = either(first.title, second.title),
+                    .artist = either(first.artist, second.artist),
+                    .album = either(first.album, second.album)};
+    return display;
+}
+
+}  // namespace tessaly

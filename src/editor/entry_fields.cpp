@@ -1,0 +1,36 @@
+#include "editor/entry_fields.h"
+
+#include <algorithm>
+
+#include "model/format_limits.h"
+
+namespace tessaly {
+
+namespace {
+
+QString cut(const QString& text, qsizetype length) {
+    const bool halves = length > 0 && length < text.size() && text[length - 1].isHighSurrogate() &&
+                        text[length].isLowSurrogate();
+    return text.left(halves ? length - 1 : length);
+}
+
+}  // namespace
+
+QString firstCharacters(const QString& text, int limit) {
+    // Composing takes long for a run of a million accents, which only a damaged file has.
+    return cut(cut(text, 16 * qsizetype(limit)).normalized(QString::NormalizationForm_C), limit);
+}
+
+QString acceptedInput(qsizetype held, const QString& input, int limit) {
+    return cut(input, std::max<qsizetype>(0, limit - held));
+}
+
+std::optional<bool> addLanguageEnabled(const Project& project, const QString& text) {
+    if (text.isEmpty())
+        return false;
+    if (project.lstLangs.size() < limits::Languages)
+        return true;
+    return std::nullopt;
+}
+
+}  // namespace tessaly

@@ -1,0 +1,95 @@
+#include "editor/speech_editor.h"
+
+#include "editor/item_records.h"
+#include "model/format_limits.h"
+#include "model/music_lists.h"
+
+namespace tessaly {
+
+namespace {
+
+EditResult addLine(QStringList& lines, const QString& name) {
+    lines.append(uniqueName(name, lines));
+    return {.isDone = true, .row = -1, .name = lines.last()};
+}
+
+}  // namespace
+
+EditResult addSpeechTitle(Project& project, const QString& name) {
+    project.unsavedChanges = true;
+    return name.isEmpty() ? EditResult() : addLine(project.lstSpTitles, name);
+}
+
+EditResult addLanguage(Project& project, const QString& name) {
+    project.unsavedChanges = true;
+    if (name.isEmpty() || project.lstLangs.size() >= limits::Languages)
+        return {};
+    return addLine(project.lstLangs, name);
+}
+
+EditResult chooseSpeechFile(Project& project, const SpeechSelection& selected,
+                            const QString& path) {
+    project.unsavedChanges = true;
+    const auto title = lineAt(project.lstSpTitles, selected.title);
+    const auto language = lineAt(project.lstLangs, selected.language);
+    if (!title || !language || path.isEmpty())
+        return {.row = selected.title};
+    chooseFile(project, "speech", *title, *language, path);
+    return {.isDone = true, .row = selected.title, .name = *title};
+}
+
+EditResult renameSpeechTitle(Project& project, int title, const QString& answer) {
+    project.unsavedChanges = true;
+    const QString old = lineAt(project.lstSpTitles, title).value_or(QString());
+    const auto name = renameLine(project.lstSpTitles, title, answer);
+    if (!name)
+        return {.row = title};
+    renameRecords(project, u"speech", naming(&old, nullptr), &TrackRecord::itemName, *name);
+    renamePlayers(project, u"speech", naming(&old, nullptr), &TrackRecord::itemName, *name);
+    return {.isDone = true, .row = -1, .name = *name};
+}
+
+EditResult renameLanguage(Project& project, int language, const QString& answer) {
+    project.unsavedChanges = true;
+    const QString old = lineAt(project.lstLangs, language).value_or(QString());
+    const auto name = renameLine(project.lstLangs, language, answer);
+    if (!name)
+        return {.row = language};
+    renameRecords(project, u"speech", naming(nullptr, &old), &TrackRecord::groupName, *name);
+    for (qsizetype i = 1; i < project.DefaultLanguageTable.size(); ++i)
+        if (project.DefaultLanguageTable[i].groupName.is(old))
+            project.DefaultLanguageTable[i].groupName = *name;
+    return {.isDone = true, .row = -1, .name = *name};
+}
+
+EditResult deleteSpeechTitle(Project& project, int title) {
+    project.unsavedChanges = true;
+    const auto name = lineAt(project.lstSpTitles, title);
+    if (!name)
+        return {.row = title};
+    emptyRecords(project, u"speech", naming(&*name, nullptr));
+    emptyPlayers(project, u"speech", naming(&*name, nullptr));
+    return {.isDone = true, .row = removeLine(project.lstSpTitles, title), .name = *name};
+}
+
+EditResult deleteLanguage(Project& project, int language) {
+    project.unsavedChanges = true;
+    const auto name = lineAt(project.lstLangs, language);
+    if (!name)
+        return {.row = language};
+    emptyRecords(project, u"speech", naming(nullptr, &*name));
+    for (qsizetype i = project.DefaultLanguageTable.size() - 1; i > 0; --i)
+        if (project.DefaultLanguageTable[i].groupName.is(*name))
+            project.DefaultLanguageTable.removeAt(i);
+    return {.isDone = true, .row = removeLine(project.lstLangs, language), .name = *name};
+}
+
+EditResult moveSpeechTitle(Project& project, int title, Direction direction) {
+    return moveLine(project.lstSpTitles, title, direction);
+}
+
+EditResult moveLanguage(Project& project, int language, Direction direction) {
+    return moveLine(project.lstLangs, language, direction);
+}
+
+}  // namespace tessaly

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QString>
+
+#include "editor/item_lists.h"
+#include "model/project.h"
+
+// What the operator does on the page of speech titles and languages. Every operation but the moves
+// sets `unsavedChanges`, even when it turns out to do nothing; each needs its whole selection.
+
+namespace tessaly {
+
+/// What is selected: rows of `lstSpTitles` and `lstLangs`.
+struct SpeechSelection {
+    int title = -1;
+    int language = -1;
+};
+
+/// Appends a title under the unique form of `name`; an empty name makes none. Nothing is selected.
+EditResult addSpeechTitle(Project& project, const QString& name);
+
+/// Appends a language likewise, unless there are 16.
+EditResult addLanguage(Project& project, const QString& name);
+
+/// Gives the selected title its MP3 file in the selected language. An empty path, as after Cancel,
+/// changes nothing.
+EditResult chooseSpeechFile(Project& project, const SpeechSelection& selected, const QString& path);
+
+/// Renames a title wherever it is named, in every language. The row to select is none. An empty
+/// answer changes nothing.
+EditResult renameSpeechTitle(Project& project, int title, const QString& answer);
+
+/// Renames a language in its files and among the default languages. The row to select is none. An
+/// empty answer changes nothing.
+EditResult renameLanguage(Project& project, int language, const QString& answer);
+
+/// Removes a title with its files in every language; triggers and power-up item that play it are
+/// freed.
+EditResult deleteSpeechTitle(Project& project, int title);
+
+/// Removes a language with its files and takes it out of the default languages.
+EditResult deleteLanguage(Project& project, int language);
+
+/// Moves a title or a language within its list; no record moves.
+EditResult moveSpeechTitle(Project& project, int title, Direction direction);
+EditResult moveLanguage(Project& project, int language, Direction direction);
+
+}  // namespace tessaly
