@@ -1,0 +1,73 @@
+#include "editor/music_folder_import.h"
+
+#include <QDir>
+#include <algorithm>
+
+#include "editor/entry_fields.h"
+#include "model/format_limits.h"
+#include "platform/paths.h"
+
+namespace tessaly {
+
+namespace {
+
+constexpr QStringView Mp3Ending = u".mp3";
+
+// Upper case, as file systems without regard to case compare: "_" comes behind the letters.
+bool comesBeforeInListing(const QString& a, const QString& b) {
+    const auto differ = std::mismatch(a.begin(), a.end(), b.begin(), b.end(), [](QChar x, QChar y) {
+        return x == y || x.toUpper() == y.toUpper();
+    });
+    if (differ.first == a.end() || differ.second == b.end())
+        return a.size() != b.size() ? a.size() < b.size() : a < b;
+    return differ.first->toUpper() < differ.second->toUpper();
+}
+
+QString trackName(const QString& path, const QString& file, const Mp3Tags& tags) {
+    QString name = tags.read(path).first.title;
+    if (name.isEmpty())
+        name = file.left(file.indexOf(Mp3Ending, 0, Qt::CaseInsensitive));
+    return firstCharacters(name, limits::DisplayText);
+}
+
+}  // namespace
+
+QStringList mp3FilesIn(const FileSystem& files, const QString& folder) {
+    QStringList names;
+    for (const FolderEntry& entry : files.entries(folder)) {
+        if (entry.isFolder || !entry.name.endsWith(Mp3Ending, Qt::CaseInsensitive))
+            continue;
+        if (!entry.isLink || files.fileSize(pathIn(folder, entry.name)))
+            names.append(entry.name);
+    }
+    std::sort(names.begin(), names.end(), comesBeforeInListing);
+    return names;
+}
+
+ImportResult importMusicFolder(Project& project, const FileSystem& files, const Mp3Tags& tags,
+                               const QString& folder, const KeepGoing& keepGoing) {
+    project.unsavedChanges = true;
+    if (folder.isEmpty())
+        return {};
+    const QString root = QDir::toNativeSeparators(QDir::cleanPath(folder));
+    const QStringList names = mp3FilesIn(files, root);
+    if (names.isEmpty()) {
+        ImportResult result{.outcome = ImportResult::Outcome::NoFiles,
+                            .messages = {{.icon = ImportMessage::Icon::Exclamation,
+                                          .title = {},
+                                          .text = "Folder contains no MP3 files"}}};
+        selectLastRows(project, result);
+        return result;
+    }
+    QList<ImportedTrack> tracks;
+    tracks.reserve(names.size());
+    for (const QString& name : names) {
+        if (keepGoing && !keepGoing(int(tracks.size()), int(names.size())))
+            return {};
+        const QString path = pathIn(root, name);
+        tracks.append({trackName(path, name, tags), path});
+    }
+    return addImportedList(project, lastNameOf(root), tracks, RecordNames::AsFound);
+}
+
+}  // namespace tessaly

@@ -1,0 +1,119 @@
+#include "editor/playlist_import.h"
+
+#include <QDir>
+#include <optional>
+
+#include "editor/entry_fields.h"
+#include "editor/playlist_parser.h"
+#include "editor/playlist_text.h"
+#include "model/format_limits.h"
+#include "platform/error.h"
+#include "platform/error_numbers.h"
+#include "platform/numbers.h"
+#include "platform/paths.h"
+
+namespace tessaly {
+
+namespace {
+
+// Two lines a track in the longest format, and the first line.
+constexpr qsizetype MostLines = 2 * qsizetype(MostImportedTracks) + 1;
+
+ImportResult invalidPlaylist() {
+    return {.outcome = ImportResult::Outcome::Invalid,
+            .messages = {{.icon = ImportMessage::Icon::Exclamation,
+                          .title = {},
+                          .text = "Invalid playlist format, cannot open"}}};
+}
+
+// A plain list has paths only: the name is the title tag, else the file's own.
+QString plainName(const QString& location, const Mp3Tags& tags) {
+    const TagBlocks blocks = tags.read(location);
+    for (const QString& title : {blocks.first.title, blocks.second.title})
+        if (!title.isEmpty())
+            return firstCharacters(title, limits::DisplayText);
+    const QString file = lastNameOf(location);
+    const qsizetype point = file.lastIndexOf('.');
+    return firstCharacters(point < 0 ? file : file.left(point), limits::DisplayText);
+}
+
+// Why an entry cannot be taken; nothing when it can.
+std::optional<ImportMessage> rejection(const PlaylistEntry& entry) {
+    using Icon = ImportMessage::Icon;
+    const auto& [name, location] = entry;
+    if (location.isEmpty() && name.isEmpty())
+        return ImportMessage{Icon::Information, "Track Name and File location missing",
+                             "Both Track Name and File Location missing, track not added."};
+    if (location.isEmpty())
+        return ImportMessage{Icon::Information, "File location missing",
+                             "File location missing, track not added.\r\nTrack name: " + name};
+    if (name.isEmpty())
+        return ImportMessage{Icon::Information, "Track name missing",
+                             "Track name missing, track not added.\r\nFile name: " + location};
+    if (!location.endsWith(u"mp3", Qt::CaseInsensitive))
+        return ImportMessage{Icon::Information, "File type not MP3",
+                             "File type is not .MP3 or .mp3.\r\nTrack not added: " + name};
+    return std::nullopt;
+}
+
+TessalyError tooLong(const QString& path) {
+    return {error_number::BadImport,
+            QString("%1: the playlist is longer than %2 tracks or %3 bytes.")
+                .arg(path, grouped(MostImportedTracks), grouped(MostPlaylistBytes))};
+}
+
+}  // namespace
+
+QString playlistListName(const QString& path) {
+    const QString file = lastNameOf(path);
+    for (const QStringView ending : {u".txt", u".m3u"})
+        if (const qsizetype end = file.indexOf(ending, 0, Qt::CaseInsensitive); end >= 0)
+            return file.left(end);
+    return {};
+}
+
+ImportResult importPlaylist(Project& project, FileSystem& files, const Mp3Tags& tags,
+                            const QString& path, const KeepGoing& keepGoing) {
+    project.unsavedChanges = true;
+    if (path.isEmpty())
+        return {};
+    return importPlaylist(project, readWholeFile(files, path, MostPlaylistBytes), tags, path,
+                          keepGoing);
+}
+
+ImportResult importPlaylist(Project& project, QByteArrayView bytes, const Mp3Tags& tags,
+                            const QString& path, const KeepGoing& keepGoing) {
+    project.unsavedChanges = true;
+    const QString native = QDir::toNativeSeparators(path);
+    const QString folder = native.chopped(lastNameOf(native).size());
+    if (bytes.size() > MostPlaylistBytes)
+        throw tooLong(native);
+    const QString text = decodePlaylist(bytes);
+    const QList<QStringView> lines = linesOf(text, MostLines + 1);
+    const PlaylistHeader header = parsePlaylistHeader(lines.value(0));
+    if (header.playlistFormat == PlaylistFormat::invalid)
+        return invalidPlaylist();
+    const qsizetype entries = playlistEntries(header.playlistFormat, lines.size());
+    if (entries > MostImportedTracks)
+        throw tooLong(native);
+
+    QList<ImportedTrack> tracks;
+    QList<ImportMessage> messages;
+    for (qsizetype i = 0; i < entries; ++i) {
+        if (keepGoing && !keepGoing(int(i), int(entries)))
+            return {};
+        PlaylistEntry entry = parsePlaylistEntry(header, lines, i, folder);
+        if (header.playlistFormat == PlaylistFormat::m3u)
+            entry.name = plainName(entry.location, tags);
+        if (auto message = rejection(entry))
+            messages.append(*message);
+        else
+            tracks.append({entry.name, entry.location});
+    }
+    ImportResult result =
+        addImportedList(project, playlistListName(native), tracks, RecordNames::AsListed);
+    result.messages = messages;
+    return result;
+}
+
+}  // namespace tessaly

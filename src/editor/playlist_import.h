@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QByteArrayView>
+#include <QString>
+
+#include "editor/imported_list.h"
+#include "model/project.h"
+#include "platform/file_system.h"
+#include "platform/mp3_tags.h"
+
+namespace tessaly {
+
+/// A larger file is no playlist.
+constexpr qint64 MostPlaylistBytes = 32 * 1024 * 1024;
+
+/// The list that a playlist file of that name makes, not yet cut: what stands before ".txt" in it,
+/// else before ".m3u", in any case; else nothing.
+QString playlistListName(const QString& path);
+
+/// Makes a music list of a playlist that a media player exported (editor/playlist_parser.h has the
+/// formats). Tracks are taken in their order, whether their files exist or not; entries without a
+/// name, without a path or with another ending than "mp3" are left out, each with a message. The
+/// whole list is made, or nothing. Sets `unsavedChanges` in any case.
+///
+/// `path` is the playlist's own, absolute; empty, as after Cancel, it changes nothing. Throws when
+/// the file cannot be read, and error 555 beyond the limits of addImportedList().
+ImportResult importPlaylist(Project& project, FileSystem& files, const Mp3Tags& tags,
+                            const QString& path, const KeepGoing& keepGoing = {});
+
+/// The same for the bytes of the file at `path`. Any bytes will do.
+ImportResult importPlaylist(Project& project, QByteArrayView bytes, const Mp3Tags& tags,
+                            const QString& path, const KeepGoing& keepGoing = {});
+
+}  // namespace tessaly

@@ -1,0 +1,125 @@
+#include "editor/playlist_parser.h"
+
+#include <QDir>
+#include <optional>
+
+#include "editor/entry_fields.h"
+#include "model/format_limits.h"
+
+namespace tessaly {
+
+namespace {
+
+constexpr int TabbedNameColumn = 6;
+constexpr int TabbedLocationSkip = 8;
+
+QString nameFrom(QStringView text) {
+    // A column may be as long as the file; a name needs its beginning only.
+    return firstCharacters(text.first(std::min<qsizetype>(text.size(), 1024)).toString(),
+                           limits::DisplayText);
+}
+
+// The text behind the first `columns` columns; nothing when there are not so many tabs.
+std::optional<QStringView> behindColumns(QStringView line, int columns) {
+    for (; columns > 0; --columns) {
+        const qsizetype tab = line.indexOf(u'\t');
+        if (tab < 0)
+            return std::nullopt;
+        line = line.sliced(tab + 1);
+    }
+    return line;
+}
+
+QStringView firstColumn(QStringView line) {
+    const qsizetype tab = line.indexOf(u'\t');
+    return tab < 0 ? line : line.first(tab);
+}
+
+PlaylistEntry columnEntry(const PlaylistHeader& header, QStringView line) {
+    const auto name = behindColumns(line, header.nameColumn - 1);
+    if (header.locationColumnSkip < 0)
+        return {.name = name ? nameFrom(firstColumn(*name)) : QString(), .location = {}};
+    const auto location = behindColumns(line, header.locationColumnSkip);
+    if (!name || !location)
+        return {};
+    return {.name = nameFrom(firstColumn(*name)),
+            .location = (header.locationIsLast ? *location : firstColumn(*location)).toString()};
+}
+
+bool isAbsolute(QStringView path) {
+    return path.contains(u':') || (QDir::separator() == u'/' && path.startsWith(u'/'));
+}
+
+PlaylistEntry extendedEntry(QStringView information, std::optional<QStringView> path,
+                            const QString& folder) {
+    PlaylistEntry entry;
+    const qsizetype comma = information.indexOf(u',');
+    if (comma >= 0)
+        entry.name = nameFrom(information.sliced(comma + 1));
+    if (path)
+        entry.location = isAbsolute(*path) ? path->toString() : folder + path->toString();
+    return entry;
+}
+
+}  // namespace
+
+PlaylistHeader parsePlaylistHeader(QStringView line) {
+    if (!line.contains(u'\t'))
+        return {.playlistFormat =
+                    line.contains(u".mp3") ? PlaylistFormat::m3u : PlaylistFormat::invalid};
+    const QStringView first = firstColumn(line);
+    if (first.contains(u"Album"))
+        return {.playlistFormat = PlaylistFormat::tabbed,
+                .nameColumn = TabbedNameColumn,
+                .locationColumnSkip = TabbedLocationSkip};
+    const qsizetype name = line.indexOf(u"Name"), location = line.indexOf(u"Location");
+    // The path may stand in the first column, before the name.
+    if (first.contains(u"Name") || (first.contains(u"Location") && name >= 0)) {
+        PlaylistHeader header{.playlistFormat = PlaylistFormat::itunes,
+                              .nameColumn = int(line.first(name).count(u'\t')) + 1};
+        if (location >= 0)
+            header.locationColumnSkip = int(line.first(location).count(u'\t'));
+        header.locationIsLast = header.locationColumnSkip >= header.nameColumn - 1;
+        return header;
+    }
+    if (first.contains(u"#EXT"))
+        return {.playlistFormat = PlaylistFormat::extm3u};
+    return {};
+}
+
+qsizetype playlistEntries(PlaylistFormat format, qsizetype lines) {
+    switch (format) {
+        case PlaylistFormat::tabbed:
+        case PlaylistFormat::itunes:
+        case PlaylistFormat::m3u:
+            return lines - 1;
+        case PlaylistFormat::extm3u:
+            return lines / 2;
+        case PlaylistFormat::invalid:
+            break;
+    }
+    return 0;
+}
+
+PlaylistEntry parsePlaylistEntry(const PlaylistHeader& header, const QList<QStringView>& lines,
+                                 qsizetype index, const QString& folder) {
+    switch (header.playlistFormat) {
+        case PlaylistFormat::tabbed:
+        case PlaylistFormat::itunes:
+            return columnEntry(header, lines[index + 1]);
+        case PlaylistFormat::extm3u: {
+            const qsizetype line = 1 + 2 * index;
+            std::optional<QStringView> path;
+            if (line + 1 < lines.size())
+                path = lines[line + 1];
+            return extendedEntry(lines[line], path, folder);
+        }
+        case PlaylistFormat::m3u:
+            return {.name = {}, .location = lines[index].toString()};
+        case PlaylistFormat::invalid:
+            break;
+    }
+    return {};
+}
+
+}  // namespace tessaly
