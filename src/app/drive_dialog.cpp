@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <tuple>
 
-#include "card/card_summary.h"
+#include "platform/numbers.h"
 
 namespace tessaly {
 

@@ -9,6 +9,8 @@
 
 #include "app/about_window.h"
 #include "app/create_card_page.h"
+#include "app/music_page.h"
+#include "app/speech_page.h"
 #include "card/firmware.h"
 #include "platform/error.h"
 #include "platform/paths.h"
@@ -72,12 +74,16 @@ MainWindow::~MainWindow() {
 }
 
 void MainWindow::addPages() {
+    ui_->Tabs->addTab(new SpeechPage(session_.project, services_), "Speech Files");
+    ui_->Tabs->addTab(new MusicPage(session_.project, services_), "Music Files");
     createCard_ = new CreateCardPage(session_, services_);
     ui_->Tabs->addTab(createCard_, "Create Card");
     connect(createCard_, &CreateCardPage::totalsMeasured, this, &MainWindow::showTotals);
-    for (int i = 0; i < ui_->Tabs->count(); ++i)
-        connect(qobject_cast<Page*>(ui_->Tabs->widget(i)), &Page::projectChanged, this,
-                &MainWindow::showCaption);
+    for (int i = 0; i < ui_->Tabs->count(); ++i) {
+        auto* page = qobject_cast<Page*>(ui_->Tabs->widget(i));
+        connect(page, &Page::projectChanged, this, &MainWindow::showCaption);
+        connect(page, &Page::summaryDue, this, &MainWindow::measure);
+    }
 }
 
 bool MainWindow::startUp() {
@@ -150,7 +156,7 @@ void MainWindow::mnuFileNew_Click() {
         if (!startUp())
             closeAll();
         else
-            showTotals(updateSummary(session_.project, services_.files));
+            measure();
     });
 }
 
@@ -183,7 +189,7 @@ void MainWindow::openProject() {
     } catch (const TessalyError& error) {
         services_.prompts.tell({.text = error.description, .icon = Message::Icon::Exclamation});
     }
-    showTotals(updateSummary(session_.project, services_.files));
+    measure();
     showProject();
 }
 
@@ -258,7 +264,7 @@ void MainWindow::recover(const RecoveryCopy& copy) {
     } catch (const TessalyError& error) {
         services_.prompts.tell({.text = error.description, .icon = Message::Icon::Exclamation});
     }
-    showTotals(updateSummary(session_.project, services_.files));
+    measure();
     showProject();
 }
 
@@ -324,6 +330,10 @@ void MainWindow::showProject() {
         qobject_cast<Page*>(ui_->Tabs->widget(i))->projectReplaced();
     Tabs_Click();
     showCaption();
+}
+
+void MainWindow::measure() {
+    showTotals(updateSummary(session_.project, services_.files));
 }
 
 void MainWindow::showTotals(const CardTotals& totals) {

@@ -63,6 +63,7 @@ class MainWindow : public QMainWindow {
     void closeAll();
 
     void showProject();
+    void measure();
     void showTotals(const CardTotals& totals);
     void showCaption();
     Page* currentPage() const;

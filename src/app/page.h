@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+class QPushButton;
+
 namespace tessaly {
 
 /// One page of the main window.
@@ -15,12 +17,26 @@ class Page : public QWidget {
     /// project was replaced.
     virtual void showProject() = 0;
 
-    /// Called when the project is about to be replaced: nothing on the page may be written back.
+    /// Called when the project was replaced: what the page remembers of the old one is void.
     virtual void projectReplaced() {}
 
  signals:
     /// The page changed the project, or its flag of unsaved changes.
     void projectChanged();
+
+    /// The files that go onto the card, or what is shown of them, changed: the summary is due.
+    void summaryDue();
+
+ protected:
+    /// The button that Enter presses on this page; nullptr for none.
+    void setDefaultButton(QPushButton* button);
+    /// Takes the default away from `button` if it has it.
+    void unsetDefaultButton(QPushButton* button);
+
+    void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+    QPushButton* default_ = nullptr;
 };
 
 }  // namespace tessaly

@@ -4,7 +4,7 @@
 #include <QGuiApplication>
 
 #include "app/status_circle.h"
-#include "card/card_summary.h"
+#include "platform/numbers.h"
 #include "ui_create_card_page.h"
 
 namespace tessaly {

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <QHash>
+#include <memory>
+
+#include "app/page.h"
+#include "app/services.h"
+#include "editor/imported_list.h"
+#include "editor/music_editor.h"
+
+namespace Ui {
+class MusicPage;
+}
+
+namespace tessaly {
+
+/// The page of music lists, their tracks and the tracks' files.
+///
+/// One list box shows the tracks of the list on view; which row was selected is remembered for
+/// every list. Code that selects a row runs the same handler as a click.
+class MusicPage : public Page {
+    Q_OBJECT
+
+ public:
+    MusicPage(Project& project, const Services& services, QWidget* parent = nullptr);
+    ~MusicPage() override;
+
+    void showProject() override;
+    void projectReplaced() override;
+
+ private:
+    void buttAddMuList_Click();
+    void buttEditMuList_Click();
+    void buttDelMuList_Click();
+    void buttAddMuTrack_Click();
+    void buttEditMuTrack_Click();
+    void buttDelMuTrack_Click();
+    void buttAddMuFile_Click();
+    void buttAddMuItunesPlaylist_Click();
+    void buttAddMuListDir_Click();
+    void moveList(Direction direction);
+    void moveTrack(Direction direction);
+    void lstMuList_Click();
+    void lstMuTrack_Click();
+    void txtNewMuList_Change();
+    void txtNewMuTrack_Change();
+
+    MusicSelection selection() const;
+    void showLists(int row);
+    void showTracks(int row);
+    void showFile();
+    void clearFile();
+    void edited();
+    void import(const std::function<ImportResult(const KeepGoing&)>& run);
+
+    Project& project_;
+    const Services& services_;
+    const std::unique_ptr<Ui::MusicPage> ui_;
+    QHash<int, int> trackRows_;  // slot of a list -> row selected among its tracks
+    QString lastFileFolder_;
+    QString lastMusicFolder_;
+};
+
+}  // namespace tessaly

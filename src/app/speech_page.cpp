@@ -1,0 +1,245 @@
+#include "app/speech_page.h"
+
+#include <QFileInfo>
+#include <QListWidget>
+
+#include "app/limited_line_edit.h"
+#include "app/list_view_tools.h"
+#include "editor/displays.h"
+#include "editor/entry_fields.h"
+#include "model/format_limits.h"
+#include "ui_speech_page.h"
+
+namespace tessaly {
+
+SpeechPage::SpeechPage(Project& project, const Services& services, QWidget* parent)
+    : Page(parent),
+      project_(project),
+      services_(services),
+      ui_(std::make_unique<Ui::SpeechPage>()) {
+    ui_->setupUi(this);
+    ui_->txtNewSpTitle->setLimit(limits::DisplayText);
+    ui_->txtNewLang->setLimit(limits::LanguageName);
+    makeMoveButtons(ui_->imgSpUp, ui_->imgSpDn, ui_->lstSpTitles, "title");
+    makeMoveButtons(ui_->imgLangsUp, ui_->imgLangsDn, ui_->lstLangs, "language");
+    const auto clicked = [this](QAbstractButton* button, void (SpeechPage::*handler)()) {
+        connect(button, &QAbstractButton::clicked, this, handler);
+    };
+    clicked(ui_->buttAddSpTitle, &SpeechPage::buttAddSpTitle_Click);
+    clicked(ui_->buttEditSpTitle, &SpeechPage::buttEditSpTitle_Click);
+    clicked(ui_->buttDelSpTitle, &SpeechPage::buttDelSpTitle_Click);
+    clicked(ui_->buttAddLang, &SpeechPage::buttAddLang_Click);
+    clicked(ui_->buttEditLang, &SpeechPage::buttEditLang_Click);
+    clicked(ui_->buttDelLang, &SpeechPage::buttDelLang_Click);
+    clicked(ui_->buttAddSpFile, &SpeechPage::buttAddSpFile_Click);
+    connect(ui_->imgSpUp, &QToolButton::clicked, this, [this] { moveTitle(Direction::Up); });
+    connect(ui_->imgSpDn, &QToolButton::clicked, this, [this] { moveTitle(Direction::Down); });
+    connect(ui_->imgLangsUp, &QToolButton::clicked, this, [this] { moveLang(Direction::Up); });
+    connect(ui_->imgLangsDn, &QToolButton::clicked, this, [this] { moveLang(Direction::Down); });
+    connect(ui_->lstSpTitles, &QListWidget::itemSelectionChanged, this,
+            &SpeechPage::lstSpTitles_Click);
+    connect(ui_->lstLangs, &QListWidget::itemSelectionChanged, this, &SpeechPage::lstLangs_Click);
+    connect(ui_->txtNewSpTitle, &QLineEdit::textChanged, this, &SpeechPage::txtNewSpTitle_Change);
+    connect(ui_->txtNewLang, &QLineEdit::textChanged, this, &SpeechPage::txtNewLang_Change);
+    for (LimitedLineEdit* field : {ui_->txtNewSpTitle, ui_->txtNewLang})
+        connect(field, &LimitedLineEdit::refused, this, [this] { services_.prompts.beep(); });
+    for (QPushButton* button :
+         {ui_->buttAddSpTitle, ui_->buttEditSpTitle, ui_->buttDelSpTitle, ui_->buttAddLang,
+          ui_->buttEditLang, ui_->buttDelLang, ui_->buttAddSpFile})
+        button->setEnabled(false);
+}
+
+SpeechPage::~SpeechPage() = default;
+
+SpeechSelection SpeechPage::selection() const {
+    return {.title = selectedRow(ui_->lstSpTitles), .language = selectedRow(ui_->lstLangs)};
+}
+
+// ---- showing -----------------------------------------------------------------------------------
+
+void SpeechPage::projectReplaced() {
+    ui_->txtNewSpTitle->clear();
+    ui_->txtNewLang->clear();
+    ui_->buttEditSpTitle->setEnabled(false);
+    ui_->buttDelSpTitle->setEnabled(false);
+    showTitles(-1);
+    showLangs(-1);
+    clearFile();
+}
+
+void SpeechPage::showProject() {
+    showTitles(selectedRow(ui_->lstSpTitles));
+    showLangs(selectedRow(ui_->lstLangs));
+}
+
+void SpeechPage::showTitles(int row) {
+    showLines(ui_->lstSpTitles, project_.lstSpTitles, row);
+}
+
+void SpeechPage::showLangs(int row) {
+    showLines(ui_->lstLangs, project_.lstLangs, row);
+    ui_->buttEditLang->setEnabled(row >= 0);
+    ui_->buttDelLang->setEnabled(row >= 0);
+}
+
+void SpeechPage::clearFile() {
+    ui_->buttAddSpFile->setEnabled(false);
+    ui_->txtSpeechFile->clear();
+    ui_->lblSpFilesize->setText("0.0 MB");
+}
+
+// The file of the selected pair; without a whole selection there is none to choose.
+void SpeechPage::showFile() {
+    const SpeechSelection selected = selection();
+    if (selected.title < 0 || selected.language < 0) {
+        clearFile();
+        return;
+    }
+    ui_->buttAddSpFile->setEnabled(true);
+    const FileDisplay display = speechDisplay(project_, selected, services_.files);
+    ui_->txtSpeechFile->setText(display.path);
+    ui_->lblSpFilesize->setText(display.size);
+}
+
+void SpeechPage::lstSpTitles_Click() {
+    ui_->buttEditSpTitle->setEnabled(true);
+    ui_->buttDelSpTitle->setEnabled(true);
+    showFile();
+}
+
+void SpeechPage::lstLangs_Click() {
+    ui_->buttEditLang->setEnabled(true);
+    ui_->buttDelLang->setEnabled(true);
+    showFile();
+}
+
+// ---- entry fields ------------------------------------------------------------------------------
+
+void SpeechPage::txtNewSpTitle_Change() {
+    const bool hasName = !ui_->txtNewSpTitle->text().isEmpty();
+    ui_->buttAddSpTitle->setEnabled(hasName);
+    if (hasName)
+        setDefaultButton(ui_->buttAddSpTitle);
+    else
+        unsetDefaultButton(ui_->buttAddSpTitle);
+    ui_->buttEditSpTitle->setEnabled(false);
+    ui_->buttDelSpTitle->setEnabled(false);
+    selectRowSilently(ui_->lstSpTitles, -1);
+    showFile();
+}
+
+void SpeechPage::txtNewLang_Change() {
+    const auto enabled = addLanguageEnabled(project_, ui_->txtNewLang->text());
+    if (!enabled)
+        return;
+    ui_->buttAddLang->setEnabled(*enabled);
+    if (*enabled)
+        setDefaultButton(ui_->buttAddLang);
+    else
+        unsetDefaultButton(ui_->buttAddLang);
+}
+
+// ---- titles ------------------------------------------------------------------------------------
+
+void SpeechPage::buttAddSpTitle_Click() {
+    const EditResult result = addSpeechTitle(project_, ui_->txtNewSpTitle->text());
+    if (result.isDone) {
+        ui_->txtNewSpTitle->clear();
+        showTitles(result.row);
+        ui_->lstSpTitles->scrollToBottom();
+    }
+    emit projectChanged();
+}
+
+void SpeechPage::buttEditSpTitle_Click() {
+    const int row = selectedRow(ui_->lstSpTitles);
+    const auto name = lineAt(project_.lstSpTitles, row);
+    const QString answer =
+        name ? services_.prompts.inputText("Enter new text for speech title:", *name) : QString();
+    const EditResult result = renameSpeechTitle(project_, row, answer);
+    showTitles(result.row);
+    showFile();
+    emit projectChanged();
+}
+
+void SpeechPage::buttDelSpTitle_Click() {
+    const EditResult result = deleteSpeechTitle(project_, selectedRow(ui_->lstSpTitles));
+    if (result.isDone) {
+        showTitles(result.row);
+        if (result.row >= 0)
+            lstSpTitles_Click();
+        else
+            clearFile();
+        emit summaryDue();
+    }
+    emit projectChanged();
+}
+
+void SpeechPage::moveTitle(Direction direction) {
+    const EditResult result = moveSpeechTitle(project_, selectedRow(ui_->lstSpTitles), direction);
+    if (!result.isDone)
+        return;
+    showTitles(result.row);
+    lstSpTitles_Click();
+}
+
+// ---- languages ---------------------------------------------------------------------------------
+
+void SpeechPage::buttAddLang_Click() {
+    const EditResult result = addLanguage(project_, ui_->txtNewLang->text());
+    if (result.isDone) {
+        ui_->txtNewLang->clear();
+        ui_->buttAddLang->setEnabled(false);
+        showLangs(selectedRow(ui_->lstLangs));
+        ui_->lstLangs->scrollToBottom();
+    }
+    emit projectChanged();
+}
+
+void SpeechPage::buttEditLang_Click() {
+    const int row = selectedRow(ui_->lstLangs);
+    const auto name = lineAt(project_.lstLangs, row);
+    const QString answer =
+        name ? services_.prompts.inputText("Enter new text for language:", *name) : QString();
+    const EditResult result = renameLanguage(project_, row, answer);
+    showLangs(result.row);
+    showFile();
+    emit projectChanged();
+}
+
+void SpeechPage::buttDelLang_Click() {
+    const EditResult result = deleteLanguage(project_, selectedRow(ui_->lstLangs));
+    if (result.isDone) {
+        showLangs(result.row);
+        showFile();
+        emit summaryDue();
+    }
+    emit projectChanged();
+}
+
+void SpeechPage::moveLang(Direction direction) {
+    const EditResult result = moveLanguage(project_, selectedRow(ui_->lstLangs), direction);
+    if (!result.isDone)
+        return;
+    showLangs(result.row);
+    lstLangs_Click();
+}
+
+// ---- files -------------------------------------------------------------------------------------
+
+void SpeechPage::buttAddSpFile_Click() {
+    const SpeechSelection selected = selection();
+    QString path;
+    if (selected.title >= 0 && selected.language >= 0)
+        path =
+            services_.prompts.openFile({.filter = "MP3 files (*.mp3)", .folder = lastFileFolder_});
+    if (!path.isEmpty())
+        lastFileFolder_ = QFileInfo(path).path();
+    if (chooseSpeechFile(project_, selected, path).isDone) {
+        showFile();
+        emit summaryDue();
+    }
+    emit projectChanged();
+}
+
+}  // namespace tessaly
