@@ -8,10 +8,6 @@
 
 namespace tessaly {
 
-/// What the trigger page calls the items that are no track, in records as on the screen.
-inline constexpr QStringView ContinuousMixName = u"<Continuous Mix>";
-inline constexpr QStringView PlayFullListName = u"<Play Full List>";
-
 /// Called with the step code of each stage of the builder, 203 to 213, before the stage begins.
 using StepReporter = std::function<void(int stepCode)>;
 

@@ -15,6 +15,10 @@ constexpr int SystemTextSlots = 19;
 constexpr int SystemTextsUsed = 18;  ///< slots 0 to 17; the last is never saved
 constexpr int TriggerSlots = 7;
 
+/// What the trigger page calls the items that are no track, in records as on the screen.
+inline constexpr QStringView ContinuousMixName = u"<Continuous Mix>";
+inline constexpr QStringView PlayFullListName = u"<Play Full List>";
+
 /// Everything that an operator prepares for one card: a plain value.
 ///
 /// The tables that grow keep a blank record in slot 0 that is never used. A record of `TrackTable`

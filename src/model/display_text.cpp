@@ -1,0 +1,80 @@
+#include "model/display_text.h"
+
+#include "model/text_codec.h"
+
+namespace tessaly {
+
+namespace {
+
+constexpr QChar Backspace(8);
+
+// Calls `use` with each character of a text, of one unit or two.
+template <typename Use>
+void eachCharacter(QStringView text, const Use& use) {
+    for (qsizetype i = 0; i < text.size();) {
+        const bool isPair =
+            text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
+        const QStringView character = text.sliced(i, isPair ? 2 : 1);
+        use(character);
+        i += character.size();
+    }
+}
+
+QString withoutControls(const QString& text) {
+    QString cleaned = text.normalized(QString::NormalizationForm_C);
+    while (cleaned.endsWith('\n') || cleaned.endsWith('\r'))
+        cleaned.chop(1);
+    cleaned.replace("\r\n", " ");
+    for (QChar& c : cleaned)
+        if (c.category() == QChar::Other_Control)
+            c = ' ';
+    return cleaned;
+}
+
+}  // namespace
+
+int displayLength(QStringView text) {
+    return int(toCodePage(text).size());
+}
+
+QString displayLengthText(QStringView text) {
+    return QString("%1 / %2").arg(displayLength(text)).arg(limits::DisplayText);
+}
+
+QList<DisplayCell> displayCells(QStringView text) {
+    QList<DisplayCell> cells;
+    eachCharacter(text, [&](QStringView character) {
+        if (cells.size() < limits::DisplayText)
+            cells.append({quint8(toCodePage(character).front()), !fitsCodePage(character)});
+    });
+    return cells;
+}
+
+QStringList charactersDisplayLacks(QStringView text) {
+    QStringList lacking;
+    int cell = 0;
+    eachCharacter(text, [&](QStringView character) {
+        if (cell++ < limits::DisplayText && !fitsCodePage(character))
+            lacking.append(character.toString());
+    });
+    lacking.removeDuplicates();
+    return lacking;
+}
+
+bool refusesKey(QStringView text, QChar key, int limit) {
+    return key != Backspace && displayLength(text) >= limit;
+}
+
+Paste pasteInto(QStringView text, QStringView selected, const QString& pasted, int limit) {
+    const int room = limit - (displayLength(text) - displayLength(selected));
+    Paste paste;
+    int length = 0;
+    eachCharacter(withoutControls(pasted), [&](QStringView character) {
+        if (length++ < room)
+            paste.text.append(character);
+    });
+    paste.isCut = length > room;
+    return paste;
+}
+
+}  // namespace tessaly
