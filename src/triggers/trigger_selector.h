@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <optional>
+
+#include "model/project.h"
+
+// The selector of the page "Triggers & Attributes": two list boxes that together name an item.
+
+namespace tessaly {
+
+enum class TriggerMode { Music, Speech };
+
+/// What the selector shows. Rows count from 0; -1 where no line is selected.
+struct TriggerSelector {
+    TriggerMode mode = TriggerMode::Music;  ///< buttTrigMusic or buttTrigSpeech
+    QString lblTrigSpTitles;                ///< caption above the left list
+    QStringList lstTrigLeft;
+    int leftRow = -1;
+    QStringList lstTrigRight;
+    int rightRow = -1;
+    bool rightVisible = false;  ///< lstTrigRight and lblTrigMuTitles
+
+    bool operator==(const TriggerSelector&) const = default;
+};
+
+/// What kind of item is selected; None while a music list waits for a choice on the right.
+enum class SelectedItem { None, ContinuousMix, WholeList, Track, Title };
+
+/// What a selector's rows come to.
+struct TriggerSelection {
+    TriggerMode mode = TriggerMode::Music;
+    std::optional<QString> left;   ///< music list, "<Continuous Mix>" or title
+    std::optional<QString> right;  ///< track or "<Play Full List>"
+    SelectedItem item = SelectedItem::None;
+
+    bool operator==(const TriggerSelection&) const = default;
+};
+
+/// The selector right after a click on buttTrigMusic or buttTrigSpeech, and whenever the page comes
+/// to the front: filled from the project, the first line selected.
+TriggerSelector selectTriggerMode(const Project& project, TriggerMode mode);
+
+/// Selects a line of lstTrigLeft and fills lstTrigRight; a row that does not exist selects none. A
+/// music list becomes the editor's current one.
+void selectTriggerLeft(Project& project, TriggerSelector& selector, int row);
+
+/// Selects a line of lstTrigRight; a row that does not exist selects none.
+void selectTriggerRight(TriggerSelector& selector, int row);
+
+TriggerSelection selectionOf(const TriggerSelector& selector);
+
+}  // namespace tessaly
