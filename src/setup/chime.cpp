@@ -1,0 +1,31 @@
+#include "setup/chime.h"
+
+namespace tessaly {
+
+ChimeControls chimeControls(const Project& project) {
+    ChimeControls controls;
+    const bool hasFile = project.buttPlayIntChime;
+    const bool repeats = project.buttPlayIntChime || project.buttPlayExtChime;
+    controls.Label24 = controls.txtChimeFileName = controls.buttGetChimeFile = hasFile;
+    controls.buttChimeAlways = controls.buttChimeOnce = repeats;
+    controls.Label17 = controls.Label19 = repeats;
+    return controls;
+}
+
+void clickChimeOption(Project& project, bool Project::*option) {
+    project.unsavedChanges = true;
+    setChimeOption(project, option, true);
+}
+
+void chooseChimeFile(Project& project, const std::optional<QString>& file) {
+    project.unsavedChanges = true;
+    if (file)
+        project.txtChimeFileName = *file;
+}
+
+void setChimeFileName(Project& project, const QString& text) {
+    project.unsavedChanges = true;
+    project.txtChimeFileName = text;
+}
+
+}  // namespace tessaly
