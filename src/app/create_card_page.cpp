@@ -5,6 +5,7 @@
 #include <QListWidget>
 #include <QTimer>
 
+#include "app/list_view_tools.h"
 #include "app/run_view.h"
 #include "app/status_circle.h"
 #include "card/firmware.h"
@@ -47,11 +48,8 @@ CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services
       ui_(std::make_unique<Ui::CreateCardPage>()),
       writer_(services.files, services.drives) {
     ui_->setupUi(this);
-    const QFont courier("Courier New", font().pointSize());
     for (QListWidget* list : {ui_->lstBadMuLists, ui_->lstBadLangs, ui_->lstBadSpTitles}) {
-        QFont fixed = courier;
-        fixed.setStyleHint(QFont::TypeWriter);
-        list->setFont(fixed);
+        list->setFont(fixedFont(font()));
         list->hide();
     }
     ui_->fraCC7->hide();

@@ -38,6 +38,12 @@ void selectRowSilently(QListWidget* list, int row) {
     }
 }
 
+QFont fixedFont(const QFont& font) {
+    QFont fixed("Courier New", font.pointSize());
+    fixed.setStyleHint(QFont::TypeWriter);
+    return fixed;
+}
+
 void makeMoveButtons(QToolButton* up, QToolButton* down, QListWidget* list, const QString& what) {
     const auto make = [&](QToolButton* button, QStyle::StandardPixmap icon, const QString& where,
                           const QKeySequence& key) {

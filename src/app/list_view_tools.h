@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFont>
 #include <QStringList>
 
 class QListWidget;
@@ -15,6 +16,9 @@ int selectedRow(const QListWidget* list);
 
 /// Selects a row without a signal; -1 selects none.
 void selectRowSilently(QListWidget* list, int row);
+
+/// A font of fixed pitch (Courier where there is one) in the size of `font`.
+QFont fixedFont(const QFont& font);
 
 /// Gives a pair of buttons their arrows, tool tips and the keys Alt+Up and Alt+Down, which work
 /// while `list` has the focus. `what` is moved ("list", "track", ...).

@@ -10,7 +10,9 @@
 #include "app/about_window.h"
 #include "app/create_card_page.h"
 #include "app/music_page.h"
+#include "app/setup_page.h"
 #include "app/speech_page.h"
+#include "app/triggers_page.h"
 #include "card/firmware.h"
 #include "platform/error.h"
 #include "platform/paths.h"
@@ -76,6 +78,9 @@ MainWindow::~MainWindow() {
 void MainWindow::addPages() {
     ui_->Tabs->addTab(new SpeechPage(session_.project, services_), "Speech Files");
     ui_->Tabs->addTab(new MusicPage(session_.project, services_), "Music Files");
+    // Two ampersands are shown as one.
+    ui_->Tabs->addTab(new TriggersPage(session_.project), "Triggers && Attributes");
+    ui_->Tabs->addTab(new SetupPage(session_.project, services_), "Setup Items");
     createCard_ = new CreateCardPage(session_, services_);
     ui_->Tabs->addTab(createCard_, "Create Card");
     connect(createCard_, &CreateCardPage::totalsMeasured, this, &MainWindow::showTotals);

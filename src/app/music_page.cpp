@@ -76,8 +76,17 @@ void MusicPage::projectReplaced() {
 }
 
 void MusicPage::showProject() {
-    showLists(selectedRow(ui_->lstMuList));
-    showTracks(selectedRow(ui_->lstMuTrack));
+    const int row = selectedRow(ui_->lstMuList);
+    showLists(row);
+    // Another page may have brought another list on view.
+    const QString current = project_.MusicListNames.value(project_.currentMusicList);
+    const int currentRow = int(project_.lstMuList.indexOf(current));
+    if (row >= 0 && currentRow >= 0 && row != currentRow) {
+        showLists(currentRow);
+        lstMuList_Click();
+    } else {
+        showTracks(selectedRow(ui_->lstMuTrack));
+    }
 }
 
 void MusicPage::showLists(int row) {

@@ -20,12 +20,5 @@ int main(int argc, char** argv) {
     qInstallMessageHandler(withoutNoise);
     const QApplication app(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-
-int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    // No screen is needed; a developer may still ask for one.
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QApplication app(argc, argv);
     return RUN_ALL_TESTS();
 }

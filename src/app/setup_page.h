@@ -1,0 +1,48 @@
+#pragma once
+
+#include <memory>
+
+#include "app/page.h"
+#include "app/services.h"
+#include "model/project.h"
+
+namespace Ui {
+class SetupPage;
+}
+
+namespace tessaly {
+
+class LimitedLineEdit;
+class SystemTextWindow;
+
+/// The page of what applies to the whole card: title, default languages, chime, system texts.
+class SetupPage : public Page {
+    Q_OBJECT
+
+ public:
+    SetupPage(Project& project, const Services& services, QWidget* parent = nullptr);
+    ~SetupPage() override;
+
+    void showProject() override;
+    void projectReplaced() override;
+
+ private:
+    void lstDefaultLangs_Click();
+    void buttGetChimeFile_Click();
+    void txtChimeFileName_Change(const QString& text);
+    void buttAdvancedSettings_Click();
+
+    void connectTitle(LimitedLineEdit* edit, QString Project::*line);
+    void connectChime();
+    void showTitle();
+    void showDefaultLangs();
+    void showChime();
+
+    Project& project_;
+    const Services& services_;
+    const AppFolders folders_;
+    const std::unique_ptr<Ui::SetupPage> ui_;
+    SystemTextWindow* systemTexts_;
+};
+
+}  // namespace tessaly

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <array>
+#include <memory>
+
+#include "app/page.h"
+#include "triggers/discrete_triggers.h"
+#include "triggers/playback_attributes.h"
+#include "triggers/trigger_selector.h"
+
+class QCheckBox;
+class QPushButton;
+
+namespace Ui {
+class TriggersPage;
+}
+
+namespace tessaly {
+
+class ElidedLabel;
+
+/// The page of playback attributes, the power-up item and the discrete triggers. It keeps what is
+/// selected and shows what the rules make of it; only clicks of the operator change the project.
+class TriggersPage : public Page {
+    Q_OBJECT
+
+ public:
+    explicit TriggersPage(Project& project, QWidget* parent = nullptr);
+    ~TriggersPage() override;
+
+    void showProject() override;
+
+ private:
+    struct Row {
+        QCheckBox* buttTrig;
+        ElidedLabel* lblTrig;
+        QPushButton* buttViewTrig;
+    };
+
+    void buttTrigMusic_Click();
+    void buttTrigSpeech_Click();
+    void lstTrigLeft_Click();
+    void lstTrigRight_Click();
+    void chkEndlessLoop_Click(bool checked);
+    void chkPowerUp_Click(bool checked);
+    void buttClearPowerUp_Click();
+    void buttTrig_Click(int slot, bool checked);
+    void buttViewTrig_Click(int slot);
+
+    void connectAttributes();
+    void showSelector();
+    void showItem();
+    void showRows(const TriggerSelection& selection);
+
+    Project& project_;
+    const std::unique_ptr<Ui::TriggersPage> ui_;
+    std::array<Row, TriggerRows> rows_;
+    TriggerSelector selector_;
+};
+
+}  // namespace tessaly
