@@ -1,0 +1,268 @@
+// The music page against a model of it that knows things where the program knows names: there a
+// rename needs no search and a deletion leaves nothing behind. Both take the same random steps.
+#include <memory>
+#include <random>
+#include <vector>
+
+#include "editor/music_editor.h"
+#include "support/scratch_folder.h"
+
+namespace tessaly {
+
+namespace {
+
+struct List;
+
+struct Track {
+    QString name;
+    QString path;  // empty until a file is chosen
+    std::weak_ptr<List> list;
+};
+
+struct List {
+    QString name;
+    std::vector<std::shared_ptr<Track>> tracks;
+};
+
+// What a trigger or the power-up item plays: nothing as soon as that is gone.
+struct Player {
+    std::weak_ptr<List> list;
+    std::weak_ptr<Track> track;
+};
+
+template <typename Things>
+QString freeName(QString name, const Things& things) {
+    int number = 1;
+    for (size_t i = 0; i < things.size();) {
+        if (things[i]->name != name) {
+            ++i;
+            continue;
+        }
+        const QString digits = QString("%1").arg(number, 2, 10, QChar('0'));
+        name = number > 1 ? digits + name.mid(2) : digits + ' ' + name;
+        ++number;
+        i = 0;
+    }
+    return name;
+}
+
+struct Model {
+    std::vector<std::shared_ptr<List>> lists;
+    std::vector<std::weak_ptr<Track>> table;
+    std::vector<Player> players = std::vector<Player>(3);
+
+    std::shared_ptr<List> list(int row) const {
+        return row >= 0 && size_t(row) < lists.size() ? lists[size_t(row)] : nullptr;
+    }
+    std::shared_ptr<Track> track(const MusicSelection& at) const {
+        const auto in = list(at.list);
+        return in && at.track >= 0 && size_t(at.track) < in->tracks.size()
+                   ? in->tracks[size_t(at.track)]
+                   : nullptr;
+    }
+
+    void choose(const MusicSelection& at, const QString& path) {
+        if (const auto chosen = track(at); chosen && !path.isEmpty()) {
+            if (chosen->path.isEmpty())
+                table.push_back(chosen);
+            chosen->path = path;
+        }
+    }
+
+    void moveTrack(const MusicSelection& at, int step) {
+        const auto moved = track(at);
+        if (!moved || !track({at.list, at.track + step}))
+            return;
+        for (size_t i = 0; i < table.size(); ++i) {
+            if (table[i].lock() != moved)
+                continue;
+            const size_t partner = i + size_t(step);
+            if (partner >= table.size())
+                return;
+            std::swap(table[i], table[partner]);
+            break;
+        }
+        auto& tracks = list(at.list)->tracks;
+        std::swap(tracks[size_t(at.track)], tracks[size_t(at.track + step)]);
+    }
+};
+
+QStringList inWords(const Model& model) {
+    QStringList words;
+    for (const auto& list : model.lists) {
+        words.append("list " + list->name);
+        for (const auto& track : list->tracks)
+            words.append("  " + track->name);
+    }
+    for (const auto& entry : model.table) {
+        const auto track = entry.lock();
+        words.append(track ? track->list.lock()->name + '/' + track->name + " <- " + track->path
+                           : QString("deleted"));
+    }
+    for (const Player& player : model.players) {
+        const auto list = player.list.lock();
+        const auto track = player.track.lock();
+        words.append(list && track ? "plays " + list->name + '/' + track->name : QString("free"));
+    }
+    return words;
+}
+
+QStringList inWords(const Project& project) {
+    QStringList words;
+    for (const QString& list : project.lstMuList) {
+        words.append("list " + list);
+        for (const QString& track : tracksOfMusicList(project, list))
+            words.append("  " + track);
+    }
+    for (const TrackRecord& record : project.TrackTable.mid(1))
+        words.append(isMusic(record) ? record.groupName.text() + '/' + record.itemName.text() +
+                                           " <- " + record.sourcePath.text()
+                                     : QString("deleted"));
+    const auto player = [&](const TrackRecord& record, bool plays) {
+        words.append(plays ? "plays " + record.groupName.text() + '/' + record.itemName.text()
+                           : QString("free"));
+    };
+    for (const int slot : {0, 6})
+        player(project.TriggerTable[size_t(slot)], isAssigned(project.TriggerTable[size_t(slot)]));
+    player(project.PowerUpRecord, hasPowerUpItem(project));
+    return words;
+}
+
+void expectInvariants(const Project& project) {
+    EXPECT_EQ(project.TrackTable[0], TrackRecord());
+    EXPECT_EQ(project.lstMuTrack.size(), project.MusicListNames.size());
+    EXPECT_EQ(project.MusicListNames.last(), "");
+    EXPECT_TRUE(project.lstMuTrack.last().isEmpty());
+    QStringList used = project.MusicListNames, shown = project.lstMuList;
+    used.removeAll("");
+    used.sort();
+    shown.sort();
+    EXPECT_EQ(used, shown);
+    EXPECT_EQ(shown.removeDuplicates(), 0);
+}
+
+class Steps {
+ public:
+    explicit Steps(unsigned seed) : random_(seed) {
+        // A title that is named like music is none of this page's business.
+        TrackRecord& speech = project.TriggerTable[3];
+        speech.sourcePath = "speech";
+        speech.itemName = speech.groupName = "A";
+        speech_ = speech;
+    }
+
+    void take() {
+        const MusicSelection at{.list = row(int(model.lists.size())), .track = row(5)};
+        const auto list = model.list(at.list);
+        const auto track = model.track(at);
+        const QString name = anyName();
+        const int step = upTo(1) == 0 ? -1 : 1;
+        switch (upTo(11)) {
+            case 0:
+                addNewMusicList(project, name);
+                if (!name.isEmpty())
+                    model.lists.push_back(
+                        std::make_shared<List>(List{freeName(name, model.lists), {}}));
+                break;
+            case 1:
+            case 2:
+            case 3:
+                addNewMusicTrack(project, at, name);
+                if (list)
+                    list->tracks.push_back(
+                        std::make_shared<Track>(Track{freeName(name, list->tracks), {}, list}));
+                break;
+            case 4:
+            case 5: {
+                const QString path = upTo(5) == 0 ? QString() : QString("%1.mp3").arg(++files_);
+                chooseMusicFile(project, at, path);
+                model.choose(at, path);
+                break;
+            }
+            case 6:
+                renameMusicList(project, at.list, name);
+                if (list && !name.isEmpty())
+                    list->name = freeName(name, model.lists);
+                break;
+            case 7:
+                renameMusicTrack(project, at, name);
+                if (track && !name.isEmpty())
+                    track->name = freeName(name, list->tracks);
+                break;
+            case 8:
+                if (upTo(2) > 0)  // or there is soon nothing left
+                    break;
+                deleteMusicList(project, at.list);
+                if (list)
+                    model.lists.erase(model.lists.begin() + at.list);
+                break;
+            case 9:
+                deleteMusicTrack(project, at);
+                if (track)
+                    list->tracks.erase(list->tracks.begin() + at.track);
+                break;
+            case 10:
+                if (upTo(1) == 0) {
+                    moveMusicTrack(project, at, Direction(step));
+                    model.moveTrack(at, step);
+                } else {
+                    moveMusicList(project, at.list, Direction(step));
+                    if (list && model.list(at.list + step))
+                        std::swap(model.lists[size_t(at.list)],
+                                  model.lists[size_t(at.list + step)]);
+                }
+                break;
+            case 11:
+                if (track)
+                    play(list, track);
+                break;
+        }
+    }
+
+    void compare() const {
+        EXPECT_EQ(inWords(project), inWords(model));
+        EXPECT_EQ(project.TriggerTable[3], speech_);
+        expectInvariants(project);
+    }
+
+    Project project;
+    Model model;
+
+ private:
+    int upTo(int most) { return std::uniform_int_distribution<int>(0, most)(random_); }
+    int row(int count) { return upTo(count + 1) - 1; }  // none and one too many among them
+    QString anyName() {
+        const char* names[] = {"A", "B", "01 A", "02 A", "AB", ""};
+        return names[upTo(5)];
+    }
+
+    void play(const std::shared_ptr<List>& list, const std::shared_ptr<Track>& track) {
+        const int which = upTo(2);
+        model.players[size_t(which)] = {list, track};
+        TrackRecord& player = which == 0   ? project.TriggerTable[0]
+                              : which == 1 ? project.TriggerTable[6]
+                                           : project.PowerUpRecord;
+        player.groupName = list->name;
+        player.itemName = track->name;
+        (which == 2 ? player.kind : player.sourcePath) = "music";
+    }
+
+    std::mt19937 random_;
+    TrackRecord speech_;
+    int files_ = 0;
+};
+
+}  // namespace
+
+TEST(EditorModel, RandomStepsAgree) {
+    for (unsigned seed = 1; seed <= 150; ++seed) {
+        SCOPED_TRACE(seed);
+        Steps steps(seed);
+        for (int i = 0; i < 150 && !testing::Test::HasFailure(); ++i) {
+            steps.take();
+            steps.compare();
+        }
+    }
+}
+
+}  // namespace tessaly

@@ -1,0 +1,97 @@
+#include "editor/music_folder_import.h"
+
+#include "model/music_lists.h"
+#include "platform/error.h"
+#include "platform/local_file_system.h"
+#include "support/fake_tags.h"
+#include "support/scratch_folder.h"
+
+namespace tessaly {
+
+using namespace test;
+
+namespace {
+
+const LocalFileSystem Files;
+
+}  // namespace
+
+TEST(MusicFolderImport, TakesFilesInTheOrderOfTheirNames) {
+    const ScratchFolder scratch;
+    for (const char* name : {"a_b.mp3", "AB.MP3", "a.mp3", "b.Mp3", "c.mp3.mp3", "10.mp3", "9.mp3",
+                             "cover.jpg", "mp3", "x.mp3x"})
+        scratch.write(QString("Summer Evenings at Sea/") + name, "x");
+    scratch.makeFolder("Summer Evenings at Sea/folder.mp3");
+    QFile::link(scratch.path("Summer Evenings at Sea/a.mp3"),
+                scratch.path("Summer Evenings at Sea/link.mp3"));
+    QFile::link("nowhere", scratch.path("Summer Evenings at Sea/dangling.mp3"));
+    FakeTags tags;
+    tags.blocks["9.mp3"] = {titled("T"), {}};
+    tags.blocks["10.mp3"] = {titled("T"), {}};
+    tags.blocks["a.mp3"] = {{}, titled("the second block does not count")};
+    tags.blocks["b.Mp3"] = {titled("A title of more letters"), {}};
+
+    Project project;
+    const ImportResult result =
+        importMusicFolder(project, Files, tags, scratch.path("Summer Evenings at Sea/"));
+    EXPECT_EQ(result.outcome, ImportResult::Outcome::Imported);
+    EXPECT_EQ(result.list, "Summer Evenings ");
+    EXPECT_EQ(result.listRow, 0);
+    EXPECT_EQ(result.trackRow, 7);
+    EXPECT_EQ(tracksOfMusicList(project, result.list),
+              (QStringList{"T", "01 T", "a", "AB", "a_b", "A title of more ", "c", "link"}));
+    QStringList records;
+    for (const TrackRecord& record : project.TrackTable.mid(1)) {
+        EXPECT_TRUE(isMusic(record) && record.groupName.is(result.list));
+        records.append(record.itemName.text() + " <- " + lastNameOf(record.sourcePath.text()));
+    }
+    EXPECT_EQ(records, (QStringList{"T <- 10.mp3", "T <- 9.mp3", "a <- a.mp3", "AB <- AB.MP3",
+                                    "a_b <- a_b.mp3", "A title of more  <- b.Mp3", "c <- c.mp3.mp3",
+                                    "link <- link.mp3"}));
+    EXPECT_EQ(project.TrackTable[1].sourcePath.text(),
+              scratch.path("Summer Evenings at Sea/10.mp3"));
+    EXPECT_EQ(importMusicFolder(project, Files, tags, scratch.path("Summer Evenings at Sea")).list,
+              "01 Summer Evenings ");
+}
+
+TEST(MusicFolderImport, WithoutFilesOrWhenCancelledMakesNothing) {
+    const ScratchFolder scratch;
+    scratch.write("empty/cover.jpg", "x");
+    scratch.write("full/1.mp3", "x");
+    scratch.write("full/2.mp3", "x");
+    Project project;
+    addMusicList(project, "Rock");
+    addMusicList(project, "Folk");
+    UniqueNames names;
+    addMusicTrack(project, "a", names);
+    selectMusicList(project, "Rock");
+    Project expected = project;
+    expected.unsavedChanges = true;
+    int calls = 0;
+    const auto once = [&](int done, int total) {
+        EXPECT_EQ(total, 2);
+        EXPECT_EQ(done, calls);
+        return ++calls < 2;
+    };
+    for (const ImportResult& result :
+         {importMusicFolder(project, Files, FakeTags(), scratch.path("full"), once),
+          importMusicFolder(project, Files, FakeTags(), "")}) {
+        EXPECT_EQ(result.outcome, ImportResult::Outcome::Cancelled);
+        EXPECT_TRUE(project == expected);
+    }
+    EXPECT_EQ(calls, 2);
+    EXPECT_THROW(importMusicFolder(project, Files, FakeTags(), scratch.path("gone")), TessalyError);
+    EXPECT_TRUE(project == expected);
+
+    const ImportResult none = importMusicFolder(project, Files, FakeTags(), scratch.path("empty"));
+    EXPECT_EQ(none.outcome, ImportResult::Outcome::NoFiles);
+    ASSERT_EQ(none.messages.size(), 1);
+    EXPECT_EQ(none.messages[0].text, "Folder contains no MP3 files");
+    EXPECT_EQ(none.messages[0].icon, ImportMessage::Icon::Exclamation);
+    EXPECT_EQ(none.listRow, 1);
+    EXPECT_EQ(none.trackRow, 0);
+    expected.currentMusicList = 1;
+    EXPECT_TRUE(project == expected);
+}
+
+}  // namespace tessaly

@@ -1,0 +1,175 @@
+#include "editor/speech_editor.h"
+
+#include <functional>
+
+#include "editor/displays.h"
+#include "editor/entry_fields.h"
+#include "platform/local_file_system.h"
+#include "support/fake_tags.h"
+#include "support/projects.h"
+#include "support/scratch_folder.h"
+
+namespace tessaly {
+
+using namespace test;
+
+namespace {
+
+// Titles Welcome and Goodbye in English and German, German the default; trigger 0 and the power-up
+// item play Welcome. Their group is left from what they played before.
+Project tour() {
+    Project project;
+    addSpeech(project, "Welcome", "English", "1");
+    addSpeech(project, "Goodbye", "English", "2");
+    addSpeech(project, "Welcome", "German", "3");
+    TrackRecord language;
+    language.kind = "lstDefaultLangs";
+    language.groupName = "German";
+    project.DefaultLanguageTable.append(language);
+    for (TrackRecord* player : {&project.TriggerTable[0], &project.PowerUpRecord}) {
+        player->itemName = "Welcome";
+        player->groupName = "German";
+    }
+    project.TriggerTable[0].sourcePath = "speech";
+    project.PowerUpRecord.kind = "speech";
+    return project;
+}
+
+QStringList defaults(const Project& project) {
+    QStringList languages;
+    for (const TrackRecord& record : project.DefaultLanguageTable)
+        languages.append(record.groupName.text());
+    return languages;
+}
+
+QStringList table(const Project& project) {
+    QStringList rows;
+    for (const TrackRecord& record : project.TrackTable.mid(1))
+        rows.append(isSpeech(record) ? record.itemName.text() + '/' + record.groupName.text()
+                                     : QString("-"));
+    return rows;
+}
+
+}  // namespace
+
+TEST(SpeechEditor, RenamesAndDeletesTitlesInEveryLanguage) {
+    Project project = tour();
+    const EditResult renamed = renameSpeechTitle(project, 0, "Goodbye");
+    EXPECT_EQ(renamed.name, "01 Goodbye");
+    EXPECT_EQ(renamed.row, -1);
+    EXPECT_EQ(project.lstSpTitles, (QStringList{"01 Goodbye", "Goodbye"}));
+    EXPECT_EQ(table(project),
+              (QStringList{"01 Goodbye/English", "Goodbye/English", "01 Goodbye/German"}));
+    EXPECT_TRUE(project.TriggerTable[0].itemName.is(u"01 Goodbye"));
+    EXPECT_TRUE(project.PowerUpRecord.itemName.is(u"01 Goodbye"));
+    EXPECT_FALSE(renameSpeechTitle(project, 0, "").isDone);
+
+    EXPECT_EQ(deleteSpeechTitle(project, 1).row, 0);
+    EXPECT_TRUE(project.TriggerTable[0].sourcePath.is(u"speech"));
+    EXPECT_EQ(deleteSpeechTitle(project, 0).row, -1);
+    EXPECT_EQ(table(project), (QStringList{"-", "-", "-"}));
+    EXPECT_TRUE(project.TriggerTable[0].sourcePath.is(u"empty"));
+    EXPECT_FALSE(hasPowerUpItem(project));
+}
+
+TEST(SpeechEditor, LanguagesLeaveTriggersAlone) {
+    Project project = tour();
+    const auto triggers = project.TriggerTable;
+    const TrackRecord powerUp = project.PowerUpRecord;
+    EXPECT_EQ(renameLanguage(project, 1, "Deutsch").row, -1);
+    EXPECT_EQ(table(project),
+              (QStringList{"Welcome/English", "Goodbye/English", "Welcome/Deutsch"}));
+    EXPECT_EQ(defaults(project), (QStringList{"", "Deutsch"}));
+    EXPECT_EQ(deleteLanguage(project, 1).row, 0);
+    EXPECT_EQ(table(project), (QStringList{"Welcome/English", "Goodbye/English", "-"}));
+    EXPECT_EQ(defaults(project), QStringList(""));
+    EXPECT_EQ(project.TriggerTable, triggers);
+    EXPECT_EQ(project.PowerUpRecord, powerUp);
+}
+
+TEST(SpeechEditor, ThereAreSixteenLanguages) {
+    Project project;
+    EXPECT_EQ(addLanguageEnabled(project, ""), false);
+    for (int i = 0; i < 16; ++i) {
+        EXPECT_EQ(addLanguageEnabled(project, "Latin"), true);
+        EXPECT_EQ(addLanguage(project, "Latin").isDone, true);
+    }
+    EXPECT_EQ(project.lstLangs.last(), "15 Latin");
+    EXPECT_EQ(addLanguageEnabled(project, "Latin"), std::nullopt);
+    EXPECT_FALSE(addLanguage(project, "Latin").isDone);
+    EXPECT_EQ(project.lstLangs.size(), 16);
+}
+
+TEST(SpeechEditor, MovesOnlyLines) {
+    Project project = tour();
+    const Project before = project;
+    EXPECT_EQ(moveSpeechTitle(project, 0, Direction::Down).row, 1);
+    EXPECT_EQ(moveLanguage(project, 1, Direction::Up).row, 0);
+    EXPECT_EQ(project.lstSpTitles, (QStringList{"Goodbye", "Welcome"}));
+    EXPECT_EQ(project.lstLangs, (QStringList{"German", "English"}));
+    EXPECT_EQ(moveLanguage(project, 1, Direction::Down).row, 1);
+    EXPECT_EQ(project.TrackTable, before.TrackTable);
+    EXPECT_FALSE(project.unsavedChanges);
+
+    using Operation = std::function<EditResult(Project&)>;
+    const Operation edits[] = {[](Project& p) { return addSpeechTitle(p, ""); },
+                               [](Project& p) { return addLanguage(p, ""); },
+                               [](Project& p) {
+                                   return chooseSpeechFile(p, {0, -1}, "x");
+                               },
+                               [](Project& p) {
+                                   return chooseSpeechFile(p, {-1, 0}, "x");
+                               },
+                               [](Project& p) {
+                                   return chooseSpeechFile(p, {0, 0}, "");
+                               },
+                               [](Project& p) { return renameSpeechTitle(p, -1, "x"); },
+                               [](Project& p) { return renameLanguage(p, 2, "x"); },
+                               [](Project& p) { return deleteSpeechTitle(p, -1); },
+                               [](Project& p) { return deleteLanguage(p, -1); }};
+    for (const Operation& edit : edits) {
+        Project edited = before, expected = before;
+        EXPECT_FALSE(edit(edited).isDone);
+        expected.unsavedChanges = true;
+        EXPECT_TRUE(edited == expected) << &edit - edits;
+    }
+}
+
+TEST(Displays, ShowTheFileBehindTheSelection) {
+    const ScratchFolder scratch;
+    FakeTags tags;
+    tags.blocks["a.mp3"] = {.first = {.title = "New", .artist = "", .album = "Both"},
+                            .second = {.title = "Old", .artist = "Singer", .album = "Other"}};
+    const LocalFileSystem files;
+    Project project;
+    addTrack(project, "Rock", "a", scratch.write("a.mp3", QByteArray(1'250'000, 'x')));
+    addTrack(project, "Rock", "gone", scratch.path("b.mp3"));
+    EXPECT_EQ(addSpeechTitle(project, "Welcome").row, -1);
+    addLanguage(project, "English");
+    chooseSpeechFile(project, {0, 0}, scratch.path("a.mp3"));
+
+    const FileDisplay music = musicDisplay(project, {0, 0}, files, tags);
+    EXPECT_EQ(music.path, scratch.path("a.mp3"));
+    EXPECT_EQ(music.size, "1.3 MB");
+    EXPECT_EQ(music.tags, (TagBlock{"New", "Singer", "Both"}));
+    EXPECT_EQ(speechDisplay(project, {0, 0}, files).size, "1.3 MB");
+    const FileDisplay gone = musicDisplay(project, {0, 1}, files, tags);
+    EXPECT_EQ(gone.path, scratch.path("b.mp3"));
+    EXPECT_EQ(gone.size, "0.0 MB");
+    for (const MusicSelection none : {MusicSelection{0, -1}, {-1, 0}, {0, 2}})
+        EXPECT_EQ(musicDisplay(project, none, files, tags).path, "");
+    EXPECT_EQ(speechDisplay(project, {0, -1}, files).path, "");
+}
+
+TEST(EntryFields, TypedAndPastedNamesAreLimitedAlike) {
+    EXPECT_EQ(acceptedInput(15, "x", 16), "x");
+    EXPECT_EQ(acceptedInput(16, "x", 16), "");
+    EXPECT_EQ(acceptedInput(20, "x", 16), "");
+    EXPECT_EQ(acceptedInput(5, "English", 8), "Eng");
+    const QString clef = QString::fromUcs4(U"\U0001D11E");
+    EXPECT_EQ(acceptedInput(7, clef, 8), "");
+    EXPECT_EQ(firstCharacters(QString(15, 'x') + clef, 16), QString(15, 'x'));
+    EXPECT_EQ(firstCharacters(QString::fromUtf8("Cafe\xCC\x81"), 4), QString("Café"));
+}
+
+}  // namespace tessaly
