@@ -34,8 +34,9 @@ quint16 identifierValue(const std::string& text) {
 // The texts of all arguments, as CLI11 fills them in.
 struct Texts {
     std::string appFolder;
-    std::string project, folder, output, hexOutput, identifier, card, file;
-    bool titlesFromTags = false, json = false, settingsOnly = false, noVerify = false;
+    std::string project, source, output, hexOutput, identifier, card, file;
+    bool titlesFromTags = false, append = false, json = false, settingsOnly = false,
+         noVerify = false;
     bool erase = false, yes = false;
 };
 
@@ -98,17 +99,25 @@ class CommandLine {
 
     void addImport() {
         CLI::App* sub =
-            command("import", "Make a project from a folder of MP3 files",
-                    "tessaly-cli import tour --output tour.crd2\n\n"
-                    "FOLDER holds Music/<List>/*.mp3 and Speech/<Language>/<Title>.mp3.",
+            command("import", "Make a project from a folder of MP3 files or a playlist",
+                    "tessaly-cli import tour --output tour.crd2\n"
+                    "  tessaly-cli import \"Summer Hits.m3u\" --output tour.crd2 --append\n\n"
+                    "SOURCE is\n"
+                    "  a folder that holds Music/<List>/*.mp3 and Speech/<Language>/<Title>.mp3,\n"
+                    "  a folder that holds MP3 files itself: it makes one music list,\n"
+                    "  or a playlist that a media player exported as .txt or .m3u: likewise.\n"
+                    "Entries that a playlist import leaves out are named on standard error.",
                     [this] {
-                        return importCommand(
-                            {path(texts_.folder), path(texts_.output), texts_.titlesFromTags});
+                        return importCommand({path(texts_.source), path(texts_.output),
+                                              texts_.titlesFromTags, texts_.append});
                     });
-        addPath(sub, "folder", texts_.folder, "Folder with Music/ and Speech/", "FOLDER");
+        addPath(sub, "source", texts_.source, "Folder or playlist", "SOURCE");
         addPath(sub, "--output,-o", texts_.output, "Project file to write", "P.crd2");
+        sub->add_flag("--append", texts_.append,
+                      "Add the one music list to the project that P.crd2 holds");
         sub->add_flag("--titles-from-tags", texts_.titlesFromTags,
-                      "Name music tracks by their title tag");
+                      "Name the tracks below Music/ by their title tag, as the other imports do "
+                      "anyway");
     }
 
     void addCheck() {

@@ -1,5 +1,4 @@
 #include <QDir>
-#include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -10,7 +9,6 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/folder_drives.h"
-#include "editor/folder_import.h"
 #include "image/config_image.h"
 #include "image/image_limits.h"
 #include "image/intel_hex.h"
@@ -18,7 +16,6 @@
 #include "model/format_limits.h"
 #include "platform/error_numbers.h"
 #include "platform/local_file_system.h"
-#include "platform/mp3_tags.h"
 
 namespace tessaly::cli {
 
@@ -166,37 +163,6 @@ Project openProject(FileSystem& files, const QString& path, bool mustBeComplete)
         throw TessalyError(error_number::BadProject, sentence);
     printError("warning: " + sentence);
     return project;
-}
-
-int importCommand(const ImportOptions& options) {
-    LocalFileSystem files;
-    const LocalMp3Tags tags;
-    Project project;
-    if (!files.isFolder(options.folder))
-        throw TessalyError(error_number::BadImport,
-                           native(options.folder) + ": there is no such folder");
-    const ImportReport report =
-        importFolder(files, tags, options.folder, options.titlesFromTags, project);
-    for (const QString& note : report.notes)
-        printError("note: " + note);
-    for (const QString& text : textsOutsideCodePage(project))
-        printError("warning: a project file cannot hold \"" + text +
-                   "\": characters of it become \"?\".");
-    // Whatever stood there was somebody's project: it stays beside the new one.
-    if (files.fileSize(options.output)) {
-        const QString old = options.output + ".bak";
-        files.replaceFile(old, readWholeFile(files, options.output, limits::ProjectFileBytes));
-        printError("note: the earlier file is kept as " + native(old) + ".");
-    }
-    saveProject(files, options.output, project);
-    print(QString("%1: %2 music lists with %3 tracks, %4 speech titles in %5 languages (%6 files).")
-              .arg(native(options.output))
-              .arg(project.lstMuList.size())
-              .arg(report.tracks)
-              .arg(project.lstSpTitles.size())
-              .arg(project.lstLangs.size())
-              .arg(report.speechFiles));
-    return Done;
 }
 
 int checkCommand(const CheckOptions& options) {

@@ -13,9 +13,10 @@
 namespace tessaly::cli {
 
 struct ImportOptions {
-    QString folder;
+    QString source;  ///< folder or playlist
     QString output;
     bool titlesFromTags = false;
+    bool append = false;  ///< to the project that `output` is
 };
 
 struct CheckOptions {

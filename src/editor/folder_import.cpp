@@ -24,11 +24,30 @@ QString withoutEnding(const QString& name) {
     return name.chopped(Mp3Ending.size()).normalized(QString::NormalizationForm_C);
 }
 
+bool isSpeechFolder(const FolderEntry& entry) {
+    return entry.isFolder && entry.name.compare(u"Speech", Qt::CaseInsensitive) == 0;
+}
+
+bool isMusicFolder(const FolderEntry& entry) {
+    return entry.isFolder && entry.name.compare(u"Music", Qt::CaseInsensitive) == 0;
+}
+
 // The end of a run of digits, from its first digit on.
 qsizetype digitsEnd(const QString& text, qsizetype from) {
     while (from < text.size() && text[from].isDigit())
         ++from;
     return from;
+}
+
+QList<FolderEntry> sortedEntries(const FileSystem& files, const QString& folder) {
+    QList<FolderEntry> entries = files.entries(folder);
+    for (FolderEntry& entry : entries)
+        if (entry.isLink)
+            entry.isFolder = files.isFolder(pathIn(folder, entry.name));
+    std::sort(entries.begin(), entries.end(), [](const FolderEntry& a, const FolderEntry& b) {
+        return comesBefore(a.name, b.name);
+    });
+    return entries;
 }
 
 class FolderImport {
@@ -39,8 +58,6 @@ class FolderImport {
 
     void importSpeech(const QString& folder);
     void importMusic(const QString& folder);
-    QList<FolderEntry> sorted(const QString& folder) const;
-
     ImportReport report;
 
  private:
@@ -56,20 +73,9 @@ class FolderImport {
     Project& project_;
 };
 
-QList<FolderEntry> FolderImport::sorted(const QString& folder) const {
-    QList<FolderEntry> entries = files_.entries(folder);
-    for (FolderEntry& entry : entries)
-        if (entry.isLink)
-            entry.isFolder = files_.isFolder(pathIn(folder, entry.name));
-    std::sort(entries.begin(), entries.end(), [](const FolderEntry& a, const FolderEntry& b) {
-        return comesBefore(a.name, b.name);
-    });
-    return entries;
-}
-
 QStringList FolderImport::mp3sOf(const QString& folder) {
     QStringList names;
-    for (const FolderEntry& entry : sorted(folder)) {
+    for (const FolderEntry& entry : sortedEntries(files_, folder)) {
         if (isMp3(entry))
             names.append(entry.name);
         else
@@ -81,7 +87,7 @@ QStringList FolderImport::mp3sOf(const QString& folder) {
 
 QStringList FolderImport::foldersOf(const QString& folder, const char* what) {
     QStringList names;
-    for (const FolderEntry& entry : sorted(folder)) {
+    for (const FolderEntry& entry : sortedEntries(files_, folder)) {
         if (entry.isFolder)
             names.append(entry.name);
         else
@@ -200,23 +206,25 @@ bool comesBefore(const QString& a, const QString& b) {
     return a < b;
 }
 
+bool isTourFolder(const FileSystem& files, const QString& folder) {
+    const QList<FolderEntry> entries = sortedEntries(files, folder);
+    return std::any_of(entries.begin(), entries.end(), isSpeechFolder) ||
+           std::any_of(entries.begin(), entries.end(), isMusicFolder);
+}
+
 ImportReport importFolder(const FileSystem& files, const Mp3Tags& tags, const QString& folder,
                           bool titlesFromTags, Project& project) {
     const QString root = QDir(folder).absolutePath();
     FolderImport run(files, tags, titlesFromTags, project);
     bool isTour = false;
     QString music;
-    for (const FolderEntry& entry : run.sorted(root)) {
-        const bool isSpeechFolder = entry.name.compare(u"Speech", Qt::CaseInsensitive) == 0;
-        const bool isMusicFolder = entry.name.compare(u"Music", Qt::CaseInsensitive) == 0;
-        if (!entry.isFolder || (!isSpeechFolder && !isMusicFolder))
-            continue;
-        isTour = true;
+    for (const FolderEntry& entry : sortedEntries(files, root)) {
         // Speech first, as in a project's file: so numbers stay when the project is opened.
-        if (isSpeechFolder)
+        if (isSpeechFolder(entry))
             run.importSpeech(pathIn(root, entry.name));
-        else
+        else if (isMusicFolder(entry))
             music = pathIn(root, entry.name);
+        isTour = isTour || isSpeechFolder(entry) || isMusicFolder(entry);
     }
     if (!isTour)
         throw TessalyError(error_number::BadImport,

@@ -20,6 +20,9 @@ struct ImportReport {
     QStringList notes;  ///< one sentence for everything that was passed over or cut
 };
 
+/// Whether a folder holds a Music or a Speech folder, which is what importFolder() takes.
+bool isTourFolder(const FileSystem& files, const QString& folder);
+
 /// Fills an empty project from a folder tree:
 ///   Music/<list>/*.mp3, Speech/<language>/<title>.mp3
 /// in the order of comesBefore(). Names come from folders and files, for music from the title tag

@@ -175,6 +175,68 @@ TEST_F(CommandLine, SaysWhatBlocks) {
     EXPECT_EQ(scratch.read("p.crd2.bak"), before);
 }
 
+TEST_F(CommandLine, ImportsPlaylists) {
+    scratch.write("lists/Summer Hits of the Sea.txt",
+                  "Name\tLocation\r\nOne\t/m/1.mp3\r\nTwo\t/m/2.ogg\r\n\t/m/3.mp3\r\n");
+    const CliRun first = run({"import", "lists/Summer Hits of the Sea.txt", "-o", "p.crd2"});
+    EXPECT_EQ(first.exitCode, 0);
+    EXPECT_EQ(first.err,
+              "tessaly-cli: File type is not .MP3 or .mp3. Track not added: Two\n"
+              "tessaly-cli: Track name missing, track not added. File name: /m/3.mp3\n");
+    EXPECT_EQ(first.out, "p.crd2: the music list \"Summer Hits of t\" with 1 tracks.\n");
+
+    // A plain list's last line is not handled; relative paths stay.
+    scratch.write("%1.m3u", "a.mp3\nb.mp3\nc.mp3\n");
+    const QByteArray before = scratch.read("p.crd2");
+    const CliRun second = run({"import", "%1.m3u", "-o", "p.crd2", "--append"});
+    EXPECT_EQ(second.exitCode, 0) << second.err.toStdString();
+    EXPECT_EQ(second.out, "p.crd2: the music list \"%1\" with 2 tracks.\n");
+    EXPECT_EQ(second.err, "tessaly-cli: note: the earlier file is kept as p.crd2.bak.\n");
+    EXPECT_EQ(scratch.read("p.crd2.bak"), before);
+    EXPECT_EQ(run({"import", "%1.m3u", "-o", "p.crd2", "--append"}).exitCode, 0);
+    QStringList tracks;
+    for (const QJsonValue& value : run({"show", "p.crd2", "--json"}).at("records").toArray())
+        if (value["kind"] == "music")
+            tracks.append(value["groupName"].toString() + '/' + value["itemName"].toString() +
+                          " <- " + value["sourcePath"].toString());
+    EXPECT_EQ(tracks, (QStringList{"Summer Hits of t/One <- /m/1.mp3", "%1/a <- a.mp3",
+                                   "%1/b <- b.mp3", "01 %1/a <- a.mp3", "01 %1/b <- b.mp3"}));
+
+    scratch.write("bad.m3u", "#EXTM3U\n#EXTINF:1,a\na.mp3\n");
+    const auto files = scratch.content(".");
+    for (const char* append : {"--append", "--titles-from-tags"})
+        expectFailure({"import", "bad.m3u", "-o", "p.crd2", append}, 1,
+                      "tessaly-cli: Invalid playlist format, cannot open\n");
+    expectFailure({"import", "%1.m3u", "-o", "none.crd2", "--append"}, 1,
+                  "none.crd2: No such file");
+    scratch.write("cut.crd2", before.chopped(20));
+    expectFailure({"import", "%1.m3u", "-o", "cut.crd2", "--append"}, 1, "was read up to byte");
+    expectFailure({"import", "none.m3u", "-o", "p.crd2"}, 1, "there is no such folder or file");
+    QFile::remove(scratch.path("cut.crd2"));
+    EXPECT_EQ(scratch.content("."), files);
+}
+
+TEST_F(CommandLine, ImportsAFolderThatHoldsMp3Files) {
+    const QString folder = TESSALY_SAMPLES "/tour/Music/Harbour Morning";
+    EXPECT_EQ(run({"import", folder, "-o", "p.crd2"}).out,
+              "p.crd2: the music list \"Harbour Morning\" with 4 tracks.\n");
+    EXPECT_EQ(run({"import", folder, "-o", "p.crd2", "--append"}).exitCode, 0);
+    const QJsonArray records = run({"show", "p.crd2", "--json"}).at("records").toArray();
+    QStringList names;
+    for (const QJsonValue& value : records)
+        if (value["kind"] == "music")
+            names.append(value["groupName"].toString() + '/' + value["itemName"].toString());
+    EXPECT_EQ(names.size(), 8);
+    EXPECT_EQ(names.first(), "Harbour Morning/Morning Bell");
+    EXPECT_EQ(names.last(), "01 Harbour Morning/Market Boats");
+    EXPECT_EQ(run({"check", "p.crd2"}).exitCode, 0);
+
+    scratch.makeFolder("empty");
+    expectFailure({"import", "empty", "-o", "p.crd2"}, 1, "holds neither MP3 files nor a Music");
+    expectFailure({"import", TESSALY_SAMPLES "/tour", "-o", "p.crd2", "--append"}, 1,
+                  "only one music list can be added");
+}
+
 TEST_F(CommandLine, ShowsEveryKindOfFile) {
     importTour();
     const CliRun project = run({"show", "tour.crd2", "--json"});

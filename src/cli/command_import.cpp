@@ -1,0 +1,104 @@
+#include <QDir>
+#include <QFileInfo>
+
+#include "cli/commands.h"
+#include "cli/console.h"
+#include "editor/folder_import.h"
+#include "editor/music_folder_import.h"
+#include "editor/playlist_import.h"
+#include "model/card_file.h"
+#include "model/format_limits.h"
+#include "platform/error_numbers.h"
+#include "platform/local_file_system.h"
+#include "platform/mp3_tags.h"
+
+namespace tessaly::cli {
+
+namespace {
+
+TessalyError badImport(const QString& path, const QString& what) {
+    return {error_number::BadImport, QDir::toNativeSeparators(path) + ": " + what};
+}
+
+// A message box has lines, and names may hold any control character.
+QString oneLine(QString text) {
+    text.replace("\r\n", " ");
+    for (QChar& c : text)
+        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
+            c == QChar::ParagraphSeparator)
+            c = ' ';
+    return text;
+}
+
+// Whatever stood at `path` was somebody's project: it stays beside the new one.
+void save(FileSystem& files, const QString& path, Project& project) {
+    for (const QString& text : textsOutsideCodePage(project))
+        printError("warning: a project file cannot hold \"" + oneLine(text) +
+                   "\": characters of it become \"?\".");
+    if (files.fileSize(path)) {
+        const QString old = path + ".bak";
+        files.replaceFile(old, readWholeFile(files, path, limits::ProjectFileBytes));
+        printError("note: the earlier file is kept as " + QDir::toNativeSeparators(old) + ".");
+    }
+    saveProject(files, path, project);
+}
+
+int importTour(const ImportOptions& options, FileSystem& files, const Mp3Tags& tags) {
+    if (options.append)
+        throw badImport(options.source,
+                        "only one music list can be added to a project, but this "
+                        "folder holds whole folders of them");
+    Project project;
+    const ImportReport report =
+        importFolder(files, tags, options.source, options.titlesFromTags, project);
+    for (const QString& note : report.notes)
+        printError("note: " + note);
+    save(files, options.output, project);
+    print(QString("%1: %2 music lists with %3 tracks, %4 speech titles in %5 languages (%6 files).")
+              .arg(QDir::toNativeSeparators(options.output))
+              .arg(project.lstMuList.size())
+              .arg(report.tracks)
+              .arg(project.lstSpTitles.size())
+              .arg(project.lstLangs.size())
+              .arg(report.speechFiles));
+    return Done;
+}
+
+int importList(const ImportOptions& options, FileSystem& files, const Mp3Tags& tags,
+               bool isFolder) {
+    Project project;
+    if (options.append)
+        project = openProject(files, options.output, /*mustBeComplete=*/true);
+    // The records name their files wherever the project is used from.
+    const QString source = QFileInfo(options.source).absoluteFilePath();
+    const ImportResult result = isFolder ? importMusicFolder(project, files, tags, source)
+                                         : importPlaylist(project, files, tags, source);
+    if (result.outcome == ImportResult::Outcome::NoFiles)
+        throw badImport(options.source,
+                        "the folder holds neither MP3 files nor a Music or Speech folder");
+    for (const ImportMessage& message : result.messages)
+        printError(oneLine(message.text));
+    if (result.outcome != ImportResult::Outcome::Imported)
+        return Failed;
+    save(files, options.output, project);
+    const QString line = QString("%1: the music list \"%2\" with %3 tracks")
+                             .arg(QDir::toNativeSeparators(options.output), oneLine(result.list),
+                                  QString::number(result.tracks));
+    print(line + (result.tracks == 0 ? ", which no save keeps." : "."));
+    return Done;
+}
+
+}  // namespace
+
+int importCommand(const ImportOptions& options) {
+    LocalFileSystem files;
+    const LocalMp3Tags tags;
+    const bool isFolder = files.isFolder(options.source);
+    if (!isFolder && !files.fileSize(options.source))
+        throw badImport(options.source, "there is no such folder or file");
+    if (isFolder && isTourFolder(files, options.source))
+        return importTour(options, files, tags);
+    return importList(options, files, tags, isFolder);
+}
+
+}  // namespace tessaly::cli
