@@ -49,10 +49,10 @@ enum class RecordNames {
     AsFound,   ///< as the name was before it was numbered
 };
 
-/// Most that one import takes: names that are alike grow with their number, so that their text is
-/// counted, too.
+/// Most that one import takes. Names that are alike grow with their number, so that their text is
+/// counted, too: as many tracks as a card holds may all have the same name.
 constexpr int MostImportedTracks = 100'000;
-constexpr qsizetype MostNameCharacters = 64 * 1024 * 1024;
+constexpr qsizetype MostNameCharacters = 100'000'000;
 
 /// Appends a list, cut to 16 characters, "Music" when it has no name, with its tracks and their
 /// records. Throws error 555 beyond the limits above, and has changed nothing then.

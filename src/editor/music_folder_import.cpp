@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <algorithm>
+#include <utility>
 
 #include "editor/entry_fields.h"
 #include "model/format_limits.h"
@@ -14,13 +15,10 @@ namespace {
 constexpr QStringView Mp3Ending = u".mp3";
 
 // Upper case, as file systems without regard to case compare: "_" comes behind the letters.
-bool comesBeforeInListing(const QString& a, const QString& b) {
-    const auto differ = std::mismatch(a.begin(), a.end(), b.begin(), b.end(), [](QChar x, QChar y) {
-        return x == y || x.toUpper() == y.toUpper();
-    });
-    if (differ.first == a.end() || differ.second == b.end())
-        return a.size() != b.size() ? a.size() < b.size() : a < b;
-    return differ.first->toUpper() < differ.second->toUpper();
+QString sortingKey(QString name) {
+    for (QChar& c : name)
+        c = c.toUpper();
+    return name;
 }
 
 QString trackName(const QString& path, const QString& file, const Mp3Tags& tags) {
@@ -33,14 +31,17 @@ QString trackName(const QString& path, const QString& file, const Mp3Tags& tags)
 }  // namespace
 
 QStringList mp3FilesIn(const FileSystem& files, const QString& folder) {
-    QStringList names;
+    QList<std::pair<QString, QString>> keyed;
     for (const FolderEntry& entry : files.entries(folder)) {
         if (entry.isFolder || !entry.name.endsWith(Mp3Ending, Qt::CaseInsensitive))
             continue;
         if (!entry.isLink || files.fileSize(pathIn(folder, entry.name)))
-            names.append(entry.name);
+            keyed.append({sortingKey(entry.name), entry.name});
     }
-    std::sort(names.begin(), names.end(), comesBeforeInListing);
+    std::sort(keyed.begin(), keyed.end());
+    QStringList names;
+    for (const auto& [key, name] : keyed)
+        names.append(name);
     return names;
 }
 
