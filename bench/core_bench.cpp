@@ -194,12 +194,18 @@ int main(int argc, char** argv) {
     promises.check("checks of 600 titles in 16 languages", ms["checks/600"], 20, "ms");
     promises.check("summary of 9,995 files : one stat each",
                    ms["summary/9995"] / ms["plainStat/9995"], 1.3, "x");
+    promises.check("add the 9,995th track and its file", ms["addTrack/9995"], 20, "ms");
+    promises.check("rename a list of 5,000", ms["renameList/5000"], 20, "ms");
+    promises.check("import a folder of 9,000 : TagLib alone",
+                   ms["importFolderOf9000"] / ms["tagLibAlone"], 1.2, "x");
     const char* pairs[][2] = {{"image/1500", "image/3000"},
                               {"hex/32768", "hex/65536"},
                               {"writeProject/9995", "writeProject/19990"},
                               {"readProjectBytes/9995", "readProjectBytes/19990"},
                               {"checks/300", "checks/600"},
-                              {"summary/4997", "summary/9995"}};
+                              {"summary/4997", "summary/9995"},
+                              {"addTrack/9995", "addTrack/19990"},
+                              {"renameList/5000", "renameList/10000"}};
     for (const auto& [once, twice] : pairs)
         promises.check(std::string("twice the work: ") + twice, ms[twice] / ms[once], 2.2, "x");
     return promises.exitCode();

@@ -1,0 +1,129 @@
+// How long the page of music lists keeps an operator waiting, on a project as large as a card
+// takes.
+#include <benchmark/benchmark.h>
+#include <id3v2framefactory.h>
+#include <id3v2tag.h>
+#include <mpegfile.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <stdexcept>
+
+#include "editor/music_editor.h"
+#include "editor/music_folder_import.h"
+#include "model/music_lists.h"
+#include "platform/local_file_system.h"
+#include "platform/mp3_tags.h"
+#include "platform/paths.h"
+
+using namespace tessaly;
+
+namespace {
+
+// Two lists, half of the tracks in each; or one with all of them.
+Project project(int lists, int tracks) {
+    Project made;
+    for (int list = 0; list < lists; ++list) {
+        addMusicList(made, QString("List %1").arg(list));
+        UniqueNames names;
+        for (int i = 0; i < tracks / lists; ++i) {
+            TrackRecord record;
+            record.kind = "music";
+            record.itemName = addMusicTrack(made, QString("Track number %1").arg(i), names);
+            record.groupName = made.lstMuList.last();
+            record.sourcePath = QString("C:\\Users\\Somebody\\Music\\%1.mp3").arg(i);
+            made.TrackTable.append(record);
+        }
+    }
+    return made;
+}
+
+void addTrack(benchmark::State& state) {
+    const int before = int(state.range(0)) - 1;
+    Project edited = project(1, before);
+    for (auto _ : state) {
+        addNewMusicTrack(edited, {.list = 0}, "Track number 7");
+        chooseMusicFile(edited, {0, before}, "C:\\new.mp3");
+        edited.lstMuTrack[0].removeLast();
+        edited.TrackTable.removeLast();
+    }
+}
+BENCHMARK(addTrack)->Arg(9995)->Arg(19990);
+
+void renameList(benchmark::State& state) {
+    Project edited = project(2, 2 * int(state.range(0)));
+    for (auto _ : state)
+        renameMusicList(edited, 0, edited.lstMuList[0] == "Folk" ? "Rock" : "Folk");
+}
+BENCHMARK(renameList)->Arg(5000)->Arg(10000);
+
+// 9,000 files with both tags, each with a title of its own.
+class TaggedFolder {
+ public:
+    TaggedFolder() {
+        const QString name = pathIn(folder_.path(), "00000.mp3");
+        QFile sample(TESSALY_SAMPLES "/tour/Music/Harbour Morning/01 Morning Bell.mp3");
+        if (!sample.copy(name))
+            throw std::runtime_error("there is no sample to copy");
+        {
+            // One byte a letter, so that titles can be told apart by their bytes below.
+            TagLib::ID3v2::FrameFactory::instance()->setDefaultTextEncoding(TagLib::String::Latin1);
+            TagLib::MPEG::File file(QFile::encodeName(name).constData(), false);
+            for (const char* frame : {"TIT2", "TPE1", "TALB"})
+                file.ID3v2Tag()->removeFrames(frame);
+            file.tag()->setTitle("Title 00000");
+            file.tag()->setArtist("Somebody");
+            file.tag()->setAlbum("Something");
+            file.save(TagLib::MPEG::File::AllTags);
+        }
+        QFile written(name);
+        written.open(QIODevice::ReadOnly);
+        const QByteArray whole = written.readAll();
+        // The sound between the tags is not looked at: a little of it will do.
+        const QByteArray bytes = whole.left(12'000) + whole.right(1'200);
+        for (int i = 0; i < 9000; ++i) {
+            const QByteArray number = QByteArray::number(i).rightJustified(5, '0');
+            QFile file(pathIn(folder_.path(), number + ".mp3"));
+            file.open(QIODevice::WriteOnly);
+            file.write(QByteArray(bytes).replace("Title 00000", "Title " + number));
+        }
+    }
+    QString path() const { return folder_.path(); }
+
+ private:
+    QTemporaryDir folder_;
+};
+
+const TaggedFolder& tagged() {
+    static const TaggedFolder folder;
+    return folder;
+}
+
+// The three texts of every file, without the properties of its sound.
+void tagLibAlone(benchmark::State& state) {
+    std::vector<std::string> paths;
+    for (const QString& name : mp3FilesIn(LocalFileSystem(), tagged().path()))
+        paths.push_back(pathIn(tagged().path(), name).toStdString());
+    for (auto _ : state)
+        for (const std::string& path : paths) {
+            TagLib::MPEG::File file(path.c_str(), /*readProperties=*/false);
+            benchmark::DoNotOptimize(file.tag()->title());
+            benchmark::DoNotOptimize(file.tag()->artist());
+            benchmark::DoNotOptimize(file.tag()->album());
+        }
+}
+BENCHMARK(tagLibAlone);
+
+void importFolderOf9000(benchmark::State& state) {
+    const LocalFileSystem files;
+    const LocalMp3Tags tags;
+    for (auto _ : state) {
+        Project made;
+        const ImportResult result = importMusicFolder(made, files, tags, tagged().path());
+        if (result.tracks != 9000 || !made.TrackTable[9000].itemName.is(u"Title 08999"))
+            state.SkipWithError("the import did not take the files");
+    }
+}
+BENCHMARK(importFolderOf9000);
+
+}  // namespace
