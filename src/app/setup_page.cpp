@@ -85,8 +85,8 @@ void SetupPage::projectReplaced() {
 }
 
 void SetupPage::showTitle() {
-    ui_->preview->setLine(0, project_.txtCardTitle1);
-    ui_->preview->setLine(1, project_.txtCardTitle2);
+    ui_->previewTitle->setLine(0, project_.txtCardTitle1);
+    ui_->previewTitle->setLine(1, project_.txtCardTitle2);
     ui_->lblTitleLength1->setText(displayLengthText(project_.txtCardTitle1));
     ui_->lblTitleLength2->setText(displayLengthText(project_.txtCardTitle2));
 }

@@ -17,7 +17,7 @@ SystemTextWindow::SystemTextWindow(Project& project, Prompts& prompts, QWidget* 
       project_(project),
       ui_(std::make_unique<Ui::SystemTextWindow>()) {
     ui_->setupUi(this);
-    ui_->preview->setLineCount(1);
+    ui_->previewText->setLineCount(1);
     const QFont fixed = fixedFont(font());
     for (int row = 0; row < SystemTextsUsed; ++row) {
         auto* original = findChild<QLabel*>(QString("lblSystemText_%1").arg(row));
@@ -26,7 +26,8 @@ SystemTextWindow::SystemTextWindow(Project& project, Prompts& prompts, QWidget* 
         auto* edit = findChild<LimitedLineEdit*>(QString("txtSystemText_%1").arg(row));
         edit->setFont(fixed);
         edits_[size_t(row)] = edit;
-        connect(edit, &QLineEdit::textChanged, this, [this, row] { preview(row); });
+        connect(edit, &QLineEdit::textEdited, this, [this, row] { preview(row); });
+        connect(edit, &LimitedLineEdit::keyTyped, this, [this, row] { preview(row); });
         connect(edit, &LimitedLineEdit::refused, this, [&prompts] { prompts.beep(); });
     }
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
@@ -47,7 +48,6 @@ SystemTextWindow::~SystemTextWindow() = default;
 
 void SystemTextWindow::projectReplaced() {
     showBoxes(systemTextBoxes(project_));
-    preview(0);
 }
 
 SystemTextBoxes SystemTextWindow::boxes() const {
@@ -60,11 +60,13 @@ SystemTextBoxes SystemTextWindow::boxes() const {
 void SystemTextWindow::showBoxes(const SystemTextBoxes& texts) {
     for (size_t row = 0; row < texts.size(); ++row)
         edits_[row]->setText(texts[row]);
+    preview(previewRow_);
 }
 
 void SystemTextWindow::preview(int row) {
+    previewRow_ = row;
     const QString text = edits_[size_t(row)]->text();
-    ui_->preview->setLine(0, text);
+    ui_->previewText->setLine(0, text);
     ui_->lblLength->setText(displayLengthText(text));
 }
 

@@ -47,6 +47,7 @@ class SystemTextWindow : public QWidget {
     Project& project_;
     const std::unique_ptr<Ui::SystemTextWindow> ui_;
     std::array<LimitedLineEdit*, SystemTextsUsed> edits_{};
+    int previewRow_ = 0;  ///< the row being edited
 };
 
 }  // namespace tessaly

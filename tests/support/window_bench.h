@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QTabWidget>
@@ -77,6 +78,14 @@ struct WindowBench : CardBench {
         for (int row = 0; row < widget->count(); ++row)
             texts.append(widget->item(row)->text());
         return texts;
+    }
+
+    /// Types any characters, also those that QTest knows no key for.
+    static void typeKeys(QWidget* widget, const QString& text) {
+        for (const QChar c : text) {
+            QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, QString(c));
+            QApplication::sendEvent(widget, &press);
+        }
     }
 
     /// Opens a file through the menu.

@@ -1,7 +1,9 @@
 // Takes the pictures of the documents: every page and window of the real program with the sample
 // tour. Arguments: the samples' folder, the support folders' parent, the folder for the pictures.
+#include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
+#include <QListWidget>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
@@ -72,6 +74,12 @@ Project sampleProject(const FileSystem& files, const QString& samples, const QSt
     project.txtCardTitle1 = "  Harbour Tour  ";
     project.txtCardTitle2 = "  Willkommen!   ";
     project.cfDrive = withLastSeparator(card);
+    TrackRecord& trigger = project.TriggerTable[1];
+    trigger.sourcePath = "speech";
+    trigger.itemName = "Welcome";
+    project.PowerUpRecord.kind = "music";
+    project.PowerUpRecord.groupName = "Harbour Morning";
+    project.PowerUpRecord.itemName = "<Play Full List>";
     return project;
 }
 
@@ -111,12 +119,26 @@ int main(int argc, char** argv) {
     window.show();
     window.findChild<QAction*>("mnuFileOpen")->trigger();
     auto* tabs = window.findChild<QTabWidget*>("Tabs");
+    const auto select = [&](const char* list, int row) {
+        window.findChild<QListWidget*>(list)->setCurrentRow(row);
+    };
+    select("lstSpTitles", 0);
+    select("lstLangs", 2);
+    select("lstMuTrack", 1);
     for (int i = 0; i < tabs->count(); ++i) {
         tabs->setCurrentIndex(i);
+        if (i == 2) {
+            select("lstTrigLeft", 2);
+            select("lstTrigRight", 3);
+        }
         QString name = tabs->tabText(i).toLower();
         name = name.remove("&").simplified().replace(' ', '-');
         shoot(window, pictures, name);
     }
+    window.findChild<QAbstractButton*>("buttAdvancedSettings")->click();
+    auto* systemTexts = window.findChild<QWidget*>("frmSystemText");
+    shoot(*systemTexts, pictures, "system-text");
+    systemTexts->hide();
     AboutWindow about(
         "0000", prompts, [] { return true; }, &window);
     about.show();
