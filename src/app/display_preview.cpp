@@ -131,8 +131,6 @@ void DisplayPreview::paintEvent(QPaintEvent*) {
     // From here on in pixels of the screen: the widget's own may be one and a half of them.
     const double scale = painter.deviceTransform().m11();
     painter.scale(1 / scale, 1 / scale);
-    const QTransform toScreen = painter.deviceTransform();
-    painter.translate(qRound(toScreen.dx()) - toScreen.dx(), qRound(toScreen.dy()) - toScreen.dy());
     const DisplayLayout layout =
         displayLayout(QSize(int(width() * scale), int(height() * scale)), lineCount());
     painter.fillRect(layout.panel, QColor(PanelColour));

@@ -119,11 +119,15 @@ TEST(DisplayPreview, IsCrispWhereverItStands) {
     DisplayPreview preview(&window);
     preview.setLine(0, "Crisp");
     window.resize(600, 200);
-    preview.setGeometry(QRect(QPoint(7, 5), preview.sizeHint()));
-    const QImage alone = pictureOf(preview, 1.5);
-    const QRect panel = displayLayout(alone.size(), 2).panel;
-    const QImage inWindow = pictureOf(window, 1.5);
-    EXPECT_EQ(inWindow.copy(panel.translated(qRound(7 * 1.5), qRound(5 * 1.5))), alone.copy(panel));
+    for (const double scale : {1.25, 1.5, 1.75})
+        for (const QPoint at : {QPoint(1, 1), QPoint(2, 3), QPoint(7, 5)}) {
+            preview.setGeometry(QRect(at, preview.sizeHint()));
+            const QImage alone = pictureOf(preview, scale);
+            const QRect panel = displayLayout(alone.size(), 2).panel;
+            const QPoint moved(qRound(at.x() * scale), qRound(at.y() * scale));
+            EXPECT_EQ(pictureOf(window, scale).copy(panel.translated(moved)), alone.copy(panel))
+                << scale << ' ' << at.x();
+        }
 }
 
 TEST(DisplayPreview, SaysWhatItShows) {

@@ -108,6 +108,7 @@ TEST(SystemTexts, BoxesAndProjectGoTheirOwnWays) {
     cancelSystemTexts(project);
     EXPECT_EQ(systemText(project, 2), "(Language Menu)");
     boxes[17] = "(Bitte warten...";
+    project.SystemTextTable[2] = {};
     saveSystemTexts(project, boxes);  // what Cancel left in the boxes goes along
     EXPECT_EQ(systemTextBoxes(project), boxes);
     EXPECT_EQ(project.SystemTextTable[2].itemName, Variant(qint16(2)));

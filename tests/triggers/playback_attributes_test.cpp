@@ -117,10 +117,12 @@ TEST(PlaybackAttributes, ReachEveryRecordOfTheItemAndNoOther) {
     const auto welcome = selectTitle(project, "Welcome");
     setLoudVolume(project, rockA, true);
     setCancelOnInterrupt(project, welcome, true);
+    setCancelOnInterrupt(project, selectTitle(project, "Song A"), true);  // no track
     setEndlessLoop(project, rockA, true);
     setEndlessLoop(project, welcome, true);  // titles do not loop
     EXPECT_EQ(filesWith(project, &TrackRecord::loudVolume), QStringList({"a.mp3", "a again.mp3"}));
-    EXPECT_EQ(filesWith(project, &TrackRecord::cancelOnInterrupt), QStringList({"e.mp3", "g.mp3"}));
+    EXPECT_EQ(filesWith(project, &TrackRecord::cancelOnInterrupt),
+              QStringList({"e.mp3", "g.mp3", "s.mp3"}));
     EXPECT_EQ(filesWith(project, &TrackRecord::endlessLoop), QStringList({"a.mp3", "a again.mp3"}));
 
     const Project before = project;
