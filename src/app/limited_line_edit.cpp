@@ -10,7 +10,7 @@
 #include <QMimeData>
 #include <memory>
 
-#include "editor/entry_fields.h"
+#include "model/display_text.h"
 
 namespace tessaly {
 
@@ -28,36 +28,32 @@ void LimitedLineEdit::keyPressEvent(QKeyEvent* event) {
         pasteLimited();
         return;
     }
-    if (isCharacter(*event)) {
+    const bool isBackspace = event->key() == Qt::Key_Backspace;
+    if (isCharacter(*event) || isBackspace) {
         emit keyTyped();
-        if (text().size() >= limit_) {
+        if (refusesKey(text(), isBackspace ? QChar(8) : event->text().at(0), limit_)) {
             emit refused();
             return;
         }
-    } else if (event->key() == Qt::Key_Backspace) {
-        emit keyTyped();
     }
     QLineEdit::keyPressEvent(event);
 }
 
 void LimitedLineEdit::inputMethodEvent(QInputMethodEvent* event) {
     const QString input = event->commitString();
-    const QString accepted = acceptedInput(text().size() - selectedText().size(), input, limit_);
-    if (accepted == input) {
-        QLineEdit::inputMethodEvent(event);
-        return;
-    }
-    event->setCommitString(accepted);
+    const Paste accepted = pasteInto(text(), selectedText(), input, limit_);
+    if (!input.isEmpty())
+        event->setCommitString(accepted.text);
     QLineEdit::inputMethodEvent(event);
-    emit refused();
+    if (accepted.isCut)
+        emit refused();
 }
 
 void LimitedLineEdit::insertLimited(const QString& input) {
-    const QString line = input.simplified();
-    const QString accepted = acceptedInput(text().size() - selectedText().size(), line, limit_);
-    if (!accepted.isEmpty())
-        insert(accepted);
-    if (accepted != line)
+    const Paste accepted = pasteInto(text(), selectedText(), input, limit_);
+    if (!accepted.text.isEmpty())
+        insert(accepted.text);
+    if (accepted.isCut)
         emit refused();
 }
 

@@ -299,7 +299,7 @@ void MainWindow::mnuFileExit_Click() {
 
 void MainWindow::closeAll() {
     isClosing_ = true;
-    QApplication::closeAllWindows();
+    close();
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
@@ -313,8 +313,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
         return;
     }
     isClosing_ = true;
-    event->accept();
-    QTimer::singleShot(0, qApp, &QApplication::closeAllWindows);
+    event->accept();  // the other windows belong to this one, and end with it
 }
 
 void MainWindow::mnuHelpAbout_Click() {

@@ -41,7 +41,7 @@ void SetupPage::connectTitle(LimitedLineEdit* edit, QString Project::*line) {
     connect(edit, &LimitedLineEdit::refused, this, [this] { services_.prompts.beep(); });
     // Every key marks the project, also one that the full line refuses.
     connect(edit, &LimitedLineEdit::keyTyped, this, [this] {
-        project_.unsavedChanges = true;
+        typeInCardTitle(project_);
         emit projectChanged();
     });
     connect(edit, &QLineEdit::textEdited, this, [this, line](const QString& text) {

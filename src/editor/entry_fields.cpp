@@ -1,7 +1,5 @@
 #include "editor/entry_fields.h"
 
-#include <algorithm>
-
 #include "model/format_limits.h"
 
 namespace tessaly {
@@ -19,10 +17,6 @@ QString cut(const QString& text, qsizetype length) {
 QString firstCharacters(const QString& text, int limit) {
     // Composing takes long for a run of a million accents, which only a damaged file has.
     return cut(cut(text, 16 * qsizetype(limit)).normalized(QString::NormalizationForm_C), limit);
-}
-
-QString acceptedInput(qsizetype held, const QString& input, int limit) {
-    return cut(input, std::max<qsizetype>(0, limit - held));
 }
 
 std::optional<bool> addLanguageEnabled(const Project& project, const QString& text) {

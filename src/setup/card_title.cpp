@@ -1,7 +1,5 @@
 #include "setup/card_title.h"
 
-#include "model/display_text.h"
-
 namespace tessaly {
 
 void setCardTitle(Project& project, QString Project::*line, const QString& text) {
@@ -9,9 +7,8 @@ void setCardTitle(Project& project, QString Project::*line, const QString& text)
     project.*line = text;
 }
 
-bool typeInCardTitle(Project& project, QString Project::*line, QChar key) {
+void typeInCardTitle(Project& project) {
     project.unsavedChanges = true;
-    return refusesKey(project.*line, key);
 }
 
 }  // namespace tessaly

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QChar>
 #include <QString>
 
 #include "model/project.h"
@@ -11,8 +10,7 @@ namespace tessaly {
 /// `line` is &Project::txtCardTitle1 or &Project::txtCardTitle2. Sets `unsavedChanges`.
 void setCardTitle(Project& project, QString Project::*line, const QString& text);
 
-/// A key was typed into a title line. Returns whether the line discards it, with a beep. Sets
-/// `unsavedChanges`, also for a key that is discarded.
-bool typeInCardTitle(Project& project, QString Project::*line, QChar key);
+/// A key was typed into a title line, be it one that the line then discards. Sets `unsavedChanges`.
+void typeInCardTitle(Project& project);
 
 }  // namespace tessaly

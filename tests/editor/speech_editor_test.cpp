@@ -161,13 +161,8 @@ TEST(Displays, ShowTheFileBehindTheSelection) {
     EXPECT_EQ(speechDisplay(project, {0, -1}, files).path, "");
 }
 
-TEST(EntryFields, TypedAndPastedNamesAreLimitedAlike) {
-    EXPECT_EQ(acceptedInput(15, "x", 16), "x");
-    EXPECT_EQ(acceptedInput(16, "x", 16), "");
-    EXPECT_EQ(acceptedInput(20, "x", 16), "");
-    EXPECT_EQ(acceptedInput(5, "English", 8), "Eng");
+TEST(EntryFields, NamesFromFilesAreCutBetweenCharacters) {
     const QString clef = QString::fromUcs4(U"\U0001D11E");
-    EXPECT_EQ(acceptedInput(7, clef, 8), "");
     EXPECT_EQ(firstCharacters(QString(15, 'x') + clef, 16), QString(15, 'x'));
     EXPECT_EQ(firstCharacters(QString::fromUtf8("Cafe\xCC\x81"), 4), QString("Café"));
 }
