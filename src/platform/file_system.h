@@ -98,8 +98,8 @@ class FileSystem {
     /// Puts `bytes` at `path` in one step: until the whole new file is on disk the old one stays.
     virtual void replaceFile(const QString& path, QByteArrayView bytes) = 0;
 
-    /// Returns when the content of a file has left for its device; the volume must still be flushed.
-    /// Does nothing where closing a file has done it already.
+    /// Returns when the content of a file has left for its device; the volume must still be
+    /// flushed. Does nothing where closing a file has done it already.
     virtual void settle(const QString& path) = 0;
 
     /// Returns when everything written to the volume that holds `path` has reached its device.
