@@ -14,9 +14,7 @@ constexpr int TabbedNameColumn = 6;
 constexpr int TabbedLocationSkip = 8;
 
 QString nameFrom(QStringView text) {
-    // A column may be as long as the file; a name needs its beginning only.
-    return firstCharacters(text.first(std::min<qsizetype>(text.size(), 1024)).toString(),
-                           limits::DisplayText);
+    return firstCharacters(text.toString(), limits::DisplayText);
 }
 
 // The text behind the first `columns` columns; nothing when there are not so many tabs.

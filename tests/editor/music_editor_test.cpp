@@ -131,6 +131,11 @@ TEST(MusicEditor, ANamelessListOfAFileCanBeRenamed) {
     EXPECT_EQ(tracksOfMusicList(project, "Folk").value(0), "b");
     addNewMusicList(project, "New");
     EXPECT_TRUE(tracksOfMusicList(project, "New").isEmpty());
+
+    addTrack(project, "", "b", "2");
+    deleteMusicList(project, 3);
+    addNewMusicList(project, "Next");
+    EXPECT_TRUE(tracksOfMusicList(project, "Next").isEmpty());
 }
 
 TEST(MusicEditor, DeletingFreesWhatPlaysTheItem) {
@@ -280,6 +285,14 @@ TEST(MusicEditor, MovingATrackSwapsItsRecordWithTheNext) {
          true,
          {"A/b", "[A/a]", "A/a"},
          {"b", "a"}},
+        {"a deleted record of the same name and another file",
+         {"[A/a old]", "A/a", "A/b"},
+         {"a", "b"},
+         0,
+         down,
+         true,
+         {"[A/a]", "A/b", "A/a"},
+         {"b", "a"}},
         {"a track without a file",
          {"A/b", "B/x"},
          {"a", "b"},
@@ -314,9 +327,10 @@ TEST(MusicEditor, MovingATrackSwapsItsRecordWithTheNext) {
         for (QString text : c.records) {
             const bool isDeleted = text.startsWith('[');
             if (isDeleted)
-                text = text.mid(1, 3);
-            // The file is named like its track, so that a track that comes back has the same one.
-            addTrack(project, text.left(1), text.mid(2), text.mid(2) + ".mp3");
+                text = text.mid(1, text.size() - 2);
+            // The file is named like its track, so that a track that comes back has the same one,
+            // but for what stands behind the name.
+            addTrack(project, text.left(1), text.mid(2, 1), text.mid(2) + ".mp3");
             if (isDeleted)
                 project.TrackTable.last().kind = "empty";
         }
