@@ -142,70 +142,32 @@ TEST(MusicEditor, DeletingFreesWhatPlaysTheItem) {
     struct Case {
         const char* what;
         QString playedTrack;
-        std::function<EditResult(Project&)> remove;
-        QStringList table;
+        MusicSelection removed;  // without a track: the list
+        const char* left;        // numbers of the files that are left
         int row;
         bool isFreed;
     };
     const QString full = "<Play Full List>";
     const Case cases[] = {
-        {"list",
-         "b",
-         [](Project& p) { return deleteMusicList(p, 0); },
-         {"[Rock/a <- 1]", "Rock 2/a <- 2", "[Rock/b <- 3]"},
-         0,
-         true},
-        {"list played whole",
-         full,
-         [](Project& p) { return deleteMusicList(p, 0); },
-         {"[Rock/a <- 1]", "Rock 2/a <- 2", "[Rock/b <- 3]"},
-         0,
-         true},
-        {"other list",
-         "b",
-         [](Project& p) { return deleteMusicList(p, 1); },
-         {"Rock/a <- 1", "[Rock 2/a <- 2]", "Rock/b <- 3"},
-         0,
-         false},
-        {"track",
-         "b",
-         [](Project& p) {
-             return deleteMusicTrack(p, {0, 1});
-         },
-         {"Rock/a <- 1", "Rock 2/a <- 2", "[Rock/b <- 3]"},
-         0,
-         true},
-        {"other track of the list",
-         "b",
-         [](Project& p) {
-             return deleteMusicTrack(p, {0, 0});
-         },
-         {"[Rock/a <- 1]", "Rock 2/a <- 2", "Rock/b <- 3"},
-         0,
-         false},
-        {"track of a list played whole",
-         full,
-         [](Project& p) {
-             return deleteMusicTrack(p, {0, 1});
-         },
-         {"Rock/a <- 1", "Rock 2/a <- 2", "[Rock/b <- 3]"},
-         0,
-         false},
-        {"last track of a list",
-         "b",
-         [](Project& p) {
-             return deleteMusicTrack(p, {1, 0});
-         },
-         {"Rock/a <- 1", "[Rock 2/a <- 2]", "Rock/b <- 3"},
-         -1,
-         false},
+        {"list", "b", {0, -1}, "2", 0, true},
+        {"list played whole", full, {0, -1}, "2", 0, true},
+        {"other list", "b", {1, -1}, "13", 0, false},
+        {"track", "b", {0, 1}, "12", 0, true},
+        {"other track of the list", "b", {0, 0}, "23", 0, false},
+        {"track of a list played whole", full, {0, 1}, "12", 0, false},
+        {"last track of a list", "b", {1, 0}, "13", -1, false},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         Project project = smallProject();
         setPlayers(project, "Rock", c.playedTrack);
-        EXPECT_EQ(c.remove(project).row, c.row);
-        EXPECT_EQ(table(project), c.table);
+        const EditResult deleted = c.removed.track < 0 ? deleteMusicList(project, c.removed.list)
+                                                       : deleteMusicTrack(project, c.removed);
+        EXPECT_EQ(deleted.row, c.row);
+        QString left;
+        for (const TrackRecord& record : project.TrackTable)
+            left += isMusic(record) ? record.sourcePath.text() : QString();
+        EXPECT_EQ(left, c.left);
         const QString played = (c.isFreed ? "empty Rock/" : "music Rock/") + c.playedTrack;
         EXPECT_EQ(players(project), (QStringList{played, played}));
     }
@@ -220,131 +182,57 @@ TEST(MusicEditor, DeletingFreesWhatPlaysTheItem) {
 TEST(MusicEditor, MovingATrackSwapsItsRecordWithTheNext) {
     struct Case {
         const char* what;
-        QStringList records;  // of lists A and B; in brackets: deleted
-        QStringList lines;    // of list A
+        const char* records;  // of lists A and B, "A/a2" with another file; in brackets: deleted
+        const char* lines;    // of list A
         int track;
         Direction direction;
-        bool isDone;
-        QStringList recordsAfter, linesAfter;
+        const char* recordsAfter;  // without the files; nullptr: nothing moves
+        const char* linesAfter;
     };
     const Direction up = Direction::Up, down = Direction::Down;
     const Case cases[] = {
-        {"past another list's record",
-         {"A/a", "B/x", "A/b"},
-         {"a", "b"},
-         0,
-         down,
-         true,
-         {"B/x", "A/a", "A/b"},
-         {"b", "a"}},
-        {"and up again",
-         {"B/x", "A/a", "A/b"},
-         {"b", "a"},
-         1,
-         up,
-         true,
-         {"A/a", "B/x", "A/b"},
-         {"a", "b"}},
-        {"list box and table apart",
-         {"A/a", "B/x", "A/b"},
-         {"b", "a"},
-         1,
-         up,
-         false,
-         {"A/a", "B/x", "A/b"},
-         {"b", "a"}},
-        {"the last record down",
-         {"A/a", "A/b"},
-         {"b", "a"},
-         0,
-         down,
-         false,
-         {"A/a", "A/b"},
-         {"b", "a"}},
-        {"the first record up",
-         {"A/a", "A/b"},
-         {"b", "a"},
-         1,
-         up,
-         false,
-         {"A/a", "A/b"},
-         {"b", "a"}},
-        {"past a deleted record",
-         {"A/a", "[A/c]", "A/b"},
-         {"a", "b"},
-         0,
-         down,
-         true,
-         {"[A/c]", "A/a", "A/b"},
-         {"b", "a"}},
-        {"a deleted record of the same name and file",
-         {"[A/a]", "A/b", "A/a"},
-         {"a", "b"},
-         0,
-         down,
-         true,
-         {"A/b", "[A/a]", "A/a"},
-         {"b", "a"}},
-        {"a deleted record of the same name and another file",
-         {"[A/a old]", "A/a", "A/b"},
-         {"a", "b"},
-         0,
-         down,
-         true,
-         {"[A/a]", "A/b", "A/a"},
-         {"b", "a"}},
-        {"a track without a file",
-         {"A/b", "B/x"},
-         {"a", "b"},
-         0,
-         down,
-         true,
-         {"A/b", "B/x"},
-         {"b", "a"}},
-        {"the last line down",
-         {"A/b", "A/a"},
-         {"a", "b"},
-         1,
-         down,
-         false,
-         {"A/b", "A/a"},
-         {"a", "b"}},
-        {"the first line up", {"A/b", "A/a"}, {"a", "b"}, 0, up, false, {"A/b", "A/a"}, {"a", "b"}},
-        {"nothing selected",
-         {"A/a", "A/b"},
-         {"a", "b"},
-         -1,
-         down,
-         false,
-         {"A/a", "A/b"},
-         {"a", "b"}},
+        {"past another list's record", "A/a B/x A/b", "a b", 0, down, "B/x A/a A/b", "b a"},
+        {"and up again", "B/x A/a A/b", "b a", 1, up, "A/a B/x A/b", "a b"},
+        {"list box and table apart", "A/a A/b B/x", "b a", 0, down, "A/a B/x A/b", "a b"},
+        {"the last record down", "A/a A/b", "b a", 0, down, nullptr, nullptr},
+        {"the first record up", "A/a A/b", "b a", 1, up, nullptr, nullptr},
+        {"past a deleted record", "A/a [A/c] A/b", "a b", 0, down, "[A/c] A/a A/b", "b a"},
+        {"a deleted one of that name and file", "[A/a] A/b A/a", "a b", 0, down, "A/b [A/a] A/a",
+         "b a"},
+        {"a deleted one with another file", "[A/a2] A/a A/b", "a b", 0, down, "[A/a] A/b A/a",
+         "b a"},
+        {"a track without a file", "A/b B/x", "a b", 0, down, "A/b B/x", "b a"},
+        {"the last line down", "A/b A/a", "a b", 1, down, nullptr, nullptr},
+        {"the first line up", "A/b A/a", "a b", 0, up, nullptr, nullptr},
+        {"nothing selected", "A/a A/b", "a b", -1, down, nullptr, nullptr},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         Project project;
         addMusicList(project, "B");
         addMusicList(project, "A");
-        for (QString text : c.records) {
+        for (QString text : QString(c.records).split(' ')) {
             const bool isDeleted = text.startsWith('[');
-            if (isDeleted)
-                text = text.mid(1, text.size() - 2);
-            // The file is named like its track, so that a track that comes back has the same one,
-            // but for what stands behind the name.
-            addTrack(project, text.left(1), text.mid(2, 1), text.mid(2) + ".mp3");
+            text.remove('[').remove(']');
+            addTrack(project, text.left(1), text.mid(2, 1), text.mid(2));
             if (isDeleted)
                 project.TrackTable.last().kind = "empty";
         }
         selectMusicList(project, "A");
-        project.lstMuTrack[project.currentMusicList] = c.lines;
+        project.lstMuTrack[project.currentMusicList] = QString(c.lines).split(' ');
+        const bool moves = c.recordsAfter;
+        const Project before = project;
         const EditResult moved = moveMusicTrack(project, {1, c.track}, c.direction);
-        EXPECT_EQ(moved.isDone, c.isDone);
-        EXPECT_EQ(moved.row, c.track + (c.isDone ? int(c.direction) : 0));
+        EXPECT_EQ(moved.isDone, moves);
+        EXPECT_EQ(moved.row, c.track + (moves ? int(c.direction) : 0));
+        EXPECT_EQ(project == before, !moves);
+        if (!moves)
+            continue;
         QStringList records = table(project);
         for (QString& record : records)
             record = record.left(record.indexOf(" <-")) + (record.startsWith('[') ? "]" : "");
-        EXPECT_EQ(records, c.recordsAfter);
-        EXPECT_EQ(tracksOfMusicList(project, "A"), c.linesAfter);
-        EXPECT_EQ(project.TrackTable[0], TrackRecord());
+        EXPECT_EQ(records.join(' '), c.recordsAfter);
+        EXPECT_EQ(tracksOfMusicList(project, "A").join(' '), c.linesAfter);
         EXPECT_FALSE(project.unsavedChanges);
     }
 }
