@@ -29,7 +29,7 @@ class BenchPrompts : public Prompts {
     QString pickFolder(const QString&, const QString&) override { return {}; }
     QString pickDrive(const Drives&) override { return {}; }
     int pickLine(const QString&, const QStringList&) override { return -1; }
-    QString inputText(const QString&, const QString&) override { return {}; }
+    QString inputText(const QString&, const QString&, int) override { return {}; }
     void beep() override {}
 };
 

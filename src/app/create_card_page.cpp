@@ -8,6 +8,7 @@
 #include "app/list_view_tools.h"
 #include "app/run_view.h"
 #include "app/status_circle.h"
+#include "card/card_guards.h"
 #include "card/firmware.h"
 #include "platform/error.h"
 #include "platform/error_numbers.h"
@@ -40,13 +41,15 @@ void showOffenders(const QStringList& offenders, QListWidget* list) {
 
 }  // namespace
 
-CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services, QWidget* parent)
+CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services,
+                               CardTotals& totals, QWidget* parent)
     : Page(parent),
       session_(session),
       services_(services),
       folders_(appFoldersIn(services.appFolder)),
       ui_(std::make_unique<Ui::CreateCardPage>()),
-      writer_(services.files, services.drives) {
+      writer_(services.files, services.drives),
+      totals_(totals) {
     ui_->setupUi(this);
     for (QListWidget* list : {ui_->lstBadMuLists, ui_->lstBadLangs, ui_->lstBadSpTitles}) {
         list->setFont(fixedFont(font()));
@@ -81,7 +84,7 @@ void CreateCardPage::runCardChecks() {
     checksDue_ = false;
     showChecks(tessaly::runCardChecks(session_.project, session_.project.cfDrive, services_.files,
                                       services_.drives, totals_));
-    emit totalsMeasured(totals_);
+    emit totalsMeasured();
 }
 
 void CreateCardPage::showChecks(const CardChecks& checks) {
@@ -114,9 +117,8 @@ void CreateCardPage::showChecks(const CardChecks& checks) {
 void CreateCardPage::showProblems(const CardChecks& checks) {
     QStringList problems = checks.exceededLimits;
     if (checks.totals.missingFileFlag)
-        for (const TrackRecord& record : session_.project.TrackTable)
-            if (isTrackFile(record) && !services_.files.fileSize(record.sourcePath.text()))
-                problems.append(tr("Cannot find file ") + record.sourcePath.text());
+        for (const QString& path : missingSourceFiles(session_.project, services_.files))
+            problems.append(tr("Cannot find file ") + path);
     if (problems.size() > ProblemsShown) {
         const qsizetype more = problems.size() - ProblemsShown;
         problems.resize(ProblemsShown);
@@ -171,6 +173,10 @@ void CreateCardPage::afterRun(std::function<void()> action) {
         action();
         return;
     }
+    stopThen(std::move(action));
+}
+
+void CreateCardPage::stopThen(std::function<void()> action) {
     stopRequested_ = true;
     afterRun_ = std::move(action);
 }
@@ -234,6 +240,7 @@ void CreateCardPage::updateFirmwareOnCard() {
     using Relation = FirmwareComparison::Relation;
     Prompts& prompts = services_.prompts;
     const QString root = session_.project.cfDrive;
+    requireRemovableRoot(services_.drives, root);  // it may mean another disk today
     const FirmwareComparison comparison = compareFirmware(services_.files, root, folders_);
     switch (comparison.relation) {
         case Relation::NoCard:

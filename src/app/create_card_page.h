@@ -25,7 +25,9 @@ class CreateCardPage : public Page {
     Q_OBJECT
 
  public:
-    CreateCardPage(ProjectSession& session, const Services& services, QWidget* parent = nullptr);
+    /// `totals` is the summary that all pages share.
+    CreateCardPage(ProjectSession& session, const Services& services, CardTotals& totals,
+                   QWidget* parent = nullptr);
     ~CreateCardPage() override;
 
     /// Runs the checks; while a card is written, once that has ended.
@@ -37,9 +39,12 @@ class CreateCardPage : public Page {
     /// Yes does it after the run has ended.
     void afterRun(std::function<void()> action);
 
+    /// Stops the run that is going on without a question, and does `action` after it.
+    void stopThen(std::function<void()> action);
+
  signals:
     /// The size summary was measured anew.
-    void totalsMeasured(const tessaly::CardTotals& totals);
+    void totalsMeasured();
 
  private:
     void buttSelectCF_Click();
@@ -62,7 +67,7 @@ class CreateCardPage : public Page {
     const AppFolders folders_;
     const std::unique_ptr<Ui::CreateCardPage> ui_;
     CardWriter writer_;
-    CardTotals totals_;
+    CardTotals& totals_;
     bool stopRequested_ = false;
     bool checksDue_ = false;
     std::function<void()> afterRun_;

@@ -8,6 +8,8 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMimeData>
+#include <QMouseEvent>
+#include <algorithm>
 #include <memory>
 
 #include "model/display_text.h"
@@ -18,7 +20,9 @@ namespace {
 
 bool isCharacter(const QKeyEvent& event) {
     return !event.text().isEmpty() && event.text().at(0).isPrint() &&
-           !(event.modifiers() & (Qt::ControlModifier | Qt::MetaModifier));
+           !(event.modifiers() & Qt::MetaModifier) &&
+           // With Alt, Ctrl is the AltGr of some keyboards.
+           (event.modifiers() & Qt::AltModifier || !(event.modifiers() & Qt::ControlModifier));
 }
 
 }  // namespace
@@ -41,9 +45,16 @@ void LimitedLineEdit::keyPressEvent(QKeyEvent* event) {
 
 void LimitedLineEdit::inputMethodEvent(QInputMethodEvent* event) {
     const QString input = event->commitString();
-    const Paste accepted = pasteInto(text(), selectedText(), input, limit_);
-    if (!input.isEmpty())
-        event->setCommitString(accepted.text);
+    // What the input method replaces makes room, like a selection.
+    const qsizetype start =
+        std::clamp<qsizetype>(cursorPosition() + event->replacementStart(), 0, text().size());
+    const QString replaced = event->replacementLength() > 0
+                                 ? text().mid(start, event->replacementLength())
+                                 : selectedText();
+    const Paste accepted = pasteInto(text(), replaced, input, limit_);
+    if (accepted.isCut)
+        event->setCommitString(accepted.text, event->replacementStart(),
+                               event->replacementLength());
     QLineEdit::inputMethodEvent(event);
     if (accepted.isCut)
         emit refused();
@@ -59,6 +70,18 @@ void LimitedLineEdit::insertLimited(const QString& input) {
 
 void LimitedLineEdit::pasteLimited() {
     insertLimited(QGuiApplication::clipboard()->text());
+}
+
+// The middle button pastes what is selected elsewhere.
+void LimitedLineEdit::mouseReleaseEvent(QMouseEvent* event) {
+    const QClipboard* clipboard = QGuiApplication::clipboard();
+    if (event->button() != Qt::MiddleButton || !clipboard->supportsSelection()) {
+        QLineEdit::mouseReleaseEvent(event);
+        return;
+    }
+    const QString selected = clipboard->text(QClipboard::Selection);
+    setCursorPosition(cursorPositionAt(event->pos()));
+    insertLimited(selected);
 }
 
 // The standard menu, whose Paste would go past the limit.

@@ -26,15 +26,15 @@ int main(int argc, char** argv) {
     ProjectSession session(project, files);
     std::unique_ptr<MainWindow> window;
 
-    SplashWindow splash([&] {
+    const auto loadMain = [&] {
         window = std::make_unique<MainWindow>(session, services);
-        if (!window->startUp()) {
-            QApplication::exit(1);
-            return;
-        }
+        return window->startUp();
+    };
+    const auto showMain = [&] {
         window->show();
         window->offerRecovery();
-    });
+    };
+    SplashWindow splash(loadMain, showMain);
     splash.show();
     return QApplication::exec();
 }

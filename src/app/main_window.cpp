@@ -80,8 +80,9 @@ void MainWindow::addPages() {
     ui_->Tabs->addTab(new MusicPage(session_.project, services_), "Music Files");
     // Two ampersands are shown as one.
     ui_->Tabs->addTab(new TriggersPage(session_.project), "Triggers && Attributes");
-    ui_->Tabs->addTab(new SetupPage(session_.project, services_), "Setup Items");
-    createCard_ = new CreateCardPage(session_, services_);
+    setup_ = new SetupPage(session_.project, services_);
+    ui_->Tabs->addTab(setup_, "Setup Items");
+    createCard_ = new CreateCardPage(session_, services_, totals_);
     ui_->Tabs->addTab(createCard_, "Create Card");
     connect(createCard_, &CreateCardPage::totalsMeasured, this, &MainWindow::showTotals);
     for (int i = 0; i < ui_->Tabs->count(); ++i) {
@@ -108,6 +109,7 @@ bool MainWindow::startUp() {
     }
     readFirmwareVersion();
     showProject();
+    setup_->showSystemTexts();
     return true;
 }
 
@@ -174,6 +176,7 @@ void MainWindow::mnuFileOpen_Click() {
 
 void MainWindow::openProject() {
     session_.clear();
+    measure();
     showProject();
     const QString path =
         services_.prompts.openFile({.filter = CardFiles, .folder = folders_.appFolder});
@@ -196,6 +199,7 @@ void MainWindow::openProject() {
     }
     measure();
     showProject();
+    setup_->showSystemTexts();
 }
 
 void MainWindow::mnuFileSave_Click() {
@@ -271,6 +275,7 @@ void MainWindow::recover(const RecoveryCopy& copy) {
     }
     measure();
     showProject();
+    setup_->showSystemTexts();
 }
 
 void MainWindow::tmrRecovery_Timer() {
@@ -287,7 +292,6 @@ bool MainWindow::confirmExit() {
 // A session that ends asks nothing, but loses nothing either.
 void MainWindow::Form_SessionEnds() {
     session_.letGo();
-    isClosing_ = true;
 }
 
 void MainWindow::mnuFileExit_Click() {
@@ -302,17 +306,23 @@ void MainWindow::closeAll() {
     close();
 }
 
+// Only the operator's own close command is asked about; whoever else closes the window, as the end
+// of a session does, meets no question. Nothing is lost either way.
 void MainWindow::closeEvent(QCloseEvent* event) {
-    if (createCard_->isRunning() && !isClosing_) {
+    const bool asks = event->spontaneous() && !isClosing_;
+    if (createCard_->isRunning()) {
         event->ignore();
-        mnuFileExit_Click();  // asks to stop first, and closes once the run has ended
+        if (asks)
+            mnuFileExit_Click();  // asks to stop first, and closes once the run has ended
+        else
+            createCard_->stopThen([this] { closeAll(); });
         return;
     }
-    if (!isClosing_ && !(confirmExit() && letGo())) {
+    if (asks && !(confirmExit() && letGo())) {
         event->ignore();
         return;
     }
-    isClosing_ = true;
+    session_.letGo();
     event->accept();  // the other windows belong to this one, and end with it
 }
 
@@ -337,11 +347,12 @@ void MainWindow::showProject() {
 }
 
 void MainWindow::measure() {
-    showTotals(updateSummary(session_.project, services_.files));
+    totals_ = updateSummary(session_.project, services_.files);
+    showTotals();
 }
 
-void MainWindow::showTotals(const CardTotals& totals) {
-    const QString line = summaryLine(totals, firmwareVersion_);
+void MainWindow::showTotals() {
+    const QString line = summaryLine(totals_, firmwareVersion_);
     statusText_->setText(line);
     statusText_->setToolTip(line.simplified());
     showCaption();

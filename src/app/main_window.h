@@ -19,6 +19,7 @@ namespace tessaly {
 
 class CreateCardPage;
 class Page;
+class SetupPage;
 
 /// The program's working window: menus, five pages, status bar.
 class MainWindow : public QMainWindow {
@@ -64,7 +65,7 @@ class MainWindow : public QMainWindow {
 
     void showProject();
     void measure();
-    void showTotals(const CardTotals& totals);
+    void showTotals();
     void showCaption();
     Page* currentPage() const;
 
@@ -73,6 +74,8 @@ class MainWindow : public QMainWindow {
     const AppFolders folders_;
     const std::unique_ptr<Ui::MainWindow> ui_;
     QLabel* statusText_;
+    CardTotals totals_;  ///< as last measured, by whichever page
+    SetupPage* setup_ = nullptr;
     CreateCardPage* createCard_ = nullptr;
     std::unique_ptr<RecoveryFolder> recovery_;
     QString firmwareVersion_;

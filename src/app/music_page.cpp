@@ -35,7 +35,14 @@ MusicPage::MusicPage(Project& project, const Services& services, QWidget* parent
     connect(ui_->imgMuListDn, &QToolButton::clicked, this, [this] { moveList(Direction::Down); });
     connect(ui_->imgMuTrackUp, &QToolButton::clicked, this, [this] { moveTrack(Direction::Up); });
     connect(ui_->imgMuTrackDn, &QToolButton::clicked, this, [this] { moveTrack(Direction::Down); });
-    connect(ui_->lstMuList, &QListWidget::itemSelectionChanged, this, &MusicPage::lstMuList_Click);
+    connect(ui_->lstMuList, &QListWidget::itemSelectionChanged, this, [this] {
+        if (selectedRow(ui_->lstMuList) >= 0) {
+            lstMuList_Click();
+            return;
+        }
+        ui_->buttEditMuList->setEnabled(false);
+        ui_->buttDelMuList->setEnabled(false);
+    });
     connect(ui_->lstMuTrack, &QListWidget::itemSelectionChanged, this,
             &MusicPage::lstMuTrack_Click);
     connect(ui_->txtNewMuList, &QLineEdit::textChanged, this, &MusicPage::txtNewMuList_Change);
@@ -62,12 +69,11 @@ void MusicPage::projectReplaced() {
     trackRows_.clear();
     ui_->txtNewMuList->clear();
     ui_->txtNewMuTrack->clear();
-    ui_->buttAddMuTrack->setEnabled(false);
-    ui_->buttEditMuTrack->setEnabled(false);
-    ui_->buttDelMuTrack->setEnabled(false);
+    for (QPushButton* button : {ui_->buttEditMuList, ui_->buttDelMuList, ui_->buttAddMuTrack,
+                                ui_->buttEditMuTrack, ui_->buttDelMuTrack, ui_->buttAddMuFile})
+        button->setEnabled(false);
     clearFile();
-    const int row =
-        int(project_.lstMuList.indexOf(project_.MusicListNames.value(project_.currentMusicList)));
+    const int row = currentListRow();
     showLists(row);
     if (row >= 0)
         lstMuList_Click();
@@ -75,17 +81,26 @@ void MusicPage::projectReplaced() {
         showTracks(-1);
 }
 
+int MusicPage::currentListRow() const {
+    return int(
+        project_.lstMuList.indexOf(project_.MusicListNames.value(project_.currentMusicList)));
+}
+
 void MusicPage::showProject() {
     const int row = selectedRow(ui_->lstMuList);
     showLists(row);
-    // Another page may have brought another list on view.
-    const QString current = project_.MusicListNames.value(project_.currentMusicList);
-    const int currentRow = int(project_.lstMuList.indexOf(current));
-    if (row >= 0 && currentRow >= 0 && row != currentRow) {
-        showLists(currentRow);
+    if (shownSlot_ == project_.currentMusicList) {
+        showTracks(selectedRow(ui_->lstMuTrack));
+        return;
+    }
+    // Another page brought another list on view.
+    if (row >= 0 && currentListRow() >= 0) {
+        showLists(currentListRow());
         lstMuList_Click();
     } else {
-        showTracks(selectedRow(ui_->lstMuTrack));
+        showTracks(trackRows_.value(project_.currentMusicList, -1));
+        ui_->buttAddMuFile->setEnabled(false);
+        clearFile();
     }
 }
 
@@ -98,7 +113,8 @@ void MusicPage::showTracks(int row) {
               project_.lstMuList.isEmpty() ? QStringList()
                                            : project_.lstMuTrack.value(project_.currentMusicList),
               row);
-    trackRows_[project_.currentMusicList] = row;
+    shownSlot_ = project_.currentMusicList;
+    trackRows_[shownSlot_] = row;
 }
 
 void MusicPage::clearFile() {
@@ -131,8 +147,9 @@ void MusicPage::lstMuList_Click() {
 }
 
 void MusicPage::lstMuTrack_Click() {
-    trackRows_[project_.currentMusicList] = selectedRow(ui_->lstMuTrack);
-    if (selectedRow(ui_->lstMuList) < 0) {
+    const MusicSelection selected = selection();
+    trackRows_[project_.currentMusicList] = selected.track;
+    if (selected.list < 0 || selected.track < 0) {
         ui_->buttAddMuFile->setEnabled(false);
         clearFile();
         return;
@@ -270,7 +287,7 @@ void MusicPage::buttAddMuFile_Click() {
 // ---- imports -----------------------------------------------------------------------------------
 
 // Runs an import behind a dialog that appears when it takes long, and shows what came of it.
-void MusicPage::import(const std::function<ImportResult(const KeepGoing&)>& run) {
+void MusicPage::importList(const std::function<ImportResult(const KeepGoing&)>& run) {
     QProgressDialog progress("Reading the tracks...", "Cancel", 0, 0, window());
     progress.setWindowModality(Qt::ApplicationModal);
     progress.setMinimumDuration(500);
@@ -308,19 +325,19 @@ void MusicPage::import(const std::function<ImportResult(const KeepGoing&)>& run)
 void MusicPage::buttAddMuItunesPlaylist_Click() {
     const QString path = services_.prompts.openFile(
         {.filter = "TXT files (*.txt);;M3U files (*.M3U *.m3u)", .folder = services_.appFolder});
-    import([&](const KeepGoing& keepGoing) {
+    importList([&](const KeepGoing& keepGoing) {
         return importPlaylist(project_, services_.files, services_.tags, path, keepGoing);
-});
-}  // namespace tessaly
+    });
+}
 
 void MusicPage::buttAddMuListDir_Click() {
     const QString folder =
         services_.prompts.pickFolder("Select folder containing MP3 files", lastMusicFolder_);
     if (!folder.isEmpty())
         lastMusicFolder_ = folder;
-    import([&](const KeepGoing& keepGoing) {
+    importList([&](const KeepGoing& keepGoing) {
         return importMusicFolder(project_, services_.files, services_.tags, folder, keepGoing);
-});
+    });
 }
 
 }  // namespace tessaly

@@ -46,17 +46,19 @@ class MusicPage : public Page {
     void txtNewMuTrack_Change();
 
     MusicSelection selection() const;
+    int currentListRow() const;
     void showLists(int row);
     void showTracks(int row);
     void showFile();
     void clearFile();
     void edited();
-    void import(const std::function<ImportResult(const KeepGoing&)>& run);
+    void importList(const std::function<ImportResult(const KeepGoing&)>& run);
 
     Project& project_;
     const Services& services_;
     const std::unique_ptr<Ui::MusicPage> ui_;
     QHash<int, int> trackRows_;  // slot of a list -> row selected among its tracks
+    int shownSlot_ = 0;          // slot of the list whose tracks are shown
     QString lastFileFolder_;
     QString lastMusicFolder_;
 };

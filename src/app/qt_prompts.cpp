@@ -4,10 +4,12 @@
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QInputDialog>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "app/drive_dialog.h"
 
@@ -93,11 +95,13 @@ int QtPrompts::pickLine(const QString& caption, const QStringList& lines) {
     return dialog.exec() == QDialog::Accepted ? list->currentRow() : -1;
 }
 
-QString QtPrompts::inputText(const QString& prompt, const QString& initial) {
-    bool accepted = false;
-    const QString text = QInputDialog::getText(QApplication::activeWindow(), {}, prompt,
-                                               QLineEdit::Normal, initial, &accepted);
-    return accepted ? text : QString();
+QString QtPrompts::inputText(const QString& prompt, const QString& initial, int limit) {
+    QInputDialog dialog(QApplication::activeWindow());
+    dialog.setLabelText(prompt);
+    dialog.setTextValue(initial);
+    if (auto* edit = dialog.findChild<QLineEdit*>(); edit && limit > 0)
+        edit->setMaxLength(std::max(limit, int(initial.size())));
+    return dialog.exec() == QDialog::Accepted ? dialog.textValue() : QString();
 }
 
 void QtPrompts::beep() {

@@ -16,7 +16,7 @@ class QtPrompts : public Prompts {
     QString pickFolder(const QString& caption, const QString& start) override;
     QString pickDrive(const Drives& drives) override;
     int pickLine(const QString& caption, const QStringList& lines) override;
-    QString inputText(const QString& prompt, const QString& initial) override;
+    QString inputText(const QString& prompt, const QString& initial, int limit) override;
     void beep() override;
 };
 

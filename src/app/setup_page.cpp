@@ -81,6 +81,9 @@ void SetupPage::showProject() {
 
 void SetupPage::projectReplaced() {
     showProject();
+}
+
+void SetupPage::showSystemTexts() {
     systemTexts_->projectReplaced();
 }
 

@@ -26,6 +26,10 @@ class SetupPage : public Page {
     void showProject() override;
     void projectReplaced() override;
 
+    /// Brings the project's system texts into the boxes of their window: after New, and after a
+    /// file was read. Until then the boxes keep what was typed into them.
+    void showSystemTexts();
+
  private:
     void lstDefaultLangs_Click();
     void buttGetChimeFile_Click();

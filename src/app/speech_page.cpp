@@ -102,14 +102,16 @@ void SpeechPage::showFile() {
 }
 
 void SpeechPage::lstSpTitles_Click() {
-    ui_->buttEditSpTitle->setEnabled(true);
-    ui_->buttDelSpTitle->setEnabled(true);
+    const bool isSelected = selectedRow(ui_->lstSpTitles) >= 0;
+    ui_->buttEditSpTitle->setEnabled(isSelected);
+    ui_->buttDelSpTitle->setEnabled(isSelected);
     showFile();
 }
 
 void SpeechPage::lstLangs_Click() {
-    ui_->buttEditLang->setEnabled(true);
-    ui_->buttDelLang->setEnabled(true);
+    const bool isSelected = selectedRow(ui_->lstLangs) >= 0;
+    ui_->buttEditLang->setEnabled(isSelected);
+    ui_->buttDelLang->setEnabled(isSelected);
     showFile();
 }
 
@@ -154,8 +156,10 @@ void SpeechPage::buttAddSpTitle_Click() {
 void SpeechPage::buttEditSpTitle_Click() {
     const int row = selectedRow(ui_->lstSpTitles);
     const auto name = lineAt(project_.lstSpTitles, row);
-    const QString answer =
-        name ? services_.prompts.inputText("Enter new text for speech title:", *name) : QString();
+    const QString answer = name
+                               ? services_.prompts.inputText(
+                                     "Enter new text for speech title:", *name, limits::DisplayText)
+                               : QString();
     const EditResult result = renameSpeechTitle(project_, row, answer);
     showTitles(result.row);
     showFile();
@@ -199,8 +203,9 @@ void SpeechPage::buttAddLang_Click() {
 void SpeechPage::buttEditLang_Click() {
     const int row = selectedRow(ui_->lstLangs);
     const auto name = lineAt(project_.lstLangs, row);
-    const QString answer =
-        name ? services_.prompts.inputText("Enter new text for language:", *name) : QString();
+    const QString answer = name ? services_.prompts.inputText("Enter new text for language:", *name,
+                                                              limits::LanguageName)
+                                : QString();
     const EditResult result = renameLanguage(project_, row, answer);
     showLangs(result.row);
     showFile();

@@ -8,10 +8,11 @@
 
 namespace tessaly {
 
-SplashWindow::SplashWindow(std::function<void()> loadMain)
+SplashWindow::SplashWindow(std::function<bool()> loadMain, std::function<void()> showMain)
     : QWidget(nullptr, Qt::SplashScreen),
       ui_(std::make_unique<Ui::SplashWindow>()),
-      loadMain_(std::move(loadMain)) {
+      loadMain_(std::move(loadMain)),
+      showMain_(std::move(showMain)) {
     ui_->setupUi(this);
     adjustSize();
     if (const QScreen* screen = QGuiApplication::primaryScreen())
@@ -27,8 +28,10 @@ SplashWindow::SplashWindow(std::function<void()> loadMain)
 SplashWindow::~SplashWindow() = default;
 
 void SplashWindow::Timer1_Timer() {
-    loadMain_();
+    const bool isLoaded = loadMain_();
     close();
+    if (isLoaded)
+        showMain_();
 }
 
 }  // namespace tessaly

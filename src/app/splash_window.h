@@ -15,15 +15,17 @@ class SplashWindow : public QWidget {
     Q_OBJECT
 
  public:
-    /// `loadMain` runs once when the time is up; the splash closes after it.
-    explicit SplashWindow(std::function<void()> loadMain);
+    /// When the time is up, `loadMain` runs, the splash closes, and `showMain` runs if the main
+    /// window is to be shown, as `loadMain` tells.
+    SplashWindow(std::function<bool()> loadMain, std::function<void()> showMain);
     ~SplashWindow() override;
 
  private:
     void Timer1_Timer();
 
     const std::unique_ptr<Ui::SplashWindow> ui_;
-    const std::function<void()> loadMain_;
+    const std::function<bool()> loadMain_;
+    const std::function<void()> showMain_;
 };
 
 }  // namespace tessaly

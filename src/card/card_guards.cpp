@@ -54,8 +54,7 @@ class HoldingFolder {
 
 // The file name at the end of a path of either platform, as a project file holds it.
 QByteArray storedFileName(const QString& path) {
-    const qsizetype slash = std::max(path.lastIndexOf('/'), path.lastIndexOf('\\'));
-    return toCodePage(path.mid(slash + 1));
+    return toCodePage(lastNameOf(path));
 }
 
 [[noreturn]] void cardDiffers(const QString& problem) {

@@ -19,6 +19,14 @@ CardTotals updateSummary(const Project& project, const FileSystem& files) {
     return totals;
 }
 
+QStringList missingSourceFiles(const Project& project, const FileSystem& files) {
+    QStringList missing;
+    for (const TrackRecord& record : project.TrackTable)
+        if (isTrackFile(record) && !files.fileSize(record.sourcePath.text()))
+            missing.append(record.sourcePath.text());
+    return missing;
+}
+
 QString summaryLine(const CardTotals& totals, const QString& firmwareVersion) {
     return "Total card size: " + megabytes(totals.totalCardBytes) +
            "        Total number of Tracks: " + QString::number(totals.trackCount) +

@@ -19,6 +19,9 @@ struct CardTotals {
 /// Measures the source files of a project: one file query a record.
 CardTotals updateSummary(const Project& project, const FileSystem& files);
 
+/// The source files that cannot be measured, in table order.
+QStringList missingSourceFiles(const Project& project, const FileSystem& files);
+
 /// The line of the status bar.
 QString summaryLine(const CardTotals& totals, const QString& firmwareVersion);
 

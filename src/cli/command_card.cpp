@@ -59,9 +59,8 @@ bool passesChecks(const Project& project, const QString& root, const FileSystem&
           &checks.cardBigEnough, &checks.trackCount})
         if (check->verdict == Verdict::Red)
             printError(QStringList(QStringList(check->text) + check->offenders).join(' '));
-    for (const TrackRecord& record : project.TrackTable)
-        if (isTrackFile(record) && !files.fileSize(record.sourcePath.text()))
-            printError("Cannot find file " + record.sourcePath.text());
+    for (const QString& path : missingSourceFiles(project, files))
+        printError("Cannot find file " + path);
     for (const QString& limit : checks.exceededLimits)
         printError(limit);
     return checks.hasItems && !checks.blocked;

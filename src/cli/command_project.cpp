@@ -88,14 +88,6 @@ QStringList warningsFor(const Project& project, const CardTotals& totals) {
     return warnings;
 }
 
-QStringList missingFiles(const Project& project, const FileSystem& files) {
-    QStringList missing;
-    for (const TrackRecord& record : project.TrackTable)
-        if (isTrackFile(record) && !files.fileSize(record.sourcePath.text()))
-            missing.append(record.sourcePath.text());
-    return missing;
-}
-
 void printChecksJson(const CardChecks& checks, bool blocked, const QStringList& missing,
                      const QStringList& warnings) {
     QJsonObject verdicts;
@@ -147,6 +139,16 @@ void printChecksText(const CardChecks& checks, bool withDrive, const QStringList
               .arg(size(checks.totals.totalCardBytes)));
 }
 
+// A file that is read or written must not be written over by another output.
+void requireOtherFile(const FileSystem& files, const QString& file, const QString& output) {
+    const auto identity = files.identity(output);
+    const bool isSame = QDir(file).absolutePath() == QDir(output).absolutePath() ||
+                        (identity && identity == files.identity(file));
+    if (!output.isEmpty() && isSame)
+        throw TessalyError(error_number::BadTarget,
+                           native(output) + ": this file cannot be used for two things");
+}
+
 }  // namespace
 
 Project openProject(FileSystem& files, const QString& path, bool mustBeComplete) {
@@ -174,7 +176,7 @@ int checkCommand(const CheckOptions& options) {
     const QString drive = withDrive ? native(QDir(options.card).absolutePath()) : QString();
     const CardChecks checks = runCardChecks(project, drive, files, drives, totals);
     const bool blocked = !checks.hasItems || (withDrive ? checks.blocked : checks.projectBlocked);
-    const QStringList missing = missingFiles(project, files);
+    const QStringList missing = missingSourceFiles(project, files);
     const QStringList warnings = warningsFor(project, totals);
     if (options.json)
         printChecksJson(checks, blocked, missing, warnings);
@@ -185,6 +187,9 @@ int checkCommand(const CheckOptions& options) {
 
 int imageCommand(const ImageOptions& options) {
     LocalFileSystem files;
+    requireOtherFile(files, options.project, options.output);
+    requireOtherFile(files, options.project, options.hexOutput);
+    requireOtherFile(files, options.output, options.hexOutput);
     Project project = openProject(files, options.project);
     throwFirst(limitViolations(project));
     const QByteArray image =

@@ -3,6 +3,7 @@
 #include <QDir>
 #include <algorithm>
 
+#include "editor/entry_fields.h"
 #include "model/format_limits.h"
 #include "model/music_lists.h"
 #include "platform/error.h"
@@ -117,8 +118,7 @@ void FolderImport::importSpeech(const QString& folder) {
     QList<SpeechFile> found;
     UniqueNames languages;
     for (const QString& name : foldersOf(folder, "language")) {
-        const QString language =
-            languages.add(name.normalized(QString::NormalizationForm_C).left(limits::LanguageName));
+        const QString language = languages.add(firstCharacters(name, limits::LanguageName));
         project_.lstLangs.append(language);
         const QString languageFolder = pathIn(folder, name);
         for (const QString& file : mp3sOf(languageFolder))
@@ -132,7 +132,7 @@ void FolderImport::importSpeech(const QString& folder) {
     UniqueNames unique;
     QHash<QString, QString> names;
     for (const QString& title : titles) {
-        const QString name = unique.add(title.left(limits::DisplayText));
+        const QString name = unique.add(firstCharacters(title, limits::DisplayText));
         names.insert(title, name);
         project_.lstSpTitles.append(name);
         if (name != title)
@@ -161,13 +161,13 @@ void FolderImport::importMusic(const QString& folder) {
                                     .arg(QDir::toNativeSeparators(listFolder)));
             continue;
         }
-        const QString list = addMusicList(
-            project_, name.normalized(QString::NormalizationForm_C).left(limits::DisplayText));
+        const QString list = addMusicList(project_, firstCharacters(name, limits::DisplayText));
         UniqueNames tracks;
         for (const QString& file : found) {
             const QString path = pathIn(listFolder, file);
             const QString whole = trackName(path, file);
-            const QString track = addMusicTrack(project_, whole.left(limits::DisplayText), tracks);
+            const QString track =
+                addMusicTrack(project_, firstCharacters(whole, limits::DisplayText), tracks);
             if (track != whole)
                 report.notes.append(QString("The track \"%1\" became \"%2\".").arg(whole, track));
             addRecord("music", track, list, path);

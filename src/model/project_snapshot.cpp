@@ -129,12 +129,24 @@ std::optional<Project> decodeSnapshot(const QByteArray& bytes) {
     return project;
 }
 
+// The default languages as the player gets them: their order, and names that no language has, make
+// no difference.
+static QStringList defaultLanguages(const Project& project) {
+    QStringList names;
+    for (const TrackRecord& record : project.DefaultLanguageTable.mid(1))
+        if (project.lstLangs.contains(record.groupName.text()))
+            names.append(record.groupName.text());
+    names.sort();
+    return names;
+}
+
 bool sameContent(const Project& a, const Project& b) {
     const auto visible = [](Project project) {
         project.unsavedChanges = false;
         project.suppressTriggerEvents = false;
         project.currentMusicList = 0;
         project.DefaultLanguageCopy.clear();
+        project.DefaultLanguageTable.clear();
         project.TrackTable.clear();  // compared record by record, without a copy
         return project;
     };
@@ -146,7 +158,7 @@ bool sameContent(const Project& a, const Project& b) {
     const auto &one = a.TrackTable, &other = b.TrackTable;
     return (one.isSharedWith(other) ||
             std::equal(one.begin(), one.end(), other.begin(), other.end(), sameRecord)) &&
-           visible(a) == visible(b);
+           defaultLanguages(a) == defaultLanguages(b) && visible(a) == visible(b);
 }
 
 }  // namespace tessaly

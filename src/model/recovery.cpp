@@ -15,7 +15,14 @@ namespace {
 
 const QString Ending = QStringLiteral(".recovery");
 const QString MarkName = QStringLiteral("running");
-const QString TimeFormat = QStringLiteral("yyyyMMdd-HHmmss-zzz");
+const QString TimeFormat = QStringLiteral("yyyyMMdd-HHmmss-zzz");  // in UTC: no hour comes twice
+
+// The time that the name of a copy tells.
+QDateTime timeOf(const QString& name) {
+    QDateTime time = QDateTime::fromString(name.chopped(Ending.size()), TimeFormat);
+    time.setTimeSpec(Qt::UTC);
+    return time;
+}
 
 }  // namespace
 
@@ -66,17 +73,29 @@ QStringList RecoveryFolder::namesNewestFirst() const {
 }
 
 void RecoveryFolder::keep(const Project& project) {
-    if (current_.isEmpty()) {
-        QDateTime time = QDateTime::currentDateTime();
-        do {
-            current_ = pathIn(folder_, time.toString(TimeFormat) + Ending);
-            time = time.addMSecs(1);
-        } while (files_.fileSize(current_));
-    }
+    if (current_.isEmpty())
+        current_ = pathIn(folder_, nextName());
     files_.replaceFile(current_, encodeSnapshot(project));
+    for (const QString& name : namesNewestFirst().mid(CopiesKept)) {
+        try {
+            files_.removeFile(pathIn(folder_, name));
+        } catch (const TessalyError&) {
+            // One copy too many does no harm.
+        }
+    }
+}
+
+// The time now, but later than every copy there is: a clock that went back must not make the newest
+// copy the oldest.
+QString RecoveryFolder::nextName() const {
+    QDateTime time = QDateTime::currentDateTimeUtc();
     const QStringList names = namesNewestFirst();
-    for (const QString& name : names.mid(CopiesKept))
-        files_.removeFile(pathIn(folder_, name));
+    if (!names.isEmpty()) {
+        const QDateTime newest = timeOf(names.first());
+        if (newest.isValid() && newest >= time)
+            time = newest.addMSecs(1);
+    }
+    return time.toString(TimeFormat) + Ending;
 }
 
 void RecoveryFolder::dropCurrentCopy() {
@@ -93,8 +112,7 @@ void RecoveryFolder::dropCurrentCopy() {
 QList<RecoveryCopy> RecoveryFolder::copies() const {
     QList<RecoveryCopy> found;
     for (const QString& name : namesNewestFirst()) {
-        RecoveryCopy copy{.path = pathIn(folder_, name),
-                          .time = QDateTime::fromString(name.chopped(Ending.size()), TimeFormat)};
+        RecoveryCopy copy{.path = pathIn(folder_, name), .time = timeOf(name).toLocalTime()};
         try {
             const Project project = read(copy);
             copy.lists = int(project.lstMuList.size());

@@ -59,6 +59,7 @@ class RecoveryFolder {
 
  private:
     QStringList namesNewestFirst() const;
+    QString nextName() const;
 
     FileSystem& files_;
     const QString folder_;

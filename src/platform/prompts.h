@@ -44,8 +44,9 @@ class Prompts {
     virtual QString pickDrive(const Drives& drives) = 0;
     /// One of several lines, by its index; -1 when cancelled.
     virtual int pickLine(const QString& caption, const QStringList& lines) = 0;
-    /// The text typed; null when cancelled.
-    virtual QString inputText(const QString& prompt, const QString& initial) = 0;
+    /// The text typed, of at most `limit` characters (0: any number), or `initial` if that is
+    /// longer and was left as it is; null when cancelled.
+    virtual QString inputText(const QString& prompt, const QString& initial, int limit = 0) = 0;
 
     /// A key was refused.
     virtual void beep() = 0;

@@ -1,5 +1,7 @@
 #include "setup/chime.h"
 
+#include <QDir>
+
 namespace tessaly {
 
 ChimeControls chimeControls(const Project& project) {
@@ -8,7 +10,6 @@ ChimeControls chimeControls(const Project& project) {
     const bool repeats = project.buttPlayIntChime || project.buttPlayExtChime;
     controls.Label24 = controls.txtChimeFileName = controls.buttGetChimeFile = hasFile;
     controls.buttChimeAlways = controls.buttChimeOnce = repeats;
-    controls.Label17 = controls.Label19 = repeats;
     return controls;
 }
 
@@ -20,7 +21,7 @@ void clickChimeOption(Project& project, bool Project::*option) {
 void chooseChimeFile(Project& project, const std::optional<QString>& file) {
     project.unsavedChanges = true;
     if (file)
-        project.txtChimeFileName = *file;
+        project.txtChimeFileName = QDir::toNativeSeparators(*file);
 }
 
 void setChimeFileName(Project& project, const QString& text) {

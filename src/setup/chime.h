@@ -10,7 +10,7 @@ namespace tessaly {
 /// Which chime controls can be used.
 struct ChimeControls {
     bool Label24 = false, txtChimeFileName = false, buttGetChimeFile = false;
-    bool buttChimeAlways = false, buttChimeOnce = false, Label17 = false, Label19 = false;
+    bool buttChimeAlways = false, buttChimeOnce = false;
 
     bool operator==(const ChimeControls&) const = default;
 };

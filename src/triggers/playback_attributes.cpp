@@ -46,12 +46,10 @@ AttributeControls enabledControls(const TriggerSelection& selection) {
     const bool isPlayable = item != SelectedItem::None;
     const bool isTrack = item == SelectedItem::Track;
     const bool hasAttributes = isTrack || item == SelectedItem::Title;
-    controls.chkEndlessLoop = controls.lblEndlessLoop = isTrack;
+    controls.chkEndlessLoop = isTrack;
     controls.buttPlayNormVolume = controls.buttPlayLoudVolume = hasAttributes;
-    controls.Label5 = controls.Label6 = hasAttributes;
     controls.buttResumeOnInt = controls.buttCancelOnInt = hasAttributes;
-    controls.Label7 = controls.Label8 = hasAttributes;
-    controls.chkPowerUp = controls.lblPowerUp = isPlayable;
+    controls.chkPowerUp = isPlayable;
     controls.triggerRows = isPlayable;
     return controls;
 }

@@ -11,10 +11,10 @@ namespace tessaly {
 
 /// Which controls of the page can be used.
 struct AttributeControls {
-    bool chkEndlessLoop = false, lblEndlessLoop = false;
-    bool buttPlayNormVolume = false, buttPlayLoudVolume = false, Label5 = false, Label6 = false;
-    bool buttResumeOnInt = false, buttCancelOnInt = false, Label7 = false, Label8 = false;
-    bool chkPowerUp = false, lblPowerUp = false;
+    bool chkEndlessLoop = false;
+    bool buttPlayNormVolume = false, buttPlayLoudVolume = false;
+    bool buttResumeOnInt = false, buttCancelOnInt = false;
+    bool chkPowerUp = false;
     bool triggerRows = false;  ///< whether a free trigger is on offer
 
     bool operator==(const AttributeControls&) const = default;

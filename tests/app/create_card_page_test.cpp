@@ -100,6 +100,16 @@ TEST(CreateCardPage, TheDriveIsShownAsItIs) {
     EXPECT_EQ(bench.text("lblEmpty"), "There are no Speech or Music files selected.");
 }
 
+TEST(CreateCardPage, ACardThatIsTooSmallIsSeenAtOnce) {
+    WindowBench bench;
+    bench.drives.volume.totalBytes = 500100;  // less than the files and the margin
+    bench.start();
+    bench.open(bench.tourFile);
+    bench.showPage("Create Card");
+    EXPECT_EQ(bench.text("lblCFCardBigEnough"), "CF card too small - delete tracks");
+    EXPECT_FALSE(bench.find<QWidget>("buttCreateCard")->isEnabled());
+}
+
 TEST(CreateCardPage, OnlyRemovableDrivesAreTaken) {
     PageBench bench;
     const QString before = bench.current.cfDrive;
@@ -190,6 +200,9 @@ TEST(CreateCardPage, NoToAnUpdateCarriesOver) {
     EXPECT_TRUE(bench.current.unsavedChanges);
     bench.click("buttCreateCard");  // an update again: this card holds no music, and is left alone
     EXPECT_TRUE(bench.prompts.takeTexts()[1].contains("create the card anew."));
+    bench.prompts.answers = {false};
+    bench.click("buttCreateCard");  // which can be done now
+    EXPECT_EQ(bench.prompts.takeTexts(), QStringList(EraseQuestion));
 }
 
 TEST(CreateCardPage, FailuresEndInTheErrorBox) {
@@ -225,7 +238,7 @@ TEST(CreateCardPage, ARunIsStoppedOnlyOnRequest) {
     } cases[] = {
         {"Cancel", [](PageBench& b) { b.click("buttCancelWrite"); }, {}},
         {"Exit", [](PageBench& b) { b.choose("mnuFileExit"); }, {"Really exit?"}},
-        {"the close box", [](PageBench& b) { b.window->close(); }, {"Really exit?"}},
+        {"the close box", [](PageBench& b) { b.closeBox(); }, {"Really exit?"}},
         {"New", [](PageBench& b) { b.choose("mnuFileNew"); }, {"You will lose"}},
         {"Open", [](PageBench& b) { b.choose("mnuFileOpen"); }, {}},
         {"a second write", [](PageBench& b) { b.click("buttCreateCard"); }, {"This will erase"}},
@@ -315,6 +328,12 @@ TEST(CreateCardPage, FirmwareAloneIsUpdatedAfterAQuestion) {
     EXPECT_EQ(shown[0].icon, Message::Icon::Question);
     EXPECT_TRUE(shown[0].text.contains("Do you really want to downgrade?"));
     EXPECT_EQ(bench.card()["0000.hex"], ":05555");
+
+    // The drive of the project may be another one today.
+    bench.drives.driveType = DriveType::Fixed;
+    shown = update();
+    EXPECT_TRUE(shown[0].text.contains("is a Fixed drive"));
+    bench.drives.driveType = DriveType::Removable;
 
     bench.scratch.write("card/0000.hex", ":00001");
     bench.prompts.answers = {true};

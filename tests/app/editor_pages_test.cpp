@@ -163,6 +163,32 @@ TEST(MusicPage, ButtonsFollowTheSelection) {
     EXPECT_FALSE(bench.current.unsavedChanges) << "moves and selections are no edits";
 }
 
+TEST(MusicPage, ShowsTheListOnViewAndNothingStale) {
+    EditorBench bench;
+    bench.open(bench.tourFile);
+    bench.showPage("Music Files");
+    bench.add("txtNewMuList", "M", "buttAddMuList");
+    bench.add("txtNewMuTrack", "m", "buttAddMuTrack");
+    bench.select("lstMuList", "L");
+    bench.select("lstMuTrack", "two");
+    bench.answer("buttEditMuList", "Renamed");  // left unselected
+    bench.showPage("Triggers && Attributes");
+    bench.select("lstTrigLeft", "M");
+    bench.showPage("Music Files");
+    EXPECT_EQ(bench.items("lstMuTrack"), QStringList("m"));
+    EXPECT_EQ(bench.selected("lstMuTrack"), "(none)");
+    EXPECT_EQ(bench.field("txtMuFile"), "");
+    bench.select("lstMuList", "Renamed");
+    EXPECT_EQ(bench.selected("lstMuTrack"), "two");
+    bench.find<QListWidget>("lstMuTrack")->clearSelection();
+    EXPECT_FALSE(bench.isEnabled("buttAddMuFile"));
+
+    bench.prompts.answers = {true};
+    bench.choose("mnuFileNew");
+    for (const char* button : {"buttEditMuList", "buttDelMuList", "buttAddMuFile"})
+        EXPECT_FALSE(bench.isEnabled(button)) << button;
+}
+
 TEST(MusicPage, ImportsMakeListsOrNothing) {
     EditorBench bench;
     bench.showPage("Music Files");
@@ -262,6 +288,19 @@ TEST(SpeechPage, NamesHaveTheirLimits) {
     QTest::keyClick(bench.find<QLineEdit>("txtNewLang"), Qt::Key_V, Qt::ControlModifier);
     EXPECT_EQ(bench.field("txtNewLang"), "Nederlan");
     EXPECT_EQ(bench.prompts.beeps, 1);
+
+    // AltGr characters come with Ctrl and Alt on some systems.
+    bench.type("txtNewLang", "12345678");
+    QKeyEvent at(QEvent::KeyPress, Qt::Key_At, Qt::ControlModifier | Qt::AltModifier, "@");
+    QApplication::sendEvent(bench.find<QLineEdit>("txtNewLang"), &at);
+    EXPECT_EQ(bench.field("txtNewLang"), "12345678");
+    EXPECT_EQ(bench.prompts.beeps, 2);
+    // An input method replaces what it composed from.
+    bench.type("txtNewLang", "Espan");
+    QInputMethodEvent composed;
+    composed.setCommitString(QString::fromUtf8("ñol"), -1, 1);
+    QApplication::sendEvent(bench.find<QLineEdit>("txtNewLang"), &composed);
+    EXPECT_EQ(bench.field("txtNewLang"), QString::fromUtf8("Español"));
 
     for (int i = 0; i < 16; ++i)
         bench.add("txtNewLang", QString::number(i), "buttAddLang");

@@ -303,6 +303,9 @@ TEST(SystemTextWindow, KeepsItsTextsThroughEverything) {
     saveProject(bench.files, bench.tourFile, bench.project);
     bench.open(bench.tourFile);
     EXPECT_EQ(box->text(), "from a file");
+    box->setText("not saved");
+    bench.open("");  // cancelled: no file brought other texts
+    EXPECT_EQ(box->text(), "not saved");
     bench.prompts.answers = {true};
     bench.choose("mnuFileNew");
     EXPECT_EQ(box->text(), "Continuous Mix");

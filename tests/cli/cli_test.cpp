@@ -239,10 +239,10 @@ TEST_F(CommandLine, ImportsAFolderThatHoldsMp3Files) {
 
 TEST_F(CommandLine, ShowsEveryKindOfFile) {
     importTour();
-    const CliRun project = run({"show", "tour.crd2", "--json"});
-    EXPECT_EQ(project.at("complete"), true);
-    EXPECT_EQ(project.at("stoppedAt"), scratch.read("tour.crd2").size());
-    const QJsonArray records = project.at("records").toArray();
+    const CliRun shown = run({"show", "tour.crd2", "--json"});
+    EXPECT_EQ(shown.at("complete"), true);
+    EXPECT_EQ(shown.at("stoppedAt"), scratch.read("tour.crd2").size());
+    const QJsonArray records = shown.at("records").toArray();
     EXPECT_EQ(records[0].toObject(), (QJsonObject{{"kind", QJsonValue::Null},
                                                   {"itemName", QJsonValue::Null},
                                                   {"groupName", QJsonValue::Null},
@@ -273,6 +273,10 @@ TEST_F(CommandLine, ShowsEveryKindOfFile) {
         EXPECT_TRUE(run({"show", name}).out.contains("Morning Bell"));
     }
     EXPECT_EQ(scratch.read("t.xd3"), EncodeImageAsHex(scratch.read("t.bin")));
+    const QByteArray project = scratch.read("tour.crd2");
+    expectFailure({"image", "tour.crd2", "-o", "./tour.crd2"}, 1, "cannot be used for two things");
+    expectFailure({"image", "tour.crd2", "-o", "x.bin", "--hex", "x.bin"}, 1, "for two things");
+    EXPECT_EQ(scratch.read("tour.crd2"), project);
     scratch.write("t.xd3", scratch.read("t.xd3").replace(60, 1, "?"));
     expectFailure({"show", "t.xd3"}, 1, "Line 3 of the HEX file");
     scratch.write("bad.bin", scratch.read("t.bin").chopped(1));

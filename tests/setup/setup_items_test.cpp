@@ -83,8 +83,7 @@ TEST(Chime, ControlsFollowTheOption) {
     Project project;
     EXPECT_TRUE(project.buttDisableChime && project.buttChimeAlways);
     EXPECT_EQ(chimeControls(project), ChimeControls{});
-    const ChimeControls repeats{
-        .buttChimeAlways = true, .buttChimeOnce = true, .Label17 = true, .Label19 = true};
+    const ChimeControls repeats{.buttChimeAlways = true, .buttChimeOnce = true};
     ChimeControls all = repeats;
     all.Label24 = all.txtChimeFileName = all.buttGetChimeFile = true;
     clickChimeOption(project, &Project::buttPlayIntChime);

@@ -62,9 +62,10 @@ class ScriptedPrompts : public Prompts {
         offered = choices;
         return take(lines, caption, -1);
     }
-    QString inputText(const QString& prompt, const QString& initial) override {
+    QString inputText(const QString& prompt, const QString& initial, int limit) override {
         offered = {prompt, initial};
-        return take(inputs, prompt, QString());
+        const QString typed = take(inputs, prompt, QString());
+        return limit > 0 && typed != initial ? typed.left(limit) : typed;
     }
     void beep() override { ++beeps; }
 

@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QCloseEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
@@ -78,6 +79,15 @@ struct WindowBench : CardBench {
         for (int row = 0; row < widget->count(); ++row)
             texts.append(widget->item(row)->text());
         return texts;
+    }
+
+    /// The window's own close command, as the operator gives it.
+    void closeBox() const {
+        QCloseEvent event;
+        QSpontaneKeyEvent::setSpontaneous(&event);
+        qApp->notify(window.get(), &event);  // sendEvent() would make it the program's own
+        if (event.isAccepted())
+            window->hide();
     }
 
     /// Types any characters, also those that QTest knows no key for.

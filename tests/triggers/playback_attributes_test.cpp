@@ -80,15 +80,14 @@ TEST(PlaybackAttributes, ControlsAreEnabledBySelection) {
     addTrack(project, "Pop", "<Play Full List>", "d.mp3");
     TriggerSelector misleading = clickSelector(project, Music, "Pop");
     selectTriggerRight(misleading, 2);
-    const AttributeControls none,
-        playable{.chkPowerUp = true, .lblPowerUp = true, .triggerRows = true};
+    const AttributeControls none, playable{.chkPowerUp = true, .triggerRows = true};
     AttributeControls all;
-    all.chkEndlessLoop = all.lblEndlessLoop = true;
-    all.buttPlayNormVolume = all.buttPlayLoudVolume = all.Label5 = all.Label6 = true;
-    all.buttResumeOnInt = all.buttCancelOnInt = all.Label7 = all.Label8 = true;
-    all.chkPowerUp = all.lblPowerUp = all.triggerRows = true;
+    all.chkEndlessLoop = true;
+    all.buttPlayNormVolume = all.buttPlayLoudVolume = true;
+    all.buttResumeOnInt = all.buttCancelOnInt = true;
+    all.chkPowerUp = all.triggerRows = true;
     AttributeControls allButLoop = all;
-    allButLoop.chkEndlessLoop = allButLoop.lblEndlessLoop = false;
+    allButLoop.chkEndlessLoop = false;
     Project empty;
     const struct {
         const char* name;

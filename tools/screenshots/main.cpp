@@ -108,7 +108,7 @@ int main(int argc, char** argv) {
 
     Project project;
     ProjectSession session(project, files);
-    SplashWindow splash([] {});
+    SplashWindow splash([] { return false; }, [] {});
     splash.show();
     shoot(splash, pictures, "splash");
     splash.close();
