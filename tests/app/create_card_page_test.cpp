@@ -29,8 +29,6 @@ struct PageBench : WindowBench {
         showPage("Create Card");
     }
     Verdict verdict(const QString& circle) const { return find<StatusCircle>(circle)->verdict(); }
-    bool isShown(const QString& name) const { return find<QWidget>(name)->isVisible(); }
-    bool isEnabled(const QString& name) const { return find<QWidget>(name)->isEnabled(); }
     void checkAgain() const { click("buttCFCheckAgain"); }
 };
 

@@ -16,47 +16,7 @@ namespace {
 /// A window with an empty project, and hands to work it with.
 struct EditorBench : WindowBench {
     EditorBench() { start(); }
-
-    void type(const QString& field, const QString& text) const {
-        auto* edit = find<QLineEdit>(field);
-        edit->clear();
-        QTest::keyClicks(edit, text);
-    }
-    void add(const QString& field, const QString& text, const QString& button) const {
-        type(field, text);
-        click(button);
-    }
-    void select(const QString& list, const QString& line) const {
-        auto* widget = find<QListWidget>(list);
-        const auto found = widget->findItems(line, Qt::MatchExactly | Qt::MatchCaseSensitive);
-        ASSERT_FALSE(found.isEmpty()) << line.toStdString();
-        widget->setCurrentItem(found.first());
-    }
-    QString selected(const QString& list) const {
-        const auto items = find<QListWidget>(list)->selectedItems();
-        return items.isEmpty() ? QString("(none)") : items.first()->text();
-    }
-    bool isEnabled(const QString& name) const { return find<QWidget>(name)->isEnabled(); }
-    QString field(const QString& name) const { return find<QLineEdit>(name)->text(); }
-    void browse(const QString& button, const QString& path) {
-        prompts.paths = {path};
-        click(button);
-    }
-    void answer(const QString& button, const QString& text) {
-        prompts.inputs = {text};
-        click(button);
-    }
 };
-
-TrackRecord record(const char* kind, const QString& item, const QString& group,
-                   const QString& path) {
-    TrackRecord made;
-    made.kind = kind;
-    made.itemName = item;
-    made.groupName = group;
-    made.sourcePath = path;
-    return made;
-}
 
 }  // namespace
 
@@ -264,8 +224,8 @@ TEST(SpeechPage, AWholeSessionEndsInTheExpectedFile) {
     Project expected;
     expected.lstSpTitles = {"Bye", "Welcome"};
     expected.lstLangs = {"English", "Deutsch"};
-    expected.TrackTable << record("speech", "Welcome", "English", path)
-                        << record("speech", "Welcome", "Deutsch", path);
+    expected.TrackTable << makeRecord("speech", "Welcome", "English", path)
+                        << makeRecord("speech", "Welcome", "Deutsch", path);
     EXPECT_EQ(bench.scratch.read("made.crd2"), encodeProject(expected));
 }
 

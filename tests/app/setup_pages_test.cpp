@@ -26,19 +26,6 @@ struct SetupBench : WindowBench {
         open(tourFile);
     }
 
-    void select(const QString& list, const QString& line) const {
-        auto* widget = find<QListWidget>(list);
-        const auto found = widget->findItems(line, Qt::MatchExactly | Qt::MatchCaseSensitive);
-        ASSERT_FALSE(found.isEmpty()) << line.toStdString();
-        widget->setCurrentItem(found.first());
-    }
-    QString selected(const QString& list) const {
-        const auto items = find<QListWidget>(list)->selectedItems();
-        return items.isEmpty() ? QString("(none)") : items.first()->text();
-    }
-    bool isEnabled(const QString& name) const { return find<QWidget>(name)->isEnabled(); }
-    bool isChecked(const QString& name) const { return find<QAbstractButton>(name)->isChecked(); }
-
     /// The attribute controls that are enabled.
     QString controls() const {
         QStringList names;

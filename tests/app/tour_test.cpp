@@ -17,19 +17,6 @@ namespace {
 struct TourBench : WindowBench {
     TourBench() { start(); }
 
-    void add(const QString& field, const QString& text, const QString& button) const {
-        typeKeys(find<QWidget>(field), text);
-        click(button);
-    }
-    void select(const QString& list, const QString& line) const {
-        auto* widget = find<QListWidget>(list);
-        widget->setCurrentItem(widget->findItems(line, Qt::MatchExactly).value(0));
-    }
-    void browse(const QString& button, const QString& path) {
-        prompts.paths = {path};
-        click(button);
-    }
-
     void buildSpeech(const QString& folder) {
         showPage("Speech Files");
         const QDir speech(folder);

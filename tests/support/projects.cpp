@@ -8,10 +8,8 @@
 
 namespace tessaly::test {
 
-namespace {
-
-TrackRecord record(const char* kind, const QString& item, const QString& group,
-                   const QString& path) {
+TrackRecord makeRecord(const char* kind, const QString& item, const QString& group,
+                       const QString& path) {
     TrackRecord made;
     made.kind = kind;
     made.itemName = item;
@@ -19,6 +17,8 @@ TrackRecord record(const char* kind, const QString& item, const QString& group,
     made.sourcePath = path;
     return made;
 }
+
+namespace {
 
 class Dice {
  public:
@@ -84,7 +84,7 @@ void addTrack(Project& project, const QString& list, const QString& track, const
     QStringList& lines = project.lstMuTrack[project.currentMusicList];
     if (!lines.contains(track))
         lines.append(track);
-    project.TrackTable.append(record("music", track, list, path));
+    project.TrackTable.append(makeRecord("music", track, list, path));
 }
 
 void addSpeech(Project& project, const QString& title, const QString& language,
@@ -93,7 +93,18 @@ void addSpeech(Project& project, const QString& title, const QString& language,
         project.lstSpTitles.append(title);
     if (!project.lstLangs.contains(language))
         project.lstLangs.append(language);
-    project.TrackTable.append(record("speech", title, language, path));
+    project.TrackTable.append(makeRecord("speech", title, language, path));
+}
+
+Project crossNamedProject() {
+    Project project;
+    addTrack(project, "Rock", "Song A", "a.mp3");
+    addTrack(project, "Rock", "Song B", "b.mp3");
+    addTrack(project, "Pop", "Song A", "c.mp3");
+    addSpeech(project, "Welcome", "English", "e.mp3");
+    addSpeech(project, "Welcome", "German", "g.mp3");
+    addSpeech(project, "Song A", "English", "s.mp3");
+    return project;
 }
 
 Project exampleProject() {
@@ -102,7 +113,7 @@ Project exampleProject() {
     addTrack(project, "Rock", "Song B", "C:\\b.mp3");
     addSpeech(project, "Welcome", "English", "C:\\e.mp3");
     addSpeech(project, "Welcome", "German", "C:\\g.mp3");
-    project.DefaultLanguageTable.append(record("lstDefaultLangs", {}, "German", {}));
+    project.DefaultLanguageTable.append(makeRecord("lstDefaultLangs", {}, "German", {}));
     project.txtCardTitle1 = "WELCOME";
     setChimeOption(project, &Project::buttPlayIntChime, true);
     for (TrackRecord& text : project.SystemTextTable)
@@ -122,21 +133,21 @@ Project randomProject(std::mt19937& random, int tracks) {
     QList<TrackRecord> records;
     for (const QString& list : project.lstMuList)
         for (const QString& track : tracksOfMusicList(project, list))
-            records.append(record("music", track, list, dice.text(60)));
+            records.append(makeRecord("music", track, list, dice.text(60)));
     for (const QString& title : project.lstSpTitles)
         for (const QString& language : project.lstLangs)
             if (dice.upTo(4) > 0)
-                records.append(record("speech", title, language, dice.text(60)));
+                records.append(makeRecord("speech", title, language, dice.text(60)));
     dice.shuffle(records);
     for (TrackRecord& item : records)
         dice.attributes(item);
     if (dice.coin())
-        records.append(record("empty", "deleted", "item", "gone.mp3"));
+        records.append(makeRecord("empty", "deleted", "item", "gone.mp3"));
     project.TrackTable.append(records);
     dice.shuffle(project.lstMuList);
     for (const QString& language : project.lstLangs)
         if (dice.coin())
-            project.DefaultLanguageTable.append(record("lstDefaultLangs", {}, language, {}));
+            project.DefaultLanguageTable.append(makeRecord("lstDefaultLangs", {}, language, {}));
     project.txtCardTitle1 = dice.coin() ? dice.text(20) : QString();
     project.txtCardTitle2 = dice.text(16);
     setChimeOption(project, dice.coin() ? &Project::buttChimeAlways : &Project::buttChimeOnce,

@@ -7,6 +7,14 @@
 
 namespace tessaly::test {
 
+/// A record with these four fields and nothing else.
+TrackRecord makeRecord(const char* kind, const QString& item, const QString& group,
+                       const QString& path);
+
+/// Lists Rock (Song A, Song B) and Pop (Song A); titles Welcome in English and German and Song A in
+/// English.
+Project crossNamedProject();
+
 /// Appends a music record, and its line and list where they are missing.
 void addTrack(Project& project, const QString& list, const QString& track, const QString& path);
 

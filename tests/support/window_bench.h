@@ -6,6 +6,7 @@
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QTabWidget>
 #include <QTest>
@@ -71,6 +72,37 @@ struct WindowBench : CardBench {
             if (tabs->tabText(i) == caption)
                 tabs->setCurrentIndex(i);
     }
+    void type(const QString& field, const QString& text) const {
+        auto* edit = find<QLineEdit>(field);
+        edit->clear();
+        typeKeys(edit, text);
+    }
+    void add(const QString& field, const QString& text, const QString& button) const {
+        type(field, text);
+        click(button);
+    }
+    void browse(const QString& button, const QString& path) {
+        prompts.paths = {path};
+        click(button);
+    }
+    void answer(const QString& button, const QString& text) {
+        prompts.inputs = {text};
+        click(button);
+    }
+    void select(const QString& list, const QString& line) const {
+        auto* widget = find<QListWidget>(list);
+        const auto found = widget->findItems(line, Qt::MatchExactly | Qt::MatchCaseSensitive);
+        ASSERT_FALSE(found.isEmpty()) << line.toStdString();
+        widget->setCurrentItem(found.first());
+    }
+    QString selected(const QString& list) const {
+        const auto chosen = find<QListWidget>(list)->selectedItems();
+        return chosen.isEmpty() ? QString("(none)") : chosen.first()->text();
+    }
+    bool isEnabled(const QString& name) const { return find<QWidget>(name)->isEnabled(); }
+    bool isShown(const QString& name) const { return find<QWidget>(name)->isVisible(); }
+    bool isChecked(const QString& name) const { return find<QAbstractButton>(name)->isChecked(); }
+    QString field(const QString& name) const { return find<QLineEdit>(name)->text(); }
     QString text(const QString& label) const { return find<QLabel>(label)->text(); }
     QString status() const { return text("lblStatus"); }
     QStringList items(const QString& list) const {

@@ -17,17 +17,6 @@ using namespace test;
 
 namespace {
 
-Project tour() {
-    Project project;
-    addTrack(project, "Rock", "Song A", "a.mp3");
-    addTrack(project, "Rock", "Song B", "b.mp3");
-    addTrack(project, "Pop", "Song A", "c.mp3");
-    addSpeech(project, "Welcome", "English", "e.mp3");
-    addSpeech(project, "Welcome", "German", "g.mp3");
-    addSpeech(project, "Song A", "English", "s.mp3");
-    return project;
-}
-
 // A row as letters: C checked, E box and label enabled, V View enabled, ! item gone; "-" if none.
 QString shortForm(const TriggerRow& row) {
     EXPECT_EQ(row.buttTrigEnabled, row.lblTrigEnabled);
@@ -48,7 +37,7 @@ QStringList shortForms(const Project& project, const TriggerSelection& selection
 
 TEST(DiscreteTriggers, RowsFollowTheSelection) {
     using enum TriggerMode;
-    Project project = tour();
+    Project project = crossNamedProject();
     assignTrigger(project, selectTrack(project, "Rock", "Song A"), 0);
     assignTrigger(project, selectTitle(project, "Song A"), 1);
     const struct {
@@ -77,7 +66,7 @@ TEST(DiscreteTriggers, RowsFollowTheSelection) {
 }
 
 TEST(DiscreteTriggers, SlotsKeepWhatTheFormatKnows) {
-    Project project = tour();
+    Project project = crossNamedProject();
     const struct {
         TriggerSelection selection;
         const char *path, *group, *item;
@@ -106,7 +95,7 @@ TEST(DiscreteTriggers, SlotsKeepWhatTheFormatKnows) {
 }
 
 TEST(DiscreteTriggers, ViewLeadsToTheItem) {
-    Project project = tour();
+    Project project = crossNamedProject();
     const TriggerSelection items[] = {selectTrack(project, "Pop", "Song A"),
                                       selectTitle(project, "Welcome"),
                                       selectTrack(project, "<Continuous Mix>")};
@@ -163,7 +152,7 @@ TEST(DiscreteTriggers, NoTriggerIsEverStuck) {
 }
 
 TEST(DiscreteTriggers, EachHandlerMarksTheProjectAsItDoes) {
-    Project project = tour();
+    Project project = crossNamedProject();
     const auto track = selectTrack(project, "Rock", "Song A");
     const struct {
         const char* handler;
@@ -187,7 +176,7 @@ TEST(DiscreteTriggers, EachHandlerMarksTheProjectAsItDoes) {
         run(project);
         EXPECT_EQ(project.unsavedChanges, marks) << handler;
     }
-    Project quiet = tour();
+    Project quiet = crossNamedProject();
     quiet.suppressTriggerEvents = true;
     const Project before = quiet;
     assignTrigger(quiet, track, 0);
@@ -196,7 +185,7 @@ TEST(DiscreteTriggers, EachHandlerMarksTheProjectAsItDoes) {
 }
 
 TEST(DiscreteTriggers, ASessionArrivesInTheImage) {
-    Project project = tour();
+    Project project = crossNamedProject();
     setLoudVolume(project, selectTrack(project, "Pop", "Song A"), true);
     setEndlessLoop(project, selectTrack(project, "Rock", "Song B"), true);
     setCancelOnInterrupt(project, selectTitle(project, "Welcome"), true);

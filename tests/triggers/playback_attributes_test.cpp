@@ -13,16 +13,9 @@ using namespace test;
 
 namespace {
 
-// Two lists that share a track name, one without tracks, and a title in two languages.
 Project tour() {
-    Project project;
-    addTrack(project, "Rock", "Song A", "a.mp3");
-    addTrack(project, "Rock", "Song B", "b.mp3");
-    addTrack(project, "Pop", "Song A", "c.mp3");
+    Project project = crossNamedProject();
     addMusicList(project, "Nothing yet");
-    addSpeech(project, "Welcome", "English", "e.mp3");
-    addSpeech(project, "Welcome", "German", "g.mp3");
-    addSpeech(project, "Song A", "English", "s.mp3");
     return project;
 }
 
