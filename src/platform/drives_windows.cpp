@@ -1,7 +1,3 @@
-#define NOMINMAX
-#define WIN32_LEAN_AND_MEAN
-#include <windows.h>
-
 #include <QDir>
 #include <algorithm>
 #include <string>
@@ -10,25 +6,11 @@
 #include "platform/error.h"
 #include "platform/error_numbers.h"
 #include "platform/paths.h"
+#include "platform/windows_calls.h"
 
 namespace tessaly {
 
 namespace {
-
-// While it lives, a reader without a card fails a call instead of putting up a box that asks the
-// operator to insert a disk.
-class NoDiskPrompt {
- public:
-    NoDiskPrompt() {
-        ::SetThreadErrorMode(::GetThreadErrorMode() | SEM_FAILCRITICALERRORS, &before_);
-    }
-    ~NoDiskPrompt() { ::SetThreadErrorMode(before_, nullptr); }
-    NoDiskPrompt(const NoDiskPrompt&) = delete;
-    NoDiskPrompt& operator=(const NoDiskPrompt&) = delete;
-
- private:
-    DWORD before_ = 0;
-};
 
 struct VolumeDescription {
     QString label;

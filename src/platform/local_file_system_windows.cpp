@@ -1,9 +1,5 @@
 // Windows: plain system calls, because erasing and reading back a card need what QFile does not
 // offer (names of any length and ending, links never followed, reads past the system's cache).
-#define NOMINMAX
-#define WIN32_LEAN_AND_MEAN
-#include <windows.h>
-
 #include <QDir>
 #include <algorithm>
 #include <string>
@@ -13,6 +9,7 @@
 #include "platform/error_numbers.h"
 #include "platform/local_file_system.h"
 #include "platform/paths.h"
+#include "platform/windows_calls.h"
 
 namespace tessaly {
 
@@ -42,21 +39,6 @@ struct CloseSearch {
 
 struct FreePages {
     void operator()(void* memory) const { ::VirtualFree(memory, 0, MEM_RELEASE); }
-};
-
-// While it lives, a reader without a card fails a call instead of putting up a box that asks the
-// operator to insert a disk.
-class NoDiskPrompt {
- public:
-    NoDiskPrompt() {
-        ::SetThreadErrorMode(::GetThreadErrorMode() | SEM_FAILCRITICALERRORS, &before_);
-    }
-    ~NoDiskPrompt() { ::SetThreadErrorMode(before_, nullptr); }
-    NoDiskPrompt(const NoDiskPrompt&) = delete;
-    NoDiskPrompt& operator=(const NoDiskPrompt&) = delete;
-
- private:
-    DWORD before_ = 0;
 };
 
 constexpr DWORD ShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
