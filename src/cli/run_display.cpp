@@ -66,7 +66,7 @@ void RunDisplay::phaseProgress(RunPhase phase, qint64 done, qint64 total) {
         phase_ = phase;
         estimate_.start();
         drawTimer_.invalidate();
-        lastTenth_ = -1;
+        lastQuarter_ = -1;
     }
     if (total == 0)
         return;
@@ -95,11 +95,11 @@ void RunDisplay::drawBar(qint64 done, qint64 total) {
 }
 
 void RunDisplay::printStep(qint64 done, qint64 total) {
-    const int tenth = int(10 * done / total);
-    if (tenth == lastTenth_)
+    const int quarter = int(4 * done / total);
+    if (quarter == lastQuarter_)
         return;
-    lastTenth_ = tenth;
-    print(QString("%1: %2 % of %3").arg(phaseName(phase_)).arg(10 * tenth).arg(size(total)));
+    lastQuarter_ = quarter;
+    print(QString("%1: %2 % of %3").arg(phaseName(phase_)).arg(25 * quarter).arg(size(total)));
 }
 
 bool RunDisplay::keepGoing() {

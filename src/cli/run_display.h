@@ -37,7 +37,7 @@ class RunDisplay : public CardRunObserver {
     RunPhase phase_ = RunPhase::Prepare;
     RunEstimate estimate_;
     QElapsedTimer drawTimer_;
-    int lastTenth_ = -1;
+    int lastQuarter_ = -1;
 };
 
 /// What a phase is called.
