@@ -78,9 +78,8 @@ TEST(StartUp, TheSplashLoadsTheWindowOnce) {
     EXPECT_EQ(splash.findChild<QLabel*>("lblProductName")->text(), "TRL740");
     EXPECT_EQ(splash.findChild<QLabel*>("lblVersion")->text(), "Card Preparation Tool");
     timer->start(1);
-    QTest::qWait(50);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return wasClosed; }));
     EXPECT_EQ(loads, 1);
-    EXPECT_TRUE(wasClosed) << "the window comes when the splash is gone";
 }
 
 TEST(StartUp, AKilledRunLeavesNoLockBehind) {
@@ -305,11 +304,12 @@ TEST(Recovery, ACopyIsKeptEveryMinuteWhileSomethingDiffers) {
     QTest::qWait(20);
     EXPECT_EQ(bench.recoveryCopies(), 0);
     bench.current.lstSpTitles.append("one");
-    QTest::qWait(20);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return bench.recoveryCopies() == 1; }));
+    bench.files.operations.clear();
     bench.current.lstSpTitles.append("two");
-    QTest::qWait(20);
-    EXPECT_EQ(bench.recoveryCopies(), 1) << "one project is one copy, the newest";
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !bench.files.operations.isEmpty(); }));
     timer->stop();
+    EXPECT_EQ(bench.recoveryCopies(), 1) << "one project is one copy, the newest";
     for (int i = 0; i < 14; ++i) {
         bench.open("");
         bench.current.lstSpTitles = {QString("title %1").arg(i)};
