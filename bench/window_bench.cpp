@@ -9,9 +9,9 @@
 
 #include "app/main_window.h"
 #include "model/card_file.h"
-#include "model/music_lists.h"
 #include "platform/local_file_system.h"
 #include "promises.h"
+#include "sample_project.h"
 
 using namespace tessaly;
 
@@ -38,24 +38,13 @@ class OnlyInstance : public SingleInstance {
     bool isOnlyOne() override { return true; }
 };
 
-// A project of small files in lists of 500, saved in `folder`.
+// A project whose small files are all there, saved in `folder`.
 QString savedProject(LocalFileSystem& files, const QTemporaryDir& folder, int tracks) {
-    Project project;
-    UniqueNames names;
-    for (int i = 0; i < tracks; ++i) {
-        if (i % 500 == 0) {
-            addMusicList(project, QString("List %1").arg(i / 500));
-            names = UniqueNames();
-        }
-        TrackRecord record;
-        record.kind = "music";
-        record.itemName = addMusicTrack(project, QString("Track %1").arg(i), names);
-        record.groupName = project.lstMuList.last();
-        record.sourcePath = folder.filePath(QString("%1.mp3").arg(i));
+    Project project = musicProject(tracks, folder.path());
+    for (const TrackRecord& record : project.TrackTable) {
         QFile file(record.sourcePath.text());
-        if (file.open(QIODevice::WriteOnly))
+        if (isMusic(record) && file.open(QIODevice::WriteOnly))
             file.write("x");
-        project.TrackTable.append(record);
     }
     const QString path = folder.filePath(QString("p%1.crd2").arg(tracks));
     saveProject(files, path, project);

@@ -6,12 +6,6 @@
 
 namespace tessaly {
 
-std::optional<QString> lineAt(const QStringList& lines, int row) {
-    if (row < 0 || row >= lines.size())
-        return std::nullopt;
-    return lines[row];
-}
-
 std::optional<QString> renameLine(QStringList& lines, int row, const QString& answer) {
     // Asked before the answer is made unique: an empty one beside an empty line would get a number.
     if (answer.isEmpty() || !lineAt(lines, row))

@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <optional>
 
+#include "model/lines.h"
+
 // What the lists of the music and the speech page have in common. A row counts from 0; -1 is none.
 
 namespace tessaly {
@@ -16,9 +18,6 @@ struct EditResult {
 };
 
 enum class Direction { Up = -1, Down = 1 };
-
-/// The text of a row; nothing where there is no such row.
-std::optional<QString> lineAt(const QStringList& lines, int row);
 
 /// Puts `answer`, made unique among all lines, in place of a row and returns it. Nothing happens
 /// without that row or when the answer is empty, as it is after Cancel.

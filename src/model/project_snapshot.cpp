@@ -72,6 +72,17 @@ Variant takeVariant(QDataStream& in) {
     return {};
 }
 
+// The default languages as the player gets them: their order, and names that no language has, make
+// no difference.
+QStringList defaultLanguages(const Project& project) {
+    QStringList names;
+    for (const TrackRecord& record : project.DefaultLanguageTable.mid(1))
+        if (project.lstLangs.contains(record.groupName.text()))
+            names.append(record.groupName.text());
+    names.sort();
+    return names;
+}
+
 }  // namespace
 
 QDataStream& operator<<(QDataStream& out, const TrackRecord& record) {
@@ -127,17 +138,6 @@ std::optional<Project> decodeSnapshot(const QByteArray& bytes) {
     if (in.status() != QDataStream::Ok || !in.atEnd())
         return std::nullopt;
     return project;
-}
-
-// The default languages as the player gets them: their order, and names that no language has, make
-// no difference.
-static QStringList defaultLanguages(const Project& project) {
-    QStringList names;
-    for (const TrackRecord& record : project.DefaultLanguageTable.mid(1))
-        if (project.lstLangs.contains(record.groupName.text()))
-            names.append(record.groupName.text());
-    names.sort();
-    return names;
 }
 
 bool sameContent(const Project& a, const Project& b) {

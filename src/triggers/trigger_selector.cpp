@@ -1,5 +1,6 @@
 #include "triggers/trigger_selector.h"
 
+#include "model/lines.h"
 #include "model/music_lists.h"
 
 namespace tessaly {
@@ -8,10 +9,6 @@ namespace {
 
 int existingRow(const QStringList& lines, int row) {
     return row >= 0 && row < lines.size() ? row : -1;
-}
-
-std::optional<QString> lineAt(const QStringList& lines, int row) {
-    return existingRow(lines, row) < 0 ? std::nullopt : std::optional(lines[row]);
 }
 
 }  // namespace
