@@ -2,10 +2,10 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QSaveFile>
 
 #include "platform/error.h"
 #include "platform/error_numbers.h"
+#include "platform/replacement.h"
 
 namespace tessaly {
 
@@ -14,15 +14,9 @@ QString LocalFileSystem::canonicalPath(const QString& path) const {
 }
 
 void LocalFileSystem::replaceFile(const QString& path, QByteArrayView bytes) {
-    QSaveFile file(path);
-    const auto failed = [&] {
-        return TessalyError(error_number::WriteFailed,
-                            QDir::toNativeSeparators(path) + ": " + file.errorString());
-    };
-    if (!file.open(QIODevice::WriteOnly))
-        throw failed();
-    if (file.write(bytes.data(), bytes.size()) != bytes.size() || !file.commit())
-        throw failed();
+    Replacement file(path);
+    file.write(bytes);
+    file.putInPlace();
 }
 
 QByteArray readWholeFile(FileSystem& files, const QString& path, qint64 limit) {

@@ -51,19 +51,6 @@ QString absoluteNative(const QString& path) {
     return full.endsWith(':') ? full + '\\' : full;
 }
 
-// In this form no path is too long, and no name on a card is out of reach for ending in a dot or
-// a blank or for being a device's.
-std::wstring systemPath(const QString& path) {
-    if (path.isEmpty())
-        return {};
-    const QString full = absoluteNative(path);
-    if (full.startsWith(R"(\\?\)") || full.startsWith(R"(\\.\)"))
-        return full.toStdWString();
-    if (full.startsWith(R"(\\)"))
-        return (R"(\\?\UNC\)" + full.mid(2)).toStdWString();
-    return (R"(\\?\)" + full).toStdWString();
-}
-
 // Root of the volume that holds `path`, with its last separator; empty when there is none.
 std::wstring volumeRoot(const QString& path) {
     const std::wstring full = absoluteNative(path).toStdWString();
@@ -284,6 +271,17 @@ QString systemText(DWORD code) {
 }
 
 }  // namespace
+
+std::wstring systemPath(const QString& path) {
+    if (path.isEmpty())
+        return {};
+    const QString full = absoluteNative(path);
+    if (full.startsWith(R"(\\?\)") || full.startsWith(R"(\\.\)"))
+        return full.toStdWString();
+    if (full.startsWith(R"(\\)"))
+        return (R"(\\?\UNC\)" + full.mid(2)).toStdWString();
+    return (R"(\\?\)" + full).toStdWString();
+}
 
 TessalyError systemError(int code, const QString& path) {
     const bool isNotReady = code == ERROR_NOT_READY || code == ERROR_NO_MEDIA_IN_DRIVE;

@@ -11,6 +11,7 @@
 #include "platform/error_numbers.h"
 #include "platform/mp3_tags.h"
 #include "platform/native_path.h"
+#include "platform/replacement.h"
 #include "support/scratch_folder.h"
 
 namespace tessaly {
@@ -110,6 +111,53 @@ TEST(LocalFileSystem, AFileIsReplacedWholeOrNotAtAll) {
     EXPECT_THROW(files.create(scratch.path("0007.cfg")), TessalyError);
     EXPECT_EQ(scratch.read("a"), "second");
     EXPECT_THROW(readWholeFile(files, scratch.path("a"), 5), TessalyError);
+}
+
+TEST(LocalFileSystem, AReplacementTidiesUpAfterKilledOnesAndNothingElse) {
+    const ScratchFolder scratch;
+    LocalFileSystem files;
+    for (const char* name : {"tour.crd2.a1b2c3.tessaly-new", "gone.crd2.000000.tessaly-new"})
+        scratch.write(name, "what a killed save left");
+    const QStringList others = {"tour.crd2", "tour.crd2.backup", "tour.crd2.A1b2c3.tessaly-new",
+                                "tour.crd2.a1b2.tessaly-new"};
+    for (const QString& name : others)
+        scratch.write(name, "somebody's");
+    scratch.makeFolder("folder.a1b2c3.tessaly-new");
+    {
+        Replacement living(scratch.path("other.crd2"));
+        living.write("half");
+        files.replaceFile(scratch.path("tour.crd2"), "whole");
+        QStringList expected =
+            others + QStringList{"folder.a1b2c3.tessaly-new", QFileInfo(living.path()).fileName()};
+        expected.sort();
+        EXPECT_EQ(namesIn(files, scratch.path()), expected);
+        living.write(" and half");
+        living.putInPlace();
+        EXPECT_EQ(scratch.read("other.crd2"), "half and half");
+        Replacement(scratch.path("other.crd2")).write("given up");
+    }
+    EXPECT_EQ(scratch.read("other.crd2"), "half and half");
+    EXPECT_EQ(scratch.read("tour.crd2"), "whole");
+    EXPECT_EQ(namesIn(files, scratch.path()).size(), others.size() + 2);
+}
+
+TEST(LocalFileSystem, AReplacedFileKeepsItsRightsAndItsLink) {
+    const ScratchFolder scratch;
+    LocalFileSystem files;
+    const QString real = scratch.write("real/tour.crd2", "old");
+    ::chmod(toNativePath(real).constData(), 0640);
+    QFile::link(real, scratch.path("link.crd2"));
+    QFile::link(scratch.path("real/new.crd2"), scratch.path("dangling.crd2"));
+    for (const char* name : {"link.crd2", "dangling.crd2"}) {
+        files.replaceFile(scratch.path(name), "new");
+        EXPECT_TRUE(QFileInfo(scratch.path(name)).isSymLink());
+    }
+    EXPECT_EQ(scratch.read("real/tour.crd2"), "new");
+    EXPECT_EQ(scratch.read("real/new.crd2"), "new");
+    struct stat status {};
+    ASSERT_EQ(::stat(toNativePath(real).constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0640U);
+    EXPECT_EQ(errorOf([&] { files.replaceFile("/dev/null", "x"); }).number, EINVAL);
 }
 
 TEST(LocalFileSystem, PlacesAreKnownByIdentity) {
