@@ -6,9 +6,11 @@
 #include "app/qt_prompts.h"
 #include "app/splash_window.h"
 #include "platform/local_file_system.h"
+#include "platform/write_signals.h"
 
 int main(int argc, char** argv) {
     using namespace tessaly;
+    turnWriteSignalsIntoErrors();
     QApplication app(argc, argv);
     QApplication::setApplicationName("Tessaly");
     QApplication::setApplicationVersion(TESSALY_VERSION);

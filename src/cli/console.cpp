@@ -1,7 +1,9 @@
 #include "cli/console.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <iostream>
 #include <string>
 
@@ -25,16 +27,27 @@ bool isTerminal(FILE* stream) {
 #endif
 }
 
+int outputError = 0;  // errno of the first write to standard output that failed
+
 void writeLine(FILE* stream, const QString& line) {
     const QByteArray bytes = line.toUtf8() + '\n';
-    std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream);
-    std::fflush(stream);
+    const bool isWritten =
+        std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stream) == size_t(bytes.size()) &&
+        std::fflush(stream) == 0;
+    if (!isWritten && stream == stdout && outputError == 0)
+        outputError = errno;
 }
 
 }  // namespace
 
 void print(const QString& line) {
     writeLine(stdout, line);
+}
+
+QString outputProblem() {
+    if (outputError == 0 || outputError == EPIPE)
+        return {};
+    return QString("standard output: ") + QString::fromLocal8Bit(std::strerror(outputError));
 }
 
 void printError(const QString& line) {

@@ -13,6 +13,10 @@ enum ExitCode : int { Done = 0, Failed = 1, Usage = 2, Blocked = 3 };
 /// One line on standard output.
 void print(const QString& line = {});
 
+/// Why something could not be written to standard output, as a sentence; empty when all was written
+/// or when the reader had enough and left.
+QString outputProblem();
+
 /// One line on standard error, behind the program's name.
 void printError(const QString& line);
 

@@ -4,6 +4,7 @@
 #include "cli/arguments.h"
 #include "cli/console.h"
 #include "platform/native_path.h"
+#include "platform/write_signals.h"
 
 int main(int argc, char** argv) {
     using namespace tessaly;
@@ -11,6 +12,7 @@ int main(int argc, char** argv) {
     // File names are UTF-8 and messages English, whatever the terminal is set to.
     qputenv("LC_ALL", "C.UTF-8");
 #endif
+    turnWriteSignalsIntoErrors();
     const QCoreApplication app(argc, argv);
     std::vector<std::string> arguments;
 #ifdef Q_OS_WIN
@@ -24,7 +26,12 @@ int main(int argc, char** argv) {
     if (!request.run)
         return request.exitCode;
     try {
-        return request.run();
+        const int exitCode = request.run();
+        // What was asked for on standard output is missing as much as a file would be.
+        const QString problem = cli::outputProblem();
+        if (problem.isEmpty())
+            return exitCode;
+        cli::printError(problem);
     } catch (const TessalyError& error) {
         cli::printError(cli::errorLine(error));
     } catch (const std::bad_alloc&) {

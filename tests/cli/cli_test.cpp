@@ -286,6 +286,27 @@ TEST_F(CommandLine, ShowsEveryKindOfFile) {
     expectFailure({"show", "gone"}, 1, "gone: No such file");
 }
 
+// What is too large for its place is an error like every other, never the end by a signal.
+TEST_F(CommandLine, AFullPlaceIsAnErrorThatNamesIt) {
+    importTour();
+    const QByteArray before = scratch.read("tour.crd2");
+    const auto runInShell = [&](const QString& script) {
+        QProcess shell;
+        shell.setWorkingDirectory(scratch.path());
+        shell.start("/bin/sh", {"-c", script, TESSALY_CLI, TESSALY_SAMPLES "/tour"});
+        EXPECT_TRUE(shell.waitForFinished(60000));
+        EXPECT_EQ(shell.exitStatus(), QProcess::NormalExit);
+        EXPECT_EQ(shell.exitCode(), 1);
+        return QString::fromUtf8(shell.readAllStandardError());
+    };
+    const QString saved = runInShell("ulimit -f 2; exec \"$0\" import \"$1\" -o tour.crd2");
+    EXPECT_TRUE(saved.contains("tour.crd2.bak: File too large (error 27)")) << saved.toStdString();
+    EXPECT_EQ(scratch.read("tour.crd2"), before);
+    EXPECT_EQ(scratch.content(".").keys(), QStringList("tour.crd2"));
+    EXPECT_EQ(runInShell("exec \"$0\" show tour.crd2 >/dev/full"),
+              "tessaly-cli: standard output: No space left on device\n");
+}
+
 TEST_F(CommandLine, UpdatesFirmwareAlone) {
     const QStringList firmware = {"--app-folder", "app", "firmware", "card", "--yes"};
     scratch.write("app/firmware/0000.hex", ":00000001FF\r\n");
