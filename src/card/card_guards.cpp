@@ -69,7 +69,8 @@ QHash<QString, QByteArray> numbersOnCard(FileSystem& files, const QString& root,
     Project onCard;
     isComplete = false;
     try {
-        isComplete = readProject(files, pathIn(root, card_name::Project), onCard).isComplete;
+        const ReadReport report = readProject(files, pathIn(root, card_name::Project), onCard);
+        isComplete = report.isComplete && report.hasEnd;
     } catch (const TessalyError&) {
         return numbers;
     }

@@ -59,7 +59,9 @@ bool CardVerifier::readCardProject() {
                         .arg(card_name::Project)
                         .arg(report.stoppedAt)
                         .arg(report.stopReason));
-        return report.isComplete;
+        else if (!report.hasEnd)
+            problem(QString("%1 ends too early.").arg(card_name::Project));
+        return report.isComplete && report.hasEnd;
     } catch (const TessalyError& error) {
         problem(error.description + ".");
         return false;

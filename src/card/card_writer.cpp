@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QScopeGuard>
+#include <algorithm>
 
 #include "card/card_guards.h"
 #include "card/card_names.h"
@@ -163,6 +164,8 @@ void CardRun::buildImage() {
     hex_ = EncodeImageAsHex(image);
     writeWhole(work("tmp.hex"), hex_);
     projectBytes_ = encodeProject(snapshot_);
+    // A work folder without room shall say so now, not when the card is erased.
+    writeWhole(work("tmp.crd"), projectBytes_);
 }
 
 // The files that every run writes, by card name, with the size that they will have. A missing one
@@ -237,9 +240,12 @@ void CardRun::deleteFromCard(const QString& name) {
         files_.removeFile(path);
 }
 
+// The project comes last and is deleted first, so that it seals the card: one that a run did not
+// finish is never taken for a good one.
 void CardRun::trimCard() {
     beginPhase(RunPhase::Erase, 0);
     step(12);
+    deleteFromCard(card_name::Project);
     deleteFromCard(card_name::Settings);
     step(13);
     deleteFromCard(card_name::Firmware);
@@ -263,7 +269,11 @@ void CardRun::eraseCard() {
     beginPhase(RunPhase::Erase, 0);
     step(10);
     requireSameCard();
-    const QList<FolderEntry> entries = files_.entries(root_);
+    QList<FolderEntry> entries = files_.entries(root_);
+    // Without its settings a player does not start on what is left.
+    std::stable_partition(entries.begin(), entries.end(), [](const FolderEntry& entry) {
+        return entry.name.compare(card_name::Settings, Qt::CaseInsensitive) == 0;
+    });
     step(100);
     for (const FolderEntry& entry : entries) {
         if (entry.isFolder)

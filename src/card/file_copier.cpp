@@ -4,6 +4,8 @@
 
 #include <memory>
 
+#include "platform/error.h"
+
 namespace tessaly {
 
 namespace {
@@ -24,22 +26,41 @@ class Hasher {
     std::unique_ptr<XXH3_state_t, XXH_errorcode (*)(XXH3_state_t*)> state_;
 };
 
+// What a full card has cut off must not look like the file that it is a part of. But a card may
+// have been exchanged for another meanwhile: only the file that was made here is removed.
+void removeShortFile(FileSystem& files, const QString& path,
+                     const std::optional<FileIdentity>& made) {
+    try {
+        if (made && files.identity(path) == made)
+            files.removeFile(path);
+    } catch (const TessalyError&) {
+        // The failure that led here is the one to report.
+    }
+}
+
 }  // namespace
 
 WrittenFile copyFile(FileSystem& files, const QString& from, const QString& to,
                      const BlockDone& blockDone) {
     const auto source = files.openForReading(from, FileSystem::ReadMode::Normal);
-    const auto target = files.create(to);
+    auto target = files.create(to);
+    const auto made = files.identity(to);
     WrittenFile written{.path = to};
     Hasher hasher;
-    for (auto block = source->nextBlock(); !block.isEmpty(); block = source->nextBlock()) {
-        hasher.add(block);
-        target->write(block);
-        written.size += block.size();
-        blockDone(block.size());
+    try {
+        for (auto block = source->nextBlock(); !block.isEmpty(); block = source->nextBlock()) {
+            hasher.add(block);
+            target->write(block);
+            written.size += block.size();
+            blockDone(block.size());
+        }
+        target->setModificationTime(source->modificationTime());
+        target->close();
+    } catch (const TessalyError&) {
+        target.reset();  // an open file cannot be removed everywhere
+        removeShortFile(files, to, made);
+        throw;
     }
-    target->setModificationTime(source->modificationTime());
-    target->close();
     written.hash = hasher.result();
     return written;
 }

@@ -25,7 +25,8 @@ struct WrittenFile {
 using BlockDone = std::function<void(qint64 bytes)>;
 
 /// Copies a file in blocks of 1 MiB over whatever is at `to`; the copy keeps the modification time.
-/// Returns what the copy holds. Throws as the file system does.
+/// Returns what the copy holds. Throws as the file system and `blockDone` do, and leaves no short
+/// file at `to` then, as far as that can still be removed.
 WrittenFile copyFile(FileSystem& files, const QString& from, const QString& to,
                      const BlockDone& blockDone);
 

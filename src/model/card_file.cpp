@@ -183,6 +183,12 @@ class RecordApplier {
     QString previousList_;
 };
 
+// A file has no end mark: cut between two records it still reads well.
+bool isLastTrigger(const QList<TrackRecord>& records) {
+    return !records.isEmpty() && records.last().kind.is(u"dtrig") &&
+           typeTagNumber(records.last()) == TriggerSlots - 1;
+}
+
 }  // namespace
 
 QList<TrackRecord> projectRecords(const Project& project) {
@@ -233,11 +239,12 @@ ReadReport readProject(FileSystem& files, const QString& path, Project& project)
     const ParsedRecords parsed = parseRecords(bytes);
     const AppliedRecords applied = applyRecords(parsed.records, project);
     if (applied.stopReason.isEmpty())
-        return {parsed.isComplete, parsed.stoppedAt, applied.applied, parsed.stopReason};
+        return {parsed.isComplete, isLastTrigger(parsed.records), parsed.stoppedAt, applied.applied,
+                parsed.stopReason};
     QByteArray before;
     for (qsizetype i = 0; i < applied.applied; ++i)
         encodeRecord(before, parsed.records[i]);
-    return {false, before.size(), applied.applied, applied.stopReason};
+    return {false, false, before.size(), applied.applied, applied.stopReason};
 }
 
 void saveProject(FileSystem& files, const QString& path, Project& project) {

@@ -38,6 +38,7 @@ AppliedRecords applyRecords(const QList<TrackRecord>& records, Project& project)
 /// How far the reading of a project file got.
 struct ReadReport {
     bool isComplete = true;
+    bool hasEnd = false;    ///< the last record is the one that every whole file ends with
     qint64 stoppedAt = 0;   ///< byte of the file
     qsizetype records = 0;  ///< records read and applied
     QString stopReason;

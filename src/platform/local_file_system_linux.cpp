@@ -251,7 +251,10 @@ void LocalFileSystem::settle(const QString& path) {
     // Without the metadata: a commit for every file would take longer than all the data.
     constexpr auto WriteAndWait =
         SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER;
-    if (::sync_file_range(file.get(), 0, 0, WriteAndWait) != 0 && errno == EIO)
+    // Some file systems take the bytes and find only now that there is no room for them.
+    const bool isLost = ::sync_file_range(file.get(), 0, 0, WriteAndWait) != 0 &&
+                        (errno == EIO || errno == ENOSPC || errno == EDQUOT);
+    if (isLost)
         throw lastSystemError(path);
 }
 

@@ -79,7 +79,7 @@ TEST(CardGuards, EachEndsTheRunBeforeTheFirstDeletion) {
         EXPECT_EQ(report.error->number, number) << report.error->what();
         EXPECT_EQ(bench.observer.title, "Tessaly Error " + QString::number(step));
         auto after = bench.card();
-        for (const char* temporary : {"work/tmp.bin", "work/tmp.hex"})
+        for (const char* temporary : {"work/tmp.bin", "work/tmp.hex", "work/tmp.crd"})
             after.remove(temporary);
         EXPECT_EQ(after, before);
     }

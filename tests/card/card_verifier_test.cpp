@@ -34,6 +34,18 @@ TEST(CardVerifier, FindsWhatIsWrongWithACard) {
              b.scratch.write("card/0000.crd2", b.scratch.read("card/0000.crd2").chopped(1));
          },
          "0000.crd2 is damaged at byte"},
+        {"a project cut between two records",
+         [](CardBench& b) {
+             auto records = parseRecords(b.scratch.read("card/0000.crd2")).records;
+             records.removeLast();
+             QByteArray bytes;
+             for (const TrackRecord& record : records)
+                 encodeRecord(bytes, record);
+             b.scratch.write("card/0000.crd2", bytes);
+         },
+         "0000.crd2 ends too early"},
+        {"an empty project", [](CardBench& b) { b.scratch.write("card/0000.crd2", ""); },
+         "0000.crd2 ends too early"},
         {"a wrong checksum",
          [](CardBench& b) {
              b.scratch.write("card/0000.xd3", b.scratch.read("card/0000.xd3").replace("FF", "FE"));

@@ -38,7 +38,8 @@ QStringList readBackOf(const QString& name) {
 
 QStringList beforeTheCard() {
     return {"create tmp.bin:203", "write tmp.bin:213", "close tmp.bin:213",
-            "create tmp.hex:213", "write tmp.hex:213", "close tmp.hex:213"};
+            "create tmp.hex:213", "write tmp.hex:213", "close tmp.hex:213",
+            "create tmp.crd:213", "write tmp.crd:213", "close tmp.crd:213"};
 }
 
 QStringList fixedFiles() {
@@ -69,8 +70,13 @@ void fillWithOldFiles(CardBench& bench) {
 
 // Runs once for every operation of a clean run, which fails that time.
 void failEachOperation(const QStringList& expected, bool settingsOnly) {
+    CardBench clean;
+    clean.useChime();
+    ASSERT_EQ(clean.create().outcome, Outcome::Done);
+    const auto whole = clean.card();
     for (int at = 0; at < expected.size(); ++at) {
         CardBench bench;
+        bench.files.toDevice = false;
         bench.useChime();
         if (settingsOnly) {
             ASSERT_EQ(bench.create().outcome, Outcome::Done);
@@ -104,14 +110,18 @@ void failEachOperation(const QStringList& expected, bool settingsOnly) {
         if (number >= 200 && number < 320) {
             EXPECT_EQ(bench.card(), cardBefore) << "something on the card changed too early";
         }
+        const auto cardNow = bench.card();
+        for (auto file = cardNow.begin(); file != cardNow.end(); ++file)
+            if (whole.contains(file.key()) && file.key() != "0000.crd2") {
+                EXPECT_EQ(file.value(), whole[file.key()]) << file.key().toStdString();
+            }
+        EXPECT_EQ(verifyCard(bench.files, bench.job.root).isGood(), cardNow.size() == whole.size());
         // The project is whole, and the half-written card is one that a second run completes.
         EXPECT_EQ(bench.project.lstMuTrack[0], (QStringList{"one", "two"}));
         EXPECT_EQ(typeTagText(bench.project.TrackTable[3]), "0003");
         bench.files.failAt = -1;
-        if (!settingsOnly) {
-            EXPECT_EQ(bench.create().outcome, Outcome::Done);
-            EXPECT_TRUE(verifyCard(bench.files, bench.job.root).isGood());
-        }
+        EXPECT_EQ((settingsOnly ? bench.update() : bench.create()).outcome, Outcome::Done);
+        EXPECT_TRUE(verifyCard(bench.files, bench.job.root).isGood());
     }
 }
 
@@ -167,15 +177,60 @@ TEST(CardWriter, EveryOperationOfAFullCreationMayFail) {
 TEST(CardWriter, EveryOperationOfASettingsUpdateMayFail) {
     const QStringList expected =
         beforeTheCard() +
-        QStringList{"list card:314",      "open 0000.crd2:316", "read 0000.crd2:316",
-                    "read 0000.crd2:316", "remove 0000.xd3:12", "remove 0000.hex:13",
-                    "remove 9998.mp3:14"} +
+        QStringList{"list card:314",      "open 0000.crd2:316",  "read 0000.crd2:316",
+                    "read 0000.crd2:316", "remove 0000.crd2:12", "remove 0000.xd3:12",
+                    "remove 0000.hex:13", "remove 9998.mp3:14"} +
         fixedFiles() + afterTheCopies({});
     CardBench bench;
     bench.useChime();
     ASSERT_EQ(bench.create().outcome, Outcome::Done);
     EXPECT_EQ(operationsWithSteps(bench, [&] { return bench.update(); }), expected);
     failEachOperation(expected, /*settingsOnly=*/true);
+}
+
+// Killed at every operation, in the midst of a write too: what is left is called good only when it
+// is whole, and a second run makes it so. The settings themselves stay as they were: what tells a
+// half-written card must not be them alone.
+TEST(CardWriter, AKilledRunLeavesNoCardThatLooksGood) {
+    for (const bool settingsOnly : {false, true}) {
+        bool wasKilled = true;
+        for (int at = 0; wasKilled; ++at) {
+            CardBench bench;
+            bench.files.toDevice = false;
+            bench.job.verify = false;
+            bench.useChime();
+            ASSERT_EQ(bench.create().outcome, Outcome::Done);
+            const auto before = bench.card();
+            for (const char* file : {"app/files/9998.mp3", "app/files/0007.cfg", "chime.mp3"})
+                bench.scratch.write(file, "another one, and longer");
+            const auto run = [&] { return settingsOnly ? bench.update() : bench.create(); };
+            bench.files.operations.clear();
+            bench.files.failAt = at;
+            bench.files.isKill = true;
+            wasKilled = false;
+            try {
+                run();
+            } catch (const Killed&) {
+                wasKilled = true;
+            }
+            SCOPED_TRACE(bench.files.operations.value(at).toStdString());
+            bench.files.failAt = -1;
+            const auto left = bench.card();
+            const bool looksGood = verifyCard(bench.files, bench.job.root).isGood();
+            EXPECT_EQ(run().outcome, Outcome::Done) << bench.observer.text.toStdString();
+            EXPECT_EQ(looksGood, left == before || left == bench.card());
+            EXPECT_TRUE(verifyCard(bench.files, bench.job.root).isGood());
+        }
+    }
+}
+
+// The settings go first: a player does not start on a card that is being erased.
+TEST(CardWriter, AnErasedCardLosesItsSettingsFirst) {
+    CardBench bench;
+    ASSERT_EQ(bench.create().outcome, Outcome::Done);
+    bench.files.operations.clear();
+    ASSERT_EQ(bench.create().outcome, Outcome::Done);
+    EXPECT_EQ(bench.files.operations.filter("remove ").value(0), "remove 0000.xd3");
 }
 
 TEST(CardWriter, ASettingsUpdateLeavesTheMusicAlone) {

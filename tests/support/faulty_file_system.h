@@ -8,13 +8,19 @@
 
 namespace tessaly::test {
 
+/// What the end of a killed process is made of: nothing that the program catches.
+struct Killed {};
+
 /// The machine's files, each operation on which can be made to fail. Operations that throw are
 /// counted and noted as "create tmp.bin", "read 0001.mp3", ... in the order in which they come.
+/// A write that fails has written half of its bytes.
 class FaultyFileSystem : public LocalFileSystem {
  public:
     static constexpr int ErrorNumber = 5;
 
     int failAt = -1;         ///< number of the operation that fails, from 0
+    bool isKill = false;     ///< it is Killed that is thrown
+    bool toDevice = true;    ///< false: the system's cache will do, for tests that make many cards
     QStringList operations;  ///< what was done so far, the failed one included
     std::function<void()> onOperation = [] {};
     std::function<bool(const QString& operation)> failWhen = [](const QString&) { return false; };
@@ -36,7 +42,8 @@ class FaultyFileSystem : public LocalFileSystem {
     std::unique_ptr<InputFile> openForReading(const QString& path, ReadMode mode) override {
         count(mode == ReadMode::PastCache ? "reopen" : "open", path);
         return std::make_unique<FaultyInput>(
-            *this, path, LocalFileSystem::openForReading(path, mode), mode == ReadMode::PastCache);
+            *this, path, LocalFileSystem::openForReading(path, toDevice ? mode : ReadMode::Normal),
+            mode == ReadMode::PastCache);
     }
     std::unique_ptr<OutputFile> create(const QString& path) override {
         count("create", path);
@@ -48,11 +55,13 @@ class FaultyFileSystem : public LocalFileSystem {
     }
     void settle(const QString& path) override {
         count("settle", path);
-        LocalFileSystem::settle(path);
+        if (toDevice)
+            LocalFileSystem::settle(path);
     }
     void flushVolume(const QString& path) override {
         count("flush", path);
-        LocalFileSystem::flushVolume(path);
+        if (toDevice)
+            LocalFileSystem::flushVolume(path);
     }
 
  private:
@@ -61,7 +70,10 @@ class FaultyFileSystem : public LocalFileSystem {
             QString(what) + ' ' + QFileInfo(path.endsWith('/') ? path.chopped(1) : path).fileName();
         operations.append(operation);
         onOperation();
-        if (operations.size() - 1 == failAt || failWhen(operation))
+        const bool isDue = operations.size() - 1 == failAt || failWhen(operation);
+        if (isDue && isKill)
+            throw Killed();
+        if (isDue)
             throw TessalyError(ErrorNumber, path + ": failed on purpose");
     }
 
@@ -94,7 +106,12 @@ class FaultyFileSystem : public LocalFileSystem {
         FaultyOutput(FaultyFileSystem& owner, QString path, std::unique_ptr<OutputFile> file)
             : owner_(owner), path_(std::move(path)), file_(std::move(file)) {}
         void write(QByteArrayView bytes) override {
-            owner_.count("write", path_);
+            try {
+                owner_.count("write", path_);
+            } catch (...) {
+                file_->write(bytes.first(bytes.size() / 2));
+                throw;
+            }
             file_->write(bytes);
         }
         void setModificationTime(const QDateTime& time) override {
