@@ -215,6 +215,10 @@ TEST(FileMenu, SaveWritesTheFileOrSaysWhyNot) {
     const QByteArray before = bench.scratch.read("other.crd2");
     bench.choose("mnuFileSave");
     EXPECT_TRUE(bench.current.unsavedChanges);
+    EXPECT_EQ(bench.current.txtCardTitle1, "LOST?");
+    EXPECT_TRUE(bench.session.differs());
+    EXPECT_TRUE(bench.window->isWindowModified());
+    EXPECT_EQ(bench.session.fileName(), other);
     EXPECT_EQ(bench.scratch.read("other.crd2"), before);
     EXPECT_EQ(bench.prompts.takeTexts(),
               QStringList("The project was not saved.\r" + other + ": failed on purpose"));
