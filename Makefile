@@ -1,9 +1,9 @@
 # A thin front for CMake: every target installs what is missing and builds first.
 
 JOBS ?= $(shell nproc)
-SOURCES := $(shell find src tests bench tools -name '*.cpp' -o -name '*.h')
+SOURCES := $(shell find src tests reliability bench tools -name '*.cpp' -o -name '*.h')
 
-.PHONY: build run demo test bench screenshots lint format clean dependencies
+.PHONY: build run demo test kill disks bench screenshots lint format clean dependencies
 
 build: dependencies
 	@test -f build/build.ninja || cmake --preset release
@@ -23,6 +23,16 @@ test: build
 	@test -f build-asan/build.ninja || cmake --preset asan
 	@cmake --build --preset asan -j $(JOBS)
 	@ctest --preset asan -j $(JOBS)
+
+# Processes that save and write cards are killed RUNS times each.
+kill: build
+	@build/tessaly-kill --save $(or $(RUNS),1000)
+	@build/tessaly-kill --card $(or $(RUNS),1000)
+
+# Saves and card runs onto file systems that are full, too small or read-only; root only.
+disks: build
+	@tools/install-dependencies.sh strace e2fsprogs
+	@reliability/disks/run.sh
 
 bench: build
 	@build/tessaly-bench
