@@ -1,5 +1,6 @@
 #include "card/card_space.h"
 
+#include <QRegularExpression>
 #include <algorithm>
 
 #include "platform/error.h"
@@ -14,17 +15,59 @@ namespace {
 constexpr qint64 EntryBytes = 32;    // of a FAT folder
 constexpr int VolumeLabelEntry = 1;  // stands in the root folder too
 
+bool isUpperCase(QStringView text) {
+    return text.compare(text.toString().toUpper()) == 0;
+}
+
+bool isLowerCase(QStringView text) {
+    return text.compare(text.toString().toLower()) == 0;
+}
+
+// Whether `name` is 8.3, in whatever case. Letters beyond ASCII depend on the volume's code page
+// and count as none.
+bool isShortName(const QString& name) {
+    static const QRegularExpression names(QStringLiteral(
+        "\\A[A-Za-z0-9!#$%&'()@^_`{}~-]{1,8}(\\.[A-Za-z0-9!#$%&'()@^_`{}~-]{1,3})?\\z"));
+    return names.match(name).hasMatch();
+}
+
+// What a folder has at least: it never has less than one cluster.
+qint64 folderBytesFor(qint64 entries, const VolumeGeometry& geometry) {
+    return inWholeClusters(std::max<qint64>(entries, 1) * EntryBytes, geometry.clusterBytes);
+}
+
 }  // namespace
 
 qint64 inWholeClusters(qint64 bytes, qint64 clusterBytes) {
     return (bytes + clusterBytes - 1) / clusterBytes * clusterBytes;
 }
 
-qint64 clustersOfContent(const FileSystem& files, const QString& folder, qint64 clusterBytes) {
-    qint64 sum = 0;
-    for (const FolderEntry& entry : files.entries(folder))
-        sum += entry.isFolder ? clustersOfContent(files, pathIn(folder, entry.name), clusterBytes)
-                              : inWholeClusters(entry.size, clusterBytes);
+int fatEntriesOf(const QString& name, FatNames names) {
+    constexpr qsizetype CharactersPerEntry = 13;
+    if (names == FatNames::All)
+        return 1;
+    if (isShortName(name)) {
+        const QStringList parts = name.split('.');
+        const auto isOneCase = [](const QString& part) {
+            return isUpperCase(part) || isLowerCase(part);
+        };
+        if (isUpperCase(name) ||
+            (names == FatNames::OneCase && isOneCase(parts.value(0)) && isOneCase(parts.value(1))))
+            return 1;
+    }
+    return int(1 + (name.size() + CharactersPerEntry - 1) / CharactersPerEntry);
+}
+
+qint64 bytesTaken(const FileSystem& files, const QString& folder, const FolderEntry& entry,
+                  const VolumeGeometry& geometry) {
+    constexpr int DotEntries = 2;  // "." and ".."
+    if (!entry.isFolder)
+        return inWholeClusters(entry.size, geometry.clusterBytes);
+    const QString path = pathIn(folder, entry.name);
+    const QList<FolderEntry> content = files.entries(path);
+    qint64 sum = geometry.isFat ? folderBytesFor(DotEntries + content.size(), geometry) : 0;
+    for (const FolderEntry& inside : content)
+        sum += bytesTaken(files, path, inside, geometry);
     return sum;
 }
 
@@ -34,12 +77,10 @@ void requireSpace(const SpacePlan& plan, const VolumeGeometry& geometry) {
         needed += inWholeClusters(size, geometry.clusterBytes);
     if (geometry.isFat && !geometry.rootEntries) {
         // The folder itself grows in clusters; what it has already it keeps.
-        const auto folderBytes = [&](qint64 files) {
-            return inWholeClusters(files * geometry.entriesPerFile * EntryBytes,
-                                   geometry.clusterBytes);
-        };
-        const qint64 before = folderBytes(plan.freedFiles + plan.remainingEntries);
-        const qint64 after = folderBytes(plan.newFiles.size() + plan.remainingEntries);
+        const qint64 before =
+            std::max(geometry.folderBytes, folderBytesFor(plan.presentEntries, geometry));
+        const qint64 after =
+            folderBytesFor(VolumeLabelEntry + plan.stayingEntries + plan.newEntries, geometry);
         needed += std::max<qint64>(0, after - before);
     }
     const qint64 available = geometry.freeBytes + plan.freedBytes;
@@ -52,14 +93,12 @@ void requireSpace(const SpacePlan& plan, const VolumeGeometry& geometry) {
 void requireRootEntries(const SpacePlan& plan, const VolumeGeometry& geometry) {
     if (!geometry.rootEntries)
         return;
-    const qint64 room = (*geometry.rootEntries - VolumeLabelEntry) / geometry.entriesPerFile -
-                        plan.remainingEntries;
-    if (plan.newFiles.size() > room)
-        throw TessalyError(
-            error_number::TooManyRootEntries,
-            QString("The card's root folder has room for %1 files, the project "
-                    "needs %2. Format the card as FAT32.")
-                .arg(grouped(std::max<qint64>(room, 0)), grouped(plan.newFiles.size())));
+    const int room = *geometry.rootEntries - VolumeLabelEntry - plan.stayingEntries;
+    if (plan.newEntries > room)
+        throw TessalyError(error_number::TooManyRootEntries,
+                           QString("The card's root folder has room for %1 entries, the project's "
+                                   "files need %2. Format the card as FAT32.")
+                               .arg(grouped(std::max(room, 0)), grouped(plan.newEntries)));
 }
 
 }  // namespace tessaly

@@ -27,6 +27,15 @@ const QString UpdateQuestion = QStringLiteral(
 const QString EraseQuestion =
     QStringLiteral("This will erase the contents of the CF card.  Continue?");
 
+// Windows keeps this folder open on every drive and may not give it up.
+const QString KeptBySystem = QStringLiteral("System Volume Information");
+
+// Whether an update of the settings deletes the file before it writes it.
+bool isTrimmed(const QString& name) {
+    return name == card_name::Project || name == card_name::Settings ||
+           name == card_name::Firmware || name == card_name::Calibration;
+}
+
 // One run from the snapshot of a project to a finished card. Every step sets the step code first
 // and throws when it fails; nothing on the card changes before checkTarget() has passed.
 class CardRun {
@@ -184,24 +193,36 @@ QList<std::pair<QString, qint64>> CardRun::settingsFiles() const {
 }
 
 SpacePlan CardRun::spacePlan(const VolumeGeometry& geometry) const {
+    const auto taking = [&](const QString& name) { return fatEntriesOf(name, geometry.fatNames); };
+    const auto taken = [&](const QString& name) {
+        return geometry.entriesByName.value(name, taking(name));
+    };
     SpacePlan plan;
-    const QList<FolderEntry> entries = files_.entries(root_);
     for (const auto& [name, size] : settingsFiles()) {
         plan.newFiles.append(size);
         const auto old = files_.fileSize(pathIn(root_, name));
-        if (settingsOnly_ && old) {
+        if (settingsOnly_ && old)
             plan.freedBytes += inWholeClusters(*old, geometry.clusterBytes);
-            ++plan.freedFiles;
-        }
+        // A file that is written over keeps its entries. One that is deleted before leaves a gap
+        // that may be too small: Windows and Linux do not make the same number of entries.
+        const bool hasRoom =
+            settingsOnly_ && old && (!isTrimmed(name) || taken(name) >= taking(name));
+        if (!hasRoom)
+            plan.newEntries += taking(name);
     }
-    if (settingsOnly_) {
-        plan.remainingEntries = int(entries.size()) - plan.freedFiles;
+    for (const FolderEntry& entry : files_.entries(root_)) {
+        plan.presentEntries += taken(entry.name);
+        if (settingsOnly_ || entry.name == KeptBySystem)
+            plan.stayingEntries += taken(entry.name);
+        else
+            plan.freedBytes += bytesTaken(files_, root_, entry, geometry);
+    }
+    if (settingsOnly_)
         return plan;
-    }
-    for (const Track& track : tracks_)
+    for (const Track& track : tracks_) {
         plan.newFiles.append(files_.fileSize(track.source).value_or(0));
-    plan.freedBytes = clustersOfContent(files_, root_, geometry.clusterBytes);
-    plan.freedFiles = int(entries.size());
+        plan.newEntries += taking(card_name::track(track.number));
+    }
     return plan;
 }
 
@@ -288,8 +309,7 @@ void CardRun::eraseCard() {
         try {
             removeTree(pathIn(root_, entry.name));
         } catch (const TessalyError& error) {
-            // Windows keeps this one open on every drive and does not give it up.
-            if (entry.name != u"System Volume Information" || error.number == error_number::Stopped)
+            if (entry.name != KeptBySystem || error.number == error_number::Stopped)
                 throw;
         }
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <optional>
@@ -23,17 +24,28 @@ struct Volume {
     bool isReady = true;  ///< false for a reader without a card
 };
 
-/// How a volume hands out its space.
+/// Which file names a FAT volume keeps in one entry of their folder. Any other name needs a long
+/// name beside it, an entry more for each 13 characters.
+enum class FatNames {
+    OneCase,    ///< 8.3 names with stem and ending of one case each: "0001.mp3"
+    UpperCase,  ///< 8.3 names in capitals
+    All,        ///< there are no long names
+};
+
+/// How the volume of a folder hands out its space.
 struct VolumeGeometry {
     qint64 clusterBytes = 4096;
     qint64 totalBytes = 0;
     qint64 freeBytes = 0;
     bool isReadOnly = false;
     bool isFat = false;
+    FatNames fatNames = FatNames::OneCase;
     /// Entries that the root folder has room for, nothing where it grows like any folder.
     std::optional<int> rootEntries{};
-    /// Root folder entries that a card file takes: 2 where a lower-case ending needs a long name.
-    int entriesPerFile = 1;
+    /// What the folder itself takes of a FAT volume already, 0 where the system does not tell.
+    qint64 folderBytes = 0;
+    /// Entries that each name in a FAT folder takes now, empty where the system does not tell.
+    QHash<QString, int> entriesByName{};
 };
 
 /// The drives of the machine. Roots are given with or without their last separator.

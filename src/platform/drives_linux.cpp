@@ -1,5 +1,10 @@
+#include <fcntl.h>
+#include <linux/msdos_fs.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/sysmacros.h>
+#include <unistd.h>
 
 #include <QDir>
 #include <QFile>
@@ -60,6 +65,29 @@ struct statvfs statisticsOf(const QString& path) {
     return statistics;
 }
 
+qint64 folderBytes(const QString& folder) {
+    struct stat status {};
+    return ::stat(toNativePath(folder).constData(), &status) == 0 ? status.st_size : 0;
+}
+
+// The kernel tells short and long names apart here, without any right to the device.
+QHash<QString, int> entriesByName(const QString& folder) {
+    constexpr qsizetype CharactersPerEntry = 13;
+    QHash<QString, int> entries;
+    const int fd = ::open(toNativePath(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0)
+        return entries;
+    __fat_dirent names[2] = {};  // the short name, then the long one, empty if there is none
+    while (::ioctl(fd, VFAT_IOCTL_READDIR_BOTH, names) > 0 && names[0].d_reclen > 0) {
+        const QString longName = fromNativePath(names[1].d_name);
+        const QString name = longName.isEmpty() ? fromNativePath(names[0].d_name) : longName;
+        entries.insert(name,
+                       int(1 + (longName.size() + CharactersPerEntry - 1) / CharactersPerEntry));
+    }
+    ::close(fd);
+    return entries;
+}
+
 // Pseudo file systems hold no person's files.
 bool isForPeople(const Mount& mount) {
     return mount.source.startsWith('/') || mount.source.contains(":/") ||
@@ -112,10 +140,16 @@ VolumeGeometry LocalDrives::geometry(const QString& path) const {
         folder = QFileInfo(folder).path();
         mount = findMount(mounts, folder);
     }
-    if (mount && (mount->fileSystem == "vfat" || mount->fileSystem == "msdos"))
-        describeFat(geometry, qint64(statistics.f_blocks), mount->options);
-    if (mount && mount->mountPoint != QFileInfo(path).canonicalFilePath())
+    if (!mount || !isFatMount(*mount))
+        return geometry;
+    describeFat(geometry, *mount,
+                {.clusters = qint64(statistics.f_blocks),
+                 .rootFolderBytes = folderBytes(mount->mountPoint),
+                 .deviceRecord = contentOf("/run/udev/data/b" + mount->device)});
+    if (mount->mountPoint != QFileInfo(path).canonicalFilePath())
         geometry.rootEntries.reset();
+    geometry.folderBytes = folderBytes(path);
+    geometry.entriesByName = entriesByName(path);
     return geometry;
 }
 

@@ -80,16 +80,25 @@ DriveType classifyMount(const Mount& mount, const DeviceAttributes& device) {
     return DriveType::Fixed;
 }
 
-void describeFat(VolumeGeometry& geometry, qint64 clusters, const QString& options) {
+bool isFatMount(const Mount& mount) {
+    return mount.fileSystem == "vfat" || mount.fileSystem == "msdos";
+}
+
+void describeFat(VolumeGeometry& geometry, const Mount& mount, const FatFacts& facts) {
     constexpr qint64 Fat16MaxClusters = 65524;
-    constexpr int UsualRootEntries = 512;
+    constexpr qint64 EntryBytes = 32;
     geometry.isFat = true;
-    if (clusters <= Fat16MaxClusters)
-        geometry.rootEntries = UsualRootEntries;
-    // Linux keeps "0001.mp3" in one entry only under these rules; else a long name goes with it.
-    const QStringList list = options.split(',');
-    const bool oneEntry = list.contains("shortname=winnt") || list.contains("shortname=lower");
-    geometry.entriesPerFile = oneEntry ? 1 : 2;
+    // A small FAT32 volume breaks the rule of the cluster count; only its boot sector tells.
+    if (facts.clusters <= Fat16MaxClusters && !facts.deviceRecord.contains("ID_FS_VERSION=FAT32"))
+        geometry.rootEntries = int(facts.rootFolderBytes / EntryBytes);
+    // Linux keeps "0001.mp3" in one entry only under this rule; by default a long name goes with
+    // it.
+    if (mount.fileSystem == "msdos")
+        geometry.fatNames = FatNames::All;
+    else if (mount.options.split(',').contains("shortname=winnt"))
+        geometry.fatNames = FatNames::OneCase;
+    else
+        geometry.fatNames = FatNames::UpperCase;
 }
 
 }  // namespace tessaly

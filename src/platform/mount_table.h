@@ -42,8 +42,17 @@ struct DeviceAttributes {
 /// of the disk or the disk is an SD card; fixed otherwise. A USB backup disk is fixed.
 DriveType classifyMount(const Mount& mount, const DeviceAttributes& device);
 
-/// What a FAT volume of `clusters` clusters mounted with `options` makes of card files: the size
-/// of its root folder and the entries that a file takes.
-void describeFat(VolumeGeometry& geometry, qint64 clusters, const QString& options);
+/// What Linux tells of a mounted FAT volume.
+struct FatFacts {
+    qint64 clusters = 0;
+    qint64 rootFolderBytes = 0;  ///< its size as a folder; on FAT12 and FAT16 that of all entries
+    QByteArray deviceRecord;     ///< what udev keeps of the device, empty where there is none
+};
+
+/// Whether a mount is a FAT volume.
+bool isFatMount(const Mount& mount);
+
+/// The size of the root folder of a FAT volume and the names that take one entry on it.
+void describeFat(VolumeGeometry& geometry, const Mount& mount, const FatFacts& facts);
 
 }  // namespace tessaly

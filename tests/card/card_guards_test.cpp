@@ -117,27 +117,97 @@ TEST(CardGuards, SpaceIsCountedInWholeClusters) {
     EXPECT_TRUE(fits({1, 1, 1}, 512));
     EXPECT_TRUE(fits({0, 0, 0, 1024}));
     EXPECT_FALSE(fits({513, 512}));
-    // On FAT32 the folder takes clusters too: 17 entries of 32 bytes are one more than a cluster.
+    // On FAT32 the folder takes clusters too: 16 entries of 32 bytes, one of them the label's.
     volume.isFat = true;
-    volume.entriesPerFile = 2;
-    volume.freeBytes = 512 * 2;
-    EXPECT_TRUE(fits(QList<qint64>(16, 0)));
-    EXPECT_FALSE(fits(QList<qint64>(17, 0)));
-
-    volume.rootEntries = 512;
-    const auto hasEntries = [&](int newFiles, int remaining) {
-        return numberOf([&] {
-                   requireRootEntries(
-                       {.newFiles = QList<qint64>(newFiles, 1), .remainingEntries = remaining},
-                       volume);
-               }) == 0;
+    const auto growsInto = [&](int entries, qint64 freeBytes) {
+        volume.freeBytes = freeBytes;
+        return numberOf([&] { requireSpace({.newFiles = {}, .newEntries = entries}, volume); }) ==
+               0;
     };
-    EXPECT_TRUE(hasEntries(255, 0));
-    EXPECT_FALSE(hasEntries(256, 0));
-    EXPECT_FALSE(hasEntries(5, 251));
-    volume.entriesPerFile = 1;
-    EXPECT_TRUE(hasEntries(511, 0));
-    EXPECT_FALSE(hasEntries(512, 0));
+    EXPECT_TRUE(growsInto(15, 0));
+    EXPECT_FALSE(growsInto(16, 0));
+    EXPECT_TRUE(growsInto(31, 512));
+    EXPECT_FALSE(growsInto(32, 512));
+    volume.folderBytes = 1024;
+    EXPECT_TRUE(growsInto(31, 0));
+}
+
+TEST(CardGuards, NamesTakeEntriesOfTheirFolder) {
+    const struct {
+        const char* name;
+        int oneCase, upperCase;
+    } cases[] = {
+        {"0001.mp3", 1, 2},      {"0000.XD3", 1, 1},   {"README", 1, 1},
+        {"Readme.txt", 2, 2},    {"0000.crd2", 2, 2},  {"two words", 2, 2},
+        {"nine-long.mp3", 2, 2}, {"dots.in.it", 2, 2}, {"fourteen-chars", 3, 3},
+        {"\u00E4.mp3", 2, 2},    {"lower.TXT", 1, 2},  {"System Volume Information", 3, 3}};
+    for (const auto& [name, oneCase, upperCase] : cases) {
+        EXPECT_EQ(fatEntriesOf(name, FatNames::OneCase), oneCase) << name;
+        EXPECT_EQ(fatEntriesOf(name, FatNames::UpperCase), upperCase) << name;
+        EXPECT_EQ(fatEntriesOf(name, FatNames::All), 1) << name;
+    }
+}
+
+// The eight files of a card, one of them "0000.crd2", and the entry of the label.
+TEST(CardGuards, RootEntriesAreCountedByName) {
+    const auto least = [](FatNames names, const std::function<void(CardBench&)>& arrange,
+                          bool settingsOnly = false) {
+        CardBench bench;
+        if (settingsOnly) {
+            EXPECT_EQ(bench.create().outcome, CardRunReport::Outcome::Done);
+        }
+        bench.drives.volume.isFat = true;
+        bench.drives.volume.fatNames = names;
+        arrange(bench);
+        for (int& entries = bench.drives.volume.rootEntries.emplace(1); entries < 40; ++entries)
+            if ((settingsOnly ? bench.update() : bench.create()).outcome ==
+                CardRunReport::Outcome::Done)
+                return entries;
+        return 40;
+    };
+    const auto asItIs = [](CardBench&) {};
+    EXPECT_EQ(least(FatNames::OneCase, asItIs), 1 + 9);
+    EXPECT_EQ(least(FatNames::UpperCase, asItIs), 1 + 16);
+    EXPECT_EQ(least(FatNames::All, asItIs), 1 + 8);
+    const auto used = [](CardBench& bench) {
+        bench.scratch.write("card/An old file.txt", "old");
+        bench.scratch.write("card/System Volume Information/WPSettings.dat", "kept");
+    };
+    EXPECT_EQ(least(FatNames::OneCase, used), 1 + 9 + 3);
+
+    // An update writes over names that are there; Linux needs more for a name than Windows left.
+    EXPECT_EQ(least(FatNames::OneCase, asItIs, true), 1 + 9);
+    EXPECT_EQ(least(FatNames::UpperCase, asItIs, true), 1 + 16);
+    const auto byWindows = [](CardBench& bench) {
+        for (const QString& name : bench.card().keys())
+            bench.drives.volume.entriesByName[name] = fatEntriesOf(name, FatNames::OneCase);
+    };
+    EXPECT_EQ(least(FatNames::UpperCase, byWindows, true), 1 + 9 + 3 * 2);
+    const auto newChime = [](CardBench& bench) { bench.useChime(); };
+    EXPECT_EQ(least(FatNames::OneCase, newChime, true), 1 + 9 + 1);
+}
+
+// What is erased makes room: a file its clusters, a folder on FAT its own too.
+TEST(CardGuards, FoldersThatAreErasedFreeTheirClusters) {
+    const auto least = [](bool isFat, const QStringList& onCard) {
+        CardBench bench;
+        bench.drives.volume = {.clusterBytes = 512, .isFat = isFat, .rootEntries = 512};
+        for (const QString& name : onCard)
+            bench.scratch.write("card/" + name, QByteArray(1, 'x'));
+        while (bench.create().outcome != CardRunReport::Outcome::Done)
+            bench.drives.volume.freeBytes += 512;
+        return bench.drives.volume.freeBytes / 512;
+    };
+    QStringList wide = {"wide/first"};  // "." and ".." and 15 more are two clusters
+    for (int i = 0; i < 14; ++i)
+        wide.append(QString("wide/%1").arg(i));
+    for (const bool isFat : {false, true}) {
+        const qint64 empty = least(isFat, {});
+        EXPECT_EQ(empty - least(isFat, {"a.txt"}), 1);
+        EXPECT_EQ(empty - least(isFat, {"deep/er/a.txt"}), isFat ? 3 : 1);
+        EXPECT_EQ(empty - least(isFat, wide), isFat ? 17 : 15);
+        EXPECT_EQ(empty - least(isFat, {"System Volume Information/a"}), 0);
+    }
 }
 
 TEST(CardGuards, SettingsMustNotPointAtOtherMusic) {

@@ -61,14 +61,34 @@ TEST(MountTable, DrivesAreToldApart) {
 }
 
 TEST(MountTable, FatVolumesHaveTheirRules) {
-    VolumeGeometry fat16, fat32;
-    describeFat(fat16, 65524, "rw,shortname=mixed");
-    EXPECT_EQ(fat16.rootEntries, 512);
-    EXPECT_EQ(fat16.entriesPerFile, 2);
-    describeFat(fat32, 65525, "rw,shortname=winnt,utf8");
-    EXPECT_EQ(fat32.rootEntries, std::nullopt);
-    EXPECT_EQ(fat32.entriesPerFile, 1);
-    EXPECT_TRUE(fat16.isFat && fat32.isFat);
+    const struct {
+        const char *fileSystem, *options;
+        FatFacts facts;
+        std::optional<int> rootEntries;
+        FatNames names;
+    } cases[] = {
+        {"vfat", "rw,shortname=mixed", {65524, 16384, ""}, 512, FatNames::UpperCase},
+        {"vfat", "rw,shortname=lower", {4084, 4096, ""}, 128, FatNames::UpperCase},
+        {"vfat", "rw,shortname=winnt", {65525, 512, ""}, std::nullopt, FatNames::OneCase},
+        {"vfat",
+         "rw,shortname=win95",
+         {60000, 512, "E:ID_FS_VERSION=FAT32\n"},
+         std::nullopt,
+         FatNames::UpperCase},
+        {"msdos", "rw", {4084, 16384, "E:ID_FS_VERSION=FAT12\n"}, 512, FatNames::All},
+    };
+    for (const auto& [fileSystem, options, facts, rootEntries, names] : cases) {
+        Mount mount;
+        mount.fileSystem = fileSystem;
+        mount.options = options;
+        VolumeGeometry geometry;
+        ASSERT_TRUE(isFatMount(mount));
+        describeFat(geometry, mount, facts);
+        EXPECT_EQ(geometry.rootEntries, rootEntries) << options;
+        EXPECT_EQ(geometry.fatNames, names) << options;
+        EXPECT_TRUE(geometry.isFat);
+    }
+    EXPECT_FALSE(isFatMount(Mount()));
 }
 
 }  // namespace tessaly
