@@ -3,7 +3,7 @@
 JOBS ?= $(shell nproc)
 SOURCES := $(shell find src tests reliability bench tools -name '*.cpp' -o -name '*.h')
 
-.PHONY: build run demo test kill disks bench screenshots lint format clean dependencies
+.PHONY: build run demo test kill disks fat bench screenshots lint format clean dependencies
 
 build: dependencies
 	@test -f build/build.ninja || cmake --preset release
@@ -33,6 +33,12 @@ kill: build
 disks: build
 	@tools/install-dependencies.sh strace e2fsprogs
 	@reliability/disks/run.sh
+
+# Card runs on real FAT volumes.
+FAT_KERNEL := $(if $(filter x86_64 i686,$(shell uname -m)),user-mode-linux kmod)
+fat: build
+	@tools/install-dependencies.sh dosfstools mtools fuse fusefat $(FAT_KERNEL)
+	@reliability/fat/run.sh
 
 bench: build
 	@build/tessaly-bench

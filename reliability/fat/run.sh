@@ -1,0 +1,34 @@
+#!/usr/bin/env bash
+# Card runs on real FAT volumes: by mcopy into the image, by fusefat, and by the kernel of a machine
+# in user mode, which needs neither root nor loop devices. Exit code 1 when something failed, 3 when
+# this machine cannot mount by FUSE, so that nothing is promised that was not tried.
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+
+program=$PWD/build/tessaly-fat
+work=$(mktemp -d "$([ -w /dev/shm ] && echo /dev/shm || echo /tmp)/tessaly-fat-XXXXXX")
+trap 'rm -rf "$work"' EXIT
+result=0
+
+echo "What the guards let through and stop, by mcopy:"
+"$program" limits || result=1
+
+echo "Mounted by fusefat:"
+if [ -r /dev/fuse ] && [ -w /dev/fuse ] && command -v fusefat fusermount >/dev/null; then
+  "$program" fuse || result=1
+else
+  echo "NOT TRIED: this machine has no FUSE (/dev/fuse, fusefat, fusermount)."
+  [ "$result" -ne 0 ] || result=3
+fi
+
+echo "Mounted by the kernel of Linux:"
+if command -v linux.uml >/dev/null; then
+  truncate -s 140M "$work/disk.img"
+  timeout 3600 linux.uml mem=256M rootfstype=hostfs ro ubda="$work/disk.img" quiet \
+    init="$PWD/reliability/fat/guest.sh" TESSALY_FAT="$program" con=null con0=fd:0,fd:1 \
+    </dev/null 2>/dev/null | tee "$work/kernel.log" || true
+  grep -q '^kernel: all kept' "$work/kernel.log" || { echo "The machine did not get through."; result=1; }
+else
+  echo "NOT TRIED: there is no linux.uml (Debian package user-mode-linux)."
+fi
+exit $result
