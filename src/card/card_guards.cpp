@@ -62,6 +62,26 @@ QByteArray storedFileName(const QString& path) {
                        problem + " The settings would point at other music: create the card anew.");
 }
 
+// The name of something in `root` that no card has; empty when there is none.
+QString otherThanCardFiles(const FileSystem& files, const QString& root) {
+    for (const FolderEntry& entry : files.entries(root))
+        if (entry.name != card_name::SystemFolder &&
+            (entry.isFolder || !card_name::isCardName(entry.name)))
+            return entry.name;
+    return {};
+}
+
+// Nothing for a folder that is no drive's root.
+std::optional<DriveType> typeOfDriveAt(const Drives& drives, const QString& root) {
+    try {
+        return drives.type(root);
+    } catch (const TessalyError& error) {
+        if (error.number == error_number::DriveNotReady)
+            return std::nullopt;
+        throw;
+    }
+}
+
 // File names by card number from the project on the card; `isComplete` tells whether it was read
 // to its end.
 QHash<QString, QByteArray> numbersOnCard(FileSystem& files, const QString& root, bool& isComplete) {
@@ -91,6 +111,25 @@ void requireRemovableRoot(const Drives& drives, const QString& root) {
                 .arg(native(root), driveTypeName(type)));
 }
 
+void requireErasableFolder(const FileSystem& files, const Drives& drives, const QString& root,
+                           bool mayEraseOthers) {
+    const QString other = otherThanCardFiles(files, root);
+    if (other.isEmpty())
+        return;
+    const auto type = typeOfDriveAt(drives, files.canonicalPath(root));
+    if (type && *type != DriveType::Removable && *type != DriveType::RamDisk)
+        throw TessalyError(
+            error_number::NotRemovable,
+            QString("%1 is a whole %2 drive and holds \"%3\", which is no file of a card: it "
+                    "will not be erased.")
+                .arg(native(root), driveTypeName(*type), other));
+    if (!mayEraseOthers)
+        throw TessalyError(error_number::BadTarget,
+                           QString("%1 holds \"%2\", which is no file of a card: say --erase "
+                                   "to erase everything in it")
+                               .arg(native(root), other));
+}
+
 void refuseSystemFolder(const FileSystem& files, const QString& root, const AppFolders& folders,
                         const QStringList& kept) {
     const auto refuse = [&](const QString& why) {
@@ -114,6 +153,17 @@ void refuseSystemFolder(const FileSystem& files, const QString& root, const AppF
     for (const QString& path : kept)
         if (target.isOrHolds(path))
             refuse("holds " + native(path));
+    for (const char* name : {".git", ".hg", ".svn"})
+        if (files.identity(pathIn(root, name)))
+            refuse(QString("is under version control (it holds %1)").arg(name));
+}
+
+void refuseHoldingMounts(const Drives& drives, const QString& root) {
+    const QStringList mounts = drives.mountsInside(root);
+    if (!mounts.isEmpty())
+        throw TessalyError(error_number::SystemFolder,
+                           QString("%1 holds what is mounted at %2 and will not be erased.")
+                               .arg(native(root), native(mounts.first())));
 }
 
 void refuseHoldingSources(const FileSystem& files, const QString& root,

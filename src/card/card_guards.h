@@ -18,10 +18,20 @@ namespace tessaly {
 /// chosen.
 void requireRemovableRoot(const Drives& drives, const QString& root);
 
+/// For a card that is a folder named on purpose. Error 556 when it holds anything but a card's
+/// files, unless `mayEraseOthers`. Error 530 when it does and is a whole fixed disk, network share
+/// or disc, whatever was said: only what a RAM disk holds is gone soon anyway.
+void requireErasableFolder(const FileSystem& files, const Drives& drives, const QString& root,
+                           bool mayEraseOthers);
+
 /// Error 531 when `root` is, holds or stands in a folder of the operating system, or is or holds a
-/// folder that people's files stand in, the program or one of `kept`.
+/// folder that people's files stand in, the program or one of `kept`, or is the work tree of a
+/// version control.
 void refuseSystemFolder(const FileSystem& files, const QString& root, const AppFolders& folders,
                         const QStringList& kept);
+
+/// Error 531 when other drives are mounted in `root`, or a part of it is mounted elsewhere.
+void refuseHoldingMounts(const Drives& drives, const QString& root);
 
 /// Error 532 when one of `sources` is a file in `root` or below it. Paths that do not exist are
 /// passed over.

@@ -14,6 +14,10 @@ inline const QString FixedConfiguration = QStringLiteral("0007.cfg");
 inline const QString Chime = QStringLiteral("9999.mp3");
 inline const QString Project = QStringLiteral("0000.crd2");
 
+/// A folder that Windows makes on every drive. It may keep it from being read or deleted; that does
+/// no harm on a card.
+inline const QString SystemFolder = QStringLiteral("System Volume Information");
+
 /// The card name of a music or speech file: its four-digit number and ".mp3".
 inline QString track(const QString& number) {
     return number + QStringLiteral(".mp3");

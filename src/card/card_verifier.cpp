@@ -6,7 +6,6 @@
 
 #include "card/card_names.h"
 #include "card/file_copier.h"
-#include "card/firmware.h"
 #include "image/config_image.h"
 #include "image/config_image_reader.h"
 #include "image/intel_hex.h"
@@ -22,7 +21,8 @@ namespace {
 
 class CardVerifier {
  public:
-    CardVerifier(FileSystem& files, const QString& root) : files_(files), root_(root) {}
+    CardVerifier(FileSystem& files, const QString& root)
+        : files_(files), root_(root), card_(files.identity(root)) {}
 
     CardVerification run() {
         if (readCardProject())
@@ -30,6 +30,7 @@ class CardVerifier {
         checkTrackFiles();
         checkFixedFiles();
         noteOtherFiles();
+        requireSameCard();
         return result_;
     }
 
@@ -40,12 +41,15 @@ class CardVerifier {
     void explainDifference(const DecodedImage& found, const DecodedImage& expected);
     void checkTrackFiles();
     void checkFixedFiles();
+    void checkFirmware();
     void noteOtherFiles();
     void readToEnd(const QString& name);
+    void requireSameCard() const;
     void problem(const QString& sentence) { result_.problems.append(sentence); }
 
     FileSystem& files_;
     const QString root_;
+    const std::optional<FileIdentity> card_;
     Project project_;
     QSet<QString> expected_;  // lower-case names that belong on this card
     CardVerification result_;
@@ -139,7 +143,16 @@ void CardVerifier::explainDifference(const DecodedImage& found, const DecodedIma
         differs("bytes that mean nothing");
 }
 
+// One sentence for a card that was pulled out, not one for each of its files.
+void CardVerifier::requireSameCard() const {
+    if (!card_ || files_.identity(root_) != card_)
+        throw TessalyError(
+            error_number::DriveNotReady,
+            QDir::toNativeSeparators(root_) + ": the card is no longer there or was changed.");
+}
+
 void CardVerifier::readToEnd(const QString& name) {
+    requireSameCard();
     expected_.insert(name.toLower());
     const QString path = pathIn(root_, name);
     if (!files_.fileSize(path)) {
@@ -187,9 +200,22 @@ void CardVerifier::checkFixedFiles() {
         readToEnd(card_name::Project);
     if (project_.buttPlayIntChime && !project_.txtChimeFileName.isEmpty())
         readToEnd(card_name::Chime);
+    checkFirmware();
+}
+
+void CardVerifier::checkFirmware() {
     const QString firmware = pathIn(root_, card_name::Firmware);
-    if (files_.fileSize(firmware) && !holdsFirmware(files_, firmware))
-        result_.notes.append(card_name::Firmware + " is a stand-in that holds no firmware.");
+    if (files_.fileSize(firmware).value_or(0) == 0)
+        return;  // that was said already
+    try {
+        const QByteArray text = readWholeFile(files_, firmware, limits::HexFileBytes);
+        if (const QString damage = hexDamage(text); !damage.isEmpty())
+            problem(QString("%1 is damaged: %2.").arg(card_name::Firmware, damage));
+        else if (!holdsHexData(text))
+            result_.notes.append(card_name::Firmware + " is a stand-in that holds no firmware.");
+    } catch (const TessalyError& error) {
+        problem(error.description + ".");
+    }
 }
 
 void CardVerifier::noteOtherFiles() {

@@ -20,7 +20,15 @@ struct CardVerification {
 
 /// Compares a card's settings (0000.xd3) with its own project (0000.crd2) and the numbers stored
 /// there, and reads every file that the player needs from the card to its end. `root` is the card's
-/// root folder or a folder that holds a copy of one. Throws when it is no folder.
+/// root folder or a folder that holds a copy of one. Throws when it is no folder, and error 71 when
+/// it is gone before the end.
+///
+/// It finds every changed byte of the settings, a project that is cut or says anything else than
+/// the settings, firmware with a wrong checksum or without its end, and any file that is missing,
+/// empty or cannot be read. A card holds no hashes of its files, so it cannot find an MP3 file or
+/// 0007.cfg that reads without an error but is changed, cut, longer, swapped with another or left
+/// from an earlier card, nor firmware of another version, nor a changed source path in the project.
+/// The comparison while a card is written finds those.
 CardVerification verifyCard(FileSystem& files, const QString& root);
 
 }  // namespace tessaly

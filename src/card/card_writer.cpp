@@ -27,25 +27,39 @@ const QString UpdateQuestion = QStringLiteral(
 const QString EraseQuestion =
     QStringLiteral("This will erase the contents of the CF card.  Continue?");
 
-// Windows keeps this folder open on every drive and may not give it up.
-const QString KeptBySystem = QStringLiteral("System Volume Information");
-
 // Whether an update of the settings deletes the file before it writes it.
 bool isTrimmed(const QString& name) {
     return name == card_name::Project || name == card_name::Settings ||
            name == card_name::Firmware || name == card_name::Calibration;
 }
 
+// What a card is known by.
+struct CardIdentity {
+    std::optional<FileIdentity> folder;
+    QString medium;
+    bool operator==(const CardIdentity&) const = default;
+};
+
+CardIdentity cardAt(const FileSystem& files, const Drives& drives, const QString& root) {
+    return {.folder = files.identity(root), .medium = drives.medium(root)};
+}
+
+QString rootOf(const CardJob& job) {
+    return withLastSeparator(QDir::toNativeSeparators(job.root));
+}
+
 // One run from the snapshot of a project to a finished card. Every step sets the step code first
 // and throws when it fails; nothing on the card changes before checkTarget() has passed.
 class CardRun {
  public:
-    CardRun(FileSystem& files, const Drives& drives, CardJob job, Project snapshot,
-            bool settingsOnly, int& stepCode, CardRunObserver& observer, CardRunReport& report)
+    CardRun(FileSystem& files, const Drives& drives, CardJob job, CardIdentity card,
+            Project snapshot, bool settingsOnly, int& stepCode, CardRunObserver& observer,
+            CardRunReport& report)
         : files_(files),
           drives_(drives),
           job_(std::move(job)),
-          root_(withLastSeparator(QDir::toNativeSeparators(job_.root))),
+          root_(rootOf(job_)),
+          card_(std::move(card)),
           snapshot_(std::move(snapshot)),
           settingsOnly_(settingsOnly),
           stepCode_(stepCode),
@@ -95,6 +109,7 @@ class CardRun {
     const Drives& drives_;
     const CardJob job_;
     const QString root_;
+    const CardIdentity card_;
     const Project snapshot_;
     const bool settingsOnly_;
     int& stepCode_;
@@ -105,7 +120,7 @@ class CardRun {
     QByteArray hex_;
     QByteArray projectBytes_;
     std::unique_ptr<OutputFile> projectFile_;
-    std::optional<FileIdentity> card_;
+    std::unique_ptr<OpenFolder> folder_;  // the card, held open from the first guard on
     QList<WrittenFile> written_;
 
     RunPhase phase_ = RunPhase::Prepare;
@@ -212,7 +227,7 @@ SpacePlan CardRun::spacePlan(const VolumeGeometry& geometry) const {
     }
     for (const FolderEntry& entry : files_.entries(root_)) {
         plan.presentEntries += taken(entry.name);
-        if (settingsOnly_ || entry.name == KeptBySystem)
+        if (settingsOnly_ || entry.name == card_name::SystemFolder)
             plan.stayingEntries += taken(entry.name);
         else
             plan.freedBytes += bytesTaken(files_, root_, entry, geometry);
@@ -230,9 +245,13 @@ void CardRun::checkTarget() {
     step(310);
     if (job_.mustBeRemovableRoot)
         requireRemovableRoot(drives_, root_);
-    card_ = files_.identity(root_);
+    requireSameCard();
+    folder_ = files_.openFolder(root_);
+    if (!job_.mustBeRemovableRoot && !settingsOnly_)
+        requireErasableFolder(files_, drives_, root_, job_.mayEraseOthers);
     step(311);
     refuseSystemFolder(files_, root_, job_.folders, job_.kept + QStringList(job_.workFolder));
+    refuseHoldingMounts(drives_, root_);
     step(312);
     QStringList sources;
     for (const Track& track : tracks_)
@@ -256,9 +275,8 @@ void CardRun::checkTarget() {
 
 void CardRun::deleteFromCard(const QString& name) {
     requireSameCard();
-    const QString path = pathIn(root_, name);
-    if (files_.fileSize(path))
-        files_.removeFile(path);
+    if (files_.fileSize(pathIn(root_, name)))
+        folder_->removeFile(name);
 }
 
 // The project comes last and is deleted first, so that it seals the card: one that a run did not
@@ -275,22 +293,22 @@ void CardRun::trimCard() {
 }
 
 void CardRun::removeTree(const QString& folder) {
-    for (const FolderEntry& entry : files_.entries(folder)) {
-        const QString path = pathIn(folder, entry.name);
+    for (const FolderEntry& entry : folder_->entries(folder)) {
+        const QString inside = folder + '/' + entry.name;
         if (entry.isFolder)
-            removeTree(path);
+            removeTree(inside);
         else
-            files_.removeFile(path);
+            folder_->removeFile(inside);
         breathe();
     }
-    files_.removeFolder(folder);
+    folder_->removeFolder(folder);
 }
 
 void CardRun::eraseCard() {
     beginPhase(RunPhase::Erase, 0);
     step(10);
     requireSameCard();
-    QList<FolderEntry> entries = files_.entries(root_);
+    QList<FolderEntry> entries = folder_->entries();
     // Without its settings a player does not start on what is left.
     std::stable_partition(entries.begin(), entries.end(), [](const FolderEntry& entry) {
         return entry.name.compare(card_name::Settings, Qt::CaseInsensitive) == 0;
@@ -299,7 +317,7 @@ void CardRun::eraseCard() {
     for (const FolderEntry& entry : entries) {
         if (entry.isFolder)
             continue;
-        files_.removeFile(pathIn(root_, entry.name));
+        folder_->removeFile(entry.name);
         breathe();
     }
     step(101);
@@ -307,27 +325,27 @@ void CardRun::eraseCard() {
         if (!entry.isFolder)
             continue;
         try {
-            removeTree(pathIn(root_, entry.name));
+            removeTree(entry.name);
         } catch (const TessalyError& error) {
-            if (entry.name != KeptBySystem || error.number == error_number::Stopped)
+            if (entry.name != card_name::SystemFolder || error.number == error_number::Stopped)
                 throw;
         }
     }
 }
 
 // A card that was pulled out leaves a folder behind on Linux, and another card may have taken its
-// place: neither is what the guards looked at.
+// place: neither is what the operator was asked about.
 void CardRun::requireSameCard() const {
-    if (!card_ || files_.identity(root_) != card_)
+    if (!card_.folder || cardAt(files_, drives_, root_) != card_ ||
+        (folder_ && folder_->identity() != card_.folder))
         throw TessalyError(error_number::DriveNotReady,
                            root_ + ": the card is no longer there or was changed.");
 }
 
 void CardRun::copyToCard(const QString& source, const QString& name) {
     requireSameCard();
-    const QString target = pathIn(root_, name);
     const WrittenFile file =
-        copyFile(files_, source, target, [this](qint64 bytes) { advance(bytes); });
+        copyFile(files_, source, *folder_, name, [this](qint64 bytes) { advance(bytes); });
     written_.append(file);
     report_.files.append({name, file.size});
     report_.bytes += file.size;
@@ -387,21 +405,31 @@ void CardRun::settleAndVerify() {
     beginPhase(RunPhase::Flush, report_.bytes);
     step(320);
     for (const WrittenFile& file : written_) {
-        files_.settle(file.path);
+        files_.settle(pathIn(root_, file.name));
         advance(file.size);
     }
     files_.flushVolume(root_);
+    requireSameCard();  // else another volume was flushed
     beginPhase(RunPhase::Verify, job_.verify ? report_.bytes : 0);
     step(321);
     bool pastCache = true;
     for (const WrittenFile& file : job_.verify ? written_ : QList<WrittenFile>()) {
-        const ReadBack back = readBack(files_, file.path, [this](qint64 bytes) { advance(bytes); });
-        if (back.size != file.size || back.hash != file.hash)
-            throw TessalyError(
-                error_number::VerifyFailed,
-                file.path + ": what reads back from the card differs from what was written.");
+        const QString path = pathIn(root_, file.name);
+        const TessalyError differs(
+            error_number::VerifyFailed,
+            path + ": what reads back from the card differs from what was written.");
+        qint64 left = file.size;
+        const ReadBack back = readBack(files_, path, [&](qint64 bytes) {
+            left -= bytes;
+            if (left < 0)  // a broken card may go on for ever
+                throw differs;
+            advance(bytes);
+        });
+        if (left > 0 || back.hash != file.hash)
+            throw differs;
         pastCache = pastCache && back.isPastCache;
     }
+    requireSameCard();  // else other files were read
     report_.isVerified = job_.verify;
     report_.isVerifiedPastCache = job_.verify && pastCache;
     beginPhase(RunPhase::Verify, 0);
@@ -438,13 +466,16 @@ CardRunReport CardWriter::createCard(Project& project, const CardJob& job,
     running_ = true;
     const auto finished = qScopeGuard([this] { running_ = false; });
     project.unsavedChanges = true;
+    // The question is about this card and no other that takes its place before the answer.
+    const CardIdentity card = cardAt(files_, drives_, rootOf(job));
     if (!observer.confirm(updateSettingsOnly ? UpdateQuestion : EraseQuestion))
         return report;
 
     trackFileCount = numberTrackFiles(project);
     const Project snapshot = project;
     try {
-        CardRun run(files_, drives_, job, snapshot, updateSettingsOnly, stepCode, observer, report);
+        CardRun run(files_, drives_, job, card, snapshot, updateSettingsOnly, stepCode, observer,
+                    report);
         observer.showProgress("Preparing to create card...");
         run.checkSources();
         run.buildImage();

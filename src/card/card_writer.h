@@ -17,6 +17,7 @@ namespace tessaly {
 struct CardJob {
     QString root;                     ///< the card's root folder; a missing last separator is added
     bool mustBeRemovableRoot = true;  ///< false for a folder that its owner named on purpose
+    bool mayEraseOthers = false;      ///< in such a folder, also what is no file of a card
     AppFolders folders;               ///< of the program
     QString workFolder;               ///< for "tmp.bin", "tmp.hex" and "tmp.crd"
     bool verify = true;               ///< read every file back and compare

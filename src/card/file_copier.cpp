@@ -26,13 +26,10 @@ class Hasher {
     std::unique_ptr<XXH3_state_t, XXH_errorcode (*)(XXH3_state_t*)> state_;
 };
 
-// What a full card has cut off must not look like the file that it is a part of. But a card may
-// have been exchanged for another meanwhile: only the file that was made here is removed.
-void removeShortFile(FileSystem& files, const QString& path,
-                     const std::optional<FileIdentity>& made) {
+// What a full card has cut off must not look like the file that it is a part of.
+void removeShortFile(OpenFolder& folder, const QString& name) {
     try {
-        if (made && files.identity(path) == made)
-            files.removeFile(path);
+        folder.removeFile(name);
     } catch (const TessalyError&) {
         // The failure that led here is the one to report.
     }
@@ -40,12 +37,11 @@ void removeShortFile(FileSystem& files, const QString& path,
 
 }  // namespace
 
-WrittenFile copyFile(FileSystem& files, const QString& from, const QString& to,
-                     const BlockDone& blockDone) {
+WrittenFile copyFile(FileSystem& files, const QString& from, OpenFolder& folder,
+                     const QString& name, const BlockDone& blockDone) {
     const auto source = files.openForReading(from, FileSystem::ReadMode::Normal);
-    auto target = files.create(to);
-    const auto made = files.identity(to);
-    WrittenFile written{.path = to};
+    auto target = folder.create(name);
+    WrittenFile written{.name = name};
     Hasher hasher;
     try {
         for (auto block = source->nextBlock(); !block.isEmpty(); block = source->nextBlock()) {
@@ -58,7 +54,7 @@ WrittenFile copyFile(FileSystem& files, const QString& from, const QString& to,
         target->close();
     } catch (const TessalyError&) {
         target.reset();  // an open file cannot be removed everywhere
-        removeShortFile(files, to, made);
+        removeShortFile(folder, name);
         throw;
     }
     written.hash = hasher.result();

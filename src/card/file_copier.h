@@ -16,7 +16,7 @@ struct ContentHash {
 
 /// A file that was written, as it should read.
 struct WrittenFile {
-    QString path;
+    QString name;
     qint64 size = 0;
     ContentHash hash{};
 };
@@ -24,11 +24,11 @@ struct WrittenFile {
 /// Called after each block with its size in bytes. May throw to end the work.
 using BlockDone = std::function<void(qint64 bytes)>;
 
-/// Copies a file in blocks of 1 MiB over whatever is at `to`; the copy keeps the modification time.
-/// Returns what the copy holds. Throws as the file system and `blockDone` do, and leaves no short
-/// file at `to` then, as far as that can still be removed.
-WrittenFile copyFile(FileSystem& files, const QString& from, const QString& to,
-                     const BlockDone& blockDone);
+/// Copies a file in blocks of 1 MiB over whatever is at `name` in `folder`; the copy keeps the
+/// modification time. Returns what the copy holds. Throws as the file system and `blockDone` do, and
+/// leaves no short file there then, as far as that can still be removed.
+WrittenFile copyFile(FileSystem& files, const QString& from, OpenFolder& folder,
+                     const QString& name, const BlockDone& blockDone);
 
 /// A file as it reads past the system's cache.
 struct ReadBack {

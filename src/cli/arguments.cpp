@@ -156,7 +156,7 @@ class CommandLine {
             "create", "Write a card: erase it, copy everything, read it back",
             "tessaly-cli create tour.crd2 --card /media/me/CARD\n\n"
             "DIR is a removable drive's root, or a folder that is empty or holds nothing but a "
-            "card's files; --erase takes any other folder.",
+            "card's files; --erase takes any other folder, but no whole fixed disk.",
             [this] {
                 return createCommand({path(texts_.project), path(texts_.card), texts_.settingsOnly,
                                       texts_.noVerify, texts_.erase, texts_.yes},

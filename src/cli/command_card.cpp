@@ -1,9 +1,11 @@
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <algorithm>
 
 #include "card/card_checks.h"
+#include "card/card_guards.h"
 #include "card/card_names.h"
 #include "card/card_verifier.h"
 #include "card/card_writer.h"
@@ -28,17 +30,8 @@ QString native(const QString& path) {
 QString cardRoot(const FileSystem& files, const QString& folder) {
     if (!files.isFolder(folder))
         throw TessalyError(error_number::BadTarget, native(folder) + ": there is no such folder");
-    return withLastSeparator(native(QDir(folder).absolutePath()));
-}
-
-// A folder that is no card's drive is taken when nothing in it can be anything but a card's.
-void requireCardFolder(const FileSystem& files, const QString& root) {
-    for (const FolderEntry& entry : files.entries(root))
-        if (entry.isFolder || !card_name::isCardName(entry.name))
-            throw TessalyError(error_number::BadTarget,
-                               QString("%1 holds \"%2\", which is no file of a card: say --erase "
-                                       "to erase everything in it")
-                                   .arg(root, entry.name));
+    // Where it leads now: neither "link/.." read as text nor a link that is changed later counts.
+    return withLastSeparator(native(files.canonicalPath(folder)));
 }
 
 void requireAnswer(bool yes) {
@@ -116,8 +109,8 @@ int createCommand(const CreateOptions& options, const AppFolders& folders) {
     if (!passesChecks(project, root, files))
         return Blocked;
     const bool isDrive = isRemovableRoot(drives, root);
-    if (!isDrive && !options.erase && !options.settingsOnly)
-        requireCardFolder(files, root);
+    if (!isDrive && !options.settingsOnly)
+        requireErasableFolder(files, drives, root, options.erase);
     requireAnswer(options.yes);
     if (files.fileSize(folders.firmwareFile()) && !holdsFirmware(files, folders.firmwareFile()))
         printError("warning: " + folders.firmwareFile() +
@@ -128,11 +121,13 @@ int createCommand(const CreateOptions& options, const AppFolders& folders) {
         throw TessalyError(error_number::WriteFailed, work.errorString());
     const CardJob job{.root = root,
                       .mustBeRemovableRoot = isDrive,
+                      .mayEraseOthers = options.erase,
                       .folders = folders,
                       .workFolder = native(work.path()),
                       .verify = !options.noVerify,
                       .identifier = {},
-                      .kept = {QFileInfo(options.project).absoluteFilePath()}};
+                      .kept = {QFileInfo(options.project).absoluteFilePath(),
+                               QCoreApplication::applicationDirPath()}};
     RunDisplay display(options.yes);
     CardWriter writer(files, drives);
     const CardRunReport report = options.settingsOnly ? writer.updateSettings(project, job, display)

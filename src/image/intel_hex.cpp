@@ -191,6 +191,21 @@ HexFile decodeHexFile(QByteArrayView text) {
     return file;
 }
 
+QString hexDamage(QByteArrayView text) {
+    int number = 0;
+    bool hasEnded = false;
+    for (const QByteArrayView line : linesOf(text)) {
+        ++number;
+        if (!line.startsWith(':'))
+            continue;
+        const auto record = parseHexRecord(line.trimmed());
+        if (!record)
+            return QString("line %1 is damaged").arg(number);
+        hasEnded = hasEnded || record->type == EndRecord;
+    }
+    return hasEnded ? QString() : QString("its end is missing");
+}
+
 bool holdsHexData(QByteArrayView text) {
     for (const QByteArrayView line : linesOf(text)) {
         const auto record = parseHexRecord(line.trimmed());

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QByteArrayView>
+#include <QString>
 #include <optional>
 
 // The image as the player reads it: a header line "S", identifier, record count; then Intel HEX
@@ -47,6 +48,10 @@ struct HexFile {
 /// Throws error 552 that names the line when the header, an address, a byte count or a checksum is
 /// wrong, when a record is missing or when anything follows the end record.
 HexFile decodeHexFile(QByteArrayView text);
+
+/// What is wrong with any Intel HEX file, as the end of a sentence; empty when every line that
+/// starts with a colon has its right checksum and one is the end record.
+QString hexDamage(QByteArrayView text);
 
 /// Whether any line of an Intel HEX file is a data record with at least one byte.
 bool holdsHexData(QByteArrayView text);

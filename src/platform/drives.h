@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <optional>
 
 namespace tessaly {
@@ -57,7 +58,8 @@ class Drives {
     /// no drive's root any more.
     virtual DriveType type(const QString& root) const = 0;
 
-    /// Total size in bytes of the drive whose root is `root`. Throws error 71 as above.
+    /// Total size in bytes of the drive whose root is `root`. Throws error 71 as above, also when
+    /// the medium was pulled out and the system has not noticed yet.
     virtual qint64 totalBytes(const QString& root) const = 0;
 
     /// All mounted volumes that a person could put files on.
@@ -65,6 +67,14 @@ class Drives {
 
     /// The geometry of the volume that holds `path`. Throws when there is none.
     virtual VolumeGeometry geometry(const QString& path) const = 0;
+
+    /// Tells the medium that `path` leads to now from any other that is put into the same drive
+    /// later. Empty where the system tells nothing beyond the identity of the folder.
+    virtual QString medium(const QString& path) const = 0;
+
+    /// Places that would lose something with the content of `folder`: the mount points inside it,
+    /// and those elsewhere that show a part of it. None where mount points are links.
+    virtual QStringList mountsInside(const QString& folder) const = 0;
 };
 
 /// The drives of this machine.
@@ -74,6 +84,8 @@ class LocalDrives : public Drives {
     qint64 totalBytes(const QString& root) const override;
     QList<Volume> volumes() const override;
     VolumeGeometry geometry(const QString& path) const override;
+    QString medium(const QString& path) const override;
+    QStringList mountsInside(const QString& folder) const override;
 };
 
 }  // namespace tessaly

@@ -9,6 +9,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <cerrno>
 
 #include "platform/drives.h"
 #include "platform/error.h"
@@ -104,7 +105,14 @@ DriveType LocalDrives::type(const QString& root) const {
 
 qint64 LocalDrives::totalBytes(const QString& root) const {
     mountAt(root);
-    const auto statistics = statisticsOf(root);
+    struct statvfs statistics {};
+    if (::statvfs(toNativePath(root).constData(), &statistics) != 0) {
+        // What is left of a drive that went away without being unmounted.
+        for (const int gone : {EIO, ENXIO, ENODEV, ENOTCONN, ESHUTDOWN})
+            if (errno == gone)
+                throw notReady(root);
+        throw lastSystemError(root);
+    }
     return qint64(statistics.f_blocks) * qint64(statistics.f_frsize);
 }
 
@@ -151,6 +159,29 @@ VolumeGeometry LocalDrives::geometry(const QString& path) const {
     geometry.folderBytes = folderBytes(path);
     geometry.entriesByName = entriesByName(path);
     return geometry;
+}
+
+// The kernel counts the media of all its drives, and the mounts; many file systems know when they
+// were made. Old kernels do not have the first number, and the second is used again.
+QString LocalDrives::medium(const QString& path) const {
+    struct statx status {};
+    if (::statx(AT_FDCWD, toNativePath(path).constData(), 0,
+                STATX_BASIC_STATS | STATX_MNT_ID | STATX_BTIME, &status) != 0)
+        return {};
+    const QString device =
+        QString("/sys/dev/block/%1:%2/").arg(status.stx_dev_major).arg(status.stx_dev_minor);
+    QByteArray count = contentOf(device + "diskseq");
+    if (count.isEmpty())  // a partition
+        count = contentOf(device + "../diskseq");
+    return QString("%1 %2 %3.%4")
+        .arg(QString(count.trimmed()))
+        .arg(status.stx_mnt_id)
+        .arg(status.stx_btime.tv_sec)
+        .arg(status.stx_btime.tv_nsec);
+}
+
+QStringList LocalDrives::mountsInside(const QString& folder) const {
+    return tessaly::mountsInside(currentMounts(), QFileInfo(folder).canonicalFilePath());
 }
 
 }  // namespace tessaly

@@ -185,4 +185,12 @@ VolumeGeometry LocalDrives::geometry(const QString& path) const {
     return geometry;
 }
 
+QString LocalDrives::medium(const QString&) const {
+    return {};  // the volume's serial number is part of every FileIdentity
+}
+
+QStringList LocalDrives::mountsInside(const QString&) const {
+    return {};  // a volume mounted in a folder is a link there
+}
+
 }  // namespace tessaly

@@ -53,6 +53,29 @@ class OutputFile {
     virtual void close() = 0;                                     ///< throws TessalyError
 };
 
+/// A folder that is held open while its content is erased and written. Whatever becomes of its path
+/// meanwhile, and whatever is put inside it, nothing outside this folder is touched: no link and no
+/// mount inside it is followed. Names are relative to it, with '/' between, empty for the folder
+/// itself. Failures are as of FileSystem.
+class OpenFolder {
+ public:
+    virtual ~OpenFolder() = default;
+
+    virtual FileIdentity identity() const = 0;
+
+    /// As FileSystem::entries().
+    virtual QList<FolderEntry> entries(const QString& inside = {}) const = 0;
+
+    /// Removes a file, even a read-only one; of a link the link itself, never its target.
+    virtual void removeFile(const QString& inside) = 0;
+
+    /// Removes an empty folder, even a read-only one.
+    virtual void removeFolder(const QString& inside) = 0;
+
+    /// Makes a new file or empties the one that is there. Fails where a link stands.
+    virtual std::unique_ptr<OutputFile> create(const QString& name) = 0;
+};
+
 /// The files of the machine. Paths are absolute or relative, with either separator where the
 /// platform allows it. Every failure is a TessalyError whose text starts with the path.
 class FileSystem {
@@ -86,8 +109,8 @@ class FileSystem {
     /// Removes a file, even a read-only one; of a link the link itself, never its target.
     virtual void removeFile(const QString& path) = 0;
 
-    /// Removes an empty folder, even a read-only one.
-    virtual void removeFolder(const QString& path) = 0;
+    /// Holds a folder open; links on the way to it are followed.
+    virtual std::unique_ptr<OpenFolder> openFolder(const QString& path) = 0;
 
     virtual std::unique_ptr<InputFile> openForReading(const QString& path,
                                                       ReadMode mode = ReadMode::Normal) = 0;

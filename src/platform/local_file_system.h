@@ -14,7 +14,7 @@ class LocalFileSystem : public FileSystem {
     QString canonicalPath(const QString& path) const override;
     bool isWritableFolder(const QString& folder) const override;
     void removeFile(const QString& path) override;
-    void removeFolder(const QString& path) override;
+    std::unique_ptr<OpenFolder> openFolder(const QString& path) override;
     std::unique_ptr<InputFile> openForReading(const QString& path, ReadMode mode) override;
     std::unique_ptr<OutputFile> create(const QString& path) override;
     void replaceFile(const QString& path, QByteArrayView bytes) override;

@@ -3,16 +3,20 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <QDir>
+#include <QStringList>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 
 #include "platform/error.h"
+#include "platform/error_numbers.h"
 #include "platform/local_file_system.h"
 #include "platform/native_path.h"
+#include "platform/paths.h"
 
 namespace tessaly {
 
@@ -25,8 +29,11 @@ class Descriptor {
         if (fd_ >= 0)
             ::close(fd_);
     }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
+    Descriptor(Descriptor&& other) noexcept : fd_(other.release()) {}
+    Descriptor& operator=(Descriptor&& other) noexcept {
+        std::swap(fd_, other.fd_);
+        return *this;
+    }
 
     int get() const { return fd_; }
     bool isOpen() const { return fd_ >= 0; }
@@ -112,11 +119,12 @@ class LinuxInputFile : public InputFile {
 
 class LinuxOutputFile : public OutputFile {
  public:
-    explicit LinuxOutputFile(const QString& path)
+    // `name` is relative to the open folder `at`, or absolute.
+    LinuxOutputFile(const QString& path, int at, const QByteArray& name)
         : path_(path),
           // A link that stands where a file belongs must not lead the bytes elsewhere.
-          fd_(::open(toNativePath(path).constData(),
-                     O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0666)) {
+          fd_(::openat(at, name.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW,
+                       0666)) {
         if (!fd_.isOpen())
             throw lastSystemError(path_);
     }
@@ -154,19 +162,125 @@ class LinuxOutputFile : public OutputFile {
     qint64 written_ = 0;
 };
 
-// What protects an entry on Linux is the mode of the folder it stands in.
-void removeForced(const QString& path, int (*remove)(const char*)) {
-    const QByteArray name = toNativePath(path);
-    if (remove(name.constData()) == 0)
+// Removes `name` from the open folder `at`. What protects an entry on Linux is the mode of the
+// folder it stands in.
+void removeForced(const QString& path, int at, const QByteArray& name, int flags) {
+    if (::unlinkat(at, name.constData(), flags) == 0)
         return;
     if (errno == EACCES) {
-        const QByteArray folder = name.left(std::max<qsizetype>(name.lastIndexOf('/'), 1));
-        if (::chmod(folder.constData(), 0700) == 0 && remove(name.constData()) == 0)
+        if (::fchmod(at, 0700) == 0 && ::unlinkat(at, name.constData(), flags) == 0)
             return;
         errno = EACCES;
     }
     throw lastSystemError(path);
 }
+
+QList<FolderEntry> listFolder(Descriptor folder, const QString& path) {
+    const std::unique_ptr<DIR, int (*)(DIR*)> stream(::fdopendir(folder.get()), ::closedir);
+    if (!stream)
+        throw lastSystemError(path);
+    folder.release();
+    QList<FolderEntry> found;
+    while (true) {
+        errno = 0;
+        const dirent* entry = ::readdir(stream.get());
+        if (!entry) {
+            if (errno != 0)
+                throw lastSystemError(path);
+            return found;
+        }
+        if (!strcmp(entry->d_name, ".") || !strcmp(entry->d_name, ".."))
+            continue;
+        FolderEntry item{.name = fromNativePath(entry->d_name)};
+        struct stat status {};
+        if (::fstatat(::dirfd(stream.get()), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0) {
+            item.isFolder = S_ISDIR(status.st_mode);
+            item.isLink = S_ISLNK(status.st_mode);
+            item.size = S_ISREG(status.st_mode) ? status.st_size : 0;
+        }
+        found.append(item);
+    }
+}
+
+// Opens a folder for listing it and for removing what is in it.
+Descriptor openedFolder(const QString& path, int at, const QByteArray& name, int flags = 0) {
+    Descriptor folder(::openat(at, name.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | flags));
+    if (!folder.isOpen())
+        throw lastSystemError(path);
+    return folder;
+}
+
+// A mount of the system: bind mounts of one volume differ, too. Kernels before 5.8 know the device
+// only.
+struct MountPlace {
+    quint64 device = 0;
+    quint64 mount = 0;
+    bool operator==(const MountPlace&) const = default;
+};
+
+MountPlace mountOf(const Descriptor& folder, const QString& path) {
+    struct statx status {};
+    if (::statx(folder.get(), "", AT_EMPTY_PATH, STATX_BASIC_STATS | STATX_MNT_ID, &status) != 0)
+        throw lastSystemError(path);
+    return {.device = ::makedev(status.stx_dev_major, status.stx_dev_minor),
+            .mount = status.stx_mask & STATX_MNT_ID ? status.stx_mnt_id : 0};
+}
+
+class LinuxOpenFolder : public OpenFolder {
+ public:
+    explicit LinuxOpenFolder(const QString& path)
+        : path_(path),
+          folder_(openedFolder(path, AT_FDCWD, toNativePath(path))),
+          mount_(mountOf(folder_, path)) {}
+
+    FileIdentity identity() const override {
+        struct stat status {};
+        if (::fstat(folder_.get(), &status) != 0)
+            throw lastSystemError(path_);
+        return {.volume = status.st_dev, .high = 0, .low = status.st_ino};
+    }
+
+    QList<FolderEntry> entries(const QString& inside) const override {
+        return listFolder(enter(inside), pathOf(inside));
+    }
+
+    void removeFile(const QString& inside) override { remove(inside, 0); }
+    void removeFolder(const QString& inside) override { remove(inside, AT_REMOVEDIR); }
+
+    std::unique_ptr<OutputFile> create(const QString& name) override {
+        return std::make_unique<LinuxOutputFile>(pathOf(name), folder_.get(), toNativePath(name));
+    }
+
+ private:
+    QString pathOf(const QString& inside) const {
+        return inside.isEmpty() ? path_ : pathIn(path_, inside);
+    }
+
+    // Name by name: whatever has been put in a folder's place since it was listed is no way out.
+    Descriptor enter(const QString& inside) const {
+        Descriptor folder = openedFolder(path_, folder_.get(), ".");
+        for (const QString& name : inside.split('/', Qt::SkipEmptyParts)) {
+            if (name == u"..")
+                throw systemError(EINVAL, pathOf(inside));
+            folder = openedFolder(pathOf(inside), folder.get(), toNativePath(name), O_NOFOLLOW);
+            if (mountOf(folder, pathOf(inside)) != mount_)
+                throw TessalyError(
+                    error_number::SystemFolder,
+                    pathOf(inside) + ": another drive is mounted here and will not be erased.");
+        }
+        return folder;
+    }
+
+    void remove(const QString& inside, int flags) {
+        const qsizetype slash = inside.lastIndexOf('/');
+        const Descriptor folder = enter(inside.left(std::max<qsizetype>(slash, 0)));
+        removeForced(pathOf(inside), folder.get(), toNativePath(inside.mid(slash + 1)), flags);
+    }
+
+    QString path_;
+    Descriptor folder_;
+    MountPlace mount_;
+};
 
 }  // namespace
 
@@ -191,30 +305,7 @@ bool LocalFileSystem::isFolder(const QString& path) const {
 }
 
 QList<FolderEntry> LocalFileSystem::entries(const QString& folder) const {
-    const std::unique_ptr<DIR, int (*)(DIR*)> stream(::opendir(toNativePath(folder).constData()),
-                                                     ::closedir);
-    if (!stream)
-        throw lastSystemError(folder);
-    QList<FolderEntry> found;
-    while (true) {
-        errno = 0;
-        const dirent* entry = ::readdir(stream.get());
-        if (!entry) {
-            if (errno != 0)
-                throw lastSystemError(folder);
-            return found;
-        }
-        if (!strcmp(entry->d_name, ".") || !strcmp(entry->d_name, ".."))
-            continue;
-        FolderEntry item{.name = fromNativePath(entry->d_name)};
-        struct stat status {};
-        if (::fstatat(::dirfd(stream.get()), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0) {
-            item.isFolder = S_ISDIR(status.st_mode);
-            item.isLink = S_ISLNK(status.st_mode);
-            item.size = S_ISREG(status.st_mode) ? status.st_size : 0;
-        }
-        found.append(item);
-    }
+    return listFolder(openedFolder(folder, AT_FDCWD, toNativePath(folder)), folder);
 }
 
 std::optional<FileIdentity> LocalFileSystem::identity(const QString& path) const {
@@ -229,11 +320,15 @@ bool LocalFileSystem::isWritableFolder(const QString& folder) const {
 }
 
 void LocalFileSystem::removeFile(const QString& path) {
-    removeForced(path, ::unlink);
+    const QByteArray name = toNativePath(path);
+    const qsizetype slash = name.lastIndexOf('/');
+    const QByteArray above = slash < 0 ? "." : name.left(slash + 1);
+    const Descriptor folder = openedFolder(path, AT_FDCWD, above);
+    removeForced(path, folder.get(), name.mid(slash + 1), 0);
 }
 
-void LocalFileSystem::removeFolder(const QString& path) {
-    removeForced(path, ::rmdir);
+std::unique_ptr<OpenFolder> LocalFileSystem::openFolder(const QString& path) {
+    return std::make_unique<LinuxOpenFolder>(path);
 }
 
 std::unique_ptr<InputFile> LocalFileSystem::openForReading(const QString& path, ReadMode mode) {
@@ -241,7 +336,7 @@ std::unique_ptr<InputFile> LocalFileSystem::openForReading(const QString& path, 
 }
 
 std::unique_ptr<OutputFile> LocalFileSystem::create(const QString& path) {
-    return std::make_unique<LinuxOutputFile>(path);
+    return std::make_unique<LinuxOutputFile>(path, AT_FDCWD, toNativePath(path));
 }
 
 void LocalFileSystem::settle(const QString& path) {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/error.h"
 #include "platform/error_numbers.h"
@@ -22,8 +23,8 @@ class Handle {
         if (isOpen())
             ::CloseHandle(handle_);
     }
-    Handle(const Handle&) = delete;
-    Handle& operator=(const Handle&) = delete;
+    Handle(Handle&& other) noexcept : handle_(other.release()) {}
+    Handle& operator=(Handle&&) = delete;
 
     HANDLE get() const { return handle_; }
     bool isOpen() const { return handle_ != INVALID_HANDLE_VALUE; }
@@ -90,6 +91,12 @@ std::optional<BY_HANDLE_FILE_INFORMATION> targetInformation(const QString& path)
     if (!target.isOpen() || !::GetFileInformationByHandle(target.get(), &information))
         return std::nullopt;
     return information;
+}
+
+FileIdentity toIdentity(const BY_HANDLE_FILE_INFORMATION& information) {
+    return {.volume = information.dwVolumeSerialNumber,
+            .high = information.nFileIndexHigh,
+            .low = information.nFileIndexLow};
 }
 
 struct Status {
@@ -182,7 +189,9 @@ TessalyError linkInTheWay(const QString& path) {
 
 class WindowsOutputFile : public OutputFile {
  public:
-    explicit WindowsOutputFile(const QString& path) : path_(path), file_(open()) {}
+    // `name` as the system knows it, `path` as people do.
+    WindowsOutputFile(const QString& path, const std::wstring& name)
+        : path_(path), file_(open(name)) {}
 
     void write(QByteArrayView bytes) override {
         constexpr qsizetype MostAtOnce = 1 << 30;
@@ -216,8 +225,7 @@ class WindowsOutputFile : public OutputFile {
     }
 
  private:
-    HANDLE open() {
-        const std::wstring name = systemPath(path_);
+    HANDLE open(const std::wstring& name) {
         const DWORD attributes = ::GetFileAttributesW(name.c_str());
         if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT))
             throw linkInTheWay(path_);
@@ -258,6 +266,140 @@ FolderEntry toEntry(const WIN32_FIND_DATAW& data) {
             .isLink = isLink,
             .size = isLink || isFolder ? 0 : joined(data.nFileSizeHigh, data.nFileSizeLow)};
 }
+
+QList<FolderEntry> listFolder(const std::wstring& folder, const QString& path) {
+    WIN32_FIND_DATAW data{};
+    const HANDLE first =
+        ::FindFirstFileExW((folder + LR"(\*)").c_str(), FindExInfoBasic, &data,
+                           FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
+    if (first == INVALID_HANDLE_VALUE) {
+        // Only a root can be without even "." and "..".
+        if (::GetLastError() == ERROR_FILE_NOT_FOUND)
+            return {};
+        throw lastSystemError(path);
+    }
+    const std::unique_ptr<void, CloseSearch> search(first);
+    QList<FolderEntry> found;
+    do {
+        if (!isDots(data.cFileName))
+            found.append(toEntry(data));
+    } while (::FindNextFileW(search.get(), &data));
+    if (::GetLastError() != ERROR_NO_MORE_FILES)
+        throw lastSystemError(path);
+    return found;
+}
+
+void removeNamed(const std::wstring& name, const QString& path) {
+    const DWORD attributes = ::GetFileAttributesW(name.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES)
+        throw lastSystemError(path);
+    clearAttributes(name, attributes, FILE_ATTRIBUTE_READONLY);
+    // A link to a folder is a folder of its own kind; removing it leaves the target alone.
+    constexpr DWORD FolderLink = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
+    const bool isFolderLink = (attributes & FolderLink) == FolderLink;
+    if (!(isFolderLink ? ::RemoveDirectoryW(name.c_str()) : ::DeleteFileW(name.c_str())))
+        throw lastSystemError(path);
+}
+
+std::wstring withoutLastSeparator(std::wstring path) {
+    while (path.ends_with(L'\\'))
+        path.pop_back();
+    return path;
+}
+
+// A folder that is open without FILE_SHARE_DELETE can be neither renamed nor removed.
+HANDLE pinFolder(const std::wstring& name, DWORD flags) {
+    return ::CreateFileW(name.c_str(), FILE_LIST_DIRECTORY, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                         nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS | flags, nullptr);
+}
+
+class WindowsOpenFolder : public OpenFolder {
+ public:
+    explicit WindowsOpenFolder(const QString& path)
+        : path_(path), folder_(pinFolder(systemPath(path), 0)) {
+        // Links on the way to the folder count no more once its final name is known.
+        std::wstring name(MaxPathLength, L'\0');
+        const DWORD length =
+            folder_.isOpen()
+                ? ::GetFinalPathNameByHandleW(folder_.get(), name.data(), DWORD(name.size()), 0)
+                : 0;
+        if (length == 0 || length >= name.size())
+            throw lastSystemError(path_);
+        name.resize(length);
+        name_ = withoutLastSeparator(name);
+    }
+
+    FileIdentity identity() const override {
+        const NoDiskPrompt quiet;
+        BY_HANDLE_FILE_INFORMATION information{};
+        if (!::GetFileInformationByHandle(folder_.get(), &information))
+            throw lastSystemError(path_);
+        return toIdentity(information);
+    }
+
+    QList<FolderEntry> entries(const QString& inside) const override {
+        const NoDiskPrompt quiet;
+        const auto pinned = pinWayTo(inside);
+        return listFolder(nameOf(inside), pathOf(inside));
+    }
+
+    void removeFile(const QString& inside) override {
+        const NoDiskPrompt quiet;
+        const auto pinned = pinWayTo(above(inside));
+        removeNamed(nameOf(inside), pathOf(inside));
+    }
+
+    void removeFolder(const QString& inside) override {
+        const NoDiskPrompt quiet;
+        const auto pinned = pinWayTo(above(inside));
+        const std::wstring name = nameOf(inside);
+        clearAttributes(name, ::GetFileAttributesW(name.c_str()), FILE_ATTRIBUTE_READONLY);
+        if (!::RemoveDirectoryW(name.c_str()))
+            throw lastSystemError(pathOf(inside));
+    }
+
+    std::unique_ptr<OutputFile> create(const QString& name) override {
+        const NoDiskPrompt quiet;
+        return std::make_unique<WindowsOutputFile>(pathOf(name), nameOf(name));
+    }
+
+ private:
+    static constexpr size_t MaxPathLength = 32768;
+
+    static QString above(const QString& inside) {
+        return inside.left(std::max<qsizetype>(inside.lastIndexOf('/'), 0));
+    }
+    QString pathOf(const QString& inside) const {
+        return inside.isEmpty() ? path_ : pathIn(path_, QDir::toNativeSeparators(inside));
+    }
+    std::wstring nameOf(const QString& inside) const {
+        return inside.isEmpty() ? name_
+                                : name_ + L'\\' + QDir::toNativeSeparators(inside).toStdWString();
+    }
+
+    // Every folder on the way, held so that no link can take its place.
+    std::vector<Handle> pinWayTo(const QString& inside) const {
+        std::vector<Handle> pinned;
+        QString way;
+        for (const QString& name : inside.split('/', Qt::SkipEmptyParts)) {
+            if (name == u"..")
+                throw systemError(ERROR_INVALID_NAME, pathOf(inside));
+            way += way.isEmpty() ? name : '/' + name;
+            Handle& folder =
+                pinned.emplace_back(pinFolder(nameOf(way), FILE_FLAG_OPEN_REPARSE_POINT));
+            BY_HANDLE_FILE_INFORMATION information{};
+            if (!folder.isOpen() || !::GetFileInformationByHandle(folder.get(), &information))
+                throw lastSystemError(pathOf(way));
+            if (information.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT)
+                throw linkInTheWay(pathOf(way));
+        }
+        return pinned;
+    }
+
+    QString path_;
+    Handle folder_;
+    std::wstring name_;
+};
 
 QString systemText(DWORD code) {
     wchar_t buffer[1024] = {};
@@ -309,25 +451,7 @@ bool LocalFileSystem::isFolder(const QString& path) const {
 
 QList<FolderEntry> LocalFileSystem::entries(const QString& folder) const {
     const NoDiskPrompt quiet;
-    WIN32_FIND_DATAW data{};
-    const HANDLE first =
-        ::FindFirstFileExW(systemPath(pathIn(folder, "*")).c_str(), FindExInfoBasic, &data,
-                           FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
-    if (first == INVALID_HANDLE_VALUE) {
-        // Only a root can be without even "." and "..".
-        if (::GetLastError() == ERROR_FILE_NOT_FOUND)
-            return {};
-        throw lastSystemError(folder);
-    }
-    const std::unique_ptr<void, CloseSearch> search(first);
-    QList<FolderEntry> found;
-    do {
-        if (!isDots(data.cFileName))
-            found.append(toEntry(data));
-    } while (::FindNextFileW(search.get(), &data));
-    if (::GetLastError() != ERROR_NO_MORE_FILES)
-        throw lastSystemError(folder);
-    return found;
+    return listFolder(withoutLastSeparator(systemPath(folder)), folder);
 }
 
 std::optional<FileIdentity> LocalFileSystem::identity(const QString& path) const {
@@ -335,9 +459,7 @@ std::optional<FileIdentity> LocalFileSystem::identity(const QString& path) const
     const auto target = targetInformation(path);
     if (!target)
         return std::nullopt;
-    return FileIdentity{.volume = target->dwVolumeSerialNumber,
-                        .high = target->nFileIndexHigh,
-                        .low = target->nFileIndexLow};
+    return toIdentity(*target);
 }
 
 bool LocalFileSystem::isWritableFolder(const QString& folder) const {
@@ -354,24 +476,12 @@ bool LocalFileSystem::isWritableFolder(const QString& folder) const {
 
 void LocalFileSystem::removeFile(const QString& path) {
     const NoDiskPrompt quiet;
-    const std::wstring name = systemPath(path);
-    const DWORD attributes = ::GetFileAttributesW(name.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES)
-        throw lastSystemError(path);
-    clearAttributes(name, attributes, FILE_ATTRIBUTE_READONLY);
-    // A link to a folder is a folder of its own kind; removing it leaves the target alone.
-    constexpr DWORD FolderLink = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT;
-    const bool isFolderLink = (attributes & FolderLink) == FolderLink;
-    if (!(isFolderLink ? ::RemoveDirectoryW(name.c_str()) : ::DeleteFileW(name.c_str())))
-        throw lastSystemError(path);
+    removeNamed(systemPath(path), path);
 }
 
-void LocalFileSystem::removeFolder(const QString& path) {
+std::unique_ptr<OpenFolder> LocalFileSystem::openFolder(const QString& path) {
     const NoDiskPrompt quiet;
-    const std::wstring name = systemPath(path);
-    clearAttributes(name, ::GetFileAttributesW(name.c_str()), FILE_ATTRIBUTE_READONLY);
-    if (!::RemoveDirectoryW(name.c_str()))
-        throw lastSystemError(path);
+    return std::make_unique<WindowsOpenFolder>(path);
 }
 
 std::unique_ptr<InputFile> LocalFileSystem::openForReading(const QString& path, ReadMode mode) {
@@ -381,7 +491,7 @@ std::unique_ptr<InputFile> LocalFileSystem::openForReading(const QString& path, 
 
 std::unique_ptr<OutputFile> LocalFileSystem::create(const QString& path) {
     const NoDiskPrompt quiet;
-    return std::make_unique<WindowsOutputFile>(path);
+    return std::make_unique<WindowsOutputFile>(path, systemPath(path));
 }
 
 void LocalFileSystem::settle(const QString&) {

@@ -1,5 +1,6 @@
 #include "platform/mount_table.h"
 
+#include <QDir>
 #include <QStringList>
 #include <algorithm>
 
@@ -63,6 +64,30 @@ std::optional<Mount> findMount(const QList<Mount>& mounts, const QString& path) 
     if (found == mounts.rend())
         return std::nullopt;
     return *found;
+}
+
+QStringList mountsInside(const QList<Mount>& mounts, const QString& folder) {
+    const auto isInside = [](const QString& path, const QString& above) {
+        return path.size() > above.size() && path.startsWith(above) &&
+               (above.endsWith('/') || path[above.size()] == '/');
+    };
+    const QString place = pathWithoutSlash(folder);
+    const Mount* own = nullptr;  // the one that `folder` is on
+    for (const Mount& mount : mounts)
+        if ((mount.mountPoint == place || isInside(place, mount.mountPoint)) &&
+            (!own || mount.mountPoint.size() >= own->mountPoint.size()))
+            own = &mount;
+    // Where `folder` is on its volume, whatever part of that is mounted.
+    QString onVolume;
+    if (own)
+        onVolume =
+            pathWithoutSlash(QDir::cleanPath(own->root + '/' + place.mid(own->mountPoint.size())));
+    QStringList found;
+    for (const Mount& mount : mounts)
+        if (isInside(mount.mountPoint, place) ||
+            (own && mount.device == own->device && isInside(mount.root, onVolume)))
+            found.append(mount.mountPoint);
+    return found;
 }
 
 DriveType classifyMount(const Mount& mount, const DeviceAttributes& device) {

@@ -3,6 +3,7 @@
 #include <QByteArrayView>
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <optional>
 
 #include "platform/drives.h"
@@ -29,6 +30,10 @@ QList<Mount> parseMountTable(QByteArrayView text);
 /// The mount whose mount point is exactly `path` (with or without a last "/"); of several stacked
 /// on one point the last, which is the one in sight.
 std::optional<Mount> findMount(const QList<Mount>& mounts, const QString& path);
+
+/// Mount points of other mounts inside `folder`, a canonical path, and of those that show a part of
+/// it elsewhere, as a bind mount does.
+QStringList mountsInside(const QList<Mount>& mounts, const QString& folder);
 
 /// The text of a block device's attribute files, trailing newlines and all; empty where the device
 /// has no such attribute. They belong to the whole disk, not to its partition.

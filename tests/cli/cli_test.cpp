@@ -131,14 +131,11 @@ TEST_F(CommandLine, ErasesNothingThatItWasNotToldTo) {
     expectFailure({"create", "tour.crd2", "--card", "empty"}, 1, "say --yes");
     EXPECT_TRUE(scratch.content("empty").isEmpty());
 
-    // --erase takes other files, but not the project, the program or the system.
+    // --erase takes other files, but not the project (wrong_targets_test.cpp has the others).
     const auto before = scratch.content(".");
-    for (const QString& target : {scratch.path(), QString("/"), QDir::homePath(),
-                                  QFileInfo(TESSALY_CLI).path(), QString("/usr/share")}) {
-        const CliRun refused = run({"create", "tour.crd2", "--card", target, "--erase", "--yes"});
-        EXPECT_EQ(refused.exitCode, 1) << target.toStdString();
-        EXPECT_TRUE(refused.err.contains("step 31")) << refused.err.toStdString();
-    }
+    const CliRun refused = run({"create", "tour.crd2", "--card", ".", "--erase", "--yes"});
+    EXPECT_EQ(refused.exitCode, 1);
+    EXPECT_TRUE(refused.err.contains("step 311")) << refused.err.toStdString();
     EXPECT_EQ(scratch.content("."), before);
     EXPECT_EQ(run(create + QStringList("--erase")).exitCode, 0);
     EXPECT_FALSE(scratch.content("card").contains("holiday.jpg"));

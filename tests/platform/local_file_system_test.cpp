@@ -60,10 +60,23 @@ TEST(LocalFileSystem, ListsAndRemovesEverythingButFollowsNoLink) {
     EXPECT_EQ(entries.size(), 6);
     EXPECT_TRUE(std::none_of(entries.begin(), entries.end(),
                              [](const FolderEntry& entry) { return entry.isFolder; }));
+    // Held open, it is worked on wherever its name leads to, and links are no way out of it.
+    const auto card = files.openFolder(scratch.path("card"));
+    ASSERT_TRUE(QFile::rename(scratch.path("card"), scratch.path("moved")));
+    QFile::link(scratch.path("outside"), scratch.path("card"));
+    for (const QString way : {"link to folder", "link to folder/precious.txt", "../outside"}) {
+        EXPECT_THROW(card->entries(way), TessalyError);
+        EXPECT_THROW(card->removeFile(way + "/precious.txt"), TessalyError);
+        EXPECT_THROW(card->removeFolder(way + "/precious.txt"), TessalyError);
+    }
+    EXPECT_THROW(card->create("dangling"), TessalyError);
     for (const FolderEntry& entry : entries)
-        files.removeFile(pathIn(scratch.path("card"), entry.name));
-    EXPECT_TRUE(files.entries(scratch.path("card")).isEmpty());
-    EXPECT_EQ(scratch.read("outside/precious.txt"), "precious");
+        card->removeFile(entry.name);
+    EXPECT_TRUE(card->entries().isEmpty());
+    card->create("new")->close();
+    EXPECT_EQ(namesIn(files, scratch.path("moved")), QStringList("new"));
+    EXPECT_EQ(card->identity(), files.identity(scratch.path("moved")));
+    EXPECT_EQ(scratch.content("outside").size(), 1);
 
     const TessalyError missing = errorOf([&] { files.removeFile(scratch.path("gone")); });
     EXPECT_EQ(missing.number, ENOENT);

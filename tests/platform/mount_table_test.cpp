@@ -39,6 +39,33 @@ TEST(MountTable, LinesBecomeMounts) {
     EXPECT_TRUE(parseMountTable("").isEmpty());
 }
 
+TEST(MountTable, WhatIsMountedInsideOrFromAFolderIsKnown) {
+    const QList<Mount> mounts = parseMountTable(
+        R"(28 1 8:2 / / rw - ext4 /dev/sda2 rw
+40 28 8:18 / /data rw - ext4 /dev/sdb2 rw
+41 28 8:18 /homes /home rw - ext4 /dev/sdb2 rw
+42 28 8:17 / /media/ann/CARD rw - vfat /dev/sdb1 rw
+43 28 8:17 / /mnt/card rw - vfat /dev/sdb1 rw
+44 28 0:50 /@ /btrfs/system rw - btrfs /dev/sdc rw
+45 28 0:50 / /btrfs/whole rw - btrfs /dev/sdc rw)");
+    const std::pair<const char*, QStringList> cases[] = {
+        {"/", {"/data", "/home", "/media/ann/CARD", "/mnt/card", "/btrfs/system", "/btrfs/whole"}},
+        {"/media/ann", {"/media/ann/CARD"}},
+        {"/media/ann/CARD", {}},  // the same card seen elsewhere is still the card
+        {"/media/an", {}},
+        {"/data", {"/home"}},
+        {"/data/homes", {}},  // the same folder, known by identity
+        {"/data/homes/ann", {}},
+        {"/home", {}},
+        {"/btrfs/whole", {"/btrfs/system"}},
+        {"/btrfs/whole/@", {}},
+        {"/btrfs/system", {}},
+        {"/tmp/folder", {}}};
+    for (const auto& [folder, inside] : cases)
+        EXPECT_EQ(mountsInside(mounts, folder), inside) << folder;
+    EXPECT_TRUE(mountsInside({}, "/data").isEmpty());
+}
+
 TEST(MountTable, DrivesAreToldApart) {
     const QList<Mount> mounts = parseMountTable(Recorded);
     const struct {

@@ -18,6 +18,8 @@ class FakeDrives : public Drives {
  public:
     DriveType driveType = DriveType::Removable;
     bool isReady = true;
+    QString inserted = "card A";
+    QStringList mounted;
     VolumeGeometry volume{.clusterBytes = 4096, .totalBytes = 64000000, .freeBytes = 64000000};
 
     DriveType type(const QString&) const override {
@@ -30,6 +32,8 @@ class FakeDrives : public Drives {
     }
     QList<Volume> volumes() const override { return {}; }
     VolumeGeometry geometry(const QString&) const override { return volume; }
+    QString medium(const QString&) const override { return inserted; }
+    QStringList mountsInside(const QString&) const override { return mounted; }
 
  private:
     void requireReady() const {

@@ -5,6 +5,7 @@
 
 #include "platform/error.h"
 #include "platform/local_file_system.h"
+#include "platform/paths.h"
 
 namespace tessaly::test {
 
@@ -17,6 +18,7 @@ struct Killed {};
 class FaultyFileSystem : public LocalFileSystem {
  public:
     static constexpr int ErrorNumber = 5;
+    static constexpr int NoSuchFile = 2;
 
     int failAt = -1;         ///< number of the operation that fails, from 0
     bool isKill = false;     ///< it is Killed that is thrown
@@ -24,8 +26,12 @@ class FaultyFileSystem : public LocalFileSystem {
     QStringList operations;  ///< what was done so far, the failed one included
     std::function<void()> onOperation = [] {};
     std::function<bool(const QString& operation)> failWhen = [](const QString&) { return false; };
-    /// Changes what a file on the card reads as: gets its name and a block.
-    std::function<QByteArray(const QString& name, QByteArrayView block)> onRead;
+    /// A bad card: gets the path of a file that is read past the cache and its content, and says
+    /// what is read instead; nothing for a file that is gone.
+    std::function<std::optional<QByteArray>(const QString& path, const QByteArray& content)>
+        readsBackAs;
+    /// Is told what is written, block by block.
+    std::function<void(const QString& name, QByteArrayView block)> onWrite;
 
     QList<FolderEntry> entries(const QString& folder) const override {
         const_cast<FaultyFileSystem*>(this)->count("list", folder);
@@ -35,15 +41,24 @@ class FaultyFileSystem : public LocalFileSystem {
         count("remove", path);
         LocalFileSystem::removeFile(path);
     }
-    void removeFolder(const QString& path) override {
-        count("rmdir", path);
-        LocalFileSystem::removeFolder(path);
+    std::unique_ptr<OpenFolder> openFolder(const QString& path) override {
+        count("hold", path);
+        return std::make_unique<FaultyFolder>(*this, path, LocalFileSystem::openFolder(path));
     }
     std::unique_ptr<InputFile> openForReading(const QString& path, ReadMode mode) override {
-        count(mode == ReadMode::PastCache ? "reopen" : "open", path);
-        return std::make_unique<FaultyInput>(
+        const bool isReadBack = mode == ReadMode::PastCache;
+        count(isReadBack ? "reopen" : "open", path);
+        auto input = std::make_unique<FaultyInput>(
             *this, path, LocalFileSystem::openForReading(path, toDevice ? mode : ReadMode::Normal),
-            mode == ReadMode::PastCache);
+            isReadBack);
+        if (isReadBack && readsBackAs) {
+            LocalFileSystem plain;
+            const auto content = readsBackAs(path, readWholeFile(plain, path, 1 << 30));
+            if (!content)
+                throw systemError(NoSuchFile, path);
+            input->replace(*content);
+        }
+        return input;
     }
     std::unique_ptr<OutputFile> create(const QString& path) override {
         count("create", path);
@@ -77,6 +92,35 @@ class FaultyFileSystem : public LocalFileSystem {
             throw TessalyError(ErrorNumber, path + ": failed on purpose");
     }
 
+    class FaultyFolder : public OpenFolder {
+     public:
+        FaultyFolder(FaultyFileSystem& owner, QString path, std::unique_ptr<OpenFolder> folder)
+            : owner_(owner), path_(std::move(path)), folder_(std::move(folder)) {}
+        FileIdentity identity() const override { return folder_->identity(); }
+        QList<FolderEntry> entries(const QString& inside) const override {
+            owner_.count("list", inside.isEmpty() ? path_ : inside);
+            return folder_->entries(inside);
+        }
+        void removeFile(const QString& inside) override {
+            owner_.count("remove", inside);
+            folder_->removeFile(inside);
+        }
+        void removeFolder(const QString& inside) override {
+            owner_.count("rmdir", inside);
+            folder_->removeFolder(inside);
+        }
+        std::unique_ptr<OutputFile> create(const QString& name) override {
+            owner_.count("create", name);
+            return std::make_unique<FaultyOutput>(owner_, pathIn(path_, name),
+                                                  folder_->create(name));
+        }
+
+     private:
+        FaultyFileSystem& owner_;
+        QString path_;
+        std::unique_ptr<OpenFolder> folder_;
+    };
+
     class FaultyInput : public InputFile {
      public:
         FaultyInput(FaultyFileSystem& owner, QString path, std::unique_ptr<InputFile> file,
@@ -84,12 +128,13 @@ class FaultyFileSystem : public LocalFileSystem {
             : owner_(owner), path_(std::move(path)), file_(std::move(file)), readBack_(readBack) {}
         QByteArrayView nextBlock() override {
             owner_.count(readBack_ ? "reread" : "read", path_);
-            const QByteArrayView block = file_->nextBlock();
-            if (!readBack_ || !owner_.onRead)
-                return block;
-            changed_ = owner_.onRead(QFileInfo(path_).fileName(), block);
-            return changed_;
+            if (!instead_)
+                return file_->nextBlock();
+            const qsizetype start =
+                std::exchange(at_, std::min<qsizetype>(at_ + BlockBytes, instead_->size()));
+            return QByteArrayView(*instead_).sliced(start, at_ - start);
         }
+        void replace(const QByteArray& content) { instead_ = content; }
         bool isPastCache() const override { return file_->isPastCache(); }
         QDateTime modificationTime() const override { return file_->modificationTime(); }
 
@@ -98,7 +143,8 @@ class FaultyFileSystem : public LocalFileSystem {
         QString path_;
         std::unique_ptr<InputFile> file_;
         bool readBack_;
-        QByteArray changed_;
+        std::optional<QByteArray> instead_;
+        qsizetype at_ = 0;
     };
 
     class FaultyOutput : public OutputFile {
@@ -112,6 +158,8 @@ class FaultyFileSystem : public LocalFileSystem {
                 file_->write(bytes.first(bytes.size() / 2));
                 throw;
             }
+            if (owner_.onWrite)
+                owner_.onWrite(QFileInfo(path_).fileName(), bytes);
             file_->write(bytes);
         }
         void setModificationTime(const QDateTime& time) override {
