@@ -3,7 +3,8 @@
 JOBS ?= $(shell nproc)
 SOURCES := $(shell find src tests reliability bench tools -name '*.cpp' -o -name '*.h')
 
-.PHONY: build run demo test kill disks fat bench screenshots lint format clean dependencies
+.PHONY: build run demo test kill disks fat targets pulled bench screenshots lint format clean \
+  dependencies
 
 build: dependencies
 	@test -f build/build.ninja || cmake --preset release
@@ -39,6 +40,14 @@ FAT_KERNEL := $(if $(filter x86_64 i686,$(shell uname -m)),user-mode-linux kmod)
 fat: build
 	@tools/install-dependencies.sh dosfstools mtools fuse fusefat $(FAT_KERNEL)
 	@reliability/fat/run.sh
+
+# Places that must never be erased, with real mounts, and cards that are really pulled out.
+targets: build
+	@reliability/targets/run.sh
+
+pulled: build
+	@tools/install-dependencies.sh strace
+	@reliability/pulled/run.sh
 
 bench: build
 	@build/tessaly-bench

@@ -230,7 +230,7 @@ TEST(WrongTargets, ErasingFollowsNoLinkThatAppears) {
         for (const QString victim : {"sub", "sub/deep"}) {
             SCOPED_TRACE(moment.toStdString() + ", " + victim.toStdString());
             CardBench bench;
-            bench.files.skipFlush = true;
+            bench.files.toDevice = false;
             bench.scratch.write("card/old.txt", "old");
             bench.scratch.write("card/sub/deep/inner.txt", "old");
             bench.scratch.write("outside/deep/inner.txt", "precious");

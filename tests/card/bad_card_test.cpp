@@ -40,7 +40,7 @@ struct BadCardBench : CardBench {
     Content earlier;
 
     explicit BadCardBench(qsizetype trackBytes = 2000) {
-        files.skipFlush = true;
+        files.toDevice = false;
         useChime();
         for (const unsigned seed : {1U, 2U}) {
             scratch.write("src/first.mp3", noise(trackBytes, seed));
@@ -226,7 +226,7 @@ TEST(BadCards, FirmwareAloneIsComparedToo) {
 // or a link that leads to one: nothing happens to that.
 TEST(BadCards, ACardMayBePulledOutAtAnyMoment) {
     CardBench clean;
-    clean.files.skipFlush = true;
+    clean.files.toDevice = false;
     clean.useChime();
     clean.scratch.write("card/sub/old.mp3", "old");
     ASSERT_EQ(clean.create().outcome, Outcome::Done);
@@ -237,7 +237,7 @@ TEST(BadCards, ACardMayBePulledOutAtAnyMoment) {
         for (auto at = first; at < operations.size(); ++at) {
             SCOPED_TRACE(operations[at].toStdString() + (verify ? "" : ", not verified"));
             CardBench bench;
-            bench.files.skipFlush = true;
+            bench.files.toDevice = false;
             bench.useChime();
             bench.scratch.write("card/sub/old.mp3", "old");
             bench.job.verify = verify;
