@@ -18,6 +18,25 @@ QString tooMany(const QString& what, qint64 found, qint64 allowed) {
         .arg(grouped(found), what, grouped(allowed));
 }
 
+// How much has to go so that the image has `excess` bytes less.
+QString howToShrink(const Project& project, qsizetype excess) {
+    const qsizetype titleBytes =
+        image_layout::TitleWidth + 2 * (qsizetype(project.lstLangs.size()) + 1);
+    qsizetype tracks = 0;
+    for (const QString& list : project.lstMuList)
+        tracks += tracksOfMusicList(project, list).size();
+    QStringList ways;
+    const auto add = [&](qsizetype bytesEach, qsizetype present, const char* what) {
+        const qsizetype needed = (excess + bytesEach - 1) / bytesEach;
+        if (needed <= present)
+            ways.append(grouped(needed) + what + (needed == 1 ? "" : "s"));
+    };
+    add(image_layout::TrackEntryBytes, tracks, " music track");
+    add(titleBytes, project.lstSpTitles.size(), " speech title");
+    return ways.isEmpty() ? QString("Remove music tracks and speech titles.")
+                          : "Remove " + ways.join(" or ") + '.';
+}
+
 // What keeps an item from being named by a reference, in words; empty when nothing does.
 QString referenceProblem(const Project& project, const TrackRecord& item, const QString& kind,
                          const QString& who) {
@@ -63,11 +82,13 @@ QList<LimitViolation> imageLimitViolations(const Project& project) {
     using namespace error_number;
     QList<LimitViolation> found;
     const qsizetype size = configImageSize(project);
-    if (size > limits::ImageBytes)
+    const qsizetype excess = size - limits::ImageBytes;
+    if (excess > 0)
         found.append({ImageTooLarge, 300,
                       QString("The settings of this project take %1 bytes, the player can hold %2: "
-                              "use fewer tracks, titles or languages.")
-                          .arg(grouped(size), grouped(limits::ImageBytes))});
+                              "%3 too many. %4")
+                          .arg(grouped(size), grouped(limits::ImageBytes), grouped(excess),
+                               howToShrink(project, excess))});
     if (project.lstLangs.size() > limits::Languages)
         found.append({TooManyLanguages, 301,
                       tooMany("languages", project.lstLangs.size(), limits::Languages)});

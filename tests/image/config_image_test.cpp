@@ -243,6 +243,18 @@ TEST(ImageLimits, StandExactlyWhereTheFormatsEnd) {
     EXPECT_EQ(Hex3(headerRecordCount(BuildConfigImage(project, 1).size())).size(), 3);
     project.lstMuTrack[project.currentMusicList].append("one more");
     EXPECT_EQ(errorOf(limitViolations(project)), ImageTooLarge);
+    EXPECT_EQ(limitViolations(project).first().text,
+              "The settings of this project take 65,534 bytes, the player can hold 65,527: 7 too "
+              "many. Remove 1 music track.");
+
+    // A title takes 16 bytes, and 2 a language and column.
+    project = plainProject(2000, 2000);
+    EXPECT_EQ(limitViolations(project).first().text,
+              "The settings of this project take 76,536 bytes, the player can hold 65,527: 11,009 "
+              "too many. Remove 612 music tracks or 551 speech titles.");
+    project = plainProject(4000, 4000);
+    EXPECT_TRUE(limitViolations(project).first().text.endsWith(
+        "Remove music tracks and speech titles."));
 
     project = plainProject(0, 0);
     TrackRecord record;
