@@ -47,7 +47,9 @@ std::unique_ptr<TagLib::FileStream> openStream(const QString& path) {
     // Without waiting: a pipe would have the whole import wait for its other end.
     const int fd = ::open(toNativePath(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     struct stat status {};
-    if (fd < 0 || ::fstat(fd, &status) != 0 || !S_ISREG(status.st_mode)) {
+    if (fd < 0)
+        return nullptr;
+    if (::fstat(fd, &status) != 0 || !S_ISREG(status.st_mode)) {
         ::close(fd);
         return nullptr;
     }
