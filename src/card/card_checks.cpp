@@ -94,6 +94,7 @@ CardChecks runCardChecks(const Project& project, const QString& cfDrive, const F
     for (const LimitViolation& violation : limitViolations(project))
         if (violation.errorNumber != error_number::TooManyFiles)
             checks.exceededLimits.append(violation.text);
+    checks.exceededLimits.append(totals.tooLargeFiles);
 
     checks.projectBlocked = checks.musicLists.verdict == Verdict::Red ||
                             checks.languages.verdict == Verdict::Red || totals.missingFileFlag ||

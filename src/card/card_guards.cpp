@@ -166,14 +166,16 @@ void refuseHoldingMounts(const Drives& drives, const QString& root) {
                                .arg(native(root), native(mounts.first())));
 }
 
-void refuseHoldingSources(const FileSystem& files, const QString& root,
-                          const QStringList& sources) {
+void refuseHoldingSources(const FileSystem& files, const QString& root, const QStringList& sources,
+                          const FileDone& fileDone) {
     HoldingFolder target(files, root);
-    for (const QString& source : sources)
+    for (const QString& source : sources) {
         if (target.isOrHolds(source))
             throw TessalyError(error_number::HoldsSource,
                                QString("%1 holds the source file %2: erasing it would lose that.")
                                    .arg(native(root), native(source)));
+        fileDone();
+    }
 }
 
 void requireWritable(const FileSystem& files, const Drives& drives, const QString& root) {
@@ -182,7 +184,8 @@ void requireWritable(const FileSystem& files, const Drives& drives, const QStrin
                            native(root) + ": the card is write-protected.");
 }
 
-void requireSameTracks(FileSystem& files, const QString& root, const Project& project) {
+void requireSameTracks(FileSystem& files, const QString& root, const Project& project,
+                       const FileDone& fileDone) {
     bool isComplete = false;
     const QHash<QString, QByteArray> numbers = numbersOnCard(files, root, isComplete);
     for (const TrackRecord& record : project.TrackTable) {
@@ -203,6 +206,7 @@ void requireSameTracks(FileSystem& files, const QString& root, const Project& pr
         if (isOther)
             cardDiffers(
                 QString("%1 on the card is not %2.").arg(card_name::track(number), native(source)));
+        fileDone();
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <functional>
 
 #include "card/app_folders.h"
 #include "card/card_space.h"
@@ -13,6 +14,9 @@
 // TessalyError with a number of its own when it is not. `root` is the card's root folder.
 
 namespace tessaly {
+
+/// Called after each file that a guard looked at. May throw to end the work.
+using FileDone = std::function<void()>;
 
 /// Error 530 unless `root` is the root of a removable drive now, whatever it was when it was
 /// chosen.
@@ -35,13 +39,17 @@ void refuseHoldingMounts(const Drives& drives, const QString& root);
 
 /// Error 532 when one of `sources` is a file in `root` or below it. Paths that do not exist are
 /// passed over.
-void refuseHoldingSources(const FileSystem& files, const QString& root, const QStringList& sources);
+void refuseHoldingSources(
+    const FileSystem& files, const QString& root, const QStringList& sources,
+    const FileDone& fileDone = [] {});
 
 /// Error 533 when `root` cannot be written.
 void requireWritable(const FileSystem& files, const Drives& drives, const QString& root);
 
 /// Error 536 unless every numbered file of `project` is on the card with the size of its source,
 /// under the number that the card's own project gives it.
-void requireSameTracks(FileSystem& files, const QString& root, const Project& project);
+void requireSameTracks(
+    FileSystem& files, const QString& root, const Project& project,
+    const FileDone& fileDone = [] {});
 
 }  // namespace tessaly

@@ -1,21 +1,43 @@
 #include "card/card_summary.h"
 
+#include <QDir>
+
+#include "model/format_limits.h"
 #include "platform/numbers.h"
 
 namespace tessaly {
 
+QString tooLargeForCard(const QString& path, qint64 bytes) {
+    if (bytes <= limits::CardFileBytes)
+        return {};
+    return QString(
+               "%1 has %2 bytes, a file on a card can have %3: cut the recording into shorter "
+               "ones.")
+        .arg(QDir::toNativeSeparators(path), grouped(bytes), grouped(limits::CardFileBytes));
+}
+
 CardTotals updateSummary(const Project& project, const FileSystem& files) {
     CardTotals totals;
+    const auto noteIfTooLarge = [&](const QString& path, qint64 size) {
+        if (const QString problem = tooLargeForCard(path, size); !problem.isEmpty())
+            totals.tooLargeFiles.append(problem);
+    };
     for (qsizetype i = 1; i < project.TrackTable.size(); ++i) {
         const TrackRecord& record = project.TrackTable[i];
         if (!isTrackFile(record))
             continue;
-        if (const auto size = files.fileSize(record.sourcePath.text()))
+        const QString path = record.sourcePath.text();
+        if (const auto size = files.fileSize(path)) {
             totals.totalCardBytes += *size;
-        else
+            noteIfTooLarge(path, *size);
+        } else {
             totals.missingFileFlag = true;
+        }
         ++totals.trackCount;
     }
+    if (usesChimeFile(project))
+        noteIfTooLarge(project.txtChimeFileName,
+                       files.fileSize(project.txtChimeFileName).value_or(0));
     return totals;
 }
 

@@ -198,7 +198,7 @@ void CardVerifier::checkFixedFiles() {
         readToEnd(name);
     if (files_.fileSize(pathIn(root_, card_name::Project)))  // else it was said already
         readToEnd(card_name::Project);
-    if (project_.buttPlayIntChime && !project_.txtChimeFileName.isEmpty())
+    if (usesChimeFile(project_))
         readToEnd(card_name::Chime);
     checkFirmware();
 }

@@ -8,6 +8,7 @@
 #include "card/card_guards.h"
 #include "card/card_names.h"
 #include "card/card_space.h"
+#include "card/card_summary.h"
 #include "card/file_copier.h"
 #include "image/config_image.h"
 #include "image/image_limits.h"
@@ -20,6 +21,9 @@
 namespace tessaly {
 
 namespace {
+
+// While thousands of files are only looked at, the observer is asked this often.
+constexpr qint64 BreatheEveryMs = 20;
 
 const QString UpdateQuestion = QStringLiteral(
     "This will only update card settings, attributes, triggers, and TRL-740 firmware.  DO NOT "
@@ -90,15 +94,14 @@ class CardRun {
 
     void step(int code) { stepCode_ = code; }
     QString work(const char* name) const { return pathIn(job_.workFolder, name); }
-    bool hasChime() const {
-        return snapshot_.buttPlayIntChime && !snapshot_.txtChimeFileName.isEmpty();
-    }
-    SpacePlan spacePlan(const VolumeGeometry& geometry) const;
+    bool hasChime() const { return usesChimeFile(snapshot_); }
+    SpacePlan spacePlan(const VolumeGeometry& geometry);
     QList<std::pair<QString, qint64>> settingsFiles() const;
 
     void beginPhase(RunPhase phase, qint64 total);
     void advance(qint64 bytes);
     void breathe();
+    void breatheAtTimes();
     void writeWhole(const QString& path, const QByteArray& bytes);
     void copyToCard(const QString& source, const QString& name);
     void requireSameCard() const;
@@ -125,6 +128,7 @@ class CardRun {
 
     RunPhase phase_ = RunPhase::Prepare;
     QElapsedTimer phaseTimer_;
+    QElapsedTimer breathTimer_;
     qint64 phaseDone_ = 0;
     qint64 phaseTotal_ = 0;
 };
@@ -150,6 +154,13 @@ void CardRun::breathe() {
         throw TessalyError(error_number::Stopped, "The writing of the card was stopped.");
 }
 
+void CardRun::breatheAtTimes() {
+    if (breathTimer_.isValid() && breathTimer_.elapsed() < BreatheEveryMs)
+        return;
+    breathe();
+    breathTimer_.start();
+}
+
 void CardRun::writeWhole(const QString& path, const QByteArray& bytes) {
     const auto file = files_.create(path);
     file->write(bytes);
@@ -159,9 +170,15 @@ void CardRun::writeWhole(const QString& path, const QByteArray& bytes) {
 void CardRun::checkSources() {
     beginPhase(RunPhase::Prepare, 0);
     step(200);
-    for (const Track& track : tracks_)
-        if (!files_.fileSize(track.source))
+    QString tooLarge;
+    for (const Track& track : tracks_) {
+        const auto size = files_.fileSize(track.source);
+        if (!size)
             throw TessalyError(error_number::SourceMissing, "Cannot find file " + track.source);
+        if (tooLarge.isEmpty())
+            tooLarge = tooLargeForCard(track.source, *size);
+        breatheAtTimes();
+    }
     step(201);
     const QString firmware = job_.folders.firmwareFile();
     if (!files_.fileSize(firmware))
@@ -176,6 +193,13 @@ void CardRun::checkSources() {
         step(violation.stepCode);
         throw TessalyError(violation.errorNumber, violation.text);
     }
+    if (hasChime() && tooLarge.isEmpty())
+        tooLarge = tooLargeForCard(snapshot_.txtChimeFileName,
+                                   files_.fileSize(snapshot_.txtChimeFileName).value_or(0));
+    if (!tooLarge.isEmpty()) {
+        step(305);
+        throw TessalyError(error_number::SourceTooLarge, tooLarge);
+    }
 }
 
 void CardRun::buildImage() {
@@ -187,9 +211,11 @@ void CardRun::buildImage() {
     binary->close();
     hex_ = EncodeImageAsHex(image);
     writeWhole(work("tmp.hex"), hex_);
+    breathe();
     projectBytes_ = encodeProject(snapshot_);
     // A work folder without room shall say so now, not when the card is erased.
     writeWhole(work("tmp.crd"), projectBytes_);
+    breathe();
 }
 
 // The files that every run writes, by card name, with the size that they will have. A missing one
@@ -207,7 +233,7 @@ QList<std::pair<QString, qint64>> CardRun::settingsFiles() const {
     return list;
 }
 
-SpacePlan CardRun::spacePlan(const VolumeGeometry& geometry) const {
+SpacePlan CardRun::spacePlan(const VolumeGeometry& geometry) {
     const auto taking = [&](const QString& name) { return fatEntriesOf(name, geometry.fatNames); };
     const auto taken = [&](const QString& name) {
         return geometry.entriesByName.value(name, taking(name));
@@ -237,6 +263,7 @@ SpacePlan CardRun::spacePlan(const VolumeGeometry& geometry) const {
     for (const Track& track : tracks_) {
         plan.newFiles.append(files_.fileSize(track.source).value_or(0));
         plan.newEntries += taking(card_name::track(track.number));
+        breatheAtTimes();
     }
     return plan;
 }
@@ -258,7 +285,7 @@ void CardRun::checkTarget() {
         sources.append(track.source);
     if (hasChime())
         sources.append(snapshot_.txtChimeFileName);
-    refuseHoldingSources(files_, root_, sources);
+    refuseHoldingSources(files_, root_, sources, [this] { breatheAtTimes(); });
     step(313);
     requireWritable(files_, drives_, root_);
     step(314);
@@ -269,7 +296,7 @@ void CardRun::checkTarget() {
     requireRootEntries(plan, geometry);
     step(316);
     if (settingsOnly_)
-        requireSameTracks(files_, root_, snapshot_);
+        requireSameTracks(files_, root_, snapshot_, [this] { breatheAtTimes(); });
     breathe();
 }
 
@@ -356,8 +383,10 @@ void CardRun::copyTracks() {
     for (const auto& file : settingsFiles())
         total += file.second;
     if (!settingsOnly_)
-        for (const Track& track : tracks_)
+        for (const Track& track : tracks_) {
             total += files_.fileSize(track.source).value_or(0);
+            breatheAtTimes();
+        }
     beginPhase(RunPhase::Copy, total);
     if (settingsOnly_)
         return;

@@ -18,6 +18,9 @@ constexpr int ReferenceList = 126;   ///< 127 x 512 would read as a speech title
 constexpr int ReferenceTrack = 510;  ///< nine bits, less the entries 0 and 1
 constexpr int ReferenceTitle = 510;  ///< 0xFE00 + 511 would read as "nothing"
 
+// Files of a card: FAT counts their bytes with 32 bits
+constexpr qint64 CardFileBytes = 4'294'967'295;
+
 // Texts
 constexpr int DisplayText = 16;  ///< characters of the player's display
 constexpr int LanguageName = 8;

@@ -92,6 +92,10 @@ bool hasPowerUpItem(const Project& project) {
     return isTrackFile(project.PowerUpRecord);
 }
 
+bool usesChimeFile(const Project& project) {
+    return project.buttPlayIntChime && !project.txtChimeFileName.isEmpty();
+}
+
 void setChimeOption(Project& project, bool Project::*option, bool selected) {
     using Group = std::initializer_list<bool Project::*>;
     static const Group repeat = {&Project::buttChimeAlways, &Project::buttChimeOnce};

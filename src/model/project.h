@@ -80,6 +80,9 @@ bool isAssigned(const TrackRecord& trigger);
 /// Whether the project has a power-up item.
 bool hasPowerUpItem(const Project& project);
 
+/// Whether a card gets the chime's file.
+bool usesChimeFile(const Project& project);
+
 /// Selects one option of the group always/once, or of external/internal/disabled, or only takes
 /// its mark away. `option` is a member of `project`.
 void setChimeOption(Project& project, bool Project::*option, bool selected);

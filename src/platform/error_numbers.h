@@ -19,6 +19,7 @@ enum : int {
     TooManyFiles = 519,
     ReferenceTooHigh = 520,
     TextTooLong = 521,
+    SourceTooLarge = 522,
 
     // Guards of the card
     NotRemovable = 530,

@@ -1,6 +1,7 @@
 #include "card/card_checks.h"
 
 #include "card/firmware.h"
+#include "model/format_limits.h"
 #include "model/music_lists.h"
 #include "platform/numbers.h"
 #include "support/card_bench.h"
@@ -127,6 +128,20 @@ TEST(CardChecks, LimitsBlockToo) {
     ASSERT_EQ(checks.exceededLimits.size(), 1);
     EXPECT_TRUE(checks.exceededLimits[0].contains("the player can hold 65,527"));
     EXPECT_TRUE(checks.blocked);
+
+    bench.project.lstMuTrack[0].resize(2);
+    EXPECT_FALSE(check(bench).blocked);
+    for (const char* file : {"src/first.mp3", "chime.mp3"}) {
+        bench.useChime();
+        const QString path = bench.scratch.path(file);
+        QFile::resize(path, limits::CardFileBytes);
+        EXPECT_TRUE(check(bench).exceededLimits.isEmpty());
+        QFile::resize(path, limits::CardFileBytes + 1);
+        checks = check(bench);
+        EXPECT_EQ(checks.exceededLimits, QStringList(tooLargeForCard(path, qint64(1) << 32)));
+        EXPECT_TRUE(checks.projectBlocked);
+        QFile::resize(path, 3);
+    }
 
     bench.project = Project();
     checks = check(bench);
