@@ -290,7 +290,7 @@ void MusicPage::buttAddMuFile_Click() {
 void MusicPage::importList(const std::function<ImportResult(const KeepGoing&)>& run) {
     QProgressDialog progress("Reading the tracks...", "Cancel", 0, 0, window());
     progress.setWindowModality(Qt::ApplicationModal);
-    progress.setMinimumDuration(500);
+    progress.setMinimumDuration(100);  // an operator who waits longer wonders
     const KeepGoing keepGoing = [&](int done, int total) {
         progress.setMaximum(total);
         progress.setValue(done);  // pumps events while the dialog is shown

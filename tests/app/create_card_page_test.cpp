@@ -68,6 +68,15 @@ TEST(CreateCardPage, EveryPanelShowsItsOffenders) {
               QStringList("Cannot find file " + bench.scratch.path("src/hello.mp3")));
     EXPECT_TRUE(bench.isShown("lstBadMuLists") && bench.isShown("fraCC7"));
     EXPECT_FALSE(bench.isEnabled("buttCreateCard") || bench.isEnabled("buttCreateXD3"));
+
+    // A limit stands before the files, and its sentence can be read to its end.
+    bench.current.lstMuTrack[0].append(QStringList(4000, "x"));
+    bench.checkAgain();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(bench.items("lstProblems").size(), 2);
+    EXPECT_TRUE(bench.items("lstProblems").first().startsWith("The settings of this project take"));
+    const auto* problems = bench.find<QListWidget>("lstProblems");
+    EXPECT_LT(problems->visualItemRect(problems->item(0)).right(), problems->viewport()->width());
 }
 
 TEST(CreateCardPage, TheDriveIsShownAsItIs) {
