@@ -11,6 +11,7 @@ namespace {
 
 const QByteArray Magic = "tessaly snapshot 1\n";
 constexpr qsizetype ChecksumBytes = 20;
+constexpr quint32 NullText = 0xFFFFFFFF;  // the length of a text that is none
 constexpr auto StreamVersion = QDataStream::Qt_6_0;
 
 enum class Type : quint8 { Empty, Integer, Boolean, Text };
@@ -116,6 +117,50 @@ QDataStream& operator>>(QDataStream& in, std::array<TrackRecord, Size>& records)
     return in;
 }
 
+namespace {
+
+// Goes past records without making their texts.
+void skipRecords(QDataStream& in) {
+    quint32 count = 0;
+    in >> count;
+    for (; count > 0 && in.status() == QDataStream::Ok; --count) {
+        for (int field = 0; field < 4; ++field) {
+            quint8 type = 0;
+            in >> type;
+            quint32 length = 0;
+            if (type == quint8(Type::Text))
+                in >> length;
+            else if (type == quint8(Type::Integer) || type == quint8(Type::Boolean))
+                length = sizeof(qint16);
+            if (length != NullText && in.skipRawData(int(length)) != int(length))
+                in.setStatus(QDataStream::ReadPastEnd);
+        }
+        constexpr int FlagsAndTag = 3 * 2 + 4;
+        in.skipRawData(FlagsAndTag);
+    }
+}
+
+// Reads a snapshot with `take`, which takes one member after the other from the stream.
+template <typename Take>
+std::optional<Project> decode(const QByteArray& bytes, Take take) {
+    const qsizetype start = Magic.size() + ChecksumBytes;
+    if (!bytes.startsWith(Magic) || bytes.size() < start)
+        return std::nullopt;
+    const auto body = QByteArray::fromRawData(bytes.constData() + start, bytes.size() - start);
+    if (QCryptographicHash::hash(body, QCryptographicHash::Sha1) !=
+        bytes.mid(Magic.size(), ChecksumBytes))
+        return std::nullopt;
+    QDataStream in(body);
+    in.setVersion(StreamVersion);
+    Project project;
+    visitMembers([&](auto& member) { take(in, member); }, project);
+    if (in.status() != QDataStream::Ok || !in.atEnd())
+        return std::nullopt;
+    return project;
+}
+
+}  // namespace
+
 QByteArray encodeSnapshot(const Project& project) {
     QByteArray body;
     QDataStream out(&body, QIODevice::WriteOnly);
@@ -125,19 +170,23 @@ QByteArray encodeSnapshot(const Project& project) {
 }
 
 std::optional<Project> decodeSnapshot(const QByteArray& bytes) {
-    if (!bytes.startsWith(Magic) || bytes.size() < Magic.size() + ChecksumBytes)
+    return decode(bytes, [](QDataStream& in, auto& member) { in >> member; });
+}
+
+std::optional<SnapshotCounts> countSnapshot(const QByteArray& bytes) {
+    const auto project = decode(bytes, [](QDataStream& in, auto& member) {
+        if constexpr (std::is_same_v<std::decay_t<decltype(member)>, QList<TrackRecord>>)
+            skipRecords(in);
+        else
+            in >> member;
+    });
+    if (!project)
         return std::nullopt;
-    const QByteArray body = bytes.mid(Magic.size() + ChecksumBytes);
-    if (QCryptographicHash::hash(body, QCryptographicHash::Sha1) !=
-        bytes.mid(Magic.size(), ChecksumBytes))
-        return std::nullopt;
-    QDataStream in(body);
-    in.setVersion(StreamVersion);
-    Project project;
-    visitMembers([&](auto& member) { in >> member; }, project);
-    if (in.status() != QDataStream::Ok || !in.atEnd())
-        return std::nullopt;
-    return project;
+    SnapshotCounts counts{.lists = int(project->lstMuList.size()),
+                          .titles = int(project->lstSpTitles.size())};
+    for (const QString& list : project->lstMuList)
+        counts.tracks += int(tracksOfMusicList(*project, list).size());
+    return counts;
 }
 
 bool sameContent(const Project& a, const Project& b) {

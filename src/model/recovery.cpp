@@ -114,11 +114,13 @@ QList<RecoveryCopy> RecoveryFolder::copies() const {
     for (const QString& name : namesNewestFirst()) {
         RecoveryCopy copy{.path = pathIn(folder_, name), .time = timeOf(name).toLocalTime()};
         try {
-            const Project project = read(copy);
-            copy.lists = int(project.lstMuList.size());
-            copy.titles = int(project.lstSpTitles.size());
-            for (const QString& list : project.lstMuList)
-                copy.tracks += int(tracksOfMusicList(project, list).size());
+            const auto counts =
+                countSnapshot(readWholeFile(files_, copy.path, limits::ProjectFileBytes));
+            if (!counts)
+                continue;
+            copy.lists = counts->lists;
+            copy.tracks = counts->tracks;
+            copy.titles = counts->titles;
             found.append(copy);
         } catch (const TessalyError&) {
             continue;
