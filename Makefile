@@ -3,8 +3,8 @@
 JOBS ?= $(shell nproc)
 SOURCES := $(shell find src tests reliability bench tools -name '*.cpp' -o -name '*.h')
 
-.PHONY: build run demo test kill disks fat targets pulled bench screenshots lint format clean \
-  dependencies
+.PHONY: build run demo test kill disks fat targets pulled full-size memcheck \
+  sparse-card bench screenshots lint format clean dependencies
 
 build: dependencies
 	@test -f build/build.ninja || cmake --preset release
@@ -53,6 +53,20 @@ bench: build
 	@build/tessaly-bench
 	@build/tessaly-window-bench
 	@bench/card_copy.sh
+
+# Everything at full size: memory that is too much fails, times are a report.
+full-size: build
+	@tools/install-dependencies.sh time xvfb xauth
+	@reliability/size/full_size.sh
+
+# The tests of the core and the window under valgrind: some minutes.
+memcheck: build
+	@tools/install-dependencies.sh valgrind
+	@reliability/size/memcheck.sh
+
+# A card of GIB=16, really written below SIZE_FOLDER=build.
+sparse-card: build
+	@reliability/size/sparse_card.sh
 
 screenshots: dependencies
 	@tools/screenshots/run.sh

@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "app/main_window.h"
+#include "bench_prompts.h"
 #include "model/card_file.h"
 #include "platform/local_file_system.h"
 #include "promises.h"
@@ -18,25 +19,6 @@ using namespace tessaly;
 namespace {
 
 constexpr int Rounds = 7;
-
-class BenchPrompts : public Prompts {
- public:
-    QString project;
-    void tell(const Message&) override {}
-    bool ask(const Message&, bool) override { return true; }
-    QString openFile(const FileRequest&) override { return project; }
-    QString saveFile(const FileRequest&) override { return {}; }
-    QString pickFolder(const QString&, const QString&) override { return {}; }
-    QString pickDrive(const Drives&) override { return {}; }
-    int pickLine(const QString&, const QStringList&) override { return -1; }
-    QString inputText(const QString&, const QString&, int) override { return {}; }
-    void beep() override {}
-};
-
-class OnlyInstance : public SingleInstance {
- public:
-    bool isOnlyOne() override { return true; }
-};
 
 // A project whose small files are all there, saved in `folder`.
 QString savedProject(LocalFileSystem& files, const QTemporaryDir& folder, int tracks) {
@@ -88,7 +70,7 @@ int main(int argc, char** argv) {
     Promises promises;
     std::printf("\nMedians of %d, in milliseconds:\n", Rounds);
     for (const int tracks : {1000, 9995}) {
-        prompts.project = savedProject(files, folder, tracks);
+        prompts.path = savedProject(files, folder, tracks);
         std::vector<double> opening, switching, first;
         for (int round = 0; round < Rounds; ++round) {
             Project project;

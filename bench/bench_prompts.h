@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QStringList>
+
+#include "platform/prompts.h"
+#include "platform/single_instance.h"
+
+namespace tessaly {
+
+/// An operator who answers at once: Yes to every question, and the prepared path, text and drive.
+class BenchPrompts : public Prompts {
+ public:
+    QString path, text, drive;
+    QStringList told;
+
+    void tell(const Message& message) override { told.append(message.text); }
+    bool ask(const Message&, bool) override { return true; }
+    QString openFile(const FileRequest&) override { return path; }
+    QString saveFile(const FileRequest&) override { return path; }
+    QString pickFolder(const QString&, const QString&) override { return path; }
+    QString pickDrive(const Drives&) override { return drive; }
+    int pickLine(const QString&, const QStringList&) override { return 0; }
+    QString inputText(const QString&, const QString&, int) override { return text; }
+    void beep() override {}
+};
+
+class OnlyInstance : public SingleInstance {
+ public:
+    bool isOnlyOne() override { return true; }
+};
+
+}  // namespace tessaly
