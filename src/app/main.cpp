@@ -1,19 +1,40 @@
 #include <QApplication>
 #include <QStandardPaths>
+#include <cstdio>
 #include <memory>
 
 #include "app/main_window.h"
 #include "app/qt_prompts.h"
 #include "app/splash_window.h"
+#include "app/start_arguments.h"
+#include "platform/command_line.h"
 #include "platform/local_file_system.h"
 #include "platform/write_signals.h"
 
+using namespace tessaly;
+
+namespace {
+
+constexpr int Usage = 2;
+
+int refuse(const QString& problem) {
+    std::fprintf(stderr, "tessaly: %s\n", qPrintable(problem));
+#ifdef Q_OS_WIN
+    QtPrompts().tell({.text = problem, .icon = Message::Icon::Critical});  // there is no console
+#endif
+    return Usage;
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
-    using namespace tessaly;
     turnWriteSignalsIntoErrors();
     QApplication app(argc, argv);
     QApplication::setApplicationName("Tessaly");
     QApplication::setApplicationVersion(TESSALY_VERSION);
+    const StartArguments start = startArguments(commandLineArguments(argc, argv));
+    if (!start.problem.isEmpty())
+        return refuse(start.problem);
     const QString userFolder =
         QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation);
 
@@ -35,6 +56,8 @@ int main(int argc, char** argv) {
     const auto showMain = [&] {
         window->show();
         window->offerRecovery();
+        if (!start.projectFile.isEmpty())
+            window->openAtStart(start.projectFile);
     };
     SplashWindow splash(loadMain, showMain);
     splash.show();

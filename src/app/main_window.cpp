@@ -180,8 +180,21 @@ void MainWindow::openProject() {
     showProject();
     const QString path =
         services_.prompts.openFile({.filter = CardFiles, .folder = folders_.appFolder});
-    if (path.isEmpty())
-        return;
+    if (!path.isEmpty())
+        readProjectFile(path);
+}
+
+void MainWindow::openAtStart(const QString& path) {
+    if (session_.differs())
+        services_.prompts.tell(
+            {.text = QString("%1 was not opened, because the recovered project is not saved yet. "
+                             "Save that first, then open the file with File > Open.")
+                         .arg(QDir::toNativeSeparators(path))});
+    else
+        readProjectFile(path);
+}
+
+void MainWindow::readProjectFile(const QString& path) {
     try {
         const ReadReport report = session_.open(path);
         if (!report.isComplete)

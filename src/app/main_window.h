@@ -36,6 +36,11 @@ class MainWindow : public QMainWindow {
     /// After a crash, offers the newest recovery copy once. Called when the window is shown.
     void offerRecovery();
 
+    /// Opens the file that the program was started with, as Open does with the one that was chosen.
+    /// Called last, when the window is shown. A project that was recovered just now is not saved
+    /// yet and stays; that is said.
+    void openAtStart(const QString& path);
+
  protected:
     void closeEvent(QCloseEvent* event) override;
 
@@ -56,6 +61,7 @@ class MainWindow : public QMainWindow {
     void addPages();
     void readFirmwareVersion();
     void openProject();
+    void readProjectFile(const QString& path);
     bool saveTo(const QString& path);
     bool confirmSave();
     bool letGo();

@@ -1,17 +1,12 @@
 #include "platform/local_file_system.h"
 
 #include <QDir>
-#include <QFileInfo>
 
 #include "platform/error.h"
 #include "platform/error_numbers.h"
 #include "platform/replacement.h"
 
 namespace tessaly {
-
-QString LocalFileSystem::canonicalPath(const QString& path) const {
-    return QFileInfo(path).canonicalFilePath();
-}
 
 void LocalFileSystem::replaceFile(const QString& path, QByteArrayView bytes) {
     Replacement file(path);

@@ -43,7 +43,7 @@ class Descriptor {
     int fd_;
 };
 
-struct FreeAligned {
+struct FreeMemory {
     void operator()(char* memory) const { std::free(memory); }
 };
 
@@ -114,7 +114,7 @@ class LinuxInputFile : public InputFile {
     bool direct_ = false;
     Descriptor fd_;
     QDateTime modified_;
-    std::unique_ptr<char, FreeAligned> block_;
+    std::unique_ptr<char, FreeMemory> block_;
 };
 
 class LinuxOutputFile : public OutputFile {
@@ -313,6 +313,12 @@ std::optional<FileIdentity> LocalFileSystem::identity(const QString& path) const
     if (::stat(toNativePath(path).constData(), &status) != 0)
         return std::nullopt;
     return FileIdentity{.volume = status.st_dev, .high = 0, .low = status.st_ino};
+}
+
+QString LocalFileSystem::canonicalPath(const QString& path) const {
+    const std::unique_ptr<char, FreeMemory> real{
+        ::realpath(toNativePath(path).constData(), nullptr)};
+    return real ? fromNativePath(real.get()) : QString();
 }
 
 bool LocalFileSystem::isWritableFolder(const QString& folder) const {

@@ -1,6 +1,7 @@
 // Windows: plain system calls, because erasing and reading back a card need what QFile does not
 // offer (names of any length and ending, links never followed, reads past the system's cache).
 #include <QDir>
+#include <QFileInfo>
 #include <algorithm>
 #include <string>
 #include <utility>
@@ -460,6 +461,10 @@ std::optional<FileIdentity> LocalFileSystem::identity(const QString& path) const
     if (!target)
         return std::nullopt;
     return toIdentity(*target);
+}
+
+QString LocalFileSystem::canonicalPath(const QString& path) const {
+    return QFileInfo(path).canonicalFilePath();
 }
 
 bool LocalFileSystem::isWritableFolder(const QString& folder) const {

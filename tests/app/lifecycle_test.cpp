@@ -5,6 +5,8 @@
 
 #include "app/about_window.h"
 #include "app/splash_window.h"
+#include "app/start_arguments.h"
+#include "platform/native_path.h"
 #include "support/window_bench.h"
 
 namespace tessaly {
@@ -19,6 +21,15 @@ const QString ReallyExit = "Changes will be lost unless the card file was saved.
 QString emptySummary(const QString& version) {
     return "Total card size: 0.0 MB        Total number of Tracks: 0" + QString(40, ' ') +
            "TRL740 firmware version: " + version;
+}
+
+// A run that ended without a word and left a copy of a project of one language.
+void crash(WindowBench& bench, const QString& language) {
+    RecoveryFolder crashed(bench.files, bench.scratch.path("user/recovery"));
+    Project work;
+    work.lstLangs = {language};
+    crashed.keep(work);
+    crashed.forgetMark();
 }
 
 }  // namespace
@@ -98,6 +109,83 @@ TEST(StartUp, AKilledRunLeavesNoLockBehind) {
     ASSERT_TRUE(program.waitForFinished());
     EXPECT_TRUE(QFile::exists(folder + "/tessaly.lock"));
     EXPECT_TRUE(LocalSingleInstance(folder).isOnlyOne());
+}
+
+TEST(StartUp, TakesOneProjectFileAndNothingElse) {
+    const QString odd = fromNativePath("Grüße b\xE4.crd2");
+    EXPECT_EQ(startArguments({}).projectFile, "");
+    EXPECT_EQ(startArguments({"/a b/" + odd}).projectFile, "/a b/" + odd);
+    EXPECT_EQ(startArguments({odd}).projectFile, QDir::currentPath() + '/' + odd);
+    EXPECT_EQ(startArguments({odd}).problem, "");
+
+    const ScratchFolder scratch;
+    const struct {
+        QStringList arguments;
+        QString said;
+    } wrong[] = {{{"a.crd2", "b.crd2"}, "There are 2 files, but only one can be opened."},
+                 {{"--version"}, "There is no option --version."},
+                 {{"a.crd2", "-x"}, "There is no option -x."}};
+    for (const auto& [arguments, said] : wrong) {
+        QProcess program;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert("XDG_DATA_HOME", scratch.path());
+        program.setProcessEnvironment(environment);
+        program.start(TESSALY_PROGRAM, arguments);
+        ASSERT_TRUE(program.waitForFinished());
+        EXPECT_EQ(program.exitCode(), 2);
+        EXPECT_EQ(program.readAllStandardOutput(), "");
+        EXPECT_TRUE(program.readAllStandardError().contains("tessaly: " + said.toUtf8()));
+    }
+    EXPECT_TRUE(scratch.content("").isEmpty());
+}
+
+TEST(StartUp, OpensTheFileThatItWasStartedWith) {
+    WindowBench bench;
+    const QString odd = pathIn(bench.scratch.path(), fromNativePath("my b\xE4.crd2"));
+    saveProject(bench.files, odd, bench.project);
+    bench.start();
+    bench.window->openAtStart(odd);
+    EXPECT_EQ(encodeProject(bench.current), encodeProject(bench.project));
+    EXPECT_TRUE(
+        bench.status().startsWith("Total card size: 0.0 MB        Total number of Tracks: 3"));
+    bench.current.txtCardTitle1 = "SAVED";
+    bench.current.unsavedChanges = true;
+    bench.choose("mnuFileSave");
+    EXPECT_EQ(readWholeFile(bench.files, odd, 1 << 20), encodeProject(bench.current));
+    EXPECT_TRUE(bench.prompts.shown.isEmpty());
+    EXPECT_EQ(bench.recoveryCopies(), 0);
+    bench.files.removeFile(odd);  // Qt, which cleans up, cannot name it
+
+    const QByteArray whole = bench.scratch.read("tour.crd2");
+    for (const auto& [name, said] :
+         {std::pair(bench.scratch.write("damaged.crd2", whole.chopped(300)), "could be read up to"),
+          std::pair(bench.scratch.path("gone.crd2"), ": No such file or directory")}) {
+        WindowBench other;
+        other.start();
+        other.window->openAtStart(name);
+        const QStringList texts = other.prompts.takeTexts();
+        ASSERT_EQ(texts.size(), 1);
+        EXPECT_TRUE(texts[0].startsWith(name) && texts[0].contains(said)) << qPrintable(texts[0]);
+        EXPECT_EQ(other.session.fileName(), "");
+    }
+}
+
+TEST(StartUp, ARecoveredProjectIsNotReplacedByTheFile) {
+    for (const bool takesCopy : {true, false}) {
+        WindowBench bench;
+        crash(bench, "Danish");
+        bench.start();
+        bench.prompts.answers = {takesCopy};
+        bench.window->offerRecovery();
+        bench.prompts.shown.clear();
+        bench.window->openAtStart(bench.tourFile);
+        EXPECT_EQ(bench.session.fileName(), takesCopy ? "" : bench.tourFile);
+        EXPECT_EQ(bench.current.lstLangs.contains("Danish"), takesCopy);
+        EXPECT_EQ(bench.recoveryCopies(), 1);
+        const QStringList texts = bench.prompts.takeTexts();
+        ASSERT_EQ(texts.size(), takesCopy ? 1 : 0);
+        EXPECT_TRUE(!takesCopy || texts[0].startsWith(bench.tourFile + " was not opened"));
+    }
 }
 
 TEST(About, ShowsVersionsAndSystemInformation) {
@@ -374,13 +462,7 @@ TEST(Recovery, LookingIsNoDifference) {
 
 TEST(Recovery, AfterACrashTheNewestCopyIsOfferedOnce) {
     WindowBench bench;
-    {
-        RecoveryFolder crashed(bench.files, bench.scratch.path("user/recovery"));
-        Project work;
-        work.lstLangs = {"Danish"};
-        crashed.keep(work);
-        crashed.forgetMark();
-    }
+    crash(bench, "Danish");
     bench.start();
     bench.prompts.answers = {true};
     bench.window->offerRecovery();

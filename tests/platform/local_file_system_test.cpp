@@ -90,6 +90,26 @@ TEST(LocalFileSystem, NamesOfAnyBytesSurvive) {
         EXPECT_EQ(toNativePath(fromNativePath(name)), name);
 }
 
+TEST(LocalFileSystem, AFileOfAnyNameIsReplaced) {
+    const ScratchFolder scratch;
+    LocalFileSystem files;
+    const QString odd = pathIn(scratch.path(), fromNativePath("b\xE4.crd2"));
+    files.replaceFile(odd, "first, and rather long");
+    ::chmod(toNativePath(odd).constData(), 0640);
+    files.replaceFile(odd, "second");
+    EXPECT_EQ(readWholeFile(files, odd, 100), "second");
+    EXPECT_EQ(namesIn(files, scratch.path()), QStringList(fromNativePath("b\xE4.crd2")));
+    struct stat status {};
+    ASSERT_EQ(::stat(toNativePath(odd).constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0640U);
+    EXPECT_EQ(files.canonicalPath(scratch.path("./x/..") + odd.mid(scratch.path().size())), "");
+    scratch.makeFolder("x");
+    EXPECT_EQ(files.canonicalPath(scratch.path("x/..") + odd.mid(scratch.path().size())), odd);
+    files.removeFile(odd);
+    const QString nowhere = pathIn(scratch.path(), fromNativePath("\xE4/x"));
+    EXPECT_EQ(errorOf([&] { files.replaceFile(nowhere, "x"); }).number, ENOENT);
+}
+
 TEST(LocalFileSystem, ReadsTheSamePastTheCache) {
     const ScratchFolder scratch;
     LocalFileSystem files;
