@@ -4,14 +4,16 @@
 
 namespace tessaly {
 
-AboutWindow::AboutWindow(const QString& firmwareVersion, Prompts& prompts,
-                         std::function<bool()> showSystemInformation, QWidget* parent)
+AboutWindow::AboutWindow(const QString& firmwareVersion, const QStringList& makersFiles,
+                         Prompts& prompts, std::function<bool()> showSystemInformation,
+                         QWidget* parent)
     : QDialog(parent),
       ui_(std::make_unique<Ui::AboutWindow>()),
       prompts_(prompts),
       showSystemInformation_(std::move(showSystemInformation)) {
     ui_->setupUi(this);
     ui_->lblFirmwareVersion->setText(firmwareVersion);
+    ui_->lblMakersFiles->setText(makersFiles.join('\n'));
     connect(ui_->cmdOK, &QPushButton::clicked, this, &QDialog::accept);
     connect(ui_->cmdSysInfo, &QPushButton::clicked, this, &AboutWindow::cmdSysInfo_Click);
 }

@@ -17,8 +17,9 @@ class AboutWindow : public QDialog {
     Q_OBJECT
 
  public:
-    /// `showSystemInformation` starts the system's own tool and says whether there is one.
-    AboutWindow(const QString& firmwareVersion, Prompts& prompts,
+    /// `makersFiles` says where the maker's files come from. `showSystemInformation` starts the
+    /// system's own tool and says whether there is one.
+    AboutWindow(const QString& firmwareVersion, const QStringList& makersFiles, Prompts& prompts,
                 std::function<bool()> showSystemInformation, QWidget* parent);
     ~AboutWindow() override;
 

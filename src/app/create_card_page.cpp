@@ -46,7 +46,7 @@ CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services
     : Page(parent),
       session_(session),
       services_(services),
-      folders_(appFoldersIn(services.appFolder)),
+      folders_(foldersOfProgram(services.appFolder, services.userFolder)),
       ui_(std::make_unique<Ui::CreateCardPage>()),
       writer_(services.files, services.drives),
       totals_(totals) {

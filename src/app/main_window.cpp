@@ -41,7 +41,7 @@ QString shortList(QStringList names) {
 MainWindow::MainWindow(ProjectSession& session, const Services& services)
     : session_(session),
       services_(services),
-      folders_(appFoldersIn(services.appFolder)),
+      folders_(foldersOfProgram(services.appFolder, services.userFolder)),
       ui_(std::make_unique<Ui::MainWindow>()),
       statusText_(new QLabel) {
     ui_->setupUi(this);
@@ -60,6 +60,7 @@ MainWindow::MainWindow(ProjectSession& session, const Services& services)
     triggered(ui_->mnuFileSaveAs, &MainWindow::mnuFileSaveAs_Click);
     triggered(ui_->mnuFileRecover, &MainWindow::mnuFileRecover_Click);
     triggered(ui_->mnuFileExit, &MainWindow::mnuFileExit_Click);
+    triggered(ui_->mnuHelpManual, &MainWindow::mnuHelpManual_Click);
     triggered(ui_->mnuHelpAbout, &MainWindow::mnuHelpAbout_Click);
     connect(ui_->Tabs, &QTabWidget::currentChanged, this, &MainWindow::Tabs_Click);
 
@@ -178,8 +179,8 @@ void MainWindow::openProject() {
     session_.clear();
     measure();
     showProject();
-    const QString path =
-        services_.prompts.openFile({.filter = CardFiles, .folder = folders_.appFolder});
+    const QString path = services_.prompts.openFile(
+        {.filter = CardFiles, .folder = folders_.projectsStart(services_.files)});
     if (!path.isEmpty())
         readProjectFile(path);
 }
@@ -226,7 +227,7 @@ void MainWindow::mnuFileSaveAs_Click() {
     if (!confirmSave())
         return;
     const QString path = services_.prompts.saveFile(
-        {.filter = CardFiles, .folder = folders_.appFolder, .suffix = "crd2"});
+        {.filter = CardFiles, .folder = folders_.projectsStart(services_.files), .suffix = "crd2"});
     if (!path.isEmpty())
         saveTo(path);
 }
@@ -339,8 +340,23 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     event->accept();  // the other windows belong to this one, and end with it
 }
 
+void MainWindow::mnuHelpManual_Click() {
+    const QString& file = folders_.manualFile;
+    const bool exists = services_.files.fileSize(file).has_value();
+    if (!exists)
+        services_.prompts.tell(
+            {.text = "Cannot find the manual " + file + ".", .icon = Message::Icon::Exclamation});
+    else if (!services_.prompts.openDocument(file))
+        services_.prompts.tell({.text = "No program could be found that shows the manual.  It is "
+                                        "the file " +
+                                        file + ", for any web browser.",
+                                .icon = Message::Icon::Exclamation});
+}
+
 void MainWindow::mnuHelpAbout_Click() {
-    AboutWindow(firmwareVersion_, services_.prompts, showSystemInformation, this).exec();
+    AboutWindow(firmwareVersion_, folders_.makersFiles(), services_.prompts, showSystemInformation,
+                this)
+        .exec();
 }
 
 Page* MainWindow::currentPage() const {

@@ -54,6 +54,7 @@ class MainWindow : public QMainWindow {
     void mnuFileSaveAs_Click();
     void mnuFileRecover_Click();
     void mnuFileExit_Click();
+    void mnuHelpManual_Click();
     void mnuHelpAbout_Click();
     void Tabs_Click();
     void tmrRecovery_Timer();

@@ -324,7 +324,9 @@ void MusicPage::importList(const std::function<ImportResult(const KeepGoing&)>& 
 
 void MusicPage::buttAddMuItunesPlaylist_Click() {
     const QString path = services_.prompts.openFile(
-        {.filter = "TXT files (*.txt);;M3U files (*.M3U *.m3u)", .folder = services_.appFolder});
+        {.filter = "TXT files (*.txt);;M3U files (*.M3U *.m3u)",
+         .folder = foldersOfProgram(services_.appFolder, services_.userFolder)
+                       .projectsStart(services_.files)});
     importList([&](const KeepGoing& keepGoing) {
         return importPlaylist(project_, services_.files, services_.tags, path, keepGoing);
     });

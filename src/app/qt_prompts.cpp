@@ -1,6 +1,7 @@
 #include "app/qt_prompts.h"
 
 #include <QApplication>
+#include <QDesktopServices>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QInputDialog>
@@ -8,6 +9,7 @@
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QUrl>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -102,6 +104,10 @@ QString QtPrompts::inputText(const QString& prompt, const QString& initial, int 
     if (auto* edit = dialog.findChild<QLineEdit*>(); edit && limit > 0)
         edit->setMaxLength(std::max(limit, int(initial.size())));
     return dialog.exec() == QDialog::Accepted ? dialog.textValue() : QString();
+}
+
+bool QtPrompts::openDocument(const QString& file) {
+    return QDesktopServices::openUrl(QUrl::fromLocalFile(file));
 }
 
 void QtPrompts::beep() {

@@ -17,6 +17,7 @@ class QtPrompts : public Prompts {
     QString pickDrive(const Drives& drives) override;
     int pickLine(const QString& caption, const QStringList& lines) override;
     QString inputText(const QString& prompt, const QString& initial, int limit) override;
+    bool openDocument(const QString& file) override;
     void beep() override;
 };
 

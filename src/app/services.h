@@ -18,8 +18,9 @@ struct Services {
     Prompts& prompts;
     const Mp3Tags& tags;
     SingleInstance& instance;
-    QString appFolder;   ///< where the program and its support folders stand
-    QString userFolder;  ///< for recovery copies and, where need be, temporary files
+    QString appFolder;   ///< where the program stands
+    QString userFolder;  ///< for recovery copies, the user's own support folders and, where need
+                         ///< be, temporary files
 };
 
 }  // namespace tessaly

@@ -19,7 +19,7 @@ SetupPage::SetupPage(Project& project, const Services& services, QWidget* parent
     : Page(parent),
       project_(project),
       services_(services),
-      folders_(appFoldersIn(services.appFolder)),
+      folders_(foldersOfProgram(services.appFolder, services.userFolder)),
       ui_(std::make_unique<Ui::SetupPage>()),
       systemTexts_(new SystemTextWindow(project, services.prompts, this)) {
     ui_->setupUi(this);
@@ -131,7 +131,7 @@ void SetupPage::showChime() {
 
 void SetupPage::buttGetChimeFile_Click() {
     const QString path = services_.prompts.openFile(
-        {.filter = "MP3 files (*.mp3)", .folder = folders_.chimesFolder});
+        {.filter = "MP3 files (*.mp3)", .folder = folders_.chimesStart()});
     chooseChimeFile(project_, path.isEmpty() ? std::nullopt : std::optional(path));
     showChime();
     if (!path.isEmpty())

@@ -8,7 +8,8 @@
 
 namespace tessaly {
 
-SplashWindow::SplashWindow(std::function<bool()> loadMain, std::function<void()> showMain)
+SplashWindow::SplashWindow(std::function<bool()> loadMain, std::function<void()> showMain,
+                           int milliseconds)
     : QWidget(nullptr, Qt::SplashScreen),
       ui_(std::make_unique<Ui::SplashWindow>()),
       loadMain_(std::move(loadMain)),
@@ -20,7 +21,7 @@ SplashWindow::SplashWindow(std::function<bool()> loadMain, std::function<void()>
     auto* timer = new QTimer(this);
     timer->setObjectName("Timer1");
     timer->setSingleShot(true);
-    timer->setInterval(2000);
+    timer->setInterval(milliseconds);
     connect(timer, &QTimer::timeout, this, &SplashWindow::Timer1_Timer);
     timer->start();
 }

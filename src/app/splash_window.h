@@ -4,20 +4,23 @@
 #include <functional>
 #include <memory>
 
+#include "app/program.h"
+
 namespace Ui {
 class SplashWindow;
 }
 
 namespace tessaly {
 
-/// The window that is shown for two seconds before the main window loads.
+/// The window that is shown for `milliseconds`, two seconds, before the main window loads.
 class SplashWindow : public QWidget {
     Q_OBJECT
 
  public:
     /// When the time is up, `loadMain` runs, the splash closes, and `showMain` runs if the main
     /// window is to be shown, as `loadMain` tells.
-    SplashWindow(std::function<bool()> loadMain, std::function<void()> showMain);
+    SplashWindow(std::function<bool()> loadMain, std::function<void()> showMain,
+                 int milliseconds = SplashMilliseconds);
     ~SplashWindow() override;
 
  private:

@@ -1,30 +1,88 @@
 #include "card/app_folders.h"
 
 #include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
 
 #include "card/card_names.h"
 #include "platform/paths.h"
 
 namespace tessaly {
 
-AppFolders appFoldersIn(const QString& appFolder) {
-    const QString app = QDir::toNativeSeparators(QDir::cleanPath(QDir(appFolder).absolutePath()));
-    return {.appFolder = app,
-            .filesFolder = pathIn(app, "files"),
-            .firmwareFolder = pathIn(app, "firmware"),
-            .chimesFolder = pathIn(app, "Chimes")};
+namespace {
+
+const QString Files = QStringLiteral("files");
+const QString Firmware = QStringLiteral("firmware");
+const QString Chimes = QStringLiteral("Chimes");
+
+QString native(const QString& folder) {
+    return QDir::toNativeSeparators(QDir::cleanPath(QDir(folder).absolutePath()));
+}
+
+AppFolders foldersOf(const QString& program, const QString& support, const QString& own) {
+    return {.appFolder = native(program),
+            .filesFolder = pathIn(native(support), Files),
+            .firmwareFolder = pathIn(native(support), Firmware),
+            .chimesFolder = pathIn(native(support), Chimes),
+            .manualFile = pathIn(pathIn(native(support), "manual"), "manual.html"),
+            .ownFolder = own.isEmpty() ? QString() : native(own)};
+}
+
+// The user's own file if there is one, else the program's, which need not be there.
+QString ownOr(const QString& ownFolder, const QString& subfolder, const QString& programs) {
+    if (ownFolder.isEmpty())
+        return programs;
+    const QString own = pathIn(pathIn(ownFolder, subfolder), lastNameOf(programs));
+    return QFileInfo(own).isFile() ? own : programs;
+}
+
+}  // namespace
+
+AppFolders appFoldersIn(const QString& appFolder, const QString& ownFolder) {
+    return foldersOf(appFolder, appFolder, ownFolder);
+}
+
+AppFolders foldersOfProgram(const QString& programFolder, const QString& ownFolder) {
+    const QString shared = pathIn(programFolder, "../share/tessaly");
+    return foldersOf(programFolder, QFileInfo(shared).isDir() ? shared : programFolder, ownFolder);
 }
 
 QString AppFolders::firmwareFile() const {
-    return pathIn(firmwareFolder, card_name::Firmware);
+    return ownOr(ownFolder, Firmware, pathIn(firmwareFolder, card_name::Firmware));
 }
 
 QString AppFolders::calibrationFile() const {
-    return pathIn(filesFolder, card_name::Calibration);
+    return ownOr(ownFolder, Files, pathIn(filesFolder, card_name::Calibration));
 }
 
 QString AppFolders::fixedConfigurationFile() const {
-    return pathIn(filesFolder, card_name::FixedConfiguration);
+    return ownOr(ownFolder, Files, pathIn(filesFolder, card_name::FixedConfiguration));
+}
+
+QStringList AppFolders::makersFiles() const {
+    return {"firmware: " + firmwareFile(), "calibration sound: " + calibrationFile(),
+            "configuration: " + fixedConfigurationFile()};
+}
+
+QString AppFolders::chimesStart() const {
+    const QString own = ownFolder.isEmpty() ? QString() : pathIn(ownFolder, Chimes);
+    return !own.isEmpty() && QFileInfo(own).isDir() ? own : chimesFolder;
+}
+
+QString AppFolders::projectsStart(const FileSystem& files) const {
+    return files.isWritableFolder(appFolder)
+               ? appFolder
+               : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+}
+
+QStringList AppFolders::protectedFolders() const {
+    QStringList folders = {appFolder, filesFolder, firmwareFolder, chimesFolder};
+    if (ownFolder.isEmpty())
+        return folders;
+    folders.append(ownFolder);
+    for (const QString& name : {Files, Firmware, Chimes})
+        folders.append(pathIn(ownFolder, name));
+    return folders;
 }
 
 }  // namespace tessaly

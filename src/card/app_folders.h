@@ -1,25 +1,47 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include "platform/file_system.h"
 
 namespace tessaly {
 
-/// Where the program keeps what it needs, all below the folder that it stands in itself. Paths
-/// have the platform's separators and none at the end.
+/// Where the program finds what it needs. Paths have the platform's separators and none at the
+/// end. A file is looked for anew at every call: the user's own comes before the program's.
 struct AppFolders {
-    QString appFolder;
+    QString appFolder;       ///< where the program stands
     QString filesFolder;     ///< "9998.mp3" and "0007.cfg"
     QString firmwareFolder;  ///< "0000.hex"
     QString chimesFolder;
+    QString manualFile;  ///< the manual as HTML
+    QString ownFolder =
+        {};  ///< holds folders of the same names with the user's own files; or empty
 
     QString firmwareFile() const;
     QString calibrationFile() const;
     QString fixedConfigurationFile() const;
+
+    /// What a card gets from the maker, a line for each file: what it is and where it comes from.
+    QStringList makersFiles() const;
+
+    /// Where a dialog for chimes starts: in the user's own folder, if there is one.
+    QString chimesStart() const;
+
+    /// Where a dialog for projects starts: in the program's folder, or, where that is no place for
+    /// people's files, in their documents.
+    QString projectsStart(const FileSystem& files) const;
+
+    /// Every folder that must survive the erasing of a card.
+    QStringList protectedFolders() const;
 };
 
-/// The folders of a program that stands in `appFolder`. They need not exist.
-AppFolders appFoldersIn(const QString& appFolder);
+/// The folders of a program whose support folders stand in `appFolder` itself. They need not
+/// exist. `ownFolder` is the user's; without one only the program's files count.
+AppFolders appFoldersIn(const QString& appFolder, const QString& ownFolder = {});
+
+/// The folders of the program in `programFolder`: "../share/tessaly" where it was installed into a
+/// system, else beside it.
+AppFolders foldersOfProgram(const QString& programFolder, const QString& ownFolder);
 
 }  // namespace tessaly

@@ -146,8 +146,7 @@ void refuseSystemFolder(const FileSystem& files, const QString& root, const AppF
     for (const QString& folder : personalFolders())
         if (target.isOrHolds(folder))
             refuse("is no card (it is or holds " + native(folder) + ")");
-    for (const QString& folder :
-         {folders.appFolder, folders.filesFolder, folders.firmwareFolder, folders.chimesFolder})
+    for (const QString& folder : folders.protectedFolders())
         if (target.isOrHolds(folder))
             refuse("holds the program");
     for (const QString& path : kept)

@@ -7,6 +7,7 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "platform/native_path.h"
+#include "platform/system_folders.h"
 
 namespace tessaly::cli {
 
@@ -47,8 +48,8 @@ class CommandLine {
         app_.require_subcommand(1);
         app_.set_version_flag("--version", TESSALY_VERSION);
         app_.add_option("--app-folder", texts_.appFolder,
-                        "Folder that holds files/, firmware/ and Chimes/ (default: beside the "
-                        "program)")
+                        "Folder that holds files/, firmware/ and Chimes/ (default: the user's "
+                        "own files, then those that came with the program)")
             ->type_name("DIR");
         addImport();
         addCheck();
@@ -94,7 +95,8 @@ class CommandLine {
     }
 
     AppFolders folders() const {
-        return appFoldersIn(path(texts_.appFolder.empty() ? programFolder_ : texts_.appFolder));
+        return texts_.appFolder.empty() ? foldersOfProgram(path(programFolder_), userFolder())
+                                        : appFoldersIn(path(texts_.appFolder));
     }
 
     void addImport() {

@@ -59,7 +59,7 @@ bool passesChecks(const Project& project, const QString& root, const FileSystem&
     return checks.hasItems && !checks.blocked;
 }
 
-void printReport(const CardRunReport& report) {
+void printReport(const CardRunReport& report, const AppFolders& folders) {
     const auto numbered =
         std::count_if(report.files.begin(), report.files.end(), [](const auto& file) {
             return file.name.endsWith(".mp3") && file.name != card_name::Calibration &&
@@ -97,6 +97,9 @@ void printReport(const CardRunReport& report) {
         print("This file system has no way past its cache: the files were compared after a flush.");
     if (!report.isVerified)
         print("The files were not read back.");
+    print();
+    for (const QString& file : folders.makersFiles())
+        print(file);
 }
 
 }  // namespace
@@ -134,7 +137,7 @@ int createCommand(const CreateOptions& options, const AppFolders& folders) {
                                                       : writer.createCard(project, job, display);
     switch (report.outcome) {
         case CardRunReport::Outcome::Done:
-            printReport(report);
+            printReport(report, folders);
             return Done;
         case CardRunReport::Outcome::Failed:
             printError(errorLine(*report.error, report.stepCode));
@@ -191,6 +194,7 @@ int firmwareCommand(const FirmwareOptions& options, const AppFolders& folders) {
     }
     updateFirmware(files, root, folders);
     print(FirmwareUpdatedText.toString());
+    print("firmware: " + folders.firmwareFile());
     return Done;
 }
 

@@ -48,8 +48,16 @@ class Prompts {
     /// longer and was left as it is; null when cancelled.
     virtual QString inputText(const QString& prompt, const QString& initial, int limit = 0) = 0;
 
+    /// Shows a file in the program that the system has for it. False when there is none; nothing
+    /// was said then. Without a desktop, that is always so.
+    virtual bool openDocument(const QString& file);
+
     /// A key was refused.
     virtual void beep() = 0;
 };
+
+inline bool Prompts::openDocument(const QString&) {
+    return false;
+}
 
 }  // namespace tessaly

@@ -8,6 +8,7 @@
 #include <QStandardPaths>
 
 #include "platform/native_path.h"
+#include "platform/paths.h"
 
 namespace tessaly {
 
@@ -79,6 +80,10 @@ QStringList personalFolders() {
     found.removeAll(QString());
     found.removeDuplicates();
     return found;
+}
+
+QString userFolder() {
+    return pathIn(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation), "Tessaly");
 }
 
 }  // namespace tessaly

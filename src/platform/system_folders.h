@@ -11,4 +11,8 @@ QStringList systemFolders();
 /// folder inside one.
 QStringList personalFolders();
 
+/// The folder for what the program keeps for its user: recovery copies, the user's own support
+/// files. It need not exist.
+QString userFolder();
+
 }  // namespace tessaly

@@ -192,14 +192,34 @@ TEST(About, ShowsVersionsAndSystemInformation) {
     ScriptedPrompts prompts;
     int calls = 0;
     AboutWindow about(
-        "0110", prompts, [&] { return ++calls == 1; }, nullptr);
+        "0110", {"firmware: /own/0000.hex", "b"}, prompts, [&] { return ++calls == 1; }, nullptr);
     EXPECT_EQ(about.windowTitle(), "About Tessaly");
     EXPECT_EQ(about.findChild<QLabel*>("lblVersion")->text(), "Tessaly Version 1.13");
     EXPECT_EQ(about.findChild<QLabel*>("lblFirmwareVersion")->text(), "0110");
+    EXPECT_EQ(about.findChild<QLabel*>("lblMakersFiles")->text(), "firmware: /own/0000.hex\nb");
     about.findChild<QAbstractButton*>("cmdSysInfo")->click();
     EXPECT_TRUE(prompts.shown.isEmpty());
     about.findChild<QAbstractButton*>("cmdSysInfo")->click();
     EXPECT_EQ(prompts.takeTexts(), QStringList("System Information Is Unavailable At This Time"));
+}
+
+TEST(Help, TheManualOpensOrIsNamed) {
+    WindowBench bench;
+    bench.start();
+    const QString manual = bench.scratch.path("app/manual/manual.html");
+    EXPECT_EQ(bench.find<QAction>("mnuHelpManual")->shortcut(), QKeySequence(Qt::Key_F1));
+    bench.choose("mnuHelpManual");
+    EXPECT_EQ(bench.prompts.takeTexts(), QStringList("Cannot find the manual " + manual + "."));
+    EXPECT_TRUE(bench.prompts.documents.isEmpty());
+
+    bench.scratch.write("app/manual/manual.html", "x");
+    bench.choose("mnuHelpManual");
+    EXPECT_EQ(bench.prompts.documents, QStringList(manual));
+    EXPECT_TRUE(bench.prompts.shown.isEmpty());
+
+    bench.prompts.hasViewer = false;
+    bench.choose("mnuHelpManual");
+    EXPECT_TRUE(bench.prompts.takeTexts().value(0).contains(manual));
 }
 
 TEST(FileMenu, NewAlwaysAsksAndKeepsTitleAndChime) {

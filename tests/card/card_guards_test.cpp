@@ -88,7 +88,9 @@ TEST(CardGuards, EachEndsTheRunBeforeTheFirstDeletion) {
 TEST(CardGuards, SystemAndPersonalFoldersAreNoCards) {
     const ScratchFolder scratch;
     LocalFileSystem files;
-    const AppFolders folders = appFoldersIn(scratch.makeFolder("program"));
+    const AppFolders folders =
+        appFoldersIn(scratch.makeFolder("program"), scratch.makeFolder("user/own"));
+    scratch.write("user/own/firmware/0000.hex", "x");
     const auto refused = [&](const QString& root) {
         return numberOf([&] { refuseSystemFolder(files, root, folders, {}); }) ==
                error_number::SystemFolder;
@@ -102,7 +104,8 @@ TEST(CardGuards, SystemAndPersonalFoldersAreNoCards) {
     EXPECT_TRUE(refused("/usr/share"));
     EXPECT_TRUE(refused("/usr/share/.."));
     EXPECT_TRUE(refused(scratch.path()));  // holds the program
-    EXPECT_TRUE(refused(scratch.path("program")));
+    for (const char* held : {"program", "user", "user/own", "user/own/firmware"})
+        EXPECT_TRUE(refused(scratch.path(held))) << held;
     EXPECT_FALSE(refused(scratch.makeFolder("card")));
 }
 

@@ -29,6 +29,8 @@ class ScriptedPrompts : public Prompts {
     QList<Shown> shown;        ///< everything that was told or asked
     QList<FileRequest> files;  ///< file dialogs that were opened
     QStringList offered;       ///< lines of the last list, or the input box's prompt and text
+    QStringList documents;     ///< files that were to be shown
+    bool hasViewer = true;
     int beeps = 0;
     std::function<void(const Shown&)> onShown = [](const Shown&) {};
 
@@ -66,6 +68,10 @@ class ScriptedPrompts : public Prompts {
         offered = {prompt, initial};
         const QString typed = take(inputs, prompt, QString());
         return limit > 0 && typed != initial ? typed.left(limit) : typed;
+    }
+    bool openDocument(const QString& file) override {
+        documents.append(file);
+        return hasViewer;
     }
     void beep() override { ++beeps; }
 

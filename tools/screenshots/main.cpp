@@ -140,7 +140,8 @@ int main(int argc, char** argv) {
     shoot(*systemTexts, pictures, "system-text");
     systemTexts->hide();
     AboutWindow about(
-        "0000", prompts, [] { return true; }, &window);
+        "0000", appFoldersIn("/usr/share/tessaly").makersFiles(), prompts, [] { return true; },
+        &window);
     about.show();
     shoot(about, pictures, "about");
     about.close();
