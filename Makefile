@@ -3,8 +3,8 @@
 JOBS ?= $(shell nproc)
 SOURCES := $(shell find src tests reliability bench tools -name '*.cpp' -o -name '*.h')
 
-.PHONY: build run demo test kill disks fat targets pulled full-size memcheck \
-  sparse-card bench screenshots lint format clean dependencies
+.PHONY: build run demo test kill disks fat targets pulled full-size memcheck sparse-card bench \
+  screenshots deb package-check lint format clean dependencies
 
 build: dependencies
 	@test -f build/build.ninja || cmake --preset release
@@ -52,6 +52,7 @@ pulled: build
 bench: build
 	@build/tessaly-bench
 	@build/tessaly-window-bench
+	@bench/startup.sh
 	@bench/card_copy.sh
 
 # Everything at full size: memory that is too much fails, times are a report.
@@ -70,6 +71,17 @@ sparse-card: build
 
 screenshots: dependencies
 	@tools/screenshots/run.sh
+
+deb: build
+	@tools/install-dependencies.sh dpkg-dev file
+	@cmake --preset release >/dev/null
+	@cmake --build --preset release -j $(JOBS)
+	@rm -f build/packages/*.deb
+	@cd build && cpack -G DEB >cpack.log || { cat cpack.log; exit 1; }
+	@ls -l build/packages/*.deb
+
+package-check: deb
+	@packaging/debian/check_package.sh build/packages/tessaly_*.deb
 
 lint: dependencies
 	@clang-format --dry-run -Werror $(SOURCES)

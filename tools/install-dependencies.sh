@@ -13,6 +13,7 @@ packages=(
   libgtest-dev libgmock-dev    # make test
   libbenchmark-dev             # make bench
   bc                           # make bench
+  pandoc                       # the manual as HTML
   srecord                      # an independent reader of Intel HEX for the tests
   dosfstools mtools fusefat    # real FAT volumes for the demo
 )

@@ -1,0 +1,140 @@
+#!/usr/bin/env bash
+# The part of check_package.sh that happens inside the clean root.
+set -euo pipefail
+cd /
+say() { printf '\n== %s\n' "$*"; }
+run() { printf '$ %s\n' "$*"; "$@"; }
+fail() { echo "FAILED: $*" >&2; exit 1; }
+as_operator() { runuser -u operator -- env HOME=/home/operator XDG_RUNTIME_DIR=/home/operator/run "$@"; }
+# Everything of the system that mentions the package by name, its own download and the logs aside.
+traces() {
+  find / -xdev \( -path /proc -o -path /dev -o -path /sys -o -path /home -o -path /samples \
+    -o -path /var/log \) -prune -o -ipath '*tessaly*' -print |
+    grep -v -e '^/tessaly.deb$' -e '^/tessaly-cli\.[1b]' | sort
+  grep -l -i -r tessaly /etc /usr/share/applications /usr/share/mime /var/lib 2>/dev/null |
+    grep -v -e '^/var/lib/apt' -e '^/var/lib/dpkg/status-old$' -e '-old$' || true
+}
+
+say "Installing, with what it depends on and nothing else"
+apt-get update -q >/dev/null
+before=$(traces)
+# A system as it comes from an installer keeps documents; an image for containers may not.
+rm -f /etc/dpkg/dpkg.cfg.d/*docker*
+apt-get install -y -q --no-install-recommends /tessaly.deb >/tmp/install.log 2>&1 ||
+  { tail -30 /tmp/install.log; fail "apt-get install"; }
+grep -E 'newly installed|Setting up tessaly' /tmp/install.log
+dpkg --verify tessaly
+
+say "The command line"
+useradd --create-home operator
+as_operator mkdir -p /home/operator/card /home/operator/run
+chmod 700 /home/operator/run
+operator_says() { printf '$ %s\n' "$*"; as_operator "$@"; }
+operator_says tessaly-cli --version
+operator_says tessaly-cli import /samples/tour --output "/home/operator/my tour.crd2"
+operator_says tessaly-cli check "/home/operator/my tour.crd2" | tail -2
+operator_says tessaly-cli create "/home/operator/my tour.crd2" --card /home/operator/card --yes >/tmp/create.log 2>&1 ||
+  { cat /tmp/create.log; fail create; }
+grep -F 'firmware: /usr/share/tessaly/firmware/0000.hex' /tmp/create.log
+operator_says tessaly-cli verify /home/operator/card | tail -1
+
+say "The user's own firmware comes before the installed one"
+as_operator mkdir -p /home/operator/.local/share/Tessaly/firmware
+printf ':04555500010203049D\r\n:00000001FF\r\n' >/home/operator/.local/share/Tessaly/firmware/0000.hex
+operator_says tessaly-cli create "/home/operator/my tour.crd2" --card /home/operator/card --yes >/tmp/create.log 2>&1
+grep -F 'firmware: /home/operator/.local/share/Tessaly/firmware/0000.hex' /tmp/create.log
+cmp /home/operator/card/0000.hex /home/operator/.local/share/Tessaly/firmware/0000.hex
+
+say "The window, with nothing but the dependencies"
+as_operator sh -c 'echo $$ >/home/operator/run/pid
+  QT_QPA_PLATFORM=offscreen exec tessaly "/home/operator/my tour.crd2"' 2>/tmp/window.log &
+waited=0
+until [ -e /home/operator/.local/share/Tessaly/recovery/running ]; do
+  [ $((waited += 1)) -lt 150 ] || { cat /tmp/window.log; fail "the window did not open"; }
+  sleep 0.2
+done
+echo "it runs without a screen"
+kill "$(cat /home/operator/run/pid)"
+wait || true
+rm -rf /home/operator/.local/share/Tessaly/recovery
+status=0
+operator_says env QT_QPA_PLATFORM=offscreen tessaly a.crd2 b.crd2 || status=$?
+[ $status -eq 2 ] || fail "two files gave $status"
+
+say "A desktop"
+apt-get install -y -q --no-install-recommends xvfb xauth xdotool openbox x11-utils xdg-utils \
+  desktop-file-utils shared-mime-info libglib2.0-bin man-db bash-completion groff-base \
+  fonts-dejavu-core >/tmp/desktop.log 2>&1 || { tail -30 /tmp/desktop.log; fail "the desktop"; }
+dpkg --verify tessaly
+cat >/home/operator/browser <<'B'
+#!/bin/sh
+echo "$1" >/home/operator/browsed
+B
+cat >/home/operator/session <<'S'
+set -eu
+openbox & 
+tessaly "/home/operator/my tour.crd2" & first=$!
+seen=
+for i in $(seq 300); do
+  seen=$(xdotool search --onlyvisible --name 'TRL740 Card Preparation - my tour.crd2' 2>/dev/null | head -1) && [ -n "$seen" ] && break
+  sleep 0.2
+done
+[ -n "$seen" ] || { echo "no window shows the project"; exit 1; }
+echo "the window: $(xdotool getwindowname "$seen")"
+xdotool windowactivate --sync "$seen" key F1
+for i in $(seq 100); do [ -s /home/operator/browsed ] && break; sleep 0.2; done
+echo "F1 opened: $(cat /home/operator/browsed)"
+# A second start says that one is running.
+tessaly & second=$!
+for i in $(seq 100); do
+  box=$(xdotool search --onlyvisible --name 'Tessaly Error' 2>/dev/null | head -1) && [ -n "$box" ] && break
+  sleep 0.2
+done
+echo "a second start: $(xdotool getwindowname "$box")"
+xdotool windowactivate --sync "$box" key Return
+wait $second
+xdotool windowactivate --sync "$seen" key ctrl+q
+wait $first
+echo "both ended"
+S
+chmod +x /home/operator/browser
+as_operator env BROWSER=/home/operator/browser xvfb-run -a -s "-screen 0 1280x1024x24" \
+  sh /home/operator/session 2>/tmp/session.log || { tail -5 /tmp/session.log; fail "the session"; }
+grep -qx 'file:///usr/share/tessaly/manual/manual.html' /home/operator/browsed || fail "the manual"
+
+say "Desktop and file type"
+run desktop-file-validate /usr/share/applications/tessaly.desktop
+run grep -x 'application/x-tessaly-project=tessaly.desktop;' /usr/share/applications/mimeinfo.cache
+type=$(as_operator xdg-mime query filetype "/home/operator/my tour.crd2")
+handler=$(as_operator xdg-mime query default application/x-tessaly-project)
+echo "my tour.crd2 is $type, opened by $handler"
+[ "$type $handler" = "application/x-tessaly-project tessaly.desktop" ] || fail "file type"
+as_operator gio mime application/x-tessaly-project | head -2
+for icon in apps/tessaly mimetypes/application-x-tessaly-project; do
+  [ -s /usr/share/icons/hicolor/scalable/$icon.svg ] || fail "icon $icon"
+done
+
+say "Man pages and completion"
+rm -f /etc/dpkg/dpkg.cfg.d/*docker*
+for page in tessaly tessaly-cli; do
+  said=$(man --warnings -E UTF-8 -l -Tutf8 -Z /usr/share/man/man1/$page.1.gz 2>&1 >/dev/null) || true
+  [ -z "$said" ] || fail "man $page: $said"
+  echo "man $page: $(man -l /usr/share/man/man1/$page.1.gz | wc -l) lines, no warnings"
+done
+bash -c 'source /usr/share/bash-completion/bash_completion && _completion_loader tessaly-cli || [ $? = 124 ]
+  complete -p tessaly-cli'
+cmp /usr/share/bash-completion/completions/tessaly-cli /tessaly-cli.bash
+bash /check_command_line.sh tessaly-cli
+
+say "Removing"
+mapfile -t owned < <(dpkg -L tessaly)
+apt-get purge -y -q tessaly >/tmp/purge.log 2>&1 || { cat /tmp/purge.log; fail purge; }
+grep -i 'warning' /tmp/purge.log && fail "the purge warned"
+for path in "${owned[@]}"; do
+  [ -f "$path" ] && fail "$path was left behind"
+done
+left=$(comm -13 <(sort <<<"$before") <(traces | sort))
+[ -z "$left" ] || fail "left behind: $left"
+[ -s "/home/operator/my tour.crd2" ] && [ -s /home/operator/card/0000.crd2 ] &&
+  [ -s /home/operator/.local/share/Tessaly/firmware/0000.hex ] || fail "the user's own files"
+echo "${#owned[@]} paths are gone; the user's own files are untouched"
