@@ -5,7 +5,7 @@ cd /
 say() { printf '\n== %s\n' "$*"; }
 run() { printf '$ %s\n' "$*"; "$@"; }
 fail() { echo "FAILED: $*" >&2; exit 1; }
-as_operator() { runuser -u operator -- env HOME=/home/operator XDG_RUNTIME_DIR=/home/operator/run "$@"; }
+as_operator() { runuser -u ann -- env HOME=/home/ann XDG_RUNTIME_DIR=/home/ann/run "$@"; }
 # Everything of the system that mentions the package by name, its own download and the logs aside.
 traces() {
   find / -xdev \( -path /proc -o -path /dev -o -path /sys -o -path /home -o -path /samples \
@@ -26,37 +26,37 @@ grep -E 'newly installed|Setting up tessaly' /tmp/install.log
 dpkg --verify tessaly
 
 say "The command line"
-useradd --create-home operator
-as_operator mkdir -p /home/operator/card /home/operator/run
-chmod 700 /home/operator/run
+useradd --create-home ann
+as_operator mkdir -p /home/ann/card /home/ann/run
+chmod 700 /home/ann/run
 operator_says() { printf '$ %s\n' "$*"; as_operator "$@"; }
 operator_says tessaly-cli --version
-operator_says tessaly-cli import /samples/tour --output "/home/operator/my tour.crd2"
-operator_says tessaly-cli check "/home/operator/my tour.crd2" | tail -2
-operator_says tessaly-cli create "/home/operator/my tour.crd2" --card /home/operator/card --yes >/tmp/create.log 2>&1 ||
+operator_says tessaly-cli import /samples/tour --output "/home/ann/my tour.crd2"
+operator_says tessaly-cli check "/home/ann/my tour.crd2" | tail -2
+operator_says tessaly-cli create "/home/ann/my tour.crd2" --card /home/ann/card --yes >/tmp/create.log 2>&1 ||
   { cat /tmp/create.log; fail create; }
-grep -F 'firmware: /usr/share/tessaly/firmware/0000.hex' /tmp/create.log
-operator_says tessaly-cli verify /home/operator/card | tail -1
+grep -F 'Firmware: /usr/share/tessaly/firmware/0000.hex' /tmp/create.log
+operator_says tessaly-cli verify /home/ann/card | tail -1
 
 say "The user's own firmware comes before the installed one"
-as_operator mkdir -p /home/operator/.local/share/Tessaly/firmware
-printf ':04555500010203049D\r\n:00000001FF\r\n' >/home/operator/.local/share/Tessaly/firmware/0000.hex
-operator_says tessaly-cli create "/home/operator/my tour.crd2" --card /home/operator/card --yes >/tmp/create.log 2>&1
-grep -F 'firmware: /home/operator/.local/share/Tessaly/firmware/0000.hex' /tmp/create.log
-cmp /home/operator/card/0000.hex /home/operator/.local/share/Tessaly/firmware/0000.hex
+as_operator mkdir -p /home/ann/.local/share/Tessaly/firmware
+printf ':04555500010203049D\r\n:00000001FF\r\n' >/home/ann/.local/share/Tessaly/firmware/0000.hex
+operator_says tessaly-cli create "/home/ann/my tour.crd2" --card /home/ann/card --yes >/tmp/create.log 2>&1
+grep -F 'Firmware: /home/ann/.local/share/Tessaly/firmware/0000.hex' /tmp/create.log
+cmp /home/ann/card/0000.hex /home/ann/.local/share/Tessaly/firmware/0000.hex
 
 say "The window, with nothing but the dependencies"
-as_operator sh -c 'echo $$ >/home/operator/run/pid
-  QT_QPA_PLATFORM=offscreen exec tessaly "/home/operator/my tour.crd2"' 2>/tmp/window.log &
+as_operator sh -c 'echo $$ >/home/ann/run/pid
+  QT_QPA_PLATFORM=offscreen exec tessaly "/home/ann/my tour.crd2"' 2>/tmp/window.log &
 waited=0
-until [ -e /home/operator/.local/share/Tessaly/recovery/running ]; do
+until [ -e /home/ann/.local/share/Tessaly/recovery/running ]; do
   [ $((waited += 1)) -lt 150 ] || { cat /tmp/window.log; fail "the window did not open"; }
   sleep 0.2
 done
 echo "it runs without a screen"
-kill "$(cat /home/operator/run/pid)"
+kill "$(cat /home/ann/run/pid)"
 wait || true
-rm -rf /home/operator/.local/share/Tessaly/recovery
+rm -rf /home/ann/.local/share/Tessaly/recovery
 status=0
 operator_says env QT_QPA_PLATFORM=offscreen tessaly a.crd2 b.crd2 || status=$?
 [ $status -eq 2 ] || fail "two files gave $status"
@@ -66,14 +66,14 @@ apt-get install -y -q --no-install-recommends xvfb xauth xdotool openbox x11-uti
   desktop-file-utils shared-mime-info libglib2.0-bin man-db bash-completion groff-base \
   fonts-dejavu-core >/tmp/desktop.log 2>&1 || { tail -30 /tmp/desktop.log; fail "the desktop"; }
 dpkg --verify tessaly
-cat >/home/operator/browser <<'B'
+cat >/home/ann/browser <<'B'
 #!/bin/sh
-echo "$1" >/home/operator/browsed
+echo "$1" >/home/ann/browsed
 B
-cat >/home/operator/session <<'S'
+cat >/home/ann/session <<'S'
 set -eu
 openbox & 
-tessaly "/home/operator/my tour.crd2" & first=$!
+tessaly "/home/ann/my tour.crd2" & first=$!
 seen=
 for i in $(seq 300); do
   seen=$(xdotool search --onlyvisible --name 'TRL740 Card Preparation - my tour.crd2' 2>/dev/null | head -1) && [ -n "$seen" ] && break
@@ -82,8 +82,8 @@ done
 [ -n "$seen" ] || { echo "no window shows the project"; exit 1; }
 echo "the window: $(xdotool getwindowname "$seen")"
 xdotool windowactivate --sync "$seen" key F1
-for i in $(seq 100); do [ -s /home/operator/browsed ] && break; sleep 0.2; done
-echo "F1 opened: $(cat /home/operator/browsed)"
+for i in $(seq 100); do [ -s /home/ann/browsed ] && break; sleep 0.2; done
+echo "F1 opened: $(cat /home/ann/browsed)"
 # A second start says that one is running.
 tessaly & second=$!
 for i in $(seq 100); do
@@ -97,15 +97,15 @@ xdotool windowactivate --sync "$seen" key ctrl+q
 wait $first
 echo "both ended"
 S
-chmod +x /home/operator/browser
-as_operator env BROWSER=/home/operator/browser xvfb-run -a -s "-screen 0 1280x1024x24" \
-  sh /home/operator/session 2>/tmp/session.log || { tail -5 /tmp/session.log; fail "the session"; }
-grep -qx 'file:///usr/share/tessaly/manual/manual.html' /home/operator/browsed || fail "the manual"
+chmod +x /home/ann/browser
+as_operator env BROWSER=/home/ann/browser xvfb-run -a -s "-screen 0 1280x1024x24" \
+  sh /home/ann/session 2>/tmp/session.log || { tail -5 /tmp/session.log; fail "the session"; }
+grep -qx 'file:///usr/share/tessaly/manual/manual.html' /home/ann/browsed || fail "the manual"
 
 say "Desktop and file type"
 run desktop-file-validate /usr/share/applications/tessaly.desktop
 run grep -x 'application/x-tessaly-project=tessaly.desktop;' /usr/share/applications/mimeinfo.cache
-type=$(as_operator xdg-mime query filetype "/home/operator/my tour.crd2")
+type=$(as_operator xdg-mime query filetype "/home/ann/my tour.crd2")
 handler=$(as_operator xdg-mime query default application/x-tessaly-project)
 echo "my tour.crd2 is $type, opened by $handler"
 [ "$type $handler" = "application/x-tessaly-project tessaly.desktop" ] || fail "file type"
@@ -135,6 +135,6 @@ for path in "${owned[@]}"; do
 done
 left=$(comm -13 <(sort <<<"$before") <(traces | sort))
 [ -z "$left" ] || fail "left behind: $left"
-[ -s "/home/operator/my tour.crd2" ] && [ -s /home/operator/card/0000.crd2 ] &&
-  [ -s /home/operator/.local/share/Tessaly/firmware/0000.hex ] || fail "the user's own files"
+[ -s "/home/ann/my tour.crd2" ] && [ -s /home/ann/card/0000.crd2 ] &&
+  [ -s /home/ann/.local/share/Tessaly/firmware/0000.hex ] || fail "the user's own files"
 echo "${#owned[@]} paths are gone; the user's own files are untouched"

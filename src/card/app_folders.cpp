@@ -60,8 +60,8 @@ QString AppFolders::fixedConfigurationFile() const {
 }
 
 QStringList AppFolders::makersFiles() const {
-    return {"firmware: " + firmwareFile(), "calibration sound: " + calibrationFile(),
-            "configuration: " + fixedConfigurationFile()};
+    return {"Firmware: " + firmwareFile(), "Calibration sound: " + calibrationFile(),
+            "Configuration: " + fixedConfigurationFile()};
 }
 
 QString AppFolders::chimesStart() const {

@@ -194,7 +194,7 @@ int firmwareCommand(const FirmwareOptions& options, const AppFolders& folders) {
     }
     updateFirmware(files, root, folders);
     print(FirmwareUpdatedText.toString());
-    print("firmware: " + folders.firmwareFile());
+    print("Firmware: " + folders.firmwareFile());
     return Done;
 }
 

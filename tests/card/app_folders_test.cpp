@@ -33,9 +33,9 @@ TEST(AppFolders, TheUsersOwnFileComesFirstFileByFile) {
     scratch.makeFolder("own/files/9998.mp3");  // no file
     scratch.makeFolder("own/Chimes");
     EXPECT_EQ(folders.makersFiles(),
-              QStringList({"firmware: " + scratch.path("own/firmware/0000.hex"),
-                           "calibration sound: " + scratch.path("app/files/9998.mp3"),
-                           "configuration: " + scratch.path("own/files/0007.cfg")}));
+              QStringList({"Firmware: " + scratch.path("own/firmware/0000.hex"),
+                           "Calibration sound: " + scratch.path("app/files/9998.mp3"),
+                           "Configuration: " + scratch.path("own/files/0007.cfg")}));
     EXPECT_EQ(folders.chimesStart(), scratch.path("own/Chimes"));
     QFile::remove(scratch.path("own/firmware/0000.hex"));
     EXPECT_EQ(folders.firmwareFile(), scratch.path("app/firmware/0000.hex"));
