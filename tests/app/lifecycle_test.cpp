@@ -318,8 +318,7 @@ TEST(FileMenu, SaveWritesTheFileOrSaysWhyNot) {
     bench.files.failWhen = [](const QString& operation) {
         return operation == "replace other.crd2";
     };
-    bench.current.txtCardTitle1 = "LOST?";
-    bench.current.unsavedChanges = true;
+    bench.type("txtCardTitle1", "LOST?");
     const QByteArray before = bench.scratch.read("other.crd2");
     bench.choose("mnuFileSave");
     EXPECT_TRUE(bench.current.unsavedChanges);
