@@ -49,7 +49,7 @@ on_ext4() {
 fill_to() {
   local free
   free=$(stat -f -c %a "$disk")
-  head -c $(((free - $1) * $(stat -f -c %S "$disk"))) /dev/zero >"$disk/filler" || true
+  head -c $(((free - $1) * $(stat -f -c %S "$disk"))) /dev/zero >"$disk/filler" 2>/dev/null || true
 }
 
 # A command whose files may hold $1 KiB. Its messages go through pipes, which have no such limit.
@@ -282,7 +282,7 @@ card_faults() {
     each_fault "${fault%:*}" "${fault#*:}" settings same_music update judge_card 2
   done
   summary "settings with every 2nd write, opening, flush failing"
-  for fault in write:EDQUOT openat:EIO unlink:EROFS sync_file_range:EDQUOT; do
+  for fault in write:EDQUOT openat:EIO unlink,unlinkat:EROFS sync_file_range:EDQUOT; do
     each_fault "${fault%:*}" "${fault#*:}" card small_card create judge_card 7
   done
   summary "cards with every 7th write, opening, deletion failing"

@@ -25,8 +25,8 @@ void removeUnlessWritten(int folder, const char* name) {
     const int file = ::openat(folder, name, O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
     if (file < 0)
         return;
-    struct stat opened {
-    }, named{};
+    struct stat opened {};
+    struct stat named {};
     if (::flock(file, LOCK_EX | LOCK_NB) == 0 && ::fstat(file, &opened) == 0 &&
         S_ISREG(opened.st_mode) && ::fstatat(folder, name, &named, AT_SYMLINK_NOFOLLOW) == 0 &&
         named.st_ino == opened.st_ino)
