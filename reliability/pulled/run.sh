@@ -39,7 +39,7 @@ for number in $(seq 10 49); do
   head -c 2000000 /dev/urandom >"$work/tour/Music/Long/$number.mp3"
 done
 $cli import "$work/tour" --output "$work/long.crd2" >/dev/null || fail "import"
-$cli import "$here/../../samples/tour" --output "$work/tour.crd2" >/dev/null || fail "import"
+$cli import "$here/../../samples/tour" --output "$work/tour.crd2" >/dev/null 2>&1 || fail "import"
 
 insert_memory() { mount -t tmpfs card "$card"; }
 pull_memory() { umount -l "$card"; }
@@ -49,6 +49,7 @@ insert_fuse() {
   mkfs.vfat "$work/card.img" >/dev/null
   fusefat -f -o rw+ "$work/card.img" "$card" >/dev/null 2>&1 &
   driver=$!
+  disown # its end is no news
   for _ in $(seq 200); do
     mountpoint -q "$card" && return
     sleep 0.02
@@ -60,7 +61,7 @@ insert() { insert_"$kind"; }
 pull() { pull_"$kind"; }
 take_away() {
   umount -l "$card" 2>/dev/null
-  [ "$kind" = memory ] || { kill -9 "$driver"; wait "$driver"; } 2>/dev/null
+  [ "$kind" = memory ] || kill -9 "$driver" 2>/dev/null
   [ -z "$(ls -A "$card")" ] || fail "$kind: something was written to the folder below the card"
 }
 
