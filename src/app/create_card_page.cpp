@@ -241,6 +241,7 @@ void CreateCardPage::updateFirmwareOnCard() {
     Prompts& prompts = services_.prompts;
     const QString root = session_.project.cfDrive;
     requireRemovableRoot(services_.drives, root);  // it may mean another disk today
+    const CardIdentity card = cardAt(services_.files, services_.drives, root);
     const FirmwareComparison comparison = compareFirmware(services_.files, root, folders_);
     switch (comparison.relation) {
         case Relation::NoCard:
@@ -258,6 +259,7 @@ void CreateCardPage::updateFirmwareOnCard() {
                                                                  : Message::Icon::Information;
     if (!prompts.ask({.text = comparison.message, .icon = icon}))
         return;
+    requireCardAt(services_.files, services_.drives, root, card);
     updateFirmware(services_.files, root, folders_);
     prompts.tell({.text = FirmwareUpdatedText.toString()});
 }

@@ -102,6 +102,17 @@ QHash<QString, QByteArray> numbersOnCard(FileSystem& files, const QString& root,
 
 }  // namespace
 
+CardIdentity cardAt(const FileSystem& files, const Drives& drives, const QString& root) {
+    return {.folder = files.identity(root), .medium = drives.medium(root)};
+}
+
+void requireCardAt(const FileSystem& files, const Drives& drives, const QString& root,
+                   const CardIdentity& card) {
+    if (!card.folder || cardAt(files, drives, root) != card)
+        throw TessalyError(error_number::DriveNotReady,
+                           native(root) + ": the card is no longer there or was changed.");
+}
+
 void requireRemovableRoot(const Drives& drives, const QString& root) {
     const DriveType type = drives.type(root);
     if (type != DriveType::Removable)

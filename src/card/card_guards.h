@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringList>
 #include <functional>
+#include <optional>
 
 #include "card/app_folders.h"
 #include "card/card_space.h"
@@ -17,6 +18,21 @@ namespace tessaly {
 
 /// Called after each file that a guard looked at. May throw to end the work.
 using FileDone = std::function<void()>;
+
+/// What a card is known by while an operator is asked and the card is written: its root folder and
+/// its medium. Another FAT card in the same reader differs in the second alone.
+struct CardIdentity {
+    std::optional<FileIdentity> folder;  ///< nothing: there is none
+    QString medium;
+    bool operator==(const CardIdentity&) const = default;
+};
+
+CardIdentity cardAt(const FileSystem& files, const Drives& drives, const QString& root);
+
+/// Error 71 unless `card` is at `root` now. A card that was pulled out leaves a folder behind on
+/// Linux, and another card may have taken its place.
+void requireCardAt(const FileSystem& files, const Drives& drives, const QString& root,
+                   const CardIdentity& card);
 
 /// Error 530 unless `root` is the root of a removable drive now, whatever it was when it was
 /// chosen.

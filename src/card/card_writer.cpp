@@ -37,17 +37,6 @@ bool isTrimmed(const QString& name) {
            name == card_name::Firmware || name == card_name::Calibration;
 }
 
-// What a card is known by.
-struct CardIdentity {
-    std::optional<FileIdentity> folder;
-    QString medium;
-    bool operator==(const CardIdentity&) const = default;
-};
-
-CardIdentity cardAt(const FileSystem& files, const Drives& drives, const QString& root) {
-    return {.folder = files.identity(root), .medium = drives.medium(root)};
-}
-
 QString rootOf(const CardJob& job) {
     return withLastSeparator(QDir::toNativeSeparators(job.root));
 }
@@ -360,13 +349,11 @@ void CardRun::eraseCard() {
     }
 }
 
-// A card that was pulled out leaves a folder behind on Linux, and another card may have taken its
-// place: neither is what the operator was asked about.
+// The card is still what the operator was asked about and what is held open.
 void CardRun::requireSameCard() const {
-    if (!card_.folder || cardAt(files_, drives_, root_) != card_ ||
-        (folder_ && folder_->identity() != card_.folder))
-        throw TessalyError(error_number::DriveNotReady,
-                           root_ + ": the card is no longer there or was changed.");
+    requireCardAt(files_, drives_, root_, card_);
+    if (folder_ && folder_->identity() != card_.folder)
+        throw TessalyError(error_number::DriveNotReady, root_ + ": the card was changed.");
 }
 
 void CardRun::copyToCard(const QString& source, const QString& name) {
@@ -438,7 +425,6 @@ void CardRun::settleAndVerify() {
         advance(file.size);
     }
     files_.flushVolume(root_);
-    requireSameCard();  // else another volume was flushed
     beginPhase(RunPhase::Verify, job_.verify ? report_.bytes : 0);
     step(321);
     bool pastCache = true;
@@ -458,7 +444,7 @@ void CardRun::settleAndVerify() {
             throw differs;
         pastCache = pastCache && back.isPastCache;
     }
-    requireSameCard();  // else other files were read
+    requireSameCard();  // else another volume was flushed, or other files were read
     report_.isVerified = job_.verify;
     report_.isVerifiedPastCache = job_.verify && pastCache;
     beginPhase(RunPhase::Verify, 0);

@@ -173,7 +173,9 @@ int verifyCommand(const QString& card) {
 int firmwareCommand(const FirmwareOptions& options, const AppFolders& folders) {
     using Relation = FirmwareComparison::Relation;
     LocalFileSystem files;
+    const FolderDrives drives;
     const QString root = cardRoot(files, options.card);
+    const CardIdentity card = cardAt(files, drives, root);
     const FirmwareComparison comparison = compareFirmware(files, root, folders);
     switch (comparison.relation) {
         case Relation::NoCard:
@@ -192,6 +194,7 @@ int firmwareCommand(const FirmwareOptions& options, const AppFolders& folders) {
         printError("Nothing was written.");
         return Failed;
     }
+    requireCardAt(files, drives, root, card);
     updateFirmware(files, root, folders);
     print(FirmwareUpdatedText.toString());
     print("Firmware: " + folders.firmwareFile());

@@ -342,7 +342,15 @@ TEST(CreateCardPage, FirmwareAloneIsUpdatedAfterAQuestion) {
     EXPECT_TRUE(shown[0].text.contains("is a Fixed drive"));
     bench.drives.driveType = DriveType::Removable;
 
+    // A card that is exchanged while the question stands is not the one that was compared.
     bench.scratch.write("card/0000.hex", ":00001");
+    bench.prompts.onShown = [&](const auto&) { bench.drives.inserted = "card B"; };
+    bench.prompts.answers = {true};
+    shown = update();
+    EXPECT_TRUE(shown[1].text.contains("no longer there or was changed"));
+    EXPECT_EQ(bench.card()["0000.hex"], ":00001");
+    bench.prompts.onShown = [](const auto&) {};
+
     bench.prompts.answers = {true};
     shown = update();
     EXPECT_EQ(shown[0].icon, Message::Icon::Information);
