@@ -4,7 +4,7 @@ JOBS ?= $(shell nproc)
 SOURCES := $(shell find src tests reliability bench tools -name '*.cpp' -o -name '*.h')
 
 .PHONY: build run demo test kill disks fat targets pulled full-size memcheck sparse-card bench \
-  screenshots deb package-check lint format clean dependencies
+  screenshots deb package-check windows windows-test windows-packages lint format clean dependencies
 
 build: dependencies
 	@test -f build/build.ninja || cmake --preset release
@@ -83,6 +83,15 @@ deb: build
 package-check: deb
 	@packaging/debian/check_package.sh build/packages/tessaly_*.deb
 
+windows:
+	@packaging/windows/build.sh
+
+windows-test:
+	@packaging/windows/build.sh --test
+
+windows-packages:
+	@packaging/windows/build.sh --package
+
 lint: dependencies
 	@clang-format --dry-run -Werror $(SOURCES)
 
@@ -90,7 +99,7 @@ format: dependencies
 	@clang-format -i $(SOURCES)
 
 clean:
-	@rm -rf build build-debug build-asan demo
+	@rm -rf build build-debug build-asan build-windows demo
 
 dependencies:
 	@tools/install-dependencies.sh

@@ -1,0 +1,30 @@
+#!/usr/bin/env bash
+# Builds the Windows programs on a Debian machine, into build-windows/.
+#   build.sh             the programs and their tests
+#   build.sh --test      and runs the tests under Wine
+#   build.sh --package   and makes the installer and the portable zip, and tries the installer
+set -euo pipefail
+
+here=$(cd "$(dirname "$0")" && pwd)
+root=$(cd "$here/../.." && pwd)
+build=$root/build-windows
+
+"$root/tools/install-dependencies.sh" dpkg-dev xz-utils perl g++-mingw-w64-x86-64-posix \
+  libutfcpp-dev googletest librsvg2-bin icoutils
+source "$here/libraries.sh"
+for library in taglib googletest headers qt; do
+  build_once "$library"
+done
+
+[ -f "$build/build.ninja" ] ||
+  PKG_CONFIG_LIBDIR="$prefix/lib/pkgconfig" cmake -S "$root" -B "$build" -G Ninja \
+    -DCMAKE_TOOLCHAIN_FILE="$prefix/lib/cmake/Qt6/qt.toolchain.cmake" \
+    -DQT_CHAINLOAD_TOOLCHAIN_FILE="$here/mingw-w64.cmake" \
+    -DQT_HOST_PATH=/usr -DQT_HOST_PATH_CMAKE_DIR="$host_cmake" \
+    -DCMAKE_BUILD_TYPE=Release -DTESSALY_BENCH=OFF
+cmake --build "$build" -j "$jobs"
+
+case ${1:-} in
+  --test) "$here/with-wine.sh" ctest --test-dir "$build" --output-on-failure ;;
+  --package) "$here/package.sh" "$build" ;;
+esac
