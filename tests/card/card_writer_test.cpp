@@ -338,6 +338,21 @@ TEST(CardWriter, ARunWorksOnItsOwnSnapshot) {
     EXPECT_EQ(a, b);
 }
 
+TEST(CardWriter, AFolderThatWindowsKeepsIsLeftAlone) {
+    for (const bool isReadable : {false, true}) {
+        CardBench bench;
+        const QString kept =
+            bench.scratch.write("card/System Volume Information/tracking.log", "x");
+        bench.files.failWhen = [&](const QString& operation) {
+            return operation == "remove tracking.log" ||
+                   (!isReadable && operation == "list System Volume Information");
+        };
+        EXPECT_EQ(bench.create().outcome, Outcome::Done) << bench.observer.text.toStdString();
+        EXPECT_TRUE(bench.files.fileSize(kept).has_value());
+        EXPECT_TRUE(verifyCard(bench.files, bench.job.root).isGood());
+    }
+}
+
 TEST(CardWriter, LimitsStopARunBeforeTheCardIsTouched) {
     CardBench bench;
     fillWithOldFiles(bench);
