@@ -8,24 +8,11 @@
 #include <string>
 
 #include "platform/numbers.h"
-
-#ifdef Q_OS_WIN
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
+#include "platform/terminal.h"
 
 namespace tessaly::cli {
 
 namespace {
-
-bool isTerminal(FILE* stream) {
-#ifdef Q_OS_WIN
-    return _isatty(_fileno(stream)) != 0;
-#else
-    return isatty(fileno(stream)) != 0;
-#endif
-}
 
 int outputError = 0;  // errno of the first write to standard output that failed
 

@@ -4,6 +4,7 @@
 #include "cli/arguments.h"
 #include "cli/console.h"
 #include "platform/native_path.h"
+#include "platform/terminal.h"
 #include "platform/write_signals.h"
 
 int main(int argc, char** argv) {
@@ -14,6 +15,7 @@ int main(int argc, char** argv) {
 #endif
     turnWriteSignalsIntoErrors();
     const QCoreApplication app(argc, argv);
+    const Utf8Terminal terminal;
     std::vector<std::string> arguments;
 #ifdef Q_OS_WIN
     for (const QString& argument : app.arguments().mid(1))
