@@ -38,8 +38,11 @@ class CommandLine : public testing::Test {
         process.start(TESSALY_CLI, arguments);
         EXPECT_TRUE(process.waitForFinished(60000));
         EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
-        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-                QString::fromUtf8(process.readAllStandardError())};
+        const auto text = [](const QByteArray& bytes) {
+            return QString::fromUtf8(bytes).replace("\r\n", "\n");
+        };
+        return {process.exitCode(), text(process.readAllStandardOutput()),
+                text(process.readAllStandardError())};
     }
 
     void importTour() const {
@@ -205,7 +208,7 @@ TEST_F(CommandLine, ImportsPlaylists) {
         expectFailure({"import", "bad.m3u", "-o", "p.crd2", append}, 1,
                       "tessaly-cli: Invalid playlist format, cannot open\n");
     expectFailure({"import", "%1.m3u", "-o", "none.crd2", "--append"}, 1,
-                  "none.crd2: No such file");
+                  "tessaly-cli: none.crd2: ");
     scratch.write("cut.crd2", before.chopped(20));
     expectFailure({"import", "%1.m3u", "-o", "cut.crd2", "--append"}, 1, "was read up to byte");
     expectFailure({"import", "none.m3u", "-o", "p.crd2"}, 1, "there is no such folder or file");
@@ -280,9 +283,10 @@ TEST_F(CommandLine, ShowsEveryKindOfFile) {
     expectFailure({"show", "bad.bin"}, 1, "the image ends too early");
     scratch.write("photo.jpg", "\xFF\xD8\xFF no card file");
     expectFailure({"show", "photo.jpg"}, 1, "this is no project file, no image and no HEX file");
-    expectFailure({"show", "gone"}, 1, "gone: No such file");
+    expectFailure({"show", "gone"}, 1, "tessaly-cli: gone: ");
 }
 
+#ifndef Q_OS_WIN
 // What is too large for its place is an error like every other, never the end by a signal.
 TEST_F(CommandLine, AFullPlaceIsAnErrorThatNamesIt) {
     importTour();
@@ -303,6 +307,7 @@ TEST_F(CommandLine, AFullPlaceIsAnErrorThatNamesIt) {
     EXPECT_EQ(runInShell("exec \"$0\" show tour.crd2 >/dev/full"),
               "tessaly-cli: standard output: No space left on device\n");
 }
+#endif
 
 TEST_F(CommandLine, UpdatesFirmwareAlone) {
     const QStringList firmware = {"--app-folder", "app", "firmware", "card", "--yes"};

@@ -14,7 +14,7 @@ namespace {
 
 QString itemOf(const TrackRecord& record) {
     return record.groupName.text() + '/' + record.itemName.text() + " <- " +
-           record.sourcePath.text().section('/', -1);
+           lastNameOf(record.sourcePath.text());
 }
 
 Project import(const QString& folder, bool titlesFromTags = false, QStringList* notes = nullptr) {

@@ -71,7 +71,9 @@ TEST(IntelHex, EveryLengthReadsBackAndOthersAgree) {
     std::mt19937 random(23);
     const ScratchFolder scratch;
     const QString srecCat = QStandardPaths::findExecutable("srec_cat");
+#ifndef Q_OS_WIN
     ASSERT_FALSE(srecCat.isEmpty()) << "srec_cat (package srecord) is needed";
+#endif
     for (const int size : {2, 15, 16, 17, 604, 4096, 65520, 65527}) {
         const QByteArray image = randomBytes(random, size);
         const QByteArray text = EncodeImageAsHex(image);
@@ -79,6 +81,8 @@ TEST(IntelHex, EveryLengthReadsBackAndOthersAgree) {
         EXPECT_EQ(file.image, image);
         EXPECT_EQ(file.recordCount, headerRecordCount(size));
         // srec_cat knows no header line; all that follows is plain Intel HEX to it.
+        if (srecCat.isEmpty())
+            continue;
         scratch.write("body.hex", text.mid(text.indexOf('\n') + 1));
         ASSERT_EQ(QProcess::execute(srecCat, {scratch.path("body.hex"), "-intel", "-o",
                                               scratch.path("back.bin"), "-binary"}),

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QFileInfo>
 #include <functional>
 
 #include "platform/error.h"
@@ -81,8 +80,8 @@ class FaultyFileSystem : public LocalFileSystem {
 
  private:
     void count(const char* what, const QString& path) {
-        const QString operation =
-            QString(what) + ' ' + QFileInfo(path.endsWith('/') ? path.chopped(1) : path).fileName();
+        const bool isRoot = path.endsWith('/') || path.endsWith('\\');
+        const QString operation = QString(what) + ' ' + lastNameOf(isRoot ? path.chopped(1) : path);
         operations.append(operation);
         onOperation();
         const bool isDue = operations.size() - 1 == failAt || failWhen(operation);
@@ -159,7 +158,7 @@ class FaultyFileSystem : public LocalFileSystem {
                 throw;
             }
             if (owner_.onWrite)
-                owner_.onWrite(QFileInfo(path_).fileName(), bytes);
+                owner_.onWrite(lastNameOf(path_), bytes);
             file_->write(bytes);
         }
         void setModificationTime(const QDateTime& time) override {

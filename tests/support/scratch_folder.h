@@ -10,6 +10,7 @@
 #include <QMap>
 #include <QString>
 #include <QTemporaryDir>
+#include <filesystem>
 #include <ostream>
 
 #include "platform/paths.h"
@@ -34,8 +35,9 @@ class ScratchFolder {
         EXPECT_TRUE(folder_.isValid()) << folder_.errorString().toStdString();
     }
 
+    /// With the platform's separators, as the program says it.
     QString path(const QString& name = {}) const {
-        return name.isEmpty() ? folder_.path() : folder_.filePath(name);
+        return QDir::toNativeSeparators(name.isEmpty() ? folder_.path() : folder_.filePath(name));
     }
 
     /// Makes a file, and the folders above it, and returns its path.
@@ -46,6 +48,18 @@ class ScratchFolder {
         EXPECT_TRUE(out.open(QIODevice::WriteOnly)) << file.toStdString();
         out.write(bytes);
         return file;
+    }
+
+    /// Makes a link; false where the system has none to make.
+    bool link(const QString& target, const QString& name) const {
+        const auto from = QFileInfo(target).filesystemFilePath();
+        const auto to = QFileInfo(path(name)).filesystemFilePath();
+        std::error_code failed;
+        if (QFileInfo(target).isDir())
+            std::filesystem::create_directory_symlink(from, to, failed);
+        else
+            std::filesystem::create_symlink(from, to, failed);
+        return !failed;
     }
 
     QString makeFolder(const QString& name) const {
