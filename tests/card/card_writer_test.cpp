@@ -179,8 +179,7 @@ TEST(CardWriter, EveryOperationOfASettingsUpdateMayFail) {
         beforeTheCard() +
         QStringList{"hold card:310",      "list card:314",      "open 0000.crd2:316",
                     "read 0000.crd2:316", "read 0000.crd2:316", "remove 0000.crd2:12",
-                    "remove 0000.xd3:12",
-                    "remove 0000.hex:13", "remove 9998.mp3:14"} +
+                    "remove 0000.xd3:12", "remove 0000.hex:13", "remove 9998.mp3:14"} +
         fixedFiles() + afterTheCopies({});
     CardBench bench;
     bench.useChime();

@@ -253,8 +253,8 @@ TEST(ImageLimits, StandExactlyWhereTheFormatsEnd) {
               "The settings of this project take 76,536 bytes, the player can hold 65,527: 11,009 "
               "too many. Remove 612 music tracks or 551 speech titles.");
     project = plainProject(4000, 4000);
-    EXPECT_TRUE(limitViolations(project).first().text.endsWith(
-        "Remove music tracks and speech titles."));
+    EXPECT_TRUE(
+        limitViolations(project).first().text.endsWith("Remove music tracks and speech titles."));
 
     project = plainProject(0, 0);
     TrackRecord record;
