@@ -353,7 +353,8 @@ void CardRun::eraseCard() {
 void CardRun::requireSameCard() const {
     requireCardAt(files_, drives_, root_, card_);
     if (folder_ && folder_->identity() != card_.folder)
-        throw TessalyError(error_number::DriveNotReady, root_ + ": the card was changed.");
+        throw TessalyError(error_number::DriveNotReady,
+                           root_ + ": the card is no longer there or was changed.");
 }
 
 void CardRun::copyToCard(const QString& source, const QString& name) {

@@ -161,9 +161,9 @@ TEST(CardWriter, AFullCreationLeavesExactlyTheCardsFiles) {
 
 TEST(CardWriter, EveryOperationOfAFullCreationMayFail) {
     const QStringList expected =
-        beforeTheCard() + QStringList{"hold card:310", "list card:314",        "list card:314",
-                                      "list sub:314",  "list card:10",         "remove old.mp3:100",
-                                      "list sub:101",  "remove inner.txt:101", "rmdir sub:101"} +
+        beforeTheCard() + QStringList{"hold card:310",        "list card:314",      "list sub:314",
+                                      "list card:10",         "remove old.mp3:100", "list sub:101",
+                                      "remove inner.txt:101", "rmdir sub:101"} +
         copyOf("first.mp3", "0001.mp3", 11) + copyOf("second.MP3", "0002.mp3", 11) +
         copyOf("hello.mp3", "0003.mp3", 11) + fixedFiles() +
         afterTheCopies({"0001.mp3", "0002.mp3", "0003.mp3"});
