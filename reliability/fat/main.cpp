@@ -1,5 +1,6 @@
 // Card runs on real FAT volumes. "limits" needs mtools, "fuse" fusefat, and "kernel DEVICE" a root
-// that may mount; run.sh beside this file starts them all.
+// that may mount; run.sh beside this file starts them all. ONLY=WORD in the environment picks the
+// volumes with that word in their name.
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTemporaryDir>
@@ -14,6 +15,8 @@ namespace {
 int failures = 0;
 
 void tryIt(const QString& name, const std::function<void()>& stage) {
+    if (!name.contains(qEnvironmentVariable("ONLY")))
+        return;
     QElapsedTimer timer;
     timer.start();
     say("  " + name);
@@ -56,7 +59,9 @@ void fuse(const QString& folder) {
         }
         tryIt(nameOf(kind), [&] {
             tryFlow(*volume, kind);
-            tryFullCard(*volume, kind);
+            // fusefat searches the folder from its start for every name: 500 take many minutes.
+            if (kind.rootEntries <= 512)
+                tryFullCard(*volume, kind);
         });
     }
 }

@@ -16,7 +16,7 @@ namespace tessaly::fat {
 
 namespace {
 
-constexpr int PatienceMs = 60000;
+constexpr int PatienceMs = 600000;
 
 [[noreturn]] void fail(const QString& text) {
     throw TessalyError(error_number::BadTarget, text);

@@ -25,7 +25,7 @@ echo "Mounted by the kernel of Linux:"
 if command -v linux.uml >/dev/null; then
   truncate -s 140M "$work/disk.img"
   timeout 3600 linux.uml mem=256M rootfstype=hostfs ro ubda="$work/disk.img" quiet \
-    init="$PWD/reliability/fat/guest.sh" TESSALY_FAT="$program" con=null con0=fd:0,fd:1 \
+    init="$PWD/reliability/fat/guest.sh" TESSALY_FAT="$program" ONLY="${ONLY:-}" con=null con0=fd:0,fd:1 \
     </dev/null 2>/dev/null | tee "$work/kernel.log" || true
   grep -q '^kernel: all kept' "$work/kernel.log" || { echo "The machine did not get through."; result=1; }
 else
