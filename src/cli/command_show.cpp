@@ -224,10 +224,12 @@ void printImage(const DecodedImage& image) {
 // ---- firmware and other HEX files -------------------------------------------------------------
 
 int showFirmware(const QByteArray& text, bool json) {
-    const QList<QByteArray> lines = text.split('\n');
     int records = 0, dataBytes = 0, badLines = 0;
-    for (const QByteArray& line : lines) {
-        const QByteArray content = line.trimmed();
+    for (qsizetype start = 0, end = 0; start < text.size(); start = end + 1) {
+        end = text.indexOf('\n', start);
+        if (end < 0)
+            end = text.size();
+        const QByteArrayView content = QByteArrayView(text).sliced(start, end - start).trimmed();
         if (content.isEmpty())
             continue;
         const auto record = parseHexRecord(content);
@@ -235,7 +237,7 @@ int showFirmware(const QByteArray& text, bool json) {
         records += record ? 1 : 0;
         dataBytes += record && record->type == 0 ? int(record->data.size()) : 0;
     }
-    const QString version = QString::fromLatin1(lines.first().trimmed().mid(2, 4));
+    const QString version = QString::fromLatin1(text.left(text.indexOf('\n')).trimmed().mid(2, 4));
     if (json)
         print(QString::fromUtf8(QJsonDocument(QJsonObject{{"firmwareVersion", version},
                                                           {"records", records},

@@ -69,13 +69,16 @@ bool askYesNo(const QString& question) {
     return word == u"y" || word == u"yes";
 }
 
+// A single text of thousands of characters must not push every row apart.
+constexpr qsizetype WidestColumn = 100;
+
 void printTable(const QList<QStringList>& rows, const QList<int>& rightAligned) {
     QList<qsizetype> widths;
     for (const QStringList& row : rows)
         for (qsizetype i = 0; i < row.size(); ++i) {
             if (i >= widths.size())
                 widths.append(0);
-            widths[i] = std::max(widths[i], row[i].size());
+            widths[i] = std::max(widths[i], std::min(row[i].size(), WidestColumn));
         }
     for (const QStringList& row : rows) {
         QString line;

@@ -1,6 +1,5 @@
 #include "image/intel_hex.h"
 
-#include <QList>
 #include <QString>
 #include <numeric>
 
@@ -50,19 +49,15 @@ std::optional<QByteArray> bytesOfDigits(QByteArrayView digits) {
     return digits.size() % 2 == 0 ? std::optional(bytes) : std::nullopt;
 }
 
-QList<QByteArrayView> linesOf(QByteArrayView text) {
-    QList<QByteArrayView> lines;
-    for (qsizetype start = 0; start < text.size();) {
-        qsizetype end = text.indexOf('\n', start);
-        if (end < 0)
-            end = text.size();
-        QByteArrayView line = text.sliced(start, end - start);
-        if (line.endsWith('\r'))
-            line.chop(1);
-        lines.append(line);
-        start = end + 1;
-    }
-    return lines;
+// Cuts the first line off `text`. One by one: a list of the lines of a file that has nothing else
+// would take many times its size.
+QByteArrayView takeLine(QByteArrayView& text) {
+    const qsizetype end = text.indexOf('\n');
+    QByteArrayView line = end < 0 ? text : text.first(end);
+    text = end < 0 ? QByteArrayView() : text.sliced(end + 1);
+    if (line.endsWith('\r'))
+        line.chop(1);
+    return line;
 }
 
 [[noreturn]] void fail(qsizetype line, const QString& problem) {
@@ -147,14 +142,13 @@ std::optional<HexRecord> parseHexRecord(QByteArrayView line) {
 }
 
 HexFile decodeHexFile(QByteArrayView text) {
-    const QList<QByteArrayView> lines = linesOf(text);
     HexFile file;
-    readHeader(lines.value(0), file);
+    readHeader(takeLine(text), file);
     bool wasLast = false;
     for (qsizetype i = 1;; ++i) {
-        if (i >= lines.size())
+        if (text.isEmpty())
             fail(i + 1, "the end record is missing");
-        const auto record = parseHexRecord(lines[i]);
+        const auto record = parseHexRecord(takeLine(text));
         if (!record)
             fail(i + 1, "this is no HEX record, or its checksum is wrong");
         if (record->type == EndRecord) {
@@ -162,7 +156,7 @@ HexFile decodeHexFile(QByteArrayView text) {
                 fail(i + 1, "this is no proper end record");
             if (!wasLast)
                 fail(i + 1, "the last data record is missing");
-            if (i + 1 != lines.size())
+            if (!text.isEmpty())
                 fail(i + 2, "something follows the end record");
             break;
         }
@@ -207,8 +201,8 @@ QString hexDamage(QByteArrayView text) {
 }
 
 bool holdsHexData(QByteArrayView text) {
-    for (const QByteArrayView line : linesOf(text)) {
-        const auto record = parseHexRecord(line.trimmed());
+    while (!text.isEmpty()) {
+        const auto record = parseHexRecord(takeLine(text).trimmed());
         if (record && record->type == DataRecord && !record->data.isEmpty())
             return true;
     }

@@ -41,6 +41,7 @@ enum : int {
     BadProject = 554,
     BadImport = 555,
     BadTarget = 556,
+    NotAFile = 557,  ///< a device, a pipe
 };
 
 }  // namespace tessaly::error_number

@@ -1,6 +1,7 @@
 #include "platform/local_file_system.h"
 
 #include <QDir>
+#include <QFileInfo>
 
 #include "platform/error.h"
 #include "platform/error_numbers.h"
@@ -8,7 +9,16 @@
 
 namespace tessaly {
 
+TessalyError notAFile(const QString& path) {
+    return {error_number::NotAFile,
+            QDir::toNativeSeparators(path) + ": this is a device or a pipe, not a file"};
+}
+
 void LocalFileSystem::replaceFile(const QString& path, QByteArrayView bytes) {
+    // A file would take the place of the device itself.
+    const QFileInfo target(path);
+    if (target.exists() && !target.isFile() && !target.isDir())
+        throw notAFile(path);
     Replacement file(path);
     file.write(bytes);
     file.putInPlace();
@@ -16,13 +26,19 @@ void LocalFileSystem::replaceFile(const QString& path, QByteArrayView bytes) {
 
 QByteArray readWholeFile(FileSystem& files, const QString& path, qint64 limit) {
     const auto file = files.openForReading(path, FileSystem::ReadMode::Normal);
-    QByteArray bytes;
-    for (auto block = file->nextBlock(); !block.isEmpty(); block = file->nextBlock()) {
-        if (bytes.size() + block.size() > limit)
+    const qint64 size = files.fileSize(path).value_or(0);
+    const auto checkSize = [&](qint64 found) {
+        if (found > limit)
             throw TessalyError(error_number::FileTooLarge,
                                QString("%1: the file is larger than %2 bytes")
                                    .arg(QDir::toNativeSeparators(path))
                                    .arg(limit));
+    };
+    checkSize(size);
+    QByteArray bytes;
+    bytes.reserve(size);
+    for (auto block = file->nextBlock(); !block.isEmpty(); block = file->nextBlock()) {
+        checkSize(bytes.size() + block.size());
         bytes.append(block);
     }
     return bytes;

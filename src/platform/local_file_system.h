@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/error.h"
 #include "platform/file_system.h"
 
 namespace tessaly {
@@ -21,5 +22,8 @@ class LocalFileSystem : public FileSystem {
     void settle(const QString& path) override;
     void flushVolume(const QString& path) override;
 };
+
+/// Error 557: what stands at `path` can be read and written only in a way that may never end.
+TessalyError notAFile(const QString& path);
 
 }  // namespace tessaly

@@ -56,6 +56,8 @@ class LinuxInputFile : public InputFile {
             throw lastSystemError(path_);
         if (S_ISDIR(status.st_mode))
             throw systemError(EISDIR, path_);
+        if (!S_ISREG(status.st_mode))
+            throw notAFile(path_);
         modified_ = QDateTime::fromMSecsSinceEpoch(status.st_mtim.tv_sec * qint64(1000) +
                                                    status.st_mtim.tv_nsec / 1000000);
         if (!direct_ && mode == FileSystem::ReadMode::PastCache) {
@@ -89,14 +91,16 @@ class LinuxInputFile : public InputFile {
 
  private:
     int open(FileSystem::ReadMode mode) {
+        // Without waiting: a pipe would have the program wait for its other end.
+        constexpr int Flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK;
         const QByteArray name = toNativePath(path_);
         if (mode == FileSystem::ReadMode::PastCache) {
-            const int fd = ::open(name.constData(), O_RDONLY | O_CLOEXEC | O_DIRECT);
+            const int fd = ::open(name.constData(), Flags | O_DIRECT);
             direct_ = fd >= 0;
             if (direct_)
                 return fd;
         }
-        const int fd = ::open(name.constData(), O_RDONLY | O_CLOEXEC);
+        const int fd = ::open(name.constData(), Flags);
         if (fd < 0)
             throw lastSystemError(path_);
         return fd;
@@ -123,8 +127,8 @@ class LinuxOutputFile : public OutputFile {
     LinuxOutputFile(const QString& path, int at, const QByteArray& name)
         : path_(path),
           // A link that stands where a file belongs must not lead the bytes elsewhere.
-          fd_(::openat(at, name.constData(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW,
-                       0666)) {
+          fd_(::openat(at, name.constData(),
+                       O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0666)) {
         if (!fd_.isOpen())
             throw lastSystemError(path_);
     }

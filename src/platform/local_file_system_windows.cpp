@@ -137,6 +137,8 @@ class WindowsInputFile : public InputFile {
           // Reads past the cache want memory aligned to the device's sectors; pages are.
           block_(static_cast<char*>(
               ::VirtualAlloc(nullptr, BlockBytes, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE))) {
+        if (::GetFileType(file_.get()) != FILE_TYPE_DISK)
+            throw notAFile(path_);
         FILETIME modified{};
         if (!block_ || !::GetFileTime(file_.get(), nullptr, nullptr, &modified))
             throw lastSystemError(path_);

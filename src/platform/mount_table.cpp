@@ -46,13 +46,17 @@ QList<Mount> parseMountTable(QByteArrayView text) {
         const auto field = [&](qsizetype i) { return fromNativePath(unescaped(fields.value(i))); };
         Mount mount{.device = field(2),
                     .root = field(3),
-                    .mountPoint = field(4),
+                    .mountPoint = pathWithoutSlash(field(4)),
                     .fileSystem = field(dash + 1),
                     .source = field(dash + 2),
                     .options = field(5)};
         if (dash + 3 < fields.size())
             mount.options += ',' + field(dash + 3);
-        mounts.append(mount);
+        // For the system a path ends at a NUL: what is left of it would be another one.
+        const auto isWhole = [](const QString& name) { return !name.contains(QChar(0)); };
+        if (mount.mountPoint.startsWith('/') && isWhole(mount.mountPoint) && isWhole(mount.root) &&
+            isWhole(mount.source))
+            mounts.append(mount);
     }
     return mounts;
 }

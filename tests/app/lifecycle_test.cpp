@@ -1,4 +1,8 @@
 // Start-up, the File menu and recovery, through the real window.
+#ifndef Q_OS_WIN
+#include <sys/stat.h>
+#endif
+
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTimer>
@@ -382,6 +386,29 @@ TEST(FileMenu, ExitAndTheCloseBoxAskOnlyAboutChanges) {
         EXPECT_FALSE(saved.window->isVisible());
         EXPECT_TRUE(saved.prompts.shown.isEmpty());
         EXPECT_EQ(saved.recoveryCopies(), 0);
+    }
+}
+
+TEST(FileMenu, WhatCannotBeAProjectIsRefusedAtOnce) {
+    WindowBench bench;
+    ASSERT_TRUE(bench.start());
+    QFile large(bench.scratch.write("large.crd2", "x"));
+    ASSERT_TRUE(large.resize(2LL << 30));
+    QFile::link(bench.scratch.path("gone"), bench.scratch.path("dangling.crd2"));
+    QStringList paths = {large.fileName(), bench.scratch.path(),
+                         bench.scratch.path("dangling.crd2")};
+#ifndef Q_OS_WIN
+    paths.append(bench.scratch.path("pipe.crd2"));
+    ASSERT_EQ(::mkfifo(QFile::encodeName(paths.last()).constData(), 0600), 0);
+#endif
+    bench.showPage("Music");
+    for (const QString& path : paths) {
+        bench.open(path);
+        EXPECT_TRUE(bench.prompts.takeTexts().value(0).startsWith(path)) << path.toStdString();
+        EXPECT_TRUE(bench.session.fileName().isEmpty());
+        bench.browse("buttAddMuItunesPlaylist", path);
+        EXPECT_TRUE(bench.prompts.takeTexts().value(0).contains(path)) << path.toStdString();
+        EXPECT_TRUE(bench.current.lstMuList.isEmpty());
     }
 }
 
