@@ -13,6 +13,10 @@ namespace {
 
 constexpr qint64 CapacityMargin = 500000;
 
+// More pairs than the largest image has room for. A damaged file may bring titles and languages by
+// the ten thousand.
+constexpr qsizetype MostPairs = 32768;
+
 CheckResult judged(Verdict bad, const QStringList& offenders, const char* badText,
                    const char* goodText) {
     if (offenders.isEmpty())
@@ -31,7 +35,7 @@ void checkItems(const Project& project, CardChecks& checks) {
             languages.append(language);
     for (const QString& title : project.lstSpTitles)
         for (const QString& language : project.lstLangs)
-            if (!index.speech(title, language))
+            if (pairs.size() < MostPairs && !index.speech(title, language))
                 pairs.append(title + " - " + language);
     checks.musicLists =
         judged(Verdict::Red, lists, "The following Music List(s) contain no music tracks:",

@@ -2,12 +2,14 @@
 
 #include <QDir>
 #include <algorithm>
+#include <optional>
 
 #include "model/format_limits.h"
 #include "model/music_lists.h"
 #include "model/text_codec.h"
 #include "platform/error.h"
 #include "platform/error_numbers.h"
+#include "platform/numbers.h"
 
 namespace tessaly {
 
@@ -83,7 +85,7 @@ class RecordApplier {
     QString apply(const TrackRecord& record) {
         const QString kind = record.kind.text();
         if (kind == u"music")
-            applyMusic(record);
+            return applyMusic(record);
         else if (kind == u"speech")
             applySpeech(record);
         else if (kind == u"lstSpTitles")
@@ -104,15 +106,20 @@ class RecordApplier {
     }
 
  private:
-    void applyMusic(const TrackRecord& record) {
+    QString applyMusic(const TrackRecord& record) {
         const QString list = record.groupName.text();
+        if (numbered_ > limits::NumberedNames)
+            return QString("too many tracks of the music list \"%1\" have the same name")
+                .arg(list.left(30));
         if (list != previousList_) {
-            addMusicList(project_, list, lists_);
+            numbered_ += addMusicList(project_, list, lists_).size() - list.size();
             tracks_ = UniqueNames(project_.lstMuTrack[project_.currentMusicList]);
         }
         previousList_ = list;
-        addMusicTrack(project_, record.itemName.text(), tracks_);
+        const QString track = record.itemName.text();
+        numbered_ += addMusicTrack(project_, track, tracks_).size() - track.size();
         project_.TrackTable.append(record);
+        return {};
     }
 
     void applySpeech(const TrackRecord& record) {
@@ -180,7 +187,8 @@ class RecordApplier {
     Project& project_;
     UniqueNames lists_;
     UniqueNames tracks_;
-    QString previousList_;
+    std::optional<QString> previousList_;
+    qsizetype numbered_ = 0;
 };
 
 // A file has no end mark: cut between two records it still reads well.
@@ -215,8 +223,15 @@ QList<TrackRecord> projectRecords(const Project& project) {
 QByteArray encodeProject(const Project& project) {
     QByteArray bytes;
     bytes.reserve(project.TrackTable.size() * 128 + 4096);
-    for (const TrackRecord& record : projectRecords(project))
+    const QList<TrackRecord> records = projectRecords(project);
+    for (const TrackRecord& record : records) {
         encodeRecord(bytes, record);
+        if (bytes.size() > limits::ProjectFileBytes || records.size() > limits::ProjectRecords)
+            throw TessalyError(
+                error_number::FileTooLarge,
+                QString("The project is larger than a project file can be: %1 records or %2 bytes.")
+                    .arg(grouped(limits::ProjectRecords), grouped(limits::ProjectFileBytes)));
+    }
     return bytes;
 }
 
@@ -241,10 +256,13 @@ ReadReport readProject(FileSystem& files, const QString& path, Project& project)
     if (applied.stopReason.isEmpty())
         return {parsed.isComplete, isLastTrigger(parsed.records), parsed.stoppedAt, applied.applied,
                 parsed.stopReason};
-    QByteArray before;
-    for (qsizetype i = 0; i < applied.applied; ++i)
-        encodeRecord(before, parsed.records[i]);
-    return {false, false, before.size(), applied.applied, applied.stopReason};
+    qint64 stoppedAt = 0;
+    for (qsizetype i = 0; i < applied.applied; ++i) {
+        QByteArray record;
+        encodeRecord(record, parsed.records[i]);
+        stoppedAt += record.size();
+    }
+    return {false, false, stoppedAt, applied.applied, applied.stopReason};
 }
 
 void saveProject(FileSystem& files, const QString& path, Project& project) {
@@ -278,11 +296,16 @@ QStringList textsOutsideCodePage(const Project& project) {
 
 QStringList tracksWithoutFile(const Project& project) {
     QStringList found;
+    // Names that were numbered thousands of times are too long for any list of them.
+    const auto brief = [](const QString& name) {
+        constexpr qsizetype Longest = 60;
+        return name.size() > Longest ? name.left(Longest) + "..." : name;
+    };
     const TrackIndex index(project);
     for (const QString& list : project.lstMuList)
         for (const QString& track : tracksOfMusicList(project, list))
             if (!index.music(list, track))
-                found.append(list + " / " + track);
+                found.append(brief(list) + " / " + brief(track));
     return found;
 }
 

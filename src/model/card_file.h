@@ -22,7 +22,8 @@ namespace tessaly {
 /// The same project always gives the same records.
 QList<TrackRecord> projectRecords(const Project& project);
 
-/// The bytes of a project's file. Throws as encodeRecord() does.
+/// The bytes of a project's file. Throws as encodeRecord() does, and error 551 when no reader would
+/// take the file for its size.
 QByteArray encodeProject(const Project& project);
 
 /// What became of records that were applied to a project.
@@ -32,7 +33,8 @@ struct AppliedRecords {
 };
 
 /// Carries out records one after the other on a project that was reset. Stops at a system text or
-/// trigger whose slot does not exist and at a setting whose value does not fit.
+/// trigger whose slot does not exist, at a setting whose value does not fit, and when so many
+/// tracks have the same name that the numbers in front of them fill the memory.
 AppliedRecords applyRecords(const QList<TrackRecord>& records, Project& project);
 
 /// How far the reading of a project file got.
@@ -55,7 +57,8 @@ void saveProject(FileSystem& files, const QString& path, Project& project);
 /// Names, texts and paths of the project that its file's code page cannot hold, each once.
 QStringList textsOutsideCodePage(const Project& project);
 
-/// Tracks that a list box shows but that have no file, as "list / track": no save keeps them.
+/// Tracks that a list box shows but that have no file, as "list / track", very long names cut: no
+/// save keeps them.
 QStringList tracksWithoutFile(const Project& project);
 
 /// Music lists that have no track with a file: no save keeps them.

@@ -28,6 +28,8 @@ constexpr int LanguageName = 8;
 // Project file
 constexpr qsizetype TextBytes = 65535;                  ///< a text's length is a 16-bit number
 constexpr qint64 ProjectFileBytes = 256 * 1024 * 1024;  ///< beyond this it is no project
-constexpr qint64 HexFileBytes = 16 * 1024 * 1024;       ///< beyond this it is no HEX file
+constexpr qsizetype ProjectRecords = 250'000;           ///< likewise
+constexpr qsizetype NumberedNames = 100'000'000;   ///< characters of names that had to be numbered
+constexpr qint64 HexFileBytes = 16 * 1024 * 1024;  ///< beyond this it is no HEX file
 
 }  // namespace tessaly::limits

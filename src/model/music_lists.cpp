@@ -13,10 +13,11 @@ QString UniqueNames::add(const QString& name) {
         numbering.last = name;
     do {
         const QString number = QString::number(numbering.next).rightJustified(2, '0');
-        if (numbering.next > 1)
-            numbering.last.replace(0, 2, number);
-        else
-            numbering.last.prepend(number + ' ');
+        const QString rest = numbering.next > 1 ? numbering.last.mid(2) : ' ' + name;
+        // Put together at its exact length: thousands of equal names are long, and all are kept.
+        QString next;
+        next.reserve(number.size() + rest.size());
+        numbering.last = next.append(number).append(rest);
         ++numbering.next;
     } while (taken_.contains(numbering.last));
     taken_.insert(numbering.last);
@@ -38,6 +39,10 @@ QString addMusicList(Project& project, const QString& name, UniqueNames& names) 
     project.MusicListNames.last() = unique;
     project.MusicListNames.append(QString());
     project.lstMuTrack.append(QStringList());
+    // A list without a name, which only a file brings, lives in the spare slot and moves with it.
+    if (!unique.isEmpty() && project.lstMuList.contains(QString()))
+        project.lstMuTrack.swapItemsAt(project.lstMuTrack.size() - 2,
+                                       project.lstMuTrack.size() - 1);
     selectMusicList(project, unique);
     return unique;
 }

@@ -3,6 +3,7 @@
 #include <QCryptographicHash>
 #include <QDataStream>
 #include <QIODevice>
+#include <QSet>
 #include <algorithm>
 
 namespace tessaly {
@@ -73,12 +74,40 @@ Variant takeVariant(QDataStream& in) {
     return {};
 }
 
+template <typename T>
+void takeMember(QDataStream& in, T& member) {
+    in >> member;
+}
+
+// Qt would make room for as many entries as the list claims to have before it reads the first.
+template <typename T>
+void takeMember(QDataStream& in, QList<T>& list) {
+    quint32 count = 0;
+    in >> count;
+    list.clear();
+    for (; count > 0 && in.status() == QDataStream::Ok; --count) {
+        takeMember(in, list.emplaceBack());
+        if (in.atEnd() && count > 1)
+            in.setStatus(QDataStream::ReadPastEnd);
+    }
+}
+
+// Whether the slots that the program counts on are there.
+bool hasItsSlots(const Project& project) {
+    return !project.TrackTable.isEmpty() && !project.DefaultLanguageTable.isEmpty() &&
+           !project.MusicListNames.isEmpty() && project.MusicListNames.last().isEmpty() &&
+           project.lstMuTrack.size() == project.MusicListNames.size() &&
+           project.currentMusicList >= 0 &&
+           project.currentMusicList < project.MusicListNames.size();
+}
+
 // The default languages as the player gets them: their order, and names that no language has, make
 // no difference.
 QStringList defaultLanguages(const Project& project) {
     QStringList names;
+    const QSet<QString> languages(project.lstLangs.begin(), project.lstLangs.end());
     for (const TrackRecord& record : project.DefaultLanguageTable.mid(1))
-        if (project.lstLangs.contains(record.groupName.text()))
+        if (languages.contains(record.groupName.text()))
             names.append(record.groupName.text());
     names.sort();
     return names;
@@ -154,7 +183,7 @@ std::optional<Project> decode(const QByteArray& bytes, Take take) {
     in.setVersion(StreamVersion);
     Project project;
     visitMembers([&](auto& member) { take(in, member); }, project);
-    if (in.status() != QDataStream::Ok || !in.atEnd())
+    if (in.status() != QDataStream::Ok || !in.atEnd() || !hasItsSlots(project))
         return std::nullopt;
     return project;
 }
@@ -170,7 +199,7 @@ QByteArray encodeSnapshot(const Project& project) {
 }
 
 std::optional<Project> decodeSnapshot(const QByteArray& bytes) {
-    return decode(bytes, [](QDataStream& in, auto& member) { in >> member; });
+    return decode(bytes, [](QDataStream& in, auto& member) { takeMember(in, member); });
 }
 
 std::optional<SnapshotCounts> countSnapshot(const QByteArray& bytes) {
@@ -178,7 +207,7 @@ std::optional<SnapshotCounts> countSnapshot(const QByteArray& bytes) {
         if constexpr (std::is_same_v<std::decay_t<decltype(member)>, QList<TrackRecord>>)
             skipRecords(in);
         else
-            in >> member;
+            takeMember(in, member);
     });
     if (!project)
         return std::nullopt;

@@ -126,6 +126,12 @@ ParsedRecords parseRecords(QByteArrayView bytes) {
     ParsedRecords parsed;
     Reader reader(bytes);
     while (!reader.atEnd()) {
+        if (parsed.records.size() == limits::ProjectRecords) {
+            parsed.isComplete = false;
+            parsed.stopReason =
+                QString("the file has more than %1 records").arg(limits::ProjectRecords);
+            return parsed;
+        }
         TrackRecord record = reader.takeRecord();
         if (reader.failed()) {
             parsed.isComplete = false;

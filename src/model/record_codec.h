@@ -31,7 +31,8 @@ struct ParsedRecords {
     QString stopReason;      ///< why it is not complete, in words; else empty
 };
 
-/// Reads records until the bytes end or make no sense. Any bytes will do.
+/// Reads records until the bytes end or make no sense, at most limits::ProjectRecords. Any bytes
+/// will do.
 ParsedRecords parseRecords(QByteArrayView bytes);
 
 }  // namespace tessaly

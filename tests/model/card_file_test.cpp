@@ -1,5 +1,6 @@
 #include "model/card_file.h"
 
+#include "model/format_limits.h"
 #include "model/music_lists.h"
 #include "platform/error.h"
 #include "platform/error_numbers.h"
@@ -251,6 +252,45 @@ TEST(CardFile, WhatAFileCannotHoldIsNamed) {
     } catch (const TessalyError& error) {
         EXPECT_EQ(error.number, error_number::TextTooLong);
     }
+}
+
+TEST(CardFile, FloodsOfRecordsOrEqualNamesEndTheReading) {
+    QList<TrackRecord> records(limits::ProjectRecords + 1);
+    QByteArray bytes;
+    for (const TrackRecord& record : records)
+        encodeRecord(bytes, record);
+    const ParsedRecords parsed = parseRecords(bytes);
+    EXPECT_EQ(parsed.records.size(), limits::ProjectRecords);
+    EXPECT_EQ(parsed.stoppedAt, bytes.size() * limits::ProjectRecords / records.size());
+    EXPECT_EQ(parsed.stopReason, "the file has more than 250000 records");
+
+    // As many as a card holds may be alike.
+    Project project;
+    records.fill(makeRecord("music", "Rock", "A", "a.mp3"), limits::TrackFiles);
+    EXPECT_EQ(applyRecords(records, project).stopReason, "");
+    EXPECT_EQ(project.lstMuTrack[0].size(), limits::TrackFiles);
+    reset(project);
+    records.resize(20000, records.last());
+    const AppliedRecords applied = applyRecords(records, project);
+    EXPECT_TRUE(applied.stopReason.startsWith("too many tracks of the music list \"A\""));
+    EXPECT_EQ(project.lstMuTrack[0].size(), applied.applied);
+    EXPECT_EQ(project.TrackTable.size(), applied.applied + 1);
+
+    // What could not be read back is not written.
+    project.TrackTable.resize(limits::ProjectRecords, makeRecord("speech", "a", "b", "c"));
+    EXPECT_THROW(encodeProject(project), TessalyError);
+}
+
+TEST(CardFile, AListWithoutANameKeepsItsTracks) {
+    Project project;
+    const QList<TrackRecord> records = {
+        makeRecord("music", "a", "", "1"), makeRecord("music", "b", "Rock", "2"),
+        makeRecord("music", "c", "Rock", "3"), makeRecord("music", "d", "Pop", "4")};
+    EXPECT_EQ(applyRecords(records, project).applied, 4);
+    EXPECT_EQ(project.lstMuList, (QStringList{"", "Rock", "Pop"}));
+    EXPECT_EQ(tracksOfMusicList(project, ""), QStringList("a"));
+    EXPECT_EQ(tracksOfMusicList(project, "Rock"), (QStringList{"b", "c"}));
+    EXPECT_EQ(projectRecords(project).size(), projectRecords(Project()).size() + 4);
 }
 
 TEST(MusicLists, EqualNamesAreNumbered) {
