@@ -3,8 +3,9 @@
 JOBS ?= $(shell nproc)
 SOURCES := $(shell find src tests reliability bench tools -name '*.cpp' -o -name '*.h')
 
-.PHONY: build run demo test kill disks fat targets pulled full-size memcheck sparse-card bench \
-  screenshots deb package-check windows windows-test windows-packages lint format clean dependencies
+.PHONY: build run demo test fuzz large-files kill disks fat targets pulled full-size memcheck \
+  sparse-card bench screenshots deb package-check windows windows-test windows-packages lint format \
+  clean dependencies
 
 build: dependencies
 	@test -f build/build.ninja || cmake --preset release
@@ -24,6 +25,19 @@ test: build
 	@test -f build-asan/build.ninja || cmake --preset asan
 	@cmake --build --preset asan -j $(JOBS)
 	@ctest --preset asan -j $(JOBS)
+
+# Any bytes for the readers: SECONDS=60 for each, or RUNS=2000000 each. (In a recipe's shell
+# SECONDS is a variable of bash, hence the other name.)
+fuzz:
+	@tools/install-dependencies.sh clang
+	@test -f build-fuzz/build.ninja || cmake --preset fuzz
+	@cmake --build --preset fuzz -j $(JOBS)
+	@SECONDS_EACH=$(or $(SECONDS),60) RUNS=$(RUNS) reliability/fuzz/run.sh
+
+# What is no file, far too large, or claims to be, for the command line.
+large-files: build
+	@tools/install-dependencies.sh time
+	@reliability/fuzz/large_files.sh
 
 # Processes that save and write cards are killed RUNS times each.
 kill: build
@@ -99,7 +113,7 @@ format: dependencies
 	@clang-format -i $(SOURCES)
 
 clean:
-	@rm -rf build build-debug build-asan build-windows demo
+	@rm -rf build build-debug build-asan build-fuzz build-windows demo
 
 dependencies:
 	@tools/install-dependencies.sh

@@ -1,0 +1,144 @@
+#include <algorithm>
+
+#include "image/config_image.h"
+#include "image/config_image_reader.h"
+#include "image/image_limits.h"
+#include "model/card_file.h"
+#include "model/format_limits.h"
+#include "model/project_snapshot.h"
+#include "platform/error.h"
+#include "platform/local_file_system.h"
+#include "targets.h"
+
+namespace tessaly::fuzz {
+
+namespace {
+
+// Every file of the machine holds the same bytes.
+class OneFile : public LocalFileSystem {
+ public:
+    explicit OneFile(QByteArrayView bytes) : bytes_(bytes) {}
+
+    std::optional<qint64> fileSize(const QString&) const override { return bytes_.size(); }
+    std::unique_ptr<InputFile> openForReading(const QString&, ReadMode) override {
+        return std::make_unique<Input>(bytes_);
+    }
+
+ private:
+    class Input : public InputFile {
+     public:
+        explicit Input(QByteArrayView bytes) : left_(bytes) {}
+        QByteArrayView nextBlock() override { return std::exchange(left_, {}); }
+        bool isPastCache() const override { return false; }
+        QDateTime modificationTime() const override { return {}; }
+
+     private:
+        QByteArrayView left_;
+    };
+
+    QByteArrayView bytes_;
+};
+
+struct Reading {
+    Project project;
+    ReadReport report;
+};
+
+Reading readBytes(QByteArrayView bytes) {
+    OneFile files(bytes);
+    Reading reading;
+    reading.report = readProject(files, "any.crd2", reading.project);
+    return reading;
+}
+
+QByteArray bytesOf(const QList<TrackRecord>& records) {
+    QByteArray bytes;
+    for (const TrackRecord& record : records)
+        encodeRecord(bytes, record);
+    return bytes;
+}
+
+void requireRecordsToBeTheBytes(QByteArrayView bytes, const ParsedRecords& parsed) {
+    require(parsed.stoppedAt >= 0 && parsed.stoppedAt <= bytes.size(), "the end is in the file");
+    require(parsed.isComplete == parsed.stopReason.isEmpty(), "what is cut short says why");
+    require(parsed.isComplete == (parsed.stoppedAt == bytes.size()), "what is whole has no rest");
+    require(bytesOf(parsed.records) == bytes.first(parsed.stoppedAt), "records are their bytes");
+    // A file that was cut gives the records before the cut.
+    const ParsedRecords half = parseRecords(bytes.first(bytes.size() / 2));
+    require(half.records.size() <= parsed.records.size() &&
+                std::equal(half.records.begin(), half.records.end(), parsed.records.begin()),
+            "a half file gives the records of its half");
+}
+
+// Numbering may keep a record from being found by its line, but there is a line for it.
+void requireEveryFileToBeListed(const Project& project) {
+    qsizetype lines = 0;
+    for (const QString& list : project.lstMuList)
+        lines += tracksOfMusicList(project, list).size();
+    require(lines == std::count_if(project.TrackTable.begin(), project.TrackTable.end(), isMusic),
+            "each music file has its line");
+}
+
+void requireSaved(const Project& project) {
+    const QByteArray saved = encodeProject(project);
+    const auto [reopened, report] = readBytes(saved);
+    require(report.isComplete, "a saved project opens");
+    require(encodeProject(reopened) == saved, "a saved project comes back as it was");
+    requireConsistent(reopened);
+    const auto files = [](const Project& p) {
+        return std::count_if(p.TrackTable.begin(), p.TrackTable.end(), isTrackFile);
+    };
+    require(files(project) == files(reopened), "a save keeps every file");
+}
+
+void requireRecoverable(const Project& project) {
+    const auto copy = decodeSnapshot(encodeSnapshot(project));
+    require(copy && sameContent(*copy, project), "a recovery copy holds the project");
+}
+
+void requireImageOf(Project project) {
+    if (!imageLimitViolations(project).isEmpty())
+        return;
+    const QByteArray bytes = BuildConfigImage(project, 0x1234);
+    require(bytes.size() == configImageSize(project), "an image has the size it was said to have");
+    const DecodedImage image = decodeConfigImage(bytes);
+    require(image.lists.size() == project.lstMuList.size() &&
+                image.titles.size() == project.lstSpTitles.size() &&
+                image.languages.size() == project.lstLangs.size(),
+            "an image holds the project's lists, titles and languages");
+    for (qsizetype i = 0; i < image.lists.size(); ++i)
+        require(
+            image.lists[i].tracks.size() == tracksOfMusicList(project, project.lstMuList[i]).size(),
+            "an image holds every track");
+}
+
+}  // namespace
+
+void fuzzProject(QByteArrayView bytes) {
+    const ParsedRecords parsed = parseRecords(bytes);
+    requireRecordsToBeTheBytes(bytes, parsed);
+
+    const auto [project, report] = readBytes(bytes);
+    require(report.records <= parsed.records.size(), "only records are applied");
+    require(report.isComplete == report.stopReason.isEmpty(), "what is cut short says why");
+    require(report.isComplete == (report.stoppedAt == bytes.size()), "what is whole has no rest");
+    requireConsistent(project);
+    requireEveryFileToBeListed(project);
+    if (!report.isComplete) {
+        const Reading again = readBytes(bytes.first(report.stoppedAt));
+        require(again.report.isComplete && again.report.records == report.records,
+                "a report names the byte behind the last good record");
+        require(again.project == project, "damage takes nothing of what stands before it");
+    }
+    // By turns, for the sake of speed: any input soon has neighbours of all lengths.
+    switch (bytes.size() % 3) {
+        case 0:
+            return requireSaved(project);
+        case 1:
+            return requireRecoverable(project);
+        default:
+            return requireImageOf(project);
+    }
+}
+
+}  // namespace tessaly::fuzz

@@ -1,0 +1,27 @@
+#include <QCryptographicHash>
+
+#include "model/project_snapshot.h"
+#include "targets.h"
+
+namespace tessaly::fuzz {
+
+void fuzzSnapshot(QByteArrayView bytes) {
+    const QByteArray plain = bytes.toByteArray();
+    require(!decodeSnapshot(plain) || plain.startsWith("tessaly snapshot 1\n"),
+            "bytes without the magic text are no snapshot");
+    const QByteArray whole =
+        "tessaly snapshot 1\n" + QCryptographicHash::hash(plain, QCryptographicHash::Sha1) + plain;
+    const auto project = decodeSnapshot(whole);
+    if (!project)
+        return;
+    require(project->lstMuTrack.size() == project->MusicListNames.size() &&
+                project->currentMusicList >= 0 &&
+                project->currentMusicList < project->lstMuTrack.size(),
+            "the list on view is one");
+    require(!project->TrackTable.isEmpty() && !project->DefaultLanguageTable.isEmpty(),
+            "the tables have their slot 0");
+    const auto again = decodeSnapshot(encodeSnapshot(*project));
+    require(again && *again == *project, "a snapshot that was read is written as it was");
+}
+
+}  // namespace tessaly::fuzz

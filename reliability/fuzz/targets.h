@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+
+#include <stdexcept>
+
+#include "model/project.h"
+
+// The readers of Tessaly, each as a function that takes any bytes: libFuzzer calls it with bytes of
+// its own, the tests with those of reliability/fuzz/corpus. A function returns when everything it
+// promises held, and throws BrokenPromise when not.
+
+namespace tessaly::fuzz {
+
+class BrokenPromise : public std::logic_error {
+    using std::logic_error::logic_error;
+};
+
+inline void require(bool holds, const char* promise) {
+    if (!holds)
+        throw BrokenPromise(promise);
+}
+
+void fuzzProject(QByteArrayView bytes);   ///< a project file (.crd2)
+void fuzzImage(QByteArrayView bytes);     ///< a configuration image
+void fuzzHex(QByteArrayView bytes);       ///< a HEX file
+void fuzzPlaylist(QByteArrayView bytes);  ///< an exported playlist
+void fuzzMounts(QByteArrayView bytes);    ///< Linux's table of mounts
+void fuzzTags(QByteArrayView bytes);      ///< an MP3 file whose tags are read
+void fuzzSnapshot(QByteArrayView bytes);  ///< what a recovery copy holds behind its checksum
+
+struct Target {
+    const char* name;  ///< also the folder of its corpus
+    void (*run)(QByteArrayView bytes);
+};
+
+inline constexpr Target Targets[] = {{"project", fuzzProject},  {"image", fuzzImage},
+                                     {"hex", fuzzHex},          {"playlist", fuzzPlaylist},
+                                     {"mounts", fuzzMounts},    {"tags", fuzzTags},
+                                     {"snapshot", fuzzSnapshot}};
+
+/// What holds for every project, wherever it came from.
+void requireConsistent(const Project& project);
+
+}  // namespace tessaly::fuzz
