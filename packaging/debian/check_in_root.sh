@@ -110,7 +110,7 @@ type=$(as_operator gio info -a standard::content-type "/home/ann/my tour.crd2" |
 handler=$(as_operator xdg-mime query default application/x-tessaly-project)
 echo "my tour.crd2 is $type, opened by $handler"
 [ "$type $handler" = "application/x-tessaly-project tessaly.desktop" ] || fail "file type"
-as_operator gio mime application/x-tessaly-project | head -2
+as_operator gio mime application/x-tessaly-project | sed -n 1p
 for icon in apps/tessaly mimetypes/application-x-tessaly-project; do
   [ -s /usr/share/icons/hicolor/scalable/$icon.svg ] || fail "icon $icon"
 done
