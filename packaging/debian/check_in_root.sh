@@ -40,7 +40,7 @@ operator_says tessaly-cli verify /home/ann/card
 
 say "The user's own firmware comes before the installed one"
 as_operator mkdir -p /home/ann/.local/share/Tessaly/firmware
-printf ':04555500010203049D\r\n:00000001FF\r\n' >/home/ann/.local/share/Tessaly/firmware/0000.hex
+printf ':045555000102030448\r\n:00000001FF\r\n' >/home/ann/.local/share/Tessaly/firmware/0000.hex
 operator_says tessaly-cli create "/home/ann/my tour.crd2" --card /home/ann/card --yes >/tmp/create.log
 grep -F 'Firmware: /home/ann/.local/share/Tessaly/firmware/0000.hex' /tmp/create.log
 cmp /home/ann/card/0000.hex /home/ann/.local/share/Tessaly/firmware/0000.hex
