@@ -60,8 +60,7 @@ void ProjectSession::recover(const RecoveryCopy& copy) {
     const Project recovered = recovery_->read(copy);
     clear();
     project = recovered;
-    project.unsavedChanges = true;
-    kept_ = recovered;
+    project.unsavedChanges = true;  // and no copy is this project's own: the next is the newest
 }
 
 void ProjectSession::save(const QString& path) {

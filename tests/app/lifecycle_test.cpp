@@ -487,6 +487,24 @@ TEST(Recovery, AClockThatWentBackLosesNoCopy) {
     EXPECT_EQ(bench.current.lstLangs, QStringList("Danish"));
 }
 
+TEST(Recovery, ARecoveredProjectBecomesTheNewestCopyAgain) {
+    WindowBench bench;
+    bench.start();
+    for (const char* language : {"Danish", "Dutch"}) {
+        bench.current.lstLangs = {language};
+        bench.open("");
+    }
+    const auto recover = [&](int line) {
+        bench.prompts.lines = {line};
+        bench.choose("mnuFileRecover");
+    };
+    recover(1);
+    EXPECT_EQ(bench.current.lstLangs, QStringList("Danish"));
+    bench.open("");  // without an edit, or the tenth copy after this one would push it out
+    recover(0);
+    EXPECT_EQ(bench.current.lstLangs, QStringList("Danish"));
+}
+
 TEST(Recovery, LookingIsNoDifference) {
     WindowBench bench;
     bench.project.lstLangs = {"English", "German"};
