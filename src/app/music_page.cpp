@@ -40,8 +40,7 @@ MusicPage::MusicPage(Project& project, const Services& services, QWidget* parent
             lstMuList_Click();
             return;
         }
-        ui_->buttEditMuList->setEnabled(false);
-        ui_->buttDelMuList->setEnabled(false);
+        showListSelection();
     });
     connect(ui_->lstMuTrack, &QListWidget::itemSelectionChanged, this,
             &MusicPage::lstMuTrack_Click);
@@ -106,6 +105,18 @@ void MusicPage::showProject() {
 
 void MusicPage::showLists(int row) {
     showLines(ui_->lstMuList, project_.lstMuList, row);
+    showListSelection();
+}
+
+void MusicPage::showListSelection() {
+    const bool isSelected = selectedRow(ui_->lstMuList) >= 0;
+    ui_->buttEditMuList->setEnabled(isSelected);
+    ui_->buttDelMuList->setEnabled(isSelected);
+    if (isSelected)
+        return;
+    // Without its list a selected track is no whole selection.
+    ui_->buttAddMuFile->setEnabled(false);
+    clearFile();
 }
 
 void MusicPage::showTracks(int row) {
@@ -136,8 +147,7 @@ void MusicPage::showFile() {
 }
 
 void MusicPage::lstMuList_Click() {
-    ui_->buttDelMuList->setEnabled(true);
-    ui_->buttEditMuList->setEnabled(true);
+    showListSelection();
     if (const auto list = lineAt(project_.lstMuList, selectedRow(ui_->lstMuList)))
         selectMusicList(project_, *list);
     const int row = trackRows_.value(project_.currentMusicList, -1);
@@ -168,9 +178,8 @@ void MusicPage::txtNewMuList_Change() {
         setDefaultButton(ui_->buttAddMuList);
     else
         unsetDefaultButton(ui_->buttAddMuList);
-    ui_->buttEditMuList->setEnabled(false);
-    ui_->buttDelMuList->setEnabled(false);
     selectRowSilently(ui_->lstMuList, -1);
+    showListSelection();
 }
 
 void MusicPage::txtNewMuTrack_Change() {

@@ -48,6 +48,7 @@ class MusicPage : public Page {
     MusicSelection selection() const;
     int currentListRow() const;
     void showLists(int row);
+    void showListSelection();
     void showTracks(int row);
     void showFile();
     void clearFile();

@@ -60,8 +60,6 @@ SpeechSelection SpeechPage::selection() const {
 void SpeechPage::projectReplaced() {
     ui_->txtNewSpTitle->clear();
     ui_->txtNewLang->clear();
-    ui_->buttEditSpTitle->setEnabled(false);
-    ui_->buttDelSpTitle->setEnabled(false);
     showTitles(-1);
     showLangs(-1);
     clearFile();
@@ -74,6 +72,8 @@ void SpeechPage::showProject() {
 
 void SpeechPage::showTitles(int row) {
     showLines(ui_->lstSpTitles, project_.lstSpTitles, row);
+    ui_->buttEditSpTitle->setEnabled(row >= 0);
+    ui_->buttDelSpTitle->setEnabled(row >= 0);
 }
 
 void SpeechPage::showLangs(int row) {
@@ -216,6 +216,7 @@ void SpeechPage::buttDelLang_Click() {
     const EditResult result = deleteLanguage(project_, selectedRow(ui_->lstLangs));
     if (result.isDone) {
         showLangs(result.row);
+        txtNewLang_Change();  // there may be room for it now
         showFile();
         emit summaryDue();
     }

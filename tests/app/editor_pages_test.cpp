@@ -105,6 +105,7 @@ TEST(MusicPage, ButtonsFollowTheSelection) {
     EXPECT_EQ(enabled(), "EditMuList DelMuList EditMuTrack DelMuTrack AddMuFile");
     bench.type("txtNewMuList", "y");  // takes the list's selection away
     EXPECT_EQ(bench.selected("lstMuList"), "(none)");
+    EXPECT_EQ(enabled(), "AddMuList EditMuTrack DelMuTrack") << "no file without its list";
     const Project before = bench.current;
     bench.click("buttDelMuTrack");
     EXPECT_EQ(bench.current, before) << "without a list there is no track to delete";
@@ -121,6 +122,13 @@ TEST(MusicPage, ButtonsFollowTheSelection) {
     QTest::keyClick(bench.find<QListWidget>("lstMuTrack"), Qt::Key_Down, Qt::AltModifier);
     bench.click("imgMuTrackDn");
     EXPECT_FALSE(bench.current.unsavedChanges) << "moves and selections are no edits";
+
+    bench.answer("buttEditMuList", "Pop");  // left unselected
+    EXPECT_FALSE(bench.isEnabled("buttEditMuList") || bench.isEnabled("buttDelMuList") ||
+                 bench.isEnabled("buttAddMuFile"));
+    bench.select("lstMuList", "Pop");
+    bench.click("buttDelMuList");  // the last one
+    EXPECT_FALSE(bench.isEnabled("buttEditMuList") || bench.isEnabled("buttDelMuList"));
 }
 
 TEST(MusicPage, ShowsTheListOnViewAndNothingStale) {
@@ -210,6 +218,7 @@ TEST(SpeechPage, AWholeSessionEndsInTheExpectedFile) {
     }
     bench.answer("buttEditSpTitle", "Welcome");
     EXPECT_EQ(bench.selected("lstSpTitles"), "(none)");
+    EXPECT_FALSE(bench.isEnabled("buttEditSpTitle") || bench.isEnabled("buttDelSpTitle"));
     EXPECT_EQ(bench.field("txtSpeechFile"), "");
     bench.select("lstLangs", "Danish");
     bench.click("buttDelLang");
@@ -267,6 +276,10 @@ TEST(SpeechPage, NamesHaveTheirLimits) {
     bench.type("txtNewLang", "more");
     EXPECT_FALSE(bench.isEnabled("buttAddLang"));
     EXPECT_EQ(bench.current.lstLangs.size(), 16);
+    bench.select("lstLangs", bench.current.lstLangs.first());
+    bench.click("buttDelLang");
+    bench.click("buttAddLang");  // there is room again for what was typed
+    EXPECT_EQ(bench.current.lstLangs.last(), "more");
 }
 
 }  // namespace tessaly
