@@ -1,8 +1,10 @@
 #include "support/projects.h"
 
+#include <QSet>
 #include <algorithm>
 
 #include "image/config_image.h"
+#include "model/format_limits.h"
 #include "model/music_lists.h"
 #include "model/text_codec.h"
 
@@ -162,6 +164,64 @@ Project randomProject(std::mt19937& random, int tracks) {
         if (dice.coin())
             pointAtSomething(dice, project, trigger, trigger.sourcePath);
     return project;
+}
+
+QStringList inconsistencies(const Project& project) {
+    QStringList wrong;
+    const auto require = [&](bool holds, const QString& sentence) {
+        if (!holds)
+            wrong.append(sentence);
+    };
+    const auto hasSpareSlot = [](const QList<TrackRecord>& table) {
+        return !table.isEmpty() && table[0] == TrackRecord();
+    };
+    require(hasSpareSlot(project.TrackTable), "slot 0 of the tracks is not blank");
+    require(hasSpareSlot(project.DefaultLanguageTable), "slot 0 of the languages is not blank");
+    require(project.lstMuTrack.size() == project.MusicListNames.size(),
+            "lists and their names differ in number");
+    require(project.MusicListNames.last().isEmpty() && project.lstMuTrack.last().isEmpty(),
+            "the spare list is in use");
+    require(
+        project.currentMusicList >= 0 && project.currentMusicList < project.MusicListNames.size(),
+        "there is no such current list");
+    QStringList used = project.MusicListNames, shown = project.lstMuList;
+    used.removeAll("");
+    used.sort();
+    shown.sort();
+    require(used == shown, "lists " + shown.join('|') + " are not slots " + used.join('|'));
+    require(shown.removeDuplicates() == 0, "two lists have the same name");
+    require(project.lstLangs.size() <= limits::Languages, "there are too many languages");
+
+    QHash<QString, QSet<QString>> tracks;
+    for (const QString& list : project.lstMuList) {
+        const QStringList lines = tracksOfMusicList(project, list);
+        tracks[list] = {lines.begin(), lines.end()};
+        require(tracks[list].size() == lines.size(), "two tracks of " + list + " have one name");
+    }
+    const QSet<QString> titles(project.lstSpTitles.begin(), project.lstSpTitles.end());
+    const QSet<QString> languages(project.lstLangs.begin(), project.lstLangs.end());
+    require(titles.size() == project.lstSpTitles.size(), "two titles have the same name");
+    require(languages.size() == project.lstLangs.size(), "two languages have the same name");
+    for (const TrackRecord& record : project.TrackTable) {
+        const QString item = record.itemName.text(), group = record.groupName.text();
+        if (isMusic(record))
+            require(tracks.value(group).contains(item), "no line for " + group + " / " + item);
+        else if (isSpeech(record))
+            require(titles.contains(item) && languages.contains(group),
+                    "no lines for " + item + " in " + group);
+    }
+    for (const TrackRecord& record : project.DefaultLanguageTable.mid(1))
+        require(languages.contains(record.groupName.text()),
+                "no language " + record.groupName.text());
+    for (int slot = 0; slot < TriggerSlots; ++slot)
+        require(typeTagNumber(project.TriggerTable[size_t(slot)]) == slot,
+                QString("trigger %1 has another's number").arg(slot));
+    require(project.buttChimeAlways != project.buttChimeOnce, "the chime's repeat is not one");
+    require(int(project.buttPlayExtChime) + int(project.buttPlayIntChime) +
+                    int(project.buttDisableChime) ==
+                1,
+            "the chime's sound is not one");
+    return wrong;
 }
 
 }  // namespace tessaly::test

@@ -30,4 +30,8 @@ Project exampleProject();
 /// names, attributes, triggers and orders drawn at random. Names fit the code page and are unique.
 Project randomProject(std::mt19937& random, int tracks);
 
+/// What does not fit together in the tables of a project, one sentence each; empty when all does,
+/// whatever the operator does.
+QStringList inconsistencies(const Project& project);
+
 }  // namespace tessaly::test

@@ -33,6 +33,8 @@ class ScriptedPrompts : public Prompts {
     bool hasViewer = true;
     int beeps = 0;
     std::function<void(const Shown&)> onShown = [](const Shown&) {};
+    /// Called right before an answer is taken: the place to make one up.
+    std::function<void(const QString& what)> onAsked = [](const QString&) {};
 
     /// The texts since the last call.
     QStringList takeTexts() {
@@ -83,6 +85,7 @@ class ScriptedPrompts : public Prompts {
 
     template <typename List, typename Value>
     Value take(List& list, const QString& what, Value otherwise) {
+        onAsked(what);
         if (list.isEmpty()) {
             ADD_FAILURE() << "nobody answers: " << what.toStdString();
             return otherwise;
