@@ -3,8 +3,8 @@
 JOBS ?= $(shell nproc)
 SOURCES := $(shell find src tests reliability bench tools -name '*.cpp' -o -name '*.h')
 
-.PHONY: build run demo test fuzz large-files kill disks fat targets pulled full-size memcheck \
-  sparse-card bench screenshots deb package-check windows windows-test windows-packages lint format \
+.PHONY: build run demo test fuzz large-files monkey kill disks fat targets pulled full-size \
+  memcheck sparse-card bench screenshots deb package-check windows windows-test windows-packages lint format \
   clean dependencies
 
 build: dependencies
@@ -82,6 +82,15 @@ memcheck: build
 # A card of GIB=16, really written below SIZE_FOLDER=build.
 sparse-card: build
 	@reliability/size/sparse_card.sh
+
+# A random operator before the window: make monkey SEEDS=10 EVENTS=100000 FIRST_SEED=1
+SEEDS ?= 10
+EVENTS ?= 100000
+FIRST_SEED ?= 1
+monkey: dependencies
+	@test -f build-asan/build.ninja || cmake --preset asan
+	@cmake --build --preset asan -j $(JOBS) --target tessaly-monkey
+	@build-asan/tessaly-monkey --seed $(FIRST_SEED) --seeds $(SEEDS) --events $(EVENTS)
 
 screenshots: dependencies
 	@tools/screenshots/run.sh

@@ -1,0 +1,191 @@
+#include "hands.h"
+
+#include <QAbstractEventDispatcher>
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QDropEvent>
+#include <QInputMethodEvent>
+#include <QMimeData>
+#include <QStyleHints>
+#include <QTest>
+#include <QTimerEvent>
+#include <QUrl>
+#include <QWheelEvent>
+#include <QWindow>
+#include <algorithm>
+#include <limits>
+
+namespace tessaly::monkey {
+
+namespace {
+
+// Mouse events go to the window; this is where they are in it, if they are.
+struct Spot {
+    QWindow* window = nullptr;
+    QPoint at;
+};
+
+Spot spotOf(const QWidget* widget, QPoint at) {
+    const QWidget* window = widget->window();
+    const QPoint inWindow = widget->mapTo(window, at);
+    QWindow* handle = window->windowHandle();
+    return {handle && handle->isVisible() && window->rect().contains(inWindow) ? handle : nullptr,
+            inWindow};
+}
+
+QWindow* keyWindow(QWidget* window) {
+    QWindow* focus = QGuiApplication::focusWindow();
+    return focus ? focus : window->windowHandle();
+}
+
+}  // namespace
+
+QList<QWidget*> openWindows() {
+    if (QWidget* popup = QApplication::activePopupWidget())
+        return {popup};
+    if (QWidget* modal = QApplication::activeModalWidget())
+        return {modal};
+    QList<QWidget*> windows;
+    for (QWidget* widget : QApplication::topLevelWidgets())
+        if (widget->isVisible() && widget->windowHandle() && widget->windowType() != Qt::ToolTip)
+            windows.append(widget);
+    std::sort(windows.begin(), windows.end(),
+              [](const QWidget* a, const QWidget* b) { return a->objectName() < b->objectName(); });
+    return windows;
+}
+
+QString nameOf(const QWidget* widget) {
+    const QWidget* named = widget;
+    while (named && named->objectName().isEmpty())
+        named = named->parentWidget();
+    const QString name = named ? named->objectName() : QString();
+    return widget == named ? name : name + '/' + widget->metaObject()->className();
+}
+
+QPoint somePoint(const QWidget* widget, Dice& dice) {
+    const QRect seen = widget->visibleRegion().boundingRect();
+    if (seen.isEmpty() || dice.oneIn(2))
+        return seen.isEmpty() ? widget->rect().center() : seen.center();
+    return {seen.x() + dice.below(seen.width()), seen.y() + dice.below(seen.height())};
+}
+
+void press(QWidget* widget, QPoint at, Qt::MouseButton button, Qt::KeyboardModifiers keys) {
+    if (const Spot spot = spotOf(widget, at); spot.window)
+        QTest::mousePress(spot.window, button, keys, spot.at);
+}
+
+void release(QWidget* widget, QPoint at, Qt::MouseButton button, Qt::KeyboardModifiers keys) {
+    if (const Spot spot = spotOf(widget, at); spot.window)
+        QTest::mouseRelease(spot.window, button, keys, spot.at);
+}
+
+void click(QWidget* widget, QPoint at, Qt::MouseButton button, Qt::KeyboardModifiers keys) {
+    const Spot spot = spotOf(widget, at);
+    if (!spot.window)
+        return;
+    const QPoint onScreen = spot.window->mapToGlobal(spot.at);
+    QTest::mouseClick(spot.window, button, keys, spot.at);
+    if (button == Qt::RightButton) {  // which only a real platform makes of it
+        QWidget* below = QApplication::widgetAt(onScreen);
+        if (!below || QApplication::activePopupWidget() || !below->isEnabled())
+            return;
+        QContextMenuEvent menu(QContextMenuEvent::Mouse, below->mapFromGlobal(onScreen), onScreen);
+        QApplication::sendEvent(below, &menu);
+    }
+}
+
+void doubleClick(QWidget* widget, QPoint at) {
+    if (const Spot spot = spotOf(widget, at); spot.window)
+        QTest::mouseDClick(spot.window, Qt::LeftButton, {}, spot.at);
+}
+
+void moveTo(QWidget* widget, QPoint at) {
+    if (const Spot spot = spotOf(widget, at); spot.window)
+        QTest::mouseMove(spot.window, spot.at);
+}
+
+void turnWheel(QWidget* widget, QPoint at, int degrees) {
+    QWheelEvent event(at, widget->mapToGlobal(at), {}, QPoint(0, degrees * 8), Qt::NoButton,
+                      Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(widget, &event);
+}
+
+void drop(QWidget* widget, QPoint at, const QString& text, bool asFile) {
+    QMimeData data;
+    if (asFile)
+        data.setUrls({QUrl::fromLocalFile(text)});
+    else
+        data.setText(text);
+    QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(widget, &enter);
+    if (!enter.isAccepted() || !widget->acceptDrops())
+        return;
+    QDragMoveEvent move(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(widget, &move);
+    QDropEvent event(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(widget, &event);
+}
+
+void composeText(const QString& text) {
+    QWidget* focus = QApplication::focusWidget();
+    if (!focus || !focus->testAttribute(Qt::WA_InputMethodEnabled))
+        return;
+    QInputMethodEvent composing(text.left(3), {});
+    QApplication::sendEvent(focus, &composing);
+    QInputMethodEvent done;
+    done.setCommitString(text);
+    QApplication::sendEvent(focus, &done);
+}
+
+void pressKey(QWidget* window, Qt::Key key, Qt::KeyboardModifiers keys) {
+    if (QWindow* target = keyWindow(window))
+        QTest::keyClick(target, key, keys);
+}
+
+void typeText(QWidget* window, const QString& text) {
+    for (const QChar c : text) {
+        QWindow* target = keyWindow(window);
+        if (!target)
+            return;
+        const Qt::Key key = c.unicode() >= 32 && c.unicode() < 127 ? Qt::Key(c.toUpper().unicode())
+                                                                   : Qt::Key_unknown;
+        QTest::sendKeyEvent(QTest::Click, target, key, QString(c), Qt::NoModifier);
+    }
+}
+
+void settle() {
+    for (int round = 0; round < 2; ++round) {
+        QCoreApplication::sendPostedEvents();
+        QCoreApplication::processEvents();
+    }
+}
+
+StoppedClocks::StoppedClocks() {
+    // Letters typed on a list find a line together, however long ago the last one was.
+    QGuiApplication::styleHints()->setKeyboardInputInterval(std::numeric_limits<int>::max());
+    qApp->installEventFilter(this);
+}
+
+void StoppedClocks::paint() {
+    paints_ = true;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+        QEvent due(QEvent::UpdateRequest);
+        if (window->isVisible())
+            QApplication::sendEvent(window, &due);
+    }
+    paints_ = false;
+}
+
+bool StoppedClocks::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::UpdateRequest)
+        return !paints_;
+    if (event->type() != QEvent::Timer)
+        return false;
+    const int id = static_cast<QTimerEvent*>(event)->timerId();
+    for (const auto& timer : QAbstractEventDispatcher::instance()->registeredTimers(watched))
+        if (timer.timerId == id)
+            return timer.interval > 0;
+    return false;
+}
+
+}  // namespace tessaly::monkey

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QWidget>
+
+#include "dice.h"
+
+class QListWidget;
+
+// What an operator's hands can do to the windows that are there, as events of the platform: they
+// find their own way to the widget below the mouse or with the focus, menus and modal windows
+// first.
+
+namespace tessaly::monkey {
+
+/// The windows that take events now: the menu that is open, else the modal window, else all.
+QList<QWidget*> openWindows();
+
+/// The visible, enabled widgets of a class in a window, in a fixed order.
+template <typename Widget>
+QList<Widget*> reachable(const QWidget* window) {
+    QList<Widget*> found;
+    for (Widget* widget : window->findChildren<Widget*>())
+        if (widget->isVisible() && widget->isEnabled() && !widget->visibleRegion().isEmpty() &&
+            widget->window() == window)
+            found.append(widget);
+    return found;
+}
+
+/// What a widget is called in the log.
+QString nameOf(const QWidget* widget);
+
+/// Some point of the part of a widget that can be seen, in its own coordinates.
+QPoint somePoint(const QWidget* widget, Dice& dice);
+
+void press(QWidget* widget, QPoint at, Qt::MouseButton button = Qt::LeftButton,
+           Qt::KeyboardModifiers keys = {});
+void release(QWidget* widget, QPoint at, Qt::MouseButton button = Qt::LeftButton,
+             Qt::KeyboardModifiers keys = {});
+void click(QWidget* widget, QPoint at, Qt::MouseButton button = Qt::LeftButton,
+           Qt::KeyboardModifiers keys = {});
+void doubleClick(QWidget* widget, QPoint at);
+void moveTo(QWidget* widget, QPoint at);  ///< buttons that are down stay down
+void turnWheel(QWidget* widget, QPoint at, int degrees);
+void drop(QWidget* widget, QPoint at, const QString& text, bool asFile);
+void composeText(const QString& text);  ///< as an input method does
+
+void pressKey(QWidget* window, Qt::Key key, Qt::KeyboardModifiers keys = {});
+void typeText(QWidget* window, const QString& text);
+
+/// Lets everything happen that is due now. What waits for a time does not come about.
+void settle();
+
+/// Keeps timers from going off while it lives, so that the speed of the machine changes nothing;
+/// those of no duration are no timers. Windows are painted when paint() says so.
+class StoppedClocks : public QObject {
+ public:
+    StoppedClocks();
+
+    /// Paints what is due in all windows.
+    void paint();
+
+ protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+    bool paints_ = false;
+};
+
+}  // namespace tessaly::monkey

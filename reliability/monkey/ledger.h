@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QMap>
+#include <QStringList>
+
+#include "world.h"
+
+namespace tessaly::monkey {
+
+/// Watches what must hold from one event to the next, which no look at a single moment shows.
+class Ledger {
+ public:
+    explicit Ledger(World& world);
+
+    /// After each event: the mark of unsaved changes, and that no work was lost.
+    QStringList afterEvent();
+
+    /// Every now and then: the project can be saved and is read back alike.
+    QStringList savedAndReadBack();
+
+    /// Every now and then: nothing but the card and the folder of saved projects has changed.
+    QStringList outside() const;
+
+    /// Every now and then, with nothing open: neither memory nor widgets grow without bound.
+    QStringList growth();
+
+    /// Bytes in use on the heap.
+    static qint64 heapBytes();
+
+ private:
+    QStringList mark();
+    QStringList loss() const;
+
+    World& world_;
+    QMap<QString, QByteArray> untouchables_;
+    QStringList places_;
+    Project before_;
+    bool differed_ = false;
+    QStringList clean_;  // the project in words when the mark went last
+    bool wasMarked_ = false;
+    qint64 mostHeap_ = 0;
+};
+
+}  // namespace tessaly::monkey

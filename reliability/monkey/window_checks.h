@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QStringList>
+
+#include "support/window_bench.h"
+
+namespace tessaly::monkey {
+
+/// What the window shows in front and should not, one sentence each; empty when all is well.
+/// Compares lists, fields, enabled states and caption with the project.
+QStringList wrongInWindow(const test::WindowBench& bench, bool isRunning);
+
+/// Whether the status bar says what a new count of the project comes to.
+QStringList wrongInStatusBar(const test::WindowBench& bench);
+
+}  // namespace tessaly::monkey

@@ -1,0 +1,233 @@
+#include "world.h"
+
+#include <QStandardPaths>
+#include <random>
+
+#include "app/create_card_page.h"
+
+namespace tessaly::monkey {
+
+using namespace test;
+
+namespace {
+
+// An MP3 file of nothing but the tag at its end.
+QByteArray tagged(const QByteArray& title, int bytes) {
+    QByteArray tag = "TAG" + title.leftJustified(30, '\0', true);
+    return QByteArray(bytes, 'm') + tag.leftJustified(128, '\0');
+}
+
+const QStringList Places = {"src", "music", "playlists", "app"};
+
+}  // namespace
+
+World::World() {
+    makeFiles();
+    bench.prompts.onAsked = [this](const QString& what) { answer(what); };
+    bench.files.failWhen = [this](const QString&) {
+        return failOneIn_ > 0 && dice && dice->oneIn(failOneIn_);
+    };
+    bench.files.onOperation = [this] {
+        if (!dice || !isRunning())
+            return;
+        happenings.ranCard = true;
+        if (dice->oneIn(1500))
+            setCardPresent(!cardPresent_);
+        onRunOperation();
+    };
+    restart();
+    happenings = {};
+}
+
+void World::makeFiles() {
+    const auto write = [this](const QString& name, const QByteArray& bytes) {
+        return bench.scratch.write(name, bytes);
+    };
+    mp3s_ = {bench.scratch.path("src/first.mp3"),
+             bench.scratch.path("src/second.MP3"),
+             bench.scratch.path("src/hello.mp3"),
+             write("src/Tagged.mp3", tagged("Ein Lied", 900)),
+             write("src/empty.mp3", {}),
+             write(QString("src/Žlutý kůň.mp3"), "outside the code page"),
+             write("src/no music.txt", "text"),
+             bench.scratch.path("src/missing.mp3"),
+             bench.scratch.path("src")};
+    for (int i = 0; i < 5; ++i)
+        write(QString("music/Evening/%1 Song.mp3").arg(i),
+              tagged(i < 3 ? "Same Title" : QByteArray(), 50 * i));
+    write("music/A name longer than sixteen/one.MP3", tagged("A title longer than sixteen", 10));
+    write("music/A name longer than sixteen/two.mp3", "untagged");
+    write("music/Évolution/.hidden.mp3", "hidden");
+    write("music/none/read me.txt", "no music");
+    for (int i = 0; i < 40; ++i)
+        write(QString("music/Forty/%1.mp3").arg(i), tagged("T" + QByteArray::number(i % 30), 3));
+    bench.scratch.makeFolder("music/empty");
+    bench.scratch.makeFolder("other card");
+    for (const char* name : {"Evening", "A name longer than sixteen", "Évolution", "none", "Forty",
+                             "empty", "missing", "Evening/"})
+        folders_.append(bench.scratch.path(QString("music/") + name));
+
+    const QByteArray song = bench.scratch.path("music/Evening/0 Song.mp3").toUtf8();
+    playlists_ = {
+        write("playlists/plain.m3u", song + '\n' + song + "\nmissing.mp3\n"),
+        write("playlists/with names.m3u",
+              "#EXTM3U\t\n#EXTINF:1,A - B\n" + song + "\n#EXTINF:2,\nb.mp3\n#EXTINF:3,C\nc.wav\n"),
+        write("playlists/tabs.txt", "Album\tA\tY\tG\tN\tT\tL\tS\tP\r\nQ\tB\t1\tF\t1\tLow\t3\t3\t" +
+                                        song + "\r\nQ\t\t\t\t\tName only\t\t\t\r\n"),
+        write("playlists/names.txt", "Name\tArtist\tLocation\rBell\tC\t" + song + "\rNets\tC\t\r"),
+        write("playlists/no list.txt", QByteArray("\0\xFF\tno playlist", 14)),
+        write("playlists/empty.m3u", {}),
+        bench.scratch.path("playlists/missing.m3u")};
+
+    projects_ = {bench.tourFile, bench.scratch.path("given/missing.crd2"), mp3s_[6]};
+    LocalFileSystem files;
+    std::mt19937 random(6);
+    for (int i = 0; i < 3; ++i) {
+        Project other = randomProject(random, 10 + 10 * i);
+        projects_.append(bench.scratch.path(QString("given/other %1.crd2").arg(i)));
+        bench.scratch.makeFolder("given");
+        saveProject(files, projects_.last(), other);
+    }
+    const QByteArray whole = bench.scratch.read("given/other 2.crd2");
+    QByteArray flipped = whole;
+    for (qsizetype at = 700; at < flipped.size(); at += 997)
+        flipped[at] = char(flipped[at] ^ 0x15);
+    projects_ += {write("given/cut.crd2", whole.left(whole.size() * 2 / 3)),
+                  write("given/flipped.crd2", flipped), write("given/empty.crd2", {})};
+    bench.scratch.makeFolder("mine/a folder.crd2");
+    for (const char* name : {"one.crd2", "zwei Wörter.crd2", "three.crd2", "a folder.crd2",
+                             "no such folder/four.crd2"})
+        targets_.append(bench.scratch.path(QString("mine/") + name));
+}
+
+bool World::isRunning() const {
+    const auto* page = bench.window ? bench.window->findChild<CreateCardPage*>() : nullptr;
+    return page && page->isRunning();
+}
+
+void World::restart() {
+    happenings.sessionChanged = happenings.letGo = true;
+    bench.window.reset();
+    if (dice && dice->oneIn(2)) {  // as if the program had been killed
+        QFile mark(bench.scratch.write("user/recovery/running", {}));
+        if (mark.open(QIODevice::ReadWrite))
+            mark.setFileTime(QDateTime::fromSecsSinceEpoch(1000000000),
+                             QFileDevice::FileModificationTime);
+    }
+    bench.start();
+    bench.window->findChild<QTimer*>("tmrRecovery")->stop();  // fires when the monkey says so
+    bench.window->activateWindow();
+    bench.window->offerRecovery();
+}
+
+void World::setCardPresent(bool present) {
+    if (present == cardPresent_)
+        return;
+    cardPresent_ = present;
+    const QString card = bench.scratch.path("card"), pulled = bench.scratch.path("pulled");
+    present ? QDir().rename(pulled, card) : QDir().rename(card, pulled);
+    bench.drives.isReady = present;
+}
+
+QString World::change() {
+    switch (dice->below(8)) {
+        case 0:
+            failOneIn_ = 5 + dice->below(60);
+            return QString("one in %1 file operations fails").arg(failOneIn_);
+        case 1:
+            setCardPresent(false);
+            return "the card is pulled";
+        case 2:
+            bench.drives.driveType = dice->oneIn(2) ? DriveType::Fixed : DriveType::Network;
+            return "the drive is not removable";
+        case 3:
+            bench.drives.volume.freeBytes = dice->below(20000);
+            return "the card has little room";
+        default:
+            failOneIn_ = 0;
+            setCardPresent(true);
+            bench.drives.driveType = DriveType::Removable;
+            bench.drives.volume.freeBytes = 64000000;
+            return "all is well outside";
+    }
+}
+
+void World::answer(const QString& what) {
+    if (!dice)
+        return;
+    if (what.startsWith("You will lose") || what == "Recover" || what.startsWith("save ") ||
+        what.startsWith("Tessaly was not closed"))
+        happenings.sessionChanged = true;
+    if (what.startsWith("open TRL"))
+        happenings.sessionChanged = happenings.letGo = true;
+    ScriptedPrompts& prompts = bench.prompts;
+    // Timers run on while a box is open.
+    if (auto* timer = bench.window->findChild<QTimer*>("tmrRecovery"); timer && dice->oneIn(10))
+        QMetaObject::invokeMethod(timer, "timeout");
+    prompts.answers = {!dice->oneIn(3)};
+    prompts.paths = {dice->oneIn(5) ? QString() : pathFor(what)};
+    prompts.lines = {dice->oneIn(3) ? -1 : dice->below(qMax(1, prompts.offered.size()))};
+    prompts.inputs = {dice->oneIn(5) ? QString() : text()};
+    if (what.startsWith("You will lose") && prompts.answers.first())
+        happenings.letGo = true;
+    if (what == "Recover" && prompts.lines.first() >= 0)
+        happenings.letGo = true;
+}
+
+QString World::pathFor(const QString& what) {
+    if (what == "drive")
+        return dice->oneIn(6) ? bench.scratch.path("other card/") : bench.job.root;
+    if (what.startsWith("save "))
+        return dice->anyOf(targets_);
+    if (what.startsWith("open TRL"))
+        return dice->oneIn(2) ? dice->anyOf(targets_) : dice->anyOf(projects_);
+    if (what.startsWith("open TXT"))
+        return dice->anyOf(playlists_);
+    return what.startsWith("open ") ? dice->anyOf(mp3s_) : dice->anyOf(folders_);
+}
+
+QString World::text() {
+    static const QStringList usual = {"A",       "B",       "C",       "01 A",   "Rock",
+                                      "Welcome", "English", "Deutsch", "Song A", "Late Show"};
+    static const QStringList odd = {"",
+                                    " ",
+                                    "    ",
+                                    "exactly sixteen.",
+                                    "this is more than sixteen",
+                                    "Žlutý kůň",
+                                    "日本語のうた",
+                                    "e\u0301a\u0308 combined",
+                                    QString::fromUcs4(U"\U0001F3B5 note"),
+                                    QString(QChar(0xD83C)),
+                                    QString("nul 0 tab \t bell \a").replace(u'0', QChar(0)),
+                                    "line\r\nbreak",
+                                    ContinuousMixName.toString(),
+                                    PlayFullListName.toString(),
+                                    "&ampersand && <b>bold</b>",
+                                    "C:\\Music\\a.mp3",
+                                    "\u200Fright\u202Eto left"};
+    if (!dice->oneIn(4))
+        return dice->anyOf(usual);
+    return dice->oneIn(40) ? QString(300 + dice->below(700), 'x') : dice->anyOf(odd);
+}
+
+QMap<QString, QByteArray> World::untouchables() const {
+    QMap<QString, QByteArray> all;
+    for (const QString& place : Places) {
+        const auto content = bench.scratch.content(place);
+        for (auto it = content.begin(); it != content.end(); ++it)
+            if (!it.key().startsWith("files/tmp."))
+                all.insert(place + '/' + it.key(), it.value());
+    }
+    return all;
+}
+
+QStringList World::places() const {
+    QStringList names = QDir(bench.scratch.path())
+                            .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    names.removeAll("pulled");
+    names.removeAll("card");
+    return names;
+}
+
+}  // namespace tessaly::monkey
