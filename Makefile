@@ -4,8 +4,8 @@ JOBS ?= $(shell nproc)
 SOURCES := $(shell find src tests reliability bench tools -name '*.cpp' -o -name '*.h')
 
 .PHONY: build run demo test fuzz large-files monkey kill disks fat targets pulled full-size \
-  memcheck sparse-card bench screenshots deb package-check windows windows-test windows-packages lint format \
-  clean dependencies
+  memcheck sparse-card bench screenshots deb package-check windows windows-test windows-packages \
+  lint format clean dependencies
 
 build: dependencies
 	@test -f build/build.ninja || cmake --preset release
