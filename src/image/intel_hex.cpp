@@ -188,7 +188,8 @@ HexFile decodeHexFile(QByteArrayView text) {
 QString hexDamage(QByteArrayView text) {
     int number = 0;
     bool hasEnded = false;
-    for (const QByteArrayView line : linesOf(text)) {
+    while (!text.isEmpty()) {
+        const QByteArrayView line = takeLine(text);
         ++number;
         if (!line.startsWith(':'))
             continue;
