@@ -44,8 +44,17 @@ PlaylistEntry columnEntry(const PlaylistHeader& header, QStringView line) {
             .location = (header.locationIsLast ? *location : firstColumn(*location)).toString()};
 }
 
-bool isAbsolute(QStringView path) {
-    return path.contains(u':') || (QDir::separator() == u'/' && path.startsWith(u'/'));
+// Where a path of a playlist in `folder` leads. On Windows one that starts at a root without a
+// drive means the playlist's own drive, unless it names a share.
+QString located(const QString& path, const QString& folder) {
+    const bool isWindows = QDir::separator() == u'\\';
+    const bool isRooted = path.startsWith('/') || (isWindows && path.startsWith('\\'));
+    if (path.contains(':') || (isRooted && !isWindows))
+        return path;
+    if (!isRooted)
+        return folder + path;
+    const bool isShare = path.startsWith(R"(\\)");
+    return isShare || folder.indexOf(':') != 1 ? path : folder.left(2) + path;
 }
 
 PlaylistEntry extendedEntry(QStringView information, std::optional<QStringView> path,
@@ -55,7 +64,7 @@ PlaylistEntry extendedEntry(QStringView information, std::optional<QStringView> 
     if (comma >= 0)
         entry.name = nameFrom(information.sliced(comma + 1));
     if (path)
-        entry.location = isAbsolute(*path) ? path->toString() : folder + path->toString();
+        entry.location = located(path->toString(), folder);
     return entry;
 }
 

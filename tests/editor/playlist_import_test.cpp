@@ -47,6 +47,8 @@ QByteArray utf16(const QString& text, QStringConverter::Encoding encoding) {
     return QStringEncoder(encoding, QStringConverter::Flag::WriteBom)(text);
 }
 
+const QString ListFolder = QDir::toNativeSeparators("/m/");
+
 const QString BothMissing =
     "Track Name and File location missing: Both Track Name and File Location missing, track not "
     "added.";
@@ -113,8 +115,10 @@ TEST(PlaylistImport, TakesEveryFormat) {
          "#EXTINF:184,Third\r\n/abs/3.mp3\r\n"
          "#EXTINF:184\r\n4.mp3\r\n"
          "#EXTINF:184,Fifth\r\n",
-         {"Band, The - Firs <- C:\\Music\\1.mp3", "Second <- /m/sub\\2.mp3", "Third <- /abs/3.mp3"},
-         {"Track name missing: Track name missing, track not added.\r\nFile name: /m/4.mp3",
+         {"Band, The - Firs <- C:\\Music\\1.mp3", "Second <- " + ListFolder + "sub\\2.mp3",
+          "Third <- /abs/3.mp3"},
+         {"Track name missing: Track name missing, track not added.\r\nFile name: " + ListFolder +
+              "4.mp3",
           "File location missing: File location missing, track not added.\r\nTrack name: Fifth"}},
         {"m3u, the last line is not handled",
          "/m/One more song of ours.mp3\nC:\\x\\b.b.MP3\nc.mp3\n",
