@@ -15,7 +15,10 @@ namespace tessaly {
 #ifdef Q_OS_WIN
 
 bool isTerminal(FILE* stream) {
-    return ::_isatty(::_fileno(stream)) != 0;
+    // _isatty() takes NUL for a terminal.
+    const auto handle = reinterpret_cast<HANDLE>(::_get_osfhandle(::_fileno(stream)));
+    DWORD mode = 0;
+    return ::GetConsoleMode(handle, &mode) != 0;
 }
 
 Utf8Terminal::Utf8Terminal() : codePageBefore_(::GetConsoleOutputCP()) {
