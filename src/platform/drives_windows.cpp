@@ -33,14 +33,6 @@ QString absoluteFolder(const QString& path) {
         QDir::cleanPath(QDir().absoluteFilePath(withLastSeparator(path)))));
 }
 
-// Root of the volume that holds `folder`, with its last separator; empty when there is none.
-QString volumeRoot(const QString& folder) {
-    std::wstring root(size_t(std::max<qsizetype>(folder.size() + 2, MAX_PATH + 1)), L'\0');
-    if (!::GetVolumePathNameW(wide(folder), root.data(), DWORD(root.size())))
-        return {};
-    return QString::fromWCharArray(root.c_str());
-}
-
 bool isSamePath(const QString& one, const QString& other) {
     return one.compare(other, Qt::CaseInsensitive) == 0;
 }

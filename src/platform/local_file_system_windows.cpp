@@ -47,21 +47,6 @@ constexpr DWORD ShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELET
 constexpr DWORD Protecting =
     FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
 
-QString absoluteNative(const QString& path) {
-    const QString full = QDir::toNativeSeparators(QDir::cleanPath(QDir().absoluteFilePath(path)));
-    // A bare "E:" would mean the current folder of that drive, not its root.
-    return full.endsWith(':') ? full + '\\' : full;
-}
-
-// Root of the volume that holds `path`, with its last separator; empty when there is none.
-std::wstring volumeRoot(const QString& path) {
-    const std::wstring full = absoluteNative(path).toStdWString();
-    std::wstring root(std::max<size_t>(full.size() + 2, MAX_PATH + 1), L'\0');
-    if (!::GetVolumePathNameW(full.c_str(), root.data(), DWORD(root.size())))
-        return {};
-    return root.c_str();
-}
-
 qint64 joined(DWORD high, DWORD low) {
     return qint64(quint64(high) << 32 | low);
 }
@@ -417,17 +402,6 @@ QString systemText(DWORD code) {
 
 }  // namespace
 
-std::wstring systemPath(const QString& path) {
-    if (path.isEmpty())
-        return {};
-    const QString full = absoluteNative(path);
-    if (full.startsWith(R"(\\?\)") || full.startsWith(R"(\\.\)"))
-        return full.toStdWString();
-    if (full.startsWith(R"(\\)"))
-        return (R"(\\?\UNC\)" + full.mid(2)).toStdWString();
-    return (R"(\\?\)" + full).toStdWString();
-}
-
 TessalyError systemError(int code, const QString& path) {
     const bool isNotReady = code == ERROR_NOT_READY || code == ERROR_NO_MEDIA_IN_DRIVE;
     return {isNotReady ? int(error_number::DriveNotReady) : code,
@@ -472,8 +446,8 @@ QString LocalFileSystem::canonicalPath(const QString& path) const {
 bool LocalFileSystem::isWritableFolder(const QString& folder) const {
     const NoDiskPrompt quiet;
     DWORD flags = 0;
-    if (!::GetVolumeInformationW(volumeRoot(folder).c_str(), nullptr, 0, nullptr, nullptr, &flags,
-                                 nullptr, 0) ||
+    if (!::GetVolumeInformationW(volumeRoot(folder).toStdWString().c_str(), nullptr, 0, nullptr,
+                                 nullptr, &flags, nullptr, 0) ||
         (flags & FILE_READ_ONLY_VOLUME))
         return false;
     // The right to add a file to a folder is, on a file, the right to write it.
@@ -508,7 +482,7 @@ void LocalFileSystem::settle(const QString&) {
 void LocalFileSystem::flushVolume(const QString& path) {
     constexpr size_t LetterRootLength = 3;  // "E:\"
     const NoDiskPrompt quiet;
-    const std::wstring root = volumeRoot(path);
+    const std::wstring root = volumeRoot(path).toStdWString();
     if (root.empty())
         throw lastSystemError(path);
     // Every file was flushed when it was closed. That has to do for a share, for a volume without

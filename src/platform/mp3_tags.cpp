@@ -13,6 +13,8 @@
 
 #ifdef Q_OS_WIN
 #include <QFileInfo>
+
+#include "platform/windows_calls.h"
 #else
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -42,8 +44,7 @@ std::unique_ptr<TagLib::FileStream> openStream(const QString& path) {
 #ifdef Q_OS_WIN
     if (!QFileInfo(path).isFile())
         return nullptr;
-    return std::make_unique<TagLib::FileStream>(reinterpret_cast<const wchar_t*>(path.utf16()),
-                                                true);
+    return std::make_unique<TagLib::FileStream>(systemPath(path).c_str(), true);
 #else
     // Without waiting: a pipe would have the whole import wait for its other end.
     const int fd = ::open(toNativePath(path).constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);

@@ -14,9 +14,13 @@
 
 namespace tessaly {
 
-/// `path` as the system calls take it: in this form no path is too long, and no name on a card is
+/// `path` absolute and in the form "\\?\...": in it no path is too long, and no name on a card is
 /// out of reach for ending in a dot or a blank or for being a device's. Empty stays empty.
 std::wstring systemPath(const QString& path);
+
+/// Root of the volume that holds `path`, with its last separator; empty when there is none. The
+/// reason is the thread's last error.
+QString volumeRoot(const QString& path);
 
 /// While it lives, a reader without a card fails a call instead of putting up a box that asks the
 /// operator to insert a disk.
