@@ -79,16 +79,16 @@ TEST(MusicEditor, AFileChosenAgainReplacesTheFirst) {
     addNewMusicTrack(project, {.list = 0}, "a");
     EXPECT_FALSE(chooseMusicFile(project, {0, 0}, "").isDone);
     EXPECT_EQ(table(project), QStringList());
-    for (const char* path : {"/m/1.mp3", "/m/2.mp3"}) {
+    for (const QString path : {"/m/1.mp3", "/m/2.mp3"}) {
         EXPECT_TRUE(chooseMusicFile(project, {0, 0}, path).isDone);
-        EXPECT_EQ(table(project), QStringList{QString("Rock/a <- ") + path});
+        EXPECT_EQ(table(project), QStringList{"Rock/a <- " + QDir::toNativeSeparators(path)});
     }
     EXPECT_EQ(project.TrackTable[1], [] {
         TrackRecord record;
         record.kind = "music";
         record.itemName = "a";
         record.groupName = "Rock";
-        record.sourcePath = "/m/2.mp3";
+        record.sourcePath = QDir::toNativeSeparators("/m/2.mp3");
         return record;
     }());
     // All records of one name get the file, as a folder import makes them.

@@ -53,10 +53,13 @@ TEST(LocalFileSystem, ListsAndRemovesEverythingButFollowsNoLink) {
     QFile::setPermissions(scratch.path("card/read only.txt"), QFile::ReadOwner);
     const int links = scratch.link(scratch.path("outside"), "card/link to folder") +
                       scratch.link(scratch.path("nowhere"), "card/dangling");
-    // Linux: Latin-1 bytes, no UTF-8. Windows: half a character.
+#ifdef Q_OS_WIN
+    const QString odd = "bäd name.mp3";
+#else
     const QString odd = fromNativePath(
         "b\xE4"
-        "d name.mp3");
+        "d name.mp3");  // Latin-1 bytes, no UTF-8
+#endif
     files.create(pathIn(scratch.path("card"), "plain"))->close();
     files.create(pathIn(scratch.path("card"), odd))->close();
 

@@ -1,8 +1,5 @@
 #include "platform/single_instance.h"
 
-#include <QCoreApplication>
-#include <QSysInfo>
-
 #include "support/scratch_folder.h"
 
 namespace tessaly {
@@ -25,10 +22,14 @@ TEST(SingleInstance, TheSecondKnowsOfTheFirstUntilThatIsGone) {
 
 TEST(SingleInstance, ACrashedOneDoesNotCount) {
     const ScratchFolder scratch;
-    // What a process leaves behind that does not run any more: its number, name and machine.
-    const QByteArray host = QSysInfo::machineHostName().toUtf8();
-    scratch.write("user/tessaly.lock",
-                  "99999999\n" + QCoreApplication::applicationName().toUtf8() + '\n' + host + '\n');
+    QByteArray lock;
+    {
+        LocalSingleInstance crashed(scratch.path("user"));
+        EXPECT_TRUE(crashed.isOnlyOne());
+        lock = scratch.read("user/tessaly.lock");
+    }
+    // What it leaves behind if it ends without a word: the number of a process that is gone.
+    scratch.write("user/tessaly.lock", "99999999" + lock.mid(lock.indexOf('\n')));
     LocalSingleInstance next(scratch.path("user"));
     EXPECT_TRUE(next.isOnlyOne());
 }

@@ -5,10 +5,12 @@
 
 #include "card/card_verifier.h"
 #include "card/file_copier.h"
+#include "editor/playlist_import.h"
 #include "platform/drives.h"
 #include "platform/mp3_tags.h"
 #include "platform/windows_calls.h"
 #include "support/card_bench.h"
+#include "support/fake_tags.h"
 
 namespace tessaly {
 
@@ -169,6 +171,21 @@ TEST(WindowsFiles, WhatWasWrittenIsFlushedAndReadPastTheCache) {
     EXPECT_TRUE(back.isPastCache);
     EXPECT_EQ(back.size, bytes.size() + 1);
     EXPECT_EQ(back.hash, written.hash);
+}
+
+// A player that stands on the drive itself leaves the letter out.
+TEST(WindowsPlaylists, PathsFromARootStayOnThePlaylistsDrive) {
+    Project project;
+    importPlaylist(project,
+                   "#EXTM3U\r\n#EXTINF:1,a\r\n\\Music\\a.mp3\r\n#EXTINF:1,b\r\n/Music/b.mp3\r\n"
+                   "#EXTINF:1,c\r\n\\\\server\\music\\c.mp3\r\n"
+                   "#EXTINF:1,d\r\nd.mp3\r\n",
+                   FakeTags(), "F:\\lists\\l.m3u");
+    QStringList paths;
+    for (const TrackRecord& record : project.TrackTable.mid(1))
+        paths.append(record.sourcePath.text());
+    EXPECT_EQ(paths, (QStringList{"F:\\Music\\a.mp3", "F:/Music/b.mp3", "\\\\server\\music\\c.mp3",
+                                  "F:\\lists\\d.mp3"}));
 }
 
 TEST_F(RemovableDrive, IsKnownByItsLetterHoweverThatIsWritten) {
