@@ -45,8 +45,12 @@ void fuzzMounts(QByteArrayView bytes) {
             {.name = mount.source, .removable = table.right(2), .mmcType = mount.options.toUtf8()});
         require(!driveTypeName(type).isEmpty(), "every drive is of a type");
         VolumeGeometry geometry;
-        describeFat(geometry, mount.options.size() * 9999, mount.options);
-        require(geometry.isFat && geometry.entriesPerFile >= 1, "a FAT volume is described");
+        describeFat(geometry, mount,
+                    {.clusters = mount.options.size() * 9999,
+                     .rootFolderBytes = mount.root.size() * 512,
+                     .deviceRecord = mount.source.toUtf8()});
+        require(geometry.isFat && geometry.rootEntries.value_or(0) >= 0,
+                "a FAT volume is described");
     }
     // Options stand in one field now: beside a byte that is no UTF-8 they keep their bytes only.
     const QList<Mount> again = parseMountTable(table);

@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <algorithm>
-#include <optional>
 
 #include "model/format_limits.h"
 #include "model/music_lists.h"
@@ -187,7 +186,7 @@ class RecordApplier {
     Project& project_;
     UniqueNames lists_;
     UniqueNames tracks_;
-    std::optional<QString> previousList_;
+    QString previousList_;
     qsizetype numbered_ = 0;
 };
 

@@ -284,12 +284,12 @@ TEST(CardFile, FloodsOfRecordsOrEqualNamesEndTheReading) {
 TEST(CardFile, AListWithoutANameKeepsItsTracks) {
     Project project;
     const QList<TrackRecord> records = {
-        makeRecord("music", "a", "", "1"), makeRecord("music", "b", "Rock", "2"),
-        makeRecord("music", "c", "Rock", "3"), makeRecord("music", "d", "Pop", "4")};
+        makeRecord("music", "a", "Rock", "1"), makeRecord("music", "b", "", "2"),
+        makeRecord("music", "c", "", "3"), makeRecord("music", "d", "Pop", "4")};
     EXPECT_EQ(applyRecords(records, project).applied, 4);
-    EXPECT_EQ(project.lstMuList, (QStringList{"", "Rock", "Pop"}));
-    EXPECT_EQ(tracksOfMusicList(project, ""), QStringList("a"));
-    EXPECT_EQ(tracksOfMusicList(project, "Rock"), (QStringList{"b", "c"}));
+    EXPECT_EQ(project.lstMuList, (QStringList{"Rock", "", "Pop"}));
+    EXPECT_EQ(tracksOfMusicList(project, ""), (QStringList{"b", "c"}));
+    EXPECT_EQ(tracksOfMusicList(project, "Pop"), QStringList("d"));
     EXPECT_EQ(projectRecords(project).size(), projectRecords(Project()).size() + 4);
 }
 

@@ -200,7 +200,7 @@ TEST(LocalFileSystem, AReplacedFileKeepsItsRightsAndItsLink) {
     struct stat status {};
     ASSERT_EQ(::stat(toNativePath(real).constData(), &status), 0);
     EXPECT_EQ(status.st_mode & 07777, 0640U);
-    EXPECT_EQ(errorOf([&] { files.replaceFile("/dev/null", "x"); }).number, EINVAL);
+    EXPECT_EQ(errorOf([&] { files.replaceFile("/dev/null", "x"); }).number, error_number::NotAFile);
 }
 
 TEST(LocalFileSystem, PlacesAreKnownByIdentity) {
