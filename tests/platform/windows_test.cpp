@@ -80,7 +80,8 @@ TEST(WindowsFiles, NamesMayBeLongAndOfAnyLetters) {
     ASSERT_TRUE(QDir().mkpath(folder));
     const QString sample = TESSALY_SAMPLES "/tour/Music/Harbour Morning/01 Morning Bell.mp3";
     const QString file = pathIn(folder, OutsideCodePage);
-    const WrittenFile written = copyFile(files, sample, file, [](qint64) {});
+    const auto inside = files.openFolder(folder);
+    const WrittenFile written = copyFile(files, sample, *inside, OutsideCodePage, [](qint64) {});
     EXPECT_EQ(files.fileSize(file), written.size);
     EXPECT_EQ(readBack(files, file, [](qint64) {}).hash, written.hash);
     EXPECT_EQ(LocalMp3Tags().read(file).first.title, "Morning Bell");
@@ -90,9 +91,8 @@ TEST(WindowsFiles, NamesMayBeLongAndOfAnyLetters) {
     EXPECT_EQ(files.identity(file), files.identity(files.canonicalPath(file)));
     files.replaceFile(file, "short");
     EXPECT_EQ(contentOf(files, file), "short");
-    files.removeFile(file);
-    files.removeFolder(folder);
-    EXPECT_FALSE(files.isFolder(folder));
+    inside->removeFile(OutsideCodePage);
+    EXPECT_TRUE(inside->entries().isEmpty());
 }
 
 TEST(WindowsFiles, CaseMakesNoOtherPlace) {
@@ -134,7 +134,7 @@ TEST(WindowsFiles, ProtectedOnesAreSeenOverwrittenAndRemoved) {
     files.removeFile(file);
     const QString folder = scratch.makeFolder("hidden");
     protect(folder);
-    files.removeFolder(folder);
+    files.openFolder(scratch.path())->removeFolder("hidden");
     EXPECT_TRUE(files.entries(scratch.path()).isEmpty());
 }
 
@@ -163,11 +163,12 @@ TEST(WindowsFiles, WhatWasWrittenIsFlushedAndReadPastTheCache) {
     QByteArray bytes;
     for (int i = 0; i < 700000; ++i)  // two blocks and an odd rest
         bytes.append("abc");
-    const WrittenFile written = copyFile(files, scratch.write("from.mp3", bytes + 'x'),
-                                         scratch.path("to.mp3"), [](qint64) {});
-    files.settle(written.path);
+    const QString from = scratch.write("from.mp3", bytes + 'x');
+    const auto folder = files.openFolder(scratch.path());
+    const WrittenFile written = copyFile(files, from, *folder, "to.mp3", [](qint64) {});
+    files.settle(scratch.path("to.mp3"));
     files.flushVolume(scratch.path());
-    const ReadBack back = readBack(files, written.path, [](qint64) {});
+    const ReadBack back = readBack(files, scratch.path("to.mp3"), [](qint64) {});
     EXPECT_TRUE(back.isPastCache);
     EXPECT_EQ(back.size, bytes.size() + 1);
     EXPECT_EQ(back.hash, written.hash);
