@@ -26,6 +26,8 @@ longest=0
 RANDOM=$SEED
 trap 'umount -l "$card" 2>/dev/null; rm -rf "$work"' EXIT
 mkdir "$card"
+# What a card that is gone leaves behind is a folder of the disk. This one says that it is no card.
+touch "$card/no card"
 
 fail() {
   failed=$((failed + 1))
@@ -47,14 +49,15 @@ insert_fuse() {
   rm -f "$work/card.img"
   truncate -s 2M "$work/card.img"
   mkfs.vfat "$work/card.img" >/dev/null
-  fusefat -f -o rw+ "$work/card.img" "$card" >/dev/null 2>&1 &
+  fusefat -f -o rw+,nonempty "$work/card.img" "$card" >/dev/null 2>&1 &
   driver=$!
   disown # its end is no news
-  for _ in $(seq 200); do
+  for _ in $(seq 1000); do
     mountpoint -q "$card" && return
     sleep 0.02
   done
-  fail "fusefat does not mount"
+  echo "fusefat does not mount: without a card there is nothing to pull out"
+  exit 1
 }
 pull_fuse() { kill -9 "$driver"; }
 insert() { insert_"$kind"; }
@@ -62,7 +65,7 @@ pull() { pull_"$kind"; }
 take_away() {
   umount -l "$card" 2>/dev/null
   [ "$kind" = memory ] || kill -9 "$driver" 2>/dev/null
-  [ -z "$(ls -A "$card")" ] || fail "$kind: something was written to the folder below the card"
+  [ "$(ls -A "$card")" = "no card" ] || fail "$kind: something was written to the folder below the card"
 }
 
 # Runs a command and pulls the card at a random moment of the time that it takes undisturbed.
