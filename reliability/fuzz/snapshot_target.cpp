@@ -7,10 +7,10 @@ namespace tessaly::fuzz {
 
 void fuzzSnapshot(QByteArrayView bytes) {
     const QByteArray plain = bytes.toByteArray();
-    require(!decodeSnapshot(plain) || plain.startsWith("tessaly snapshot 1\n"),
+    require(!decodeSnapshot(plain) || plain.startsWith("tessaly snapshot 2\n"),
             "bytes without the magic text are no snapshot");
     const QByteArray whole =
-        "tessaly snapshot 1\n" + QCryptographicHash::hash(plain, QCryptographicHash::Sha1) + plain;
+        "tessaly snapshot 2\n" + QCryptographicHash::hash(plain, QCryptographicHash::Sha1) + plain;
     const auto project = decodeSnapshot(whole);
     if (!project)
         return;
@@ -22,6 +22,8 @@ void fuzzSnapshot(QByteArrayView bytes) {
             "the tables have their slot 0");
     const auto again = decodeSnapshot(encodeSnapshot(*project));
     require(again && *again == *project, "a snapshot that was read is written as it was");
+    require(countSnapshot(encodeSnapshot(*project))->lists == project->lstMuList.size(),
+            "a snapshot tells its lists");
 }
 
 }  // namespace tessaly::fuzz

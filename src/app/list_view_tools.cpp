@@ -4,10 +4,46 @@
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QStyle>
+#include <QStyledItemDelegate>
 #include <QToolButton>
 #include <algorithm>
 
 namespace tessaly {
+
+namespace {
+
+// One line of text without an icon: as high as every other, as wide as its text.
+class LineDelegate : public QStyledItemDelegate {
+ public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        const QString text = index.data().toString();
+        const QFontMetrics& metrics = option.fontMetrics;
+        const bool isKnown = height_ > 0 && metrics == measured_;
+        if (!isKnown || text.contains('\n')) {
+            const QSize size = QStyledItemDelegate::sizeHint(option, index);
+            if (text.contains('\n'))
+                return size;
+            measured_ = metrics;
+            height_ = size.height();
+            margin_ = size.width() - metrics.horizontalAdvance(text) + 1;
+            return size;
+        }
+        return {metrics.horizontalAdvance(text) + margin_, height_};
+    }
+
+ private:
+    mutable QFontMetrics measured_{QFont()};
+    mutable int height_ = 0;
+    mutable int margin_ = 0;
+};
+
+}  // namespace
+
+void measureLinesFast(QListWidget* list) {
+    list->setItemDelegate(new LineDelegate(list));
+}
 
 void showLines(QListWidget* list, const QStringList& lines, int row) {
     const QSignalBlocker blocker(list);

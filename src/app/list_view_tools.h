@@ -11,6 +11,10 @@ namespace tessaly {
 /// Shows `lines` in a list and selects `row` (-1: none) without a signal.
 void showLines(QListWidget* list, const QStringList& lines, int row);
 
+/// For a list that may have thousands of lines: takes the height of a line from its font instead of
+/// laying out each text.
+void measureLinesFast(QListWidget* list);
+
 /// The selected row; -1 when none is.
 int selectedRow(const QListWidget* list);
 

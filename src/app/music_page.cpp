@@ -18,6 +18,7 @@ MusicPage::MusicPage(Project& project, const Services& services, QWidget* parent
     : Page(parent), project_(project), services_(services), ui_(std::make_unique<Ui::MusicPage>()) {
     ui_->setupUi(this);
     makeMoveButtons(ui_->imgMuListUp, ui_->imgMuListDn, ui_->lstMuList, "list");
+    measureLinesFast(ui_->lstMuTrack);
     makeMoveButtons(ui_->imgMuTrackUp, ui_->imgMuTrackDn, ui_->lstMuTrack, "track");
     const auto clicked = [this](QAbstractButton* button, void (MusicPage::*handler)()) {
         connect(button, &QAbstractButton::clicked, this, handler);
@@ -299,7 +300,7 @@ void MusicPage::buttAddMuFile_Click() {
 void MusicPage::importList(const std::function<ImportResult(const KeepGoing&)>& run) {
     QProgressDialog progress("Reading the tracks...", "Cancel", 0, 0, window());
     progress.setWindowModality(Qt::ApplicationModal);
-    progress.setMinimumDuration(100);  // an operator who waits longer wonders
+    progress.setMinimumDuration(50);  // an operator who waits longer wonders
     const KeepGoing keepGoing = [&](int done, int total) {
         progress.setMaximum(total);
         progress.setValue(done);  // pumps events while the dialog is shown

@@ -15,6 +15,7 @@ TriggersPage::TriggersPage(Project& project, QWidget* parent)
     const QFont fixed = fixedFont(font());
     ui_->lstTrigLeft->setFont(fixed);
     ui_->lstTrigRight->setFont(fixed);
+    measureLinesFast(ui_->lstTrigRight);
     ui_->buttTrigMusic->setChecked(true);
 
     connect(ui_->buttTrigMusic, &QRadioButton::clicked, this, &TriggersPage::buttTrigMusic_Click);

@@ -10,9 +10,8 @@ namespace tessaly {
 
 namespace {
 
-const QByteArray Magic = "tessaly snapshot 1\n";
+const QByteArray Magic = "tessaly snapshot 2\n";
 constexpr qsizetype ChecksumBytes = 20;
-constexpr quint32 NullText = 0xFFFFFFFF;  // the length of a text that is none
 constexpr auto StreamVersion = QDataStream::Qt_6_0;
 
 enum class Type : quint8 { Empty, Integer, Boolean, Text };
@@ -148,30 +147,8 @@ QDataStream& operator>>(QDataStream& in, std::array<TrackRecord, Size>& records)
 
 namespace {
 
-// Goes past records without making their texts.
-void skipRecords(QDataStream& in) {
-    quint32 count = 0;
-    in >> count;
-    for (; count > 0 && in.status() == QDataStream::Ok; --count) {
-        for (int field = 0; field < 4; ++field) {
-            quint8 type = 0;
-            in >> type;
-            quint32 length = 0;
-            if (type == quint8(Type::Text))
-                in >> length;
-            else if (type == quint8(Type::Integer) || type == quint8(Type::Boolean))
-                length = sizeof(qint16);
-            if (length != NullText && in.skipRawData(int(length)) != int(length))
-                in.setStatus(QDataStream::ReadPastEnd);
-        }
-        constexpr int FlagsAndTag = 3 * 2 + 4;
-        in.skipRawData(FlagsAndTag);
-    }
-}
-
-// Reads a snapshot with `take`, which takes one member after the other from the stream.
-template <typename Take>
-std::optional<Project> decode(const QByteArray& bytes, Take take) {
+// What stands between magic text and end, when the checksum fits it.
+std::optional<QByteArray> bodyOf(const QByteArray& bytes) {
     const qsizetype start = Magic.size() + ChecksumBytes;
     if (!bytes.startsWith(Magic) || bytes.size() < start)
         return std::nullopt;
@@ -179,13 +156,21 @@ std::optional<Project> decode(const QByteArray& bytes, Take take) {
     if (QCryptographicHash::hash(body, QCryptographicHash::Sha1) !=
         bytes.mid(Magic.size(), ChecksumBytes))
         return std::nullopt;
-    QDataStream in(body);
-    in.setVersion(StreamVersion);
-    Project project;
-    visitMembers([&](auto& member) { take(in, member); }, project);
-    if (in.status() != QDataStream::Ok || !in.atEnd() || !hasItsSlots(project))
-        return std::nullopt;
-    return project;
+    return body;
+}
+
+SnapshotCounts countsOf(const Project& project) {
+    SnapshotCounts counts{.lists = int(project.lstMuList.size()),
+                          .titles = int(project.lstSpTitles.size())};
+    for (const QString& list : project.lstMuList)
+        counts.tracks += int(tracksOfMusicList(project, list).size());
+    return counts;
+}
+
+SnapshotCounts takeCounts(QDataStream& in) {
+    SnapshotCounts counts;
+    in >> counts.lists >> counts.tracks >> counts.titles;
+    return counts;
 }
 
 }  // namespace
@@ -194,28 +179,34 @@ QByteArray encodeSnapshot(const Project& project) {
     QByteArray body;
     QDataStream out(&body, QIODevice::WriteOnly);
     out.setVersion(StreamVersion);
+    const SnapshotCounts counts = countsOf(project);
+    out << counts.lists << counts.tracks << counts.titles;
     visitMembers([&](const auto& member) { out << member; }, project);
     return Magic + QCryptographicHash::hash(body, QCryptographicHash::Sha1) + body;
 }
 
 std::optional<Project> decodeSnapshot(const QByteArray& bytes) {
-    return decode(bytes, [](QDataStream& in, auto& member) { takeMember(in, member); });
+    const auto body = bodyOf(bytes);
+    if (!body)
+        return std::nullopt;
+    QDataStream in(*body);
+    in.setVersion(StreamVersion);
+    takeCounts(in);
+    Project project;
+    visitMembers([&](auto& member) { takeMember(in, member); }, project);
+    if (in.status() != QDataStream::Ok || !in.atEnd() || !hasItsSlots(project))
+        return std::nullopt;
+    return project;
 }
 
 std::optional<SnapshotCounts> countSnapshot(const QByteArray& bytes) {
-    const auto project = decode(bytes, [](QDataStream& in, auto& member) {
-        if constexpr (std::is_same_v<std::decay_t<decltype(member)>, QList<TrackRecord>>)
-            skipRecords(in);
-        else
-            takeMember(in, member);
-    });
-    if (!project)
+    const auto body = bodyOf(bytes);
+    if (!body)
         return std::nullopt;
-    SnapshotCounts counts{.lists = int(project->lstMuList.size()),
-                          .titles = int(project->lstSpTitles.size())};
-    for (const QString& list : project->lstMuList)
-        counts.tracks += int(tracksOfMusicList(*project, list).size());
-    return counts;
+    QDataStream in(*body);
+    in.setVersion(StreamVersion);
+    const SnapshotCounts counts = takeCounts(in);
+    return in.status() == QDataStream::Ok ? std::optional(counts) : std::nullopt;
 }
 
 bool sameContent(const Project& a, const Project& b) {

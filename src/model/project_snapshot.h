@@ -10,7 +10,7 @@
 
 namespace tessaly {
 
-/// The bytes of a snapshot: a magic text, a checksum, a QDataStream.
+/// The bytes of a snapshot: a magic text, a checksum, a QDataStream of its counts and everything.
 QByteArray encodeSnapshot(const Project& project);
 
 /// The project of a snapshot; nothing when the bytes are no whole snapshot.
@@ -23,7 +23,7 @@ struct SnapshotCounts {
     int titles = 0;
 };
 
-/// The same bytes in a fraction of the time; nothing when they are no whole snapshot.
+/// What a snapshot says of itself, without reading the rest; nothing when the checksum is wrong.
 std::optional<SnapshotCounts> countSnapshot(const QByteArray& bytes);
 
 /// Whether two states of a project hold the same. What an operator cannot see does not count: the
