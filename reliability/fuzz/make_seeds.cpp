@@ -43,7 +43,7 @@ class Seeds {
         const QByteArray image = BuildConfigImage(project, 0x3A07);
         write("image", image);
         write("hex", EncodeImageAsHex(image.left(2 + 11 * number_ % 70)));
-        constexpr int MagicAndChecksum = 19 + 20;
+        constexpr int MagicAndChecksum = 19 + 8;
         write("snapshot", encodeSnapshot(project).mid(MagicAndChecksum));
         for (const QByteArray& list : playlists(project))
             write("playlist", list);

@@ -1,4 +1,4 @@
-#include <QCryptographicHash>
+#include <xxhash.h>
 
 #include "model/project_snapshot.h"
 #include "targets.h"
@@ -9,8 +9,11 @@ void fuzzSnapshot(QByteArrayView bytes) {
     const QByteArray plain = bytes.toByteArray();
     require(!decodeSnapshot(plain) || plain.startsWith("tessaly snapshot 2\n"),
             "bytes without the magic text are no snapshot");
+    XXH64_canonical_t checksum;
+    XXH64_canonicalFromHash(&checksum, XXH3_64bits(plain.data(), size_t(plain.size())));
     const QByteArray whole =
-        "tessaly snapshot 2\n" + QCryptographicHash::hash(plain, QCryptographicHash::Sha1) + plain;
+        "tessaly snapshot 2\n" +
+        QByteArray(reinterpret_cast<const char*>(checksum.digest), sizeof(checksum.digest)) + plain;
     const auto project = decodeSnapshot(whole);
     if (!project)
         return;

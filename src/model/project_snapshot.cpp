@@ -1,6 +1,7 @@
 #include "model/project_snapshot.h"
 
-#include <QCryptographicHash>
+#include <xxhash.h>
+
 #include <QDataStream>
 #include <QIODevice>
 #include <QSet>
@@ -11,7 +12,7 @@ namespace tessaly {
 namespace {
 
 const QByteArray Magic = "tessaly snapshot 2\n";
-constexpr qsizetype ChecksumBytes = 20;
+constexpr qsizetype ChecksumBytes = 8;
 constexpr auto StreamVersion = QDataStream::Qt_6_0;
 
 enum class Type : quint8 { Empty, Integer, Boolean, Text };
@@ -147,14 +148,20 @@ QDataStream& operator>>(QDataStream& in, std::array<TrackRecord, Size>& records)
 
 namespace {
 
+// A fast one, as all copies are looked at when they are offered.
+QByteArray checksumOf(QByteArrayView body) {
+    XXH64_canonical_t bytes;
+    XXH64_canonicalFromHash(&bytes, XXH3_64bits(body.data(), size_t(body.size())));
+    return QByteArray(reinterpret_cast<const char*>(bytes.digest), ChecksumBytes);
+}
+
 // What stands between magic text and end, when the checksum fits it.
 std::optional<QByteArray> bodyOf(const QByteArray& bytes) {
     const qsizetype start = Magic.size() + ChecksumBytes;
     if (!bytes.startsWith(Magic) || bytes.size() < start)
         return std::nullopt;
     const auto body = QByteArray::fromRawData(bytes.constData() + start, bytes.size() - start);
-    if (QCryptographicHash::hash(body, QCryptographicHash::Sha1) !=
-        bytes.mid(Magic.size(), ChecksumBytes))
+    if (checksumOf(body) != bytes.mid(Magic.size(), ChecksumBytes))
         return std::nullopt;
     return body;
 }
@@ -182,7 +189,7 @@ QByteArray encodeSnapshot(const Project& project) {
     const SnapshotCounts counts = countsOf(project);
     out << counts.lists << counts.tracks << counts.titles;
     visitMembers([&](const auto& member) { out << member; }, project);
-    return Magic + QCryptographicHash::hash(body, QCryptographicHash::Sha1) + body;
+    return Magic + checksumOf(body) + body;
 }
 
 std::optional<Project> decodeSnapshot(const QByteArray& bytes) {
