@@ -14,7 +14,7 @@ fail() {
 # --- The machine ---------------------------------------------------------------------------------
 mkdir -p /home/{me/deep,other} /root /mnt /media/me/{CARD,STICK} /run/user/1000 /srv/{music,project} \
   /var/{lib,log,tmp} /data /cards/{empty,full} /bind/{home,all,up,sources,disk,cards} /links \
-  /vol/people /people /over/stick /checkout/.git /disk /work
+  /vol/people /people /over/stick /checkout/.git /disk /layers
 for folder in /home/me /home/me/deep /home/other /root /mnt /media /media/me /run /run/user/1000 \
   /srv /srv/project /var/log /var/lib /var/tmp /tmp /opt /opt/tessaly /vol /vol/people /over \
   /checkout /checkout/.git /cards/full /dev/shm /data /; do
@@ -26,9 +26,9 @@ for volume in /media/me/CARD /media/me/STICK /over/stick; do mount -t tmpfs stic
 echo precious >/media/me/STICK/holiday.jpg
 echo precious >/over/stick/holiday.jpg
 # A disk that is no RAM disk, without a device of its own.
-mount -t tmpfs disk /work
-mkdir /work/{lower,upper,inner}
-mount -t overlay overlay -o lowerdir=/work/lower,upperdir=/work/upper,workdir=/work/inner /disk ||
+mount -t tmpfs disk /layers
+mkdir /layers/{lower,upper,inner}
+mount -t overlay overlay -o lowerdir=/layers/lower,upperdir=/layers/upper,workdir=/layers/inner /disk ||
   fail "no overlay"
 echo precious >/disk/holiday.jpg
 mount --bind /home/me /bind/home
