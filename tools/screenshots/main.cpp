@@ -39,6 +39,8 @@ class DeskDrives : public Drives {
     VolumeGeometry geometry(const QString&) const override {
         return {.clusterBytes = 8192, .totalBytes = 512000000, .freeBytes = 512000000};
     }
+    QString medium(const QString&) const override { return "the card"; }
+    QStringList mountsInside(const QString&) const override { return {}; }
 
  private:
     QString card_;
