@@ -1,0 +1,158 @@
+// What a run does before anything on the card changes.
+#include <QDir>
+
+#include "card/card_names.h"
+#include "card/card_run.h"
+#include "card/card_summary.h"
+#include "image/config_image.h"
+#include "image/image_limits.h"
+#include "image/intel_hex.h"
+#include "model/card_file.h"
+#include "platform/error_numbers.h"
+
+namespace tessaly {
+
+namespace {
+
+// Whether an update of the settings deletes the file before it writes it.
+bool isTrimmed(const QString& name) {
+    return name == card_name::Project || name == card_name::Settings ||
+           name == card_name::Firmware || name == card_name::Calibration;
+}
+
+}  // namespace
+
+void CardRun::checkSources() {
+    beginPhase(RunPhase::Prepare, 0);
+    step(200);
+    QString tooLarge;
+    for (const Track& track : tracks_) {
+        const auto size = files_.fileSize(track.source);
+        if (!size)
+            throw TessalyError(error_number::SourceMissing, "Cannot find file " + track.source);
+        if (tooLarge.isEmpty())
+            tooLarge = tooLargeForCard(track.source, *size);
+        breatheAtTimes();
+    }
+    step(201);
+    const QString firmware = job_.folders.firmwareFile();
+    if (!files_.fileSize(firmware))
+        throw TessalyError(error_number::FirmwareMissing,
+                           "Cannot find firmware file " + firmware + ".");
+    step(202);
+    const QString calibration = job_.folders.calibrationFile();
+    if (!files_.fileSize(calibration))
+        throw TessalyError(error_number::CalibrationMissing,
+                           "Cannot find calibration file " + calibration + ".");
+    for (const LimitViolation& violation : limitViolations(snapshot_)) {
+        step(violation.stepCode);
+        throw TessalyError(violation.errorNumber, violation.text);
+    }
+    if (hasChime() && tooLarge.isEmpty())
+        tooLarge = tooLargeForCard(snapshot_.txtChimeFileName,
+                                   files_.fileSize(snapshot_.txtChimeFileName).value_or(0));
+    if (!tooLarge.isEmpty()) {
+        step(305);
+        throw TessalyError(error_number::SourceTooLarge, tooLarge);
+    }
+}
+
+void CardRun::buildImage() {
+    step(203);
+    const auto binary = files_.create(work("tmp.bin"));
+    const QByteArray image = composeConfigImage(
+        snapshot_, job_.identifier.value_or(randomIdentifier()), [this](int code) { step(code); });
+    binary->write(image);
+    binary->close();
+    hex_ = EncodeImageAsHex(image);
+    writeWhole(work("tmp.hex"), hex_);
+    breathe();
+    projectBytes_ = encodeProject(snapshot_);
+    // A work folder without room shall say so now, not when the card is erased.
+    writeWhole(work("tmp.crd"), projectBytes_);
+    breathe();
+}
+
+// The files that every run writes, by card name, with the size that they will have. A missing one
+// counts nothing here: its copy will say so.
+QList<std::pair<QString, qint64>> CardRun::settingsFiles() const {
+    const auto sizeOf = [this](const QString& path) { return files_.fileSize(path).value_or(0); };
+    QList<std::pair<QString, qint64>> list = {
+        {card_name::Settings, hex_.size()},
+        {card_name::Firmware, sizeOf(job_.folders.firmwareFile())},
+        {card_name::Calibration, sizeOf(job_.folders.calibrationFile())},
+        {card_name::FixedConfiguration, sizeOf(job_.folders.fixedConfigurationFile())},
+        {card_name::Project, projectBytes_.size()}};
+    if (hasChime())
+        list.append({card_name::Chime, sizeOf(snapshot_.txtChimeFileName)});
+    return list;
+}
+
+SpacePlan CardRun::spacePlan(const VolumeGeometry& geometry) {
+    const auto taking = [&](const QString& name) { return fatEntriesOf(name, geometry.fatNames); };
+    const auto taken = [&](const QString& name) {
+        return geometry.entriesByName.value(name, taking(name));
+    };
+    SpacePlan plan;
+    for (const auto& [name, size] : settingsFiles()) {
+        plan.newFiles.append(size);
+        const auto old = files_.fileSize(pathIn(root_, name));
+        if (settingsOnly_ && old)
+            plan.freedBytes += inWholeClusters(*old, geometry.clusterBytes);
+        // A file that is written over keeps its entries. One that is deleted before leaves a gap
+        // that may be too small: Windows and Linux do not make the same number of entries.
+        const bool hasRoom =
+            settingsOnly_ && old && (!isTrimmed(name) || taken(name) >= taking(name));
+        if (!hasRoom)
+            plan.newEntries += taking(name);
+    }
+    for (const FolderEntry& entry : files_.entries(root_)) {
+        plan.presentEntries += taken(entry.name);
+        if (settingsOnly_ || entry.name == card_name::SystemFolder)
+            plan.stayingEntries += taken(entry.name);
+        else
+            plan.freedBytes += bytesTaken(files_, root_, entry, geometry);
+    }
+    if (settingsOnly_)
+        return plan;
+    for (const Track& track : tracks_) {
+        plan.newFiles.append(files_.fileSize(track.source).value_or(0));
+        plan.newEntries += taking(card_name::track(track.number));
+        breatheAtTimes();
+    }
+    return plan;
+}
+
+void CardRun::checkTarget() {
+    step(310);
+    if (job_.mustBeRemovableRoot)
+        requireRemovableRoot(drives_, root_);
+    requireSameCard();
+    folder_ = files_.openFolder(root_);
+    if (!job_.mustBeRemovableRoot && !settingsOnly_)
+        requireErasableFolder(files_, drives_, root_, job_.mayEraseOthers);
+    step(311);
+    refuseSystemFolder(files_, root_, job_.folders, job_.kept + QStringList(job_.workFolder));
+    refuseHoldingMounts(drives_, root_);
+    step(312);
+    QStringList sources;
+    for (const Track& track : tracks_)
+        sources.append(track.source);
+    if (hasChime())
+        sources.append(snapshot_.txtChimeFileName);
+    refuseHoldingSources(files_, root_, sources, [this] { breatheAtTimes(); });
+    step(313);
+    requireWritable(files_, drives_, root_);
+    step(314);
+    const VolumeGeometry geometry = drives_.geometry(root_);
+    const SpacePlan plan = spacePlan(geometry);
+    requireSpace(plan, geometry);
+    step(315);
+    requireRootEntries(plan, geometry);
+    step(316);
+    if (settingsOnly_)
+        requireSameTracks(files_, root_, snapshot_, [this] { breatheAtTimes(); });
+    breathe();
+}
+
+}  // namespace tessaly
