@@ -69,7 +69,7 @@ struct BadCardBench : CardBench {
         ASSERT_EQ(report.outcome, Outcome::Failed);
         EXPECT_EQ(report.error->number, number);
         EXPECT_EQ(observer.title, "Tessaly Error 321");
-        EXPECT_TRUE(observer.text.contains("/card/" + victim + ": "))
+        EXPECT_TRUE(observer.text.contains(scratch.path("card/" + victim) + ": "))
             << observer.text.toStdString();
         EXPECT_EQ(observer.messages, QStringList("Card has NOT been created"));
     }
@@ -197,7 +197,8 @@ TEST(BadCards, ACardThatIsSmallerThanItSaysIsFound) {
     for (const qsizetype real : {all - 1, all - 512, all / 2, all / 3, qsizetype(512)}) {
         ASSERT_EQ(run(real).outcome, Outcome::Failed) << real << " of " << all;
         EXPECT_EQ(bench.observer.title, "Tessaly Error 321");
-        const QString victim = nameOf(bench.observer.text.section(": ", 0, 0).section('\r', 1));
+        const QString victim = nameOf(
+            QDir::fromNativeSeparators(bench.observer.text.section(": ", 0, 0).section('\r', 1)));
         EXPECT_NE(readFromChip(victim), bench.card()[victim]) << victim.toStdString();
     }
 }
@@ -221,6 +222,8 @@ TEST(BadCards, FirmwareAloneIsComparedToo) {
         }
     }
 }
+
+#ifndef Q_OS_WIN  // there, a folder in use can neither be renamed nor exchanged
 
 // The mount is gone at any one moment of a run. What is then at its place is a folder of the disk,
 // or a link that leads to one: nothing happens to that.
@@ -261,6 +264,24 @@ TEST(BadCards, ACardMayBePulledOutAtAnyMoment) {
     }
 }
 
+TEST(BadCards, ACardPulledOutWhileItIsJudgedIsSaidToBeGone) {
+    BadCardBench bench;
+    ASSERT_EQ(bench.create().outcome, Outcome::Done);
+    bench.files.onOperation = [&] {
+        if (bench.files.operations.last() == "reopen 0002.mp3")
+            QFile::rename(bench.scratch.path("card"), bench.scratch.path("pulled"));
+    };
+    try {
+        verifyCard(bench.files, bench.job.root);
+        ADD_FAILURE() << "it should be missed";
+    } catch (const TessalyError& error) {
+        EXPECT_EQ(error.number, error_number::DriveNotReady);
+        EXPECT_TRUE(error.description.startsWith(bench.scratch.path("card")));
+    }
+}
+
+#endif
+
 // What can be known of a finished card from what is on it alone, and what cannot.
 TEST(BadCards, AFinishedCardIsJudgedByItself) {
     BadCardBench bench;
@@ -299,22 +320,6 @@ TEST(BadCards, AFinishedCardIsJudgedByItself) {
     EXPECT_NE(problemsWith("0000.xd3", bench.earlier["0000.xd3"]), "") << "an earlier card's";
     EXPECT_NE(problemsWith("0000.crd2", bench.earlier["0000.crd2"]), "");
     EXPECT_EQ(problemsWith("0001.mp3", written["0002.mp3"]), "") << "nothing tells them apart";
-}
-
-TEST(BadCards, ACardPulledOutWhileItIsJudgedIsSaidToBeGone) {
-    BadCardBench bench;
-    ASSERT_EQ(bench.create().outcome, Outcome::Done);
-    bench.files.onOperation = [&] {
-        if (bench.files.operations.last() == "reopen 0002.mp3")
-            QFile::rename(bench.scratch.path("card"), bench.scratch.path("pulled"));
-    };
-    try {
-        verifyCard(bench.files, bench.job.root);
-        ADD_FAILURE() << "it should be missed";
-    } catch (const TessalyError& error) {
-        EXPECT_EQ(error.number, error_number::DriveNotReady);
-        EXPECT_TRUE(error.description.startsWith(bench.scratch.path("card")));
-    }
 }
 
 }  // namespace tessaly

@@ -8,6 +8,7 @@
 #include "platform/mp3_tags.h"
 #include "platform/native_path.h"
 #include "platform/replacement.h"
+#include "support/file_questions.h"
 #include "support/scratch_folder.h"
 
 namespace tessaly {
@@ -23,24 +24,6 @@ constexpr int IsFolder = 5;  // "access denied"
 #else
 constexpr int IsFolder = 21;
 #endif
-
-TessalyError errorOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const TessalyError& error) {
-        return error;
-    }
-    ADD_FAILURE() << "nothing was thrown";
-    return {0, {}};
-}
-
-QStringList namesIn(const LocalFileSystem& files, const QString& folder) {
-    QStringList names;
-    for (const FolderEntry& entry : files.entries(folder))
-        names.append(entry.name);
-    names.sort();
-    return names;
-}
 
 }  // namespace
 
@@ -69,8 +52,14 @@ TEST(LocalFileSystem, ListsAndRemovesEverythingButFollowsNoLink) {
                              [](const FolderEntry& entry) { return entry.isFolder; }));
     // Held open, it is worked on wherever its name leads to, and links are no way out of it.
     const auto card = files.openFolder(scratch.path("card"));
-    ASSERT_TRUE(QFile::rename(scratch.path("card"), scratch.path("moved")));
+#ifdef Q_OS_WIN
+    const QString place = scratch.path("card");
+    EXPECT_FALSE(QFile::rename(place, scratch.path("moved")));
+#else
+    const QString place = scratch.path("moved");
+    ASSERT_TRUE(QFile::rename(scratch.path("card"), place));
     QFile::link(scratch.path("outside"), scratch.path("card"));
+#endif
     for (const QString way : {"link to folder", "link to folder/precious.txt", "../outside"}) {
         EXPECT_THROW(card->entries(way), TessalyError);
         EXPECT_THROW(card->removeFile(way + "/precious.txt"), TessalyError);
@@ -81,42 +70,13 @@ TEST(LocalFileSystem, ListsAndRemovesEverythingButFollowsNoLink) {
         card->removeFile(entry.name);
     EXPECT_TRUE(card->entries().isEmpty());
     card->create("new")->close();
-    EXPECT_EQ(namesIn(files, scratch.path("moved")), QStringList("new"));
-    EXPECT_EQ(card->identity(), files.identity(scratch.path("moved")));
+    EXPECT_EQ(namesIn(files, place), QStringList("new"));
+    EXPECT_EQ(card->identity(), files.identity(place));
     EXPECT_EQ(scratch.content("outside").size(), 1);
 
     const TessalyError missing = errorOf([&] { files.removeFile(scratch.path("gone")); });
     EXPECT_EQ(missing.number, NotFound);
     EXPECT_TRUE(missing.description.startsWith(scratch.path("gone") + ": "));
-}
-
-TEST(LocalFileSystem, NamesOfAnyBytesSurvive) {
-    for (const QByteArray& name :
-         {QByteArray("plain"), QByteArray("Grüße 🎵"), QByteArray("\xFF\xFE"),
-          QByteArray("half \xC3"), QByteArray("a\x80/\xE4z")})
-        EXPECT_EQ(toNativePath(fromNativePath(name)), name);
-}
-
-TEST(LocalFileSystem, AFileOfAnyNameIsReplaced) {
-    const ScratchFolder scratch;
-    LocalFileSystem files;
-    const QString odd = pathIn(scratch.path(), fromNativePath("b\xE4.crd2"));
-    files.replaceFile(odd, "first, and rather long");
-    ::chmod(toNativePath(odd).constData(), 0640);
-    files.replaceFile(odd, "second");
-    EXPECT_EQ(readWholeFile(files, odd, 100), "second");
-    EXPECT_EQ(namesIn(files, scratch.path()), QStringList(fromNativePath("b\xE4.crd2")));
-    struct stat status {};
-    ASSERT_EQ(::stat(toNativePath(odd).constData(), &status), 0);
-    EXPECT_EQ(status.st_mode & 07777, 0640U);
-    EXPECT_EQ(files.canonicalPath(scratch.path("./x/..") + odd.mid(scratch.path().size())), "");
-    scratch.makeFolder("x");
-    EXPECT_EQ(
-        toNativePath(files.canonicalPath(scratch.path("x/..") + odd.mid(scratch.path().size()))),
-        toNativePath(odd));
-    files.removeFile(odd);
-    const QString nowhere = pathIn(scratch.path(), fromNativePath("\xE4/x"));
-    EXPECT_EQ(errorOf([&] { files.replaceFile(nowhere, "x"); }).number, ENOENT);
 }
 
 TEST(LocalFileSystem, ReadsTheSamePastTheCache) {
@@ -161,7 +121,7 @@ TEST(LocalFileSystem, AReplacementTidiesUpAfterKilledOnesAndNothingElse) {
     LocalFileSystem files;
     for (const char* name : {"tour.crd2.a1b2c3.tessaly-new", "gone.crd2.000000.tessaly-new"})
         scratch.write(name, "what a killed save left");
-    const QStringList others = {"tour.crd2", "tour.crd2.backup", "tour.crd2.A1b2c3.tessaly-new",
+    const QStringList others = {"tour.crd2", "tour.crd2.backup", "tour.crd2.A1b2c4.tessaly-new",
                                 "tour.crd2.a1b2.tessaly-new"};
     for (const QString& name : others)
         scratch.write(name, "somebody's");
@@ -182,25 +142,6 @@ TEST(LocalFileSystem, AReplacementTidiesUpAfterKilledOnesAndNothingElse) {
     EXPECT_EQ(scratch.read("other.crd2"), "half and half");
     EXPECT_EQ(scratch.read("tour.crd2"), "whole");
     EXPECT_EQ(namesIn(files, scratch.path()).size(), others.size() + 2);
-}
-
-TEST(LocalFileSystem, AReplacedFileKeepsItsRightsAndItsLink) {
-    const ScratchFolder scratch;
-    LocalFileSystem files;
-    const QString real = scratch.write("real/tour.crd2", "old");
-    ::chmod(toNativePath(real).constData(), 0640);
-    QFile::link(real, scratch.path("link.crd2"));
-    QFile::link(scratch.path("real/new.crd2"), scratch.path("dangling.crd2"));
-    for (const char* name : {"link.crd2", "dangling.crd2"}) {
-        files.replaceFile(scratch.path(name), "new");
-        EXPECT_TRUE(QFileInfo(scratch.path(name)).isSymLink());
-    }
-    EXPECT_EQ(scratch.read("real/tour.crd2"), "new");
-    EXPECT_EQ(scratch.read("real/new.crd2"), "new");
-    struct stat status {};
-    ASSERT_EQ(::stat(toNativePath(real).constData(), &status), 0);
-    EXPECT_EQ(status.st_mode & 07777, 0640U);
-    EXPECT_EQ(errorOf([&] { files.replaceFile("/dev/null", "x"); }).number, error_number::NotAFile);
 }
 
 TEST(LocalFileSystem, PlacesAreKnownByIdentity) {

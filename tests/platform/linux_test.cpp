@@ -1,0 +1,63 @@
+// What is different on Linux: names are bytes, files have rights and links stand anywhere.
+#include <sys/stat.h>
+
+#include <cerrno>
+
+#include "platform/error_numbers.h"
+#include "platform/native_path.h"
+#include "support/file_questions.h"
+#include "support/scratch_folder.h"
+
+namespace tessaly {
+
+using namespace test;
+
+TEST(LinuxFiles, NamesOfAnyBytesSurvive) {
+    for (const QByteArray& name :
+         {QByteArray("plain"), QByteArray("Grüße 🎵"), QByteArray("\xFF\xFE"),
+          QByteArray("half \xC3"), QByteArray("a\x80/\xE4z")})
+        EXPECT_EQ(toNativePath(fromNativePath(name)), name);
+}
+
+TEST(LinuxFiles, AFileOfAnyNameIsReplaced) {
+    const ScratchFolder scratch;
+    LocalFileSystem files;
+    const QString odd = pathIn(scratch.path(), fromNativePath("b\xE4.crd2"));
+    files.replaceFile(odd, "first, and rather long");
+    ::chmod(toNativePath(odd).constData(), 0640);
+    files.replaceFile(odd, "second");
+    EXPECT_EQ(readWholeFile(files, odd, 100), "second");
+    EXPECT_EQ(namesIn(files, scratch.path()), QStringList(fromNativePath("b\xE4.crd2")));
+    struct stat status {};
+    ASSERT_EQ(::stat(toNativePath(odd).constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0640U);
+    EXPECT_EQ(files.canonicalPath(scratch.path("./x/..") + odd.mid(scratch.path().size())), "");
+    scratch.makeFolder("x");
+    EXPECT_EQ(
+        toNativePath(files.canonicalPath(scratch.path("x/..") + odd.mid(scratch.path().size()))),
+        toNativePath(odd));
+    files.removeFile(odd);
+    const QString nowhere = pathIn(scratch.path(), fromNativePath("\xE4/x"));
+    EXPECT_EQ(errorOf([&] { files.replaceFile(nowhere, "x"); }).number, ENOENT);
+}
+
+TEST(LinuxFiles, AReplacedFileKeepsItsRightsAndItsLink) {
+    const ScratchFolder scratch;
+    LocalFileSystem files;
+    const QString real = scratch.write("real/tour.crd2", "old");
+    ::chmod(toNativePath(real).constData(), 0640);
+    QFile::link(real, scratch.path("link.crd2"));
+    QFile::link(scratch.path("real/new.crd2"), scratch.path("dangling.crd2"));
+    for (const char* name : {"link.crd2", "dangling.crd2"}) {
+        files.replaceFile(scratch.path(name), "new");
+        EXPECT_TRUE(QFileInfo(scratch.path(name)).isSymLink());
+    }
+    EXPECT_EQ(scratch.read("real/tour.crd2"), "new");
+    EXPECT_EQ(scratch.read("real/new.crd2"), "new");
+    struct stat status {};
+    ASSERT_EQ(::stat(toNativePath(real).constData(), &status), 0);
+    EXPECT_EQ(status.st_mode & 07777, 0640U);
+    EXPECT_EQ(errorOf([&] { files.replaceFile("/dev/null", "x"); }).number, error_number::NotAFile);
+}
+
+}  // namespace tessaly

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QStringList>
+#include <functional>
+
+#include "platform/error.h"
+#include "platform/local_file_system.h"
+
+namespace tessaly::test {
+
+/// What `action` throws; a failure of the test when it throws nothing.
+inline TessalyError errorOf(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const TessalyError& error) {
+        return error;
+    }
+    ADD_FAILURE() << "nothing was thrown";
+    return {0, {}};
+}
+
+/// Sorted.
+inline QStringList namesIn(const LocalFileSystem& files, const QString& folder) {
+    QStringList names;
+    for (const FolderEntry& entry : files.entries(folder))
+        names.append(entry.name);
+    names.sort();
+    return names;
+}
+
+}  // namespace tessaly::test
