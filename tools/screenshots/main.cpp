@@ -3,6 +3,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDir>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QTabWidget>
 #include <QTemporaryDir>
@@ -70,6 +71,15 @@ void shoot(QWidget& widget, const QString& folder, const QString& name) {
         std::fprintf(stderr, "%s was not written\n", qPrintable(name));
 }
 
+// Shows the files as if they lay in a folder of the person at the desk.
+void hideOwnFolder(QWidget& window, const QString& samples) {
+    const QString own = QFileInfo(samples).absoluteFilePath();
+    for (auto* edit : window.findChildren<QLineEdit*>()) {
+        const QSignalBlocker noEdit(edit);
+        edit->setText(edit->text().replace(own + "/tour", "/home/ann/Harbour Tour"));
+    }
+}
+
 Project sampleProject(const FileSystem& files, const QString& samples, const QString& card) {
     Project project;
     importFolder(files, LocalMp3Tags(), pathIn(samples, "tour"), false, project);
@@ -135,6 +145,8 @@ int main(int argc, char** argv) {
         }
         QString name = tabs->tabText(i).toLower();
         name = name.remove("&").simplified().replace(' ', '-');
+        settle();
+        hideOwnFolder(window, samples);
         shoot(window, pictures, name);
     }
     window.findChild<QAbstractButton*>("buttAdvancedSettings")->click();
