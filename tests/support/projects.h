@@ -22,6 +22,9 @@ void addTrack(Project& project, const QString& list, const QString& track, const
 void addSpeech(Project& project, const QString& title, const QString& language,
                const QString& path);
 
+/// Makes a language one of the defaults, as the Setup page does.
+void addDefaultLanguage(Project& project, const QString& language);
+
 /// The project of the worked example in docs/formats.md: list Rock with two tracks, the title
 /// Welcome in English and German.
 Project exampleProject();
