@@ -147,7 +147,7 @@ class Steps {
         const int step = upTo(1) == 0 ? -1 : 1;
         switch (upTo(11)) {
             case 0:
-                addNewMusicList(project, name);
+                expect(addNewMusicList(project, name), !name.isEmpty());
                 if (!name.isEmpty())
                     model.lists.push_back(
                         std::make_shared<List>(List{freeName(name, model.lists), {}}));
@@ -155,7 +155,7 @@ class Steps {
             case 1:
             case 2:
             case 3:
-                addNewMusicTrack(project, at, name);
+                expect(addNewMusicTrack(project, at, name), list != nullptr);
                 if (list)
                     list->tracks.push_back(
                         std::make_shared<Track>(Track{freeName(name, list->tracks), {}, list}));
@@ -163,29 +163,29 @@ class Steps {
             case 4:
             case 5: {
                 const QString path = upTo(5) == 0 ? QString() : QString("%1.mp3").arg(++files_);
-                chooseMusicFile(project, at, path);
+                expect(chooseMusicFile(project, at, path), track && !path.isEmpty());
                 model.choose(at, path);
                 break;
             }
             case 6:
-                renameMusicList(project, at.list, name);
+                expect(renameMusicList(project, at.list, name), list && !name.isEmpty());
                 if (list && !name.isEmpty())
                     list->name = freeName(name, model.lists);
                 break;
             case 7:
-                renameMusicTrack(project, at, name);
+                expect(renameMusicTrack(project, at, name), track && !name.isEmpty());
                 if (track && !name.isEmpty())
                     track->name = freeName(name, list->tracks);
                 break;
             case 8:
                 if (upTo(2) > 0)  // or there is soon nothing left
                     break;
-                deleteMusicList(project, at.list);
+                expect(deleteMusicList(project, at.list), list != nullptr);
                 if (list)
                     model.lists.erase(model.lists.begin() + at.list);
                 break;
             case 9:
-                deleteMusicTrack(project, at);
+                expect(deleteMusicTrack(project, at), track != nullptr);
                 if (track)
                     list->tracks.erase(list->tracks.begin() + at.track);
                 break;
@@ -199,12 +199,14 @@ class Steps {
                         std::swap(model.lists[size_t(at.list)],
                                   model.lists[size_t(at.list + step)]);
                 }
+                EXPECT_FALSE(project.unsavedChanges) << "moves are no edits";
                 break;
             case 11:
                 if (track)
                     play(list, track);
                 break;
         }
+        project.unsavedChanges = false;
     }
 
     void compare() const {
@@ -217,6 +219,11 @@ class Steps {
     Model model;
 
  private:
+    // An edit marks the project, also one that has nothing to do.
+    void expect(const EditResult& result, bool isDone) const {
+        EXPECT_EQ(result.isDone, isDone);
+        EXPECT_TRUE(project.unsavedChanges);
+    }
     int upTo(int most) { return std::uniform_int_distribution<int>(0, most)(random_); }
     int row(int count) { return upTo(count + 1) - 1; }  // none and one too many among them
     QString anyName() {

@@ -1,7 +1,5 @@
 #include "editor/speech_editor.h"
 
-#include <functional>
-
 #include "editor/displays.h"
 #include "editor/entry_fields.h"
 #include "platform/local_file_system.h"
@@ -22,16 +20,9 @@ Project tour() {
     addSpeech(project, "Welcome", "English", "1");
     addSpeech(project, "Goodbye", "English", "2");
     addSpeech(project, "Welcome", "German", "3");
-    TrackRecord language;
-    language.kind = "lstDefaultLangs";
-    language.groupName = "German";
-    project.DefaultLanguageTable.append(language);
-    for (TrackRecord* player : {&project.TriggerTable[0], &project.PowerUpRecord}) {
-        player->itemName = "Welcome";
-        player->groupName = "German";
-    }
-    project.TriggerTable[0].sourcePath = "speech";
-    project.PowerUpRecord.kind = "speech";
+    addDefaultLanguage(project, "German");
+    project.TriggerTable[0] = makeRecord("dtrig", "Welcome", "German", "speech");
+    project.PowerUpRecord = makeRecord("speech", "Welcome", "German", {});
     return project;
 }
 
@@ -62,8 +53,6 @@ TEST(SpeechEditor, RenamesAndDeletesTitlesInEveryLanguage) {
               (QStringList{"01 Goodbye/English", "Goodbye/English", "01 Goodbye/German"}));
     EXPECT_TRUE(project.TriggerTable[0].itemName.is(u"01 Goodbye"));
     EXPECT_TRUE(project.PowerUpRecord.itemName.is(u"01 Goodbye"));
-    EXPECT_FALSE(renameSpeechTitle(project, 0, "").isDone);
-
     EXPECT_EQ(deleteSpeechTitle(project, 1).row, 0);
     EXPECT_TRUE(project.TriggerTable[0].sourcePath.is(u"speech"));
     EXPECT_EQ(deleteSpeechTitle(project, 0).row, -1);
@@ -110,29 +99,19 @@ TEST(SpeechEditor, MovesOnlyLines) {
     EXPECT_EQ(moveLanguage(project, 1, Direction::Down).row, 1);
     EXPECT_EQ(project.TrackTable, before.TrackTable);
     EXPECT_FALSE(project.unsavedChanges);
+}
 
-    using Operation = std::function<EditResult(Project&)>;
-    const Operation edits[] = {[](Project& p) { return addSpeechTitle(p, ""); },
-                               [](Project& p) { return addLanguage(p, ""); },
-                               [](Project& p) {
-                                   return chooseSpeechFile(p, {0, -1}, "x");
-                               },
-                               [](Project& p) {
-                                   return chooseSpeechFile(p, {-1, 0}, "x");
-                               },
-                               [](Project& p) {
-                                   return chooseSpeechFile(p, {0, 0}, "");
-                               },
-                               [](Project& p) { return renameSpeechTitle(p, -1, "x"); },
-                               [](Project& p) { return renameLanguage(p, 2, "x"); },
-                               [](Project& p) { return deleteSpeechTitle(p, -1); },
-                               [](Project& p) { return deleteLanguage(p, -1); }};
-    for (const Operation& edit : edits) {
-        Project edited = before, expected = before;
-        EXPECT_FALSE(edit(edited).isDone);
-        expected.unsavedChanges = true;
-        EXPECT_TRUE(edited == expected) << &edit - edits;
-    }
+TEST(SpeechEditor, WithoutItsSelectionAnOperationOnlyMarksTheProject) {
+    Project project = tour(), expected = project;
+    for (const EditResult& result :
+         {addSpeechTitle(project, ""), addLanguage(project, ""),
+          chooseSpeechFile(project, {0, -1}, "x"), chooseSpeechFile(project, {-1, 0}, "x"),
+          chooseSpeechFile(project, {0, 0}, ""), renameSpeechTitle(project, 0, ""),
+          renameSpeechTitle(project, -1, "x"), renameLanguage(project, 2, "x"),
+          deleteSpeechTitle(project, -1), deleteLanguage(project, -1)})
+        EXPECT_FALSE(result.isDone);
+    expected.unsavedChanges = true;
+    EXPECT_TRUE(project == expected);
 }
 
 TEST(Displays, ShowTheFileBehindTheSelection) {
@@ -141,21 +120,18 @@ TEST(Displays, ShowTheFileBehindTheSelection) {
     tags.blocks["a.mp3"] = {.first = {.title = "New", .artist = "", .album = "Both"},
                             .second = {.title = "Old", .artist = "Singer", .album = "Other"}};
     const LocalFileSystem files;
+    const QString path = scratch.write("a.mp3", QByteArray(1'250'000, 'x'));
     Project project;
-    addTrack(project, "Rock", "a", scratch.write("a.mp3", QByteArray(1'250'000, 'x')));
+    addTrack(project, "Rock", "a", path);
     addTrack(project, "Rock", "gone", scratch.path("b.mp3"));
-    EXPECT_EQ(addSpeechTitle(project, "Welcome").row, -1);
-    addLanguage(project, "English");
-    chooseSpeechFile(project, {0, 0}, scratch.path("a.mp3"));
-
+    addSpeech(project, "Welcome", "English", path);
     const FileDisplay music = musicDisplay(project, {0, 0}, files, tags);
-    EXPECT_EQ(music.path, scratch.path("a.mp3"));
+    EXPECT_EQ(music.path, path);
     EXPECT_EQ(music.size, "1.3 MB");
     EXPECT_EQ(music.tags, (TagBlock{"New", "Singer", "Both"}));
     EXPECT_EQ(speechDisplay(project, {0, 0}, files).size, "1.3 MB");
-    const FileDisplay gone = musicDisplay(project, {0, 1}, files, tags);
-    EXPECT_EQ(gone.path, scratch.path("b.mp3"));
-    EXPECT_EQ(gone.size, "0.0 MB");
+    EXPECT_EQ(musicDisplay(project, {0, 1}, files, tags).path, scratch.path("b.mp3"));
+    EXPECT_EQ(musicDisplay(project, {0, 1}, files, tags).size, "0.0 MB");
     for (const MusicSelection none : {MusicSelection{0, -1}, {-1, 0}, {0, 2}})
         EXPECT_EQ(musicDisplay(project, none, files, tags).path, "");
     EXPECT_EQ(speechDisplay(project, {0, -1}, files).path, "");
