@@ -184,10 +184,7 @@ TEST(PlaylistImport, NamesTheListAfterTheFile) {
         EXPECT_EQ(importPlaylist(project, Itunes, FakeTags(), path).list, name);
         const ImportResult again = importPlaylist(project, Itunes, FakeTags(), path);
         EXPECT_EQ(again.list, "01 " + name);
-        EXPECT_EQ(again.listRow, 1);
-        EXPECT_EQ(again.trackRow, 1);
         EXPECT_EQ(project.MusicListNames[project.currentMusicList], again.list);
-        EXPECT_EQ(project.TrackTable.size(), 5);
     }
 }
 
