@@ -48,6 +48,7 @@ TEST(DefaultLanguages, AreKeptWhenThePageIsShownAgain) {
     project.DefaultLanguageTable.append(project.DefaultLanguageTable.last());
     showDefaultLanguages(project);
     expectTable({"German"}, "twice");
+    EXPECT_FALSE(project.unsavedChanges) << "these do not mark the project";
 }
 
 TEST(Chime, ControlsFollowTheOption) {

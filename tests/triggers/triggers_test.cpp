@@ -180,27 +180,22 @@ TEST(PlaybackAttributes, AreShownAsTheFirstRecordHasThem) {
 
 TEST(PowerUpItem, IsOneOfTheWholeProject) {
     Project project = tour();
-    const std::pair<TriggerSelection, QString> items[] = {
-        {selectTrack(project, "<Continuous Mix>"), "<Continuous Mix>"},
-        {selectTrack(project, "Rock", "<Play Full List>"), "Rock / <Play Full List>"},
-        {selectTrack(project, "Rock", "Song A"), "Rock / Song A"},
-        {selectTrack(project, "Pop", "Song A"), "Pop / Song A"},
-        {selectTitle(project, "Song A"), "Song A"},
-        {selectTitle(project, "Welcome"), "Welcome"}};
-    for (const auto& chosen : items) {
-        setPowerUpItem(project, chosen.first, true);
-        for (const auto& item : items) {
-            const bool isIt = &item == &chosen;
-            EXPECT_EQ(displayedAttributes(project, item.first).chkPowerUp, isIt) << &item - items;
-            if (!isIt)
-                setPowerUpItem(project, item.first, false);  // another's box changes nothing
+    const TriggerSelection items[] = {
+        selectTrack(project, "<Continuous Mix>"), selectTrack(project, "Rock", "<Play Full List>"),
+        selectTrack(project, "Rock", "Song A"),   selectTrack(project, "Pop", "Song A"),
+        selectTitle(project, "Song A"),           selectTitle(project, "Welcome")};
+    for (const TriggerSelection& chosen : items) {
+        setPowerUpItem(project, chosen, true);
+        for (const TriggerSelection& item : items) {
+            EXPECT_EQ(displayedAttributes(project, item).chkPowerUp, &item == &chosen);
+            if (&item != &chosen)
+                setPowerUpItem(project, item, false);  // another's box changes nothing
         }
-        EXPECT_EQ(powerUpItem(project).words, "At power-up: " + chosen.second);
     }
     EXPECT_TRUE(project.PowerUpRecord.groupName.is(u""));  // no list left from an earlier track
     setPowerUpItem(project, TriggerSelection{}, true);
-    EXPECT_TRUE(hasPowerUpItem(project));
-    setPowerUpItem(project, items[5].first, false);
+    EXPECT_EQ(powerUpItem(project).words, "At power-up: Welcome");
+    setPowerUpItem(project, items[5], false);
     EXPECT_EQ(powerUpItem(project).words, "At power-up: nothing");
 }
 
