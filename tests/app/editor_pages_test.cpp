@@ -87,6 +87,9 @@ TEST(MusicPage, TrackButtonsFollowTheSelection) {
     EXPECT_EQ(enabled(), "");
     bench.select("lstMuTrack", "");
     EXPECT_EQ(enabled(), "EditMuTrack DelMuTrack AddMuFile");
+    bench.find<QListWidget>("lstMuTrack")->clearSelection();
+    EXPECT_FALSE(bench.isEnabled("buttAddMuFile"));
+    bench.select("lstMuTrack", "");
     bench.type("txtNewMuList", "y");  // takes the list's selection away
     EXPECT_EQ(enabled(), "EditMuTrack DelMuTrack") << "no file without its list";
     const Project before = bench.current;
