@@ -112,4 +112,20 @@ TEST(Firmware, VersionsAreComparedAsTexts) {
     }
 }
 
+TEST(Firmware, AnUpdateReplacesOneFileOrNothing) {
+    CardBench bench;
+    const auto update = [&] { updateFirmware(bench.files, bench.job.root, bench.job.folders); };
+    bench.scratch.write("card/0000.hex", ":00old");
+    bench.files.failWhen = [](const QString& operation) { return operation == "replace 0000.hex"; };
+    EXPECT_THROW(update(), TessalyError);
+    EXPECT_EQ(bench.card()["0000.hex"], ":00old");
+    bench.files.failWhen = [](const QString&) { return false; };
+    update();
+    const QByteArray updated = bench.scratch.read("app/firmware/0000.hex");
+    EXPECT_EQ(bench.card(), (QMap<QString, QByteArray>{{"0000.hex", updated}}));
+    bench.scratch.write("app/firmware/0000.hex", ":00000001FF\r\n");
+    EXPECT_THROW(update(), TessalyError) << "a stand-in went onto the card";
+    EXPECT_EQ(bench.card()["0000.hex"], updated);
+}
+
 }  // namespace tessaly

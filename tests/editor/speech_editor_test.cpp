@@ -66,6 +66,19 @@ TEST(SpeechEditor, LanguagesLeaveTriggersAlone) {
     EXPECT_EQ(project.PowerUpRecord, before.PowerUpRecord);
 }
 
+TEST(SpeechEditor, WithoutItsSelectionAnOperationOnlyMarksTheProject) {
+    Project project = tour(), expected = project;
+    for (const EditResult& result :
+         {addSpeechTitle(project, ""), addLanguage(project, ""),
+          chooseSpeechFile(project, {0, -1}, "x"), chooseSpeechFile(project, {-1, 0}, "x"),
+          chooseSpeechFile(project, {0, 0}, ""), renameSpeechTitle(project, 0, ""),
+          renameSpeechTitle(project, -1, "x"), renameLanguage(project, 2, "x"),
+          deleteSpeechTitle(project, -1), deleteLanguage(project, -1)})
+        EXPECT_FALSE(result.isDone);
+    expected.unsavedChanges = true;
+    EXPECT_TRUE(project == expected);
+}
+
 TEST(Displays, ShowTheFileBehindTheSelection) {
     const ScratchFolder scratch;
     FakeTags tags;
