@@ -33,6 +33,14 @@ Project exampleProject();
 /// names, attributes, triggers and orders drawn at random. Names fit the code page and are unique.
 Project randomProject(std::mt19937& random, int tracks);
 
+/// Whether a handler marks the project as changed.
+template <typename Handler>
+bool isMarkedBy(Project& project, const Handler& handler) {
+    project.unsavedChanges = false;
+    handler();
+    return project.unsavedChanges;
+}
+
 /// What does not fit together in the tables of a project, one sentence each; empty when all does,
 /// whatever the operator does.
 QStringList inconsistencies(const Project& project);

@@ -288,6 +288,21 @@ TEST(DiscreteTriggers, SlotsKeepWhatTheFormatKnows) {
     EXPECT_EQ(slot, before);
 }
 
+TEST(DiscreteTriggers, EndlessLoopAndPowerUpItemDoNotMarkTheProject) {
+    Project p = crossNamedProject();
+    const auto track = selectTrack(p, "Rock", "Song A");
+    EXPECT_TRUE(isMarkedBy(p, [&] { setLoudVolume(p, track, true); }));
+    EXPECT_TRUE(isMarkedBy(p, [&] { setLoudVolume(p, {}, false); })) << "nothing selected";
+    EXPECT_TRUE(isMarkedBy(p, [&] { setCancelOnInterrupt(p, track, true); }));
+    EXPECT_TRUE(isMarkedBy(p, [&] { assignTrigger(p, track, 0); }));
+    EXPECT_TRUE(isMarkedBy(p, [&] { viewTrigger(p, 0); }));
+    EXPECT_TRUE(isMarkedBy(p, [&] { clearTrigger(p, 0); }));
+    EXPECT_TRUE(isMarkedBy(p, [&] { clearPowerUpItem(p); }));
+    EXPECT_FALSE(isMarkedBy(p, [&] { setEndlessLoop(p, track, true); }));
+    EXPECT_FALSE(isMarkedBy(p, [&] { setPowerUpItem(p, track, true); }));
+    EXPECT_FALSE(isMarkedBy(p, [&] { selectTitle(p, "Welcome"); }));
+}
+
 // Whatever happened to its item, a trigger can be freed: at its item, where View leads, or in its
 // own row.
 TEST(DiscreteTriggers, NoTriggerIsEverStuck) {
