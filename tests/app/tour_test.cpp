@@ -14,9 +14,7 @@ using namespace test;
 
 namespace {
 
-struct TourBench : WindowBench {
-    TourBench() { start(); }
-
+struct TourBench : StartedBench {
     void buildSpeech(const QString& folder) {
         showPage("Speech Files");
         const QDir speech(folder);

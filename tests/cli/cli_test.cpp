@@ -50,13 +50,26 @@ class CommandLine : public testing::Test {
         ASSERT_EQ(done.exitCode, 0) << done.err.toStdString();
     }
 
-    // Expects a command to fail with one line on standard error that holds `part`.
+    // The music records of a project: "list/track <- path".
+    QStringList tracksOf(const QString& project) const {
+        QStringList tracks;
+        for (const QJsonValue& value : run({"show", project, "--json"}).at("records").toArray())
+            if (value["kind"] == "music")
+                tracks.append(value["groupName"].toString() + '/' + value["itemName"].toString() +
+                              " <- " + value["sourcePath"].toString());
+        return tracks;
+    }
+
+    // Expects a command to fail with one line on standard error that holds `part`, beside the
+    // warning that the firmware is a stand-in.
     void expectFailure(const QStringList& arguments, int exitCode, const QString& part) const {
         const CliRun failed = run(arguments);
         EXPECT_EQ(failed.exitCode, exitCode) << arguments.join(' ').toStdString();
-        EXPECT_TRUE(failed.err.contains(part)) << failed.err.toStdString();
-        EXPECT_TRUE(failed.err.startsWith("tessaly-cli: "));
-        EXPECT_EQ(failed.err.count('\n'), 1) << failed.err.toStdString();
+        QStringList lines = failed.err.split('\n', Qt::SkipEmptyParts);
+        lines.removeIf([](const QString& line) { return line.contains("is a stand-in"); });
+        EXPECT_EQ(lines.size(), 1) << failed.err.toStdString();
+        EXPECT_TRUE(lines.value(0).contains(part)) << failed.err.toStdString();
+        EXPECT_TRUE(lines.value(0).startsWith("tessaly-cli: "));
     }
 
     ScratchFolder scratch;
@@ -64,23 +77,18 @@ class CommandLine : public testing::Test {
 
 }  // namespace
 
+// What --help says is compared with completion and man page by another test.
 TEST_F(CommandLine, ExplainsItself) {
     EXPECT_EQ(run({"--version"}).out, "1.13\n");
-    EXPECT_TRUE(run({"--help"}).out.contains("Prepares memory cards"));
-    for (const char* command :
-         {"import", "check", "image", "create", "verify", "firmware", "show"}) {
-        const CliRun help = run({command, "--help"});
-        EXPECT_EQ(help.exitCode, 0);
-        EXPECT_TRUE(help.out.contains(QString("Example:\n  tessaly-cli ") + command))
-            << help.out.toStdString();
-    }
+    EXPECT_TRUE(run({"show", "--help"}).out.contains("Example:\n  tessaly-cli show"));
+    const QStringList image = {"image", "p.crd2", "-o", "f.bin", "--identifier"};
     const QStringList wrong[] = {{},
                                  {"bake"},
                                  {"check"},
                                  {"import", "tour"},
-                                 {"image", "p.crd2", "-o", "f.bin", "--identifier", "0"},
-                                 {"image", "p.crd2", "-o", "f.bin", "--identifier", "65536"},
-                                 {"image", "p.crd2", "-o", "f.bin", "--identifier", "0xZZ"},
+                                 image + QStringList("0"),
+                                 image + QStringList("65536"),
+                                 image + QStringList("0xZZ"),
                                  {"create", "p.crd2", "--card", "c", "--fast"},
                                  {"show", "a", "b"}};
     for (const QStringList& arguments : wrong)
@@ -110,16 +118,12 @@ TEST_F(CommandLine, TurnsAFolderIntoAVerifiedCard) {
     // A half-written card, and one that is full, need no --erase.
     QFile::remove(scratch.path("card/0007.cfg"));
     EXPECT_EQ(run({"create", "tour.crd2", "--card", "card", "--yes", "--no-verify"}).exitCode, 0);
-    const CliRun update =
-        run({"create", "tour.crd2", "--card", "card", "--settings-only", "--yes"});
-    EXPECT_EQ(update.exitCode, 0) << update.err.toStdString();
+    EXPECT_EQ(run({"create", "tour.crd2", "--card", "card", "--settings-only", "--yes"}).exitCode,
+              0);
     QFile::remove(scratch.path("card/0005.mp3"));
     EXPECT_EQ(run({"verify", "card"}).exitCode, 1);
-    const CliRun differs =
-        run({"create", "tour.crd2", "--card", "card", "--settings-only", "--yes"});
-    EXPECT_EQ(differs.exitCode, 1);
-    EXPECT_TRUE(differs.err.contains("create the card anew (error 536, step 316)"))
-        << differs.err.toStdString();
+    expectFailure({"create", "tour.crd2", "--card", "card", "--settings-only", "--yes"}, 1,
+                  "create the card anew (error 536, step 316)");
 }
 
 TEST_F(CommandLine, ErasesNothingThatItWasNotToldTo) {
@@ -136,9 +140,7 @@ TEST_F(CommandLine, ErasesNothingThatItWasNotToldTo) {
 
     // --erase takes other files, but not the project (wrong_targets_test.cpp has the others).
     const auto before = scratch.content(".");
-    const CliRun refused = run({"create", "tour.crd2", "--card", ".", "--erase", "--yes"});
-    EXPECT_EQ(refused.exitCode, 1);
-    EXPECT_TRUE(refused.err.contains("step 311")) << refused.err.toStdString();
+    expectFailure({"create", "tour.crd2", "--card", ".", "--erase", "--yes"}, 1, "step 311");
     EXPECT_EQ(scratch.content("."), before);
     EXPECT_EQ(run(create + QStringList("--erase")).exitCode, 0);
     EXPECT_FALSE(scratch.content("card").contains("holiday.jpg"));
@@ -147,32 +149,24 @@ TEST_F(CommandLine, ErasesNothingThatItWasNotToldTo) {
 TEST_F(CommandLine, SaysWhatBlocks) {
     const QString track = scratch.write("tour/Music/Rock/a.mp3", "music");
     ASSERT_EQ(run({"import", "tour", "-o", "p.crd2"}).exitCode, 0);
-    scratch.makeFolder("card");
-    EXPECT_EQ(run({"check", "p.crd2"}).exitCode, 0);
     const CliRun good = run({"check", "p.crd2", "--json"});
+    EXPECT_EQ(good.exitCode, 0);
     EXPECT_EQ(good.at("totalCardBytes"), 5);
-    EXPECT_EQ(good.at("trackCount"), 1);
     EXPECT_EQ(good.at("blocked"), false);
     EXPECT_EQ(good.at("checks/musicLists/verdict"), "green");
     EXPECT_EQ(good.at("checks/driveSelected/verdict"), "red");
 
     QFile::remove(track);
+    scratch.makeFolder("card");
     const CliRun blocked = run({"check", "p.crd2", "--json", "--card", "card"});
     EXPECT_EQ(blocked.exitCode, 3);
     EXPECT_EQ(blocked.at("blocked"), true);
-    EXPECT_EQ(blocked.at("missingFileFlag"), true);
     EXPECT_EQ(blocked.at("missingFiles/0"), track);
     expectFailure({"create", "p.crd2", "--card", "card", "--yes"}, 3, "Cannot find file " + track);
     scratch.write("empty.crd2", "");
     expectFailure({"create", "empty.crd2", "--card", "card", "--yes"}, 3,
                   "There are no Speech or Music files selected.");
     EXPECT_TRUE(scratch.content("card").isEmpty());
-
-    // Nothing that stood there is lost by importing again.
-    const QByteArray before = scratch.read("p.crd2");
-    scratch.write("tour/Music/Rock/b.mp3", "more");
-    ASSERT_EQ(run({"import", "tour", "-o", "p.crd2"}).exitCode, 0);
-    EXPECT_EQ(scratch.read("p.crd2.bak"), before);
 }
 
 TEST_F(CommandLine, ImportsPlaylists) {
@@ -185,28 +179,21 @@ TEST_F(CommandLine, ImportsPlaylists) {
               "tessaly-cli: Track name missing, track not added. File name: /m/3.mp3\n");
     EXPECT_EQ(first.out, "p.crd2: the music list \"Summer Hits of t\" with 1 tracks.\n");
 
-    // A plain list's last line is not handled; relative paths stay.
+    // What stood in the project file is kept beside it.
     scratch.write("%1.m3u", "a.mp3\nb.mp3\nc.mp3\n");
     const QByteArray before = scratch.read("p.crd2");
     const CliRun second = run({"import", "%1.m3u", "-o", "p.crd2", "--append"});
-    EXPECT_EQ(second.exitCode, 0) << second.err.toStdString();
     EXPECT_EQ(second.out, "p.crd2: the music list \"%1\" with 2 tracks.\n");
     EXPECT_EQ(second.err, "tessaly-cli: note: the earlier file is kept as p.crd2.bak.\n");
     EXPECT_EQ(scratch.read("p.crd2.bak"), before);
-    EXPECT_EQ(run({"import", "%1.m3u", "-o", "p.crd2", "--append"}).exitCode, 0);
-    QStringList tracks;
-    for (const QJsonValue& value : run({"show", "p.crd2", "--json"}).at("records").toArray())
-        if (value["kind"] == "music")
-            tracks.append(value["groupName"].toString() + '/' + value["itemName"].toString() +
-                          " <- " + value["sourcePath"].toString());
-    EXPECT_EQ(tracks, (QStringList{"Summer Hits of t/One <- /m/1.mp3", "%1/a <- a.mp3",
-                                   "%1/b <- b.mp3", "01 %1/a <- a.mp3", "01 %1/b <- b.mp3"}));
+    EXPECT_EQ(tracksOf("p.crd2"),
+              (QStringList{"Summer Hits of t/One <- /m/1.mp3", "%1/a <- a.mp3", "%1/b <- b.mp3"}));
 
     scratch.write("bad.m3u", "#EXTM3U\n#EXTINF:1,a\na.mp3\n");
     const auto files = scratch.content(".");
     for (const char* append : {"--append", "--titles-from-tags"})
         expectFailure({"import", "bad.m3u", "-o", "p.crd2", append}, 1,
-                      "tessaly-cli: Invalid playlist format, cannot open\n");
+                      "tessaly-cli: Invalid playlist format, cannot open");
     expectFailure({"import", "%1.m3u", "-o", "none.crd2", "--append"}, 1,
                   "tessaly-cli: none.crd2: ");
     scratch.write("cut.crd2", before.chopped(20));
@@ -221,16 +208,9 @@ TEST_F(CommandLine, ImportsAFolderThatHoldsMp3Files) {
     EXPECT_EQ(run({"import", folder, "-o", "p.crd2"}).out,
               "p.crd2: the music list \"Harbour Morning\" with 4 tracks.\n");
     EXPECT_EQ(run({"import", folder, "-o", "p.crd2", "--append"}).exitCode, 0);
-    const QJsonArray records = run({"show", "p.crd2", "--json"}).at("records").toArray();
-    QStringList names;
-    for (const QJsonValue& value : records)
-        if (value["kind"] == "music")
-            names.append(value["groupName"].toString() + '/' + value["itemName"].toString());
-    EXPECT_EQ(names.size(), 8);
-    EXPECT_EQ(names.first(), "Harbour Morning/Morning Bell");
-    EXPECT_EQ(names.last(), "01 Harbour Morning/Market Boats");
-    EXPECT_EQ(run({"check", "p.crd2"}).exitCode, 0);
-
+    const QStringList tracks = tracksOf("p.crd2");
+    EXPECT_EQ(tracks.size(), 8);
+    EXPECT_TRUE(tracks.last().startsWith("01 Harbour Morning/Market Boats <- "));
     scratch.makeFolder("empty");
     expectFailure({"import", "empty", "-o", "p.crd2"}, 1, "holds neither MP3 files nor a Music");
     expectFailure({"import", TESSALY_SAMPLES "/tour", "-o", "p.crd2", "--append"}, 1,

@@ -29,6 +29,7 @@ struct List {
 struct Player {
     std::weak_ptr<List> list;
     std::weak_ptr<Track> track;
+    bool isWholeList = false;
 };
 
 template <typename Things>
@@ -70,21 +71,23 @@ struct Model {
         }
     }
 
-    void moveTrack(const MusicSelection& at, int step) {
+    /// Whether it moved.
+    bool moveTrack(const MusicSelection& at, int step) {
         const auto moved = track(at);
         if (!moved || !track({at.list, at.track + step}))
-            return;
+            return false;
         for (size_t i = 0; i < table.size(); ++i) {
             if (table[i].lock() != moved)
                 continue;
             const size_t partner = i + size_t(step);
             if (partner >= table.size())
-                return;
+                return false;
             std::swap(table[i], table[partner]);
             break;
         }
         auto& tracks = list(at.list)->tracks;
         std::swap(tracks[size_t(at.track)], tracks[size_t(at.track + step)]);
+        return true;
     }
 };
 
@@ -103,7 +106,10 @@ QStringList inWords(const Model& model) {
     for (const Player& player : model.players) {
         const auto list = player.list.lock();
         const auto track = player.track.lock();
-        words.append(list && track ? "plays " + list->name + '/' + track->name : QString("free"));
+        const QString whole = "<Play Full List>";
+        words.append(list && (track || player.isWholeList)
+                         ? "plays " + list->name + '/' + (track ? track->name : whole)
+                         : QString("free"));
     }
     return words;
 }
@@ -147,7 +153,7 @@ class Steps {
         const int step = upTo(1) == 0 ? -1 : 1;
         switch (upTo(11)) {
             case 0:
-                addNewMusicList(project, name);
+                expect(addNewMusicList(project, name), !name.isEmpty());
                 if (!name.isEmpty())
                     model.lists.push_back(
                         std::make_shared<List>(List{freeName(name, model.lists), {}}));
@@ -155,7 +161,7 @@ class Steps {
             case 1:
             case 2:
             case 3:
-                addNewMusicTrack(project, at, name);
+                expect(addNewMusicTrack(project, at, name), list != nullptr);
                 if (list)
                     list->tracks.push_back(
                         std::make_shared<Track>(Track{freeName(name, list->tracks), {}, list}));
@@ -163,60 +169,74 @@ class Steps {
             case 4:
             case 5: {
                 const QString path = upTo(5) == 0 ? QString() : QString("%1.mp3").arg(++files_);
-                chooseMusicFile(project, at, path);
+                expect(chooseMusicFile(project, at, path), track && !path.isEmpty());
                 model.choose(at, path);
                 break;
             }
             case 6:
-                renameMusicList(project, at.list, name);
+                expect(renameMusicList(project, at.list, name), list && !name.isEmpty());
                 if (list && !name.isEmpty())
                     list->name = freeName(name, model.lists);
                 break;
             case 7:
-                renameMusicTrack(project, at, name);
+                expect(renameMusicTrack(project, at, name), track && !name.isEmpty());
                 if (track && !name.isEmpty())
                     track->name = freeName(name, list->tracks);
                 break;
             case 8:
                 if (upTo(2) > 0)  // or there is soon nothing left
                     break;
-                deleteMusicList(project, at.list);
+                expect(deleteMusicList(project, at.list), list != nullptr,
+                       std::min(at.list, int(model.lists.size()) - 2));
                 if (list)
                     model.lists.erase(model.lists.begin() + at.list);
                 break;
             case 9:
-                deleteMusicTrack(project, at);
+                expect(deleteMusicTrack(project, at), track != nullptr,
+                       list ? std::min(at.track, int(list->tracks.size()) - 2) : -1);
                 if (track)
                     list->tracks.erase(list->tracks.begin() + at.track);
                 break;
             case 10:
                 if (upTo(1) == 0) {
-                    moveMusicTrack(project, at, Direction(step));
-                    model.moveTrack(at, step);
+                    const EditResult moved = moveMusicTrack(project, at, Direction(step));
+                    EXPECT_EQ(moved.isDone, model.moveTrack(at, step));
+                    EXPECT_EQ(moved.row, at.track + (moved.isDone ? step : 0));
                 } else {
                     moveMusicList(project, at.list, Direction(step));
                     if (list && model.list(at.list + step))
                         std::swap(model.lists[size_t(at.list)],
                                   model.lists[size_t(at.list + step)]);
                 }
+                EXPECT_FALSE(project.unsavedChanges) << "moves are no edits";
                 break;
             case 11:
                 if (track)
-                    play(list, track);
+                    play(list, upTo(3) > 0 ? track : nullptr);
                 break;
         }
+        project.unsavedChanges = false;
     }
 
     void compare() const {
         EXPECT_EQ(inWords(project), inWords(model));
         EXPECT_EQ(project.TriggerTable[3], speech_);
         EXPECT_EQ(test::inconsistencies(project), QStringList());
+        EXPECT_TRUE(!model.lists.empty() || project.lstMuTrack[project.currentMusicList].isEmpty());
     }
 
     Project project;
     Model model;
 
  private:
+    // An edit marks the project, also one that has nothing to do.
+    void expect(const EditResult& result, bool isDone, std::optional<int> row = {}) const {
+        EXPECT_EQ(result.isDone, isDone);
+        EXPECT_TRUE(project.unsavedChanges);
+        if (isDone && row) {
+            EXPECT_EQ(result.row, *row);
+        }
+    }
     int upTo(int most) { return std::uniform_int_distribution<int>(0, most)(random_); }
     int row(int count) { return upTo(count + 1) - 1; }  // none and one too many among them
     QString anyName() {
@@ -224,14 +244,15 @@ class Steps {
         return names[upTo(5)];
     }
 
+    // Without a track: the whole list.
     void play(const std::shared_ptr<List>& list, const std::shared_ptr<Track>& track) {
         const int which = upTo(2);
-        model.players[size_t(which)] = {list, track};
+        model.players[size_t(which)] = {list, track, !track};
         TrackRecord& player = which == 0   ? project.TriggerTable[0]
                               : which == 1 ? project.TriggerTable[6]
                                            : project.PowerUpRecord;
         player.groupName = list->name;
-        player.itemName = track->name;
+        player.itemName = track ? track->name : "<Play Full List>";
         (which == 2 ? player.kind : player.sourcePath) = "music";
     }
 

@@ -1,7 +1,7 @@
+// reliability/fuzz imports any bytes, and cancels them half-way.
 #include "editor/playlist_import.h"
 
 #include <QStringEncoder>
-#include <random>
 
 #include "model/music_lists.h"
 #include "model/text_codec.h"
@@ -16,9 +16,6 @@ namespace tessaly {
 using namespace test;
 
 namespace {
-
-constexpr auto Imported = ImportResult::Outcome::Imported;
-constexpr auto Invalid = ImportResult::Outcome::Invalid;
 
 // What is left of an import: its records as "name <- path", and the messages' texts and titles.
 struct Taken {
@@ -73,12 +70,11 @@ const QByteArray Itunes =
 }  // namespace
 
 TEST(PlaylistImport, TakesEveryFormat) {
-    struct Case {
+    const struct {
         const char* what;
         QByteArray bytes;
         QStringList tracks, messages;
-    };
-    const Case cases[] = {
+    } cases[] = {
         {"tabbed",
          Tabbed,
          {"Low Tide <- C:\\Music\\01 Low Tide.mp3", "\"Nets, Ropes and <- C:\\Music\\02.MP3"},
@@ -133,12 +129,12 @@ TEST(PlaylistImport, TakesEveryFormat) {
           "Track name missing: Track name missing, track not added.\r\nFile name: /m.mp3/",
           "Track name missing: Track name missing, track not added.\r\nFile name: .mp3"}},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        const Taken taken = take(c.bytes);
-        EXPECT_EQ(taken.outcome, Imported);
-        EXPECT_EQ(taken.tracks, c.tracks);
-        EXPECT_EQ(taken.messages, c.messages);
+    for (const auto& [what, bytes, tracks, messages] : cases) {
+        SCOPED_TRACE(what);
+        const Taken taken = take(bytes);
+        EXPECT_EQ(taken.outcome, ImportResult::Outcome::Imported);
+        EXPECT_EQ(taken.tracks, tracks);
+        EXPECT_EQ(taken.messages, messages);
     }
 }
 
@@ -147,18 +143,9 @@ TEST(PlaylistImport, TellsWhatIsNoPlaylist) {
          {"", "\n", "#EXTM3U\n#EXTINF:1,a\na.mp3\n", "SONG.MP3\nb.mp3\n", "Title\tName\tLocation\n",
           "album\tx\n", "\tAlbum\n", "Location\tname\n", "PK\x03\x04 zip"}) {
         SCOPED_TRACE(bytes);
-        Project project;
-        addMusicList(project, "Rock");
-        Project expected = project;
-        expected.unsavedChanges = true;
-        const ImportResult result =
-            importPlaylist(project, QByteArray(bytes), FakeTags(), "/p.txt");
-        EXPECT_EQ(result.outcome, Invalid);
-        ASSERT_EQ(result.messages.size(), 1);
-        EXPECT_EQ(result.messages[0].icon, ImportMessage::Icon::Exclamation);
-        EXPECT_EQ(result.messages[0].title, "");
-        EXPECT_EQ(result.messages[0].text, "Invalid playlist format, cannot open");
-        EXPECT_TRUE(project == expected);
+        const Taken taken = take(bytes);
+        EXPECT_EQ(taken.outcome, ImportResult::Outcome::Invalid);
+        EXPECT_EQ(taken.messages, QStringList(": Invalid playlist format, cannot open"));
     }
 }
 
@@ -197,10 +184,7 @@ TEST(PlaylistImport, NamesTheListAfterTheFile) {
         EXPECT_EQ(importPlaylist(project, Itunes, FakeTags(), path).list, name);
         const ImportResult again = importPlaylist(project, Itunes, FakeTags(), path);
         EXPECT_EQ(again.list, "01 " + name);
-        EXPECT_EQ(again.listRow, 1);
-        EXPECT_EQ(again.trackRow, 1);
         EXPECT_EQ(project.MusicListNames[project.currentMusicList], again.list);
-        EXPECT_EQ(project.TrackTable.size(), 5);
     }
 }
 
@@ -212,18 +196,7 @@ TEST(PlaylistImport, PlainListsAreNamedByTags) {
               (QStringList{"Second block of  <- 1.mp3", "Old <- C:\\2.mp3", "3 <- 3.mp3"}));
 }
 
-TEST(PlaylistImport, CanBeCancelledBetweenEntries) {
-    for (int last = 0; last < 8; ++last) {
-        Project project, expected;
-        expected.unsavedChanges = true;
-        const ImportResult result =
-            importPlaylist(project, Tabbed, FakeTags(), "/p.txt", [&](int done, int total) {
-                EXPECT_EQ(total, 7);
-                return done < last;
-            });
-        EXPECT_EQ(result.outcome == Imported, last == 7);
-        EXPECT_EQ(project == expected, last != 7);
-    }
+TEST(PlaylistImport, FilesAreReadOrMissed) {
     const ScratchFolder scratch;
     LocalFileSystem files;
     Project project;
@@ -252,47 +225,6 @@ TEST(PlaylistImport, RefusesWhatNoMemoryHolds) {
     for (int i = 0; i < 500'000; ++i)
         accents += i % 2 ? "\xCC\x81" : "\xCC\xA3";
     EXPECT_EQ(take(accents + "\ta.mp3").tracks.size(), 1);
-}
-
-TEST(PlaylistImport, SurvivesAnyBytes) {
-    std::mt19937 random(1);
-    const auto upTo = [&](qsizetype most) {
-        return std::uniform_int_distribution<qsizetype>(0, most)(random);
-    };
-    const QByteArray seeds[] = {Tabbed, Itunes, "#EXTM3U\t\n#EXTINF:1,a\na.mp3\n",
-                                "a.mp3\nb.mp3\n\n",
-                                utf16("Name\tLocation\na\tb.mp3", QStringConverter::Utf16LE)};
-    const QByteArray pieces[] = {"\t",
-                                 "\r",
-                                 "\n",
-                                 ",",
-                                 ":",
-                                 ".mp3",
-                                 "\xFF\xFE",
-                                 "\xFE\xFF",
-                                 "\xEF\xBB\xBF",
-                                 QByteArray(1, '\0'),
-                                 "\xD8",
-                                 "Album",
-                                 "Name"};
-    for (int run = 0; run < 4000; ++run) {
-        QByteArray bytes = seeds[upTo(4)];
-        for (qsizetype changes = upTo(6); changes > 0 && !bytes.isEmpty(); --changes) {
-            const qsizetype at = upTo(bytes.size() - 1);
-            if (upTo(2) == 0)
-                bytes[at] = char(upTo(255));
-            else if (upTo(1) == 0)
-                bytes.insert(at, pieces[upTo(12)]);
-            else
-                bytes.remove(at, upTo(20));
-        }
-        const Taken taken = take(bytes);
-        if (taken.outcome == Invalid) {
-            EXPECT_EQ(taken.tracks, QStringList());
-        }
-        for (const QString& track : taken.tracks)
-            EXPECT_TRUE(track.endsWith("mp3", Qt::CaseInsensitive));
-    }
 }
 
 }  // namespace tessaly

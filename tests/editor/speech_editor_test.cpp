@@ -1,6 +1,5 @@
+// The session on the speech page has the sixteen languages, moves and files.
 #include "editor/speech_editor.h"
-
-#include <functional>
 
 #include "editor/displays.h"
 #include "editor/entry_fields.h"
@@ -22,24 +21,10 @@ Project tour() {
     addSpeech(project, "Welcome", "English", "1");
     addSpeech(project, "Goodbye", "English", "2");
     addSpeech(project, "Welcome", "German", "3");
-    TrackRecord language;
-    language.kind = "lstDefaultLangs";
-    language.groupName = "German";
-    project.DefaultLanguageTable.append(language);
-    for (TrackRecord* player : {&project.TriggerTable[0], &project.PowerUpRecord}) {
-        player->itemName = "Welcome";
-        player->groupName = "German";
-    }
-    project.TriggerTable[0].sourcePath = "speech";
-    project.PowerUpRecord.kind = "speech";
+    addDefaultLanguage(project, "German");
+    project.TriggerTable[0] = makeRecord("dtrig", "Welcome", "German", "speech");
+    project.PowerUpRecord = makeRecord("speech", "Welcome", "German", {});
     return project;
-}
-
-QStringList defaults(const Project& project) {
-    QStringList languages;
-    for (const TrackRecord& record : project.DefaultLanguageTable)
-        languages.append(record.groupName.text());
-    return languages;
 }
 
 QStringList table(const Project& project) {
@@ -52,87 +37,46 @@ QStringList table(const Project& project) {
 
 }  // namespace
 
-TEST(SpeechEditor, RenamesAndDeletesTitlesInEveryLanguage) {
+TEST(SpeechEditor, TitlesTakeAllThatNamesThemAlong) {
     Project project = tour();
-    const EditResult renamed = renameSpeechTitle(project, 0, "Goodbye");
-    EXPECT_EQ(renamed.name, "01 Goodbye");
-    EXPECT_EQ(renamed.row, -1);
-    EXPECT_EQ(project.lstSpTitles, (QStringList{"01 Goodbye", "Goodbye"}));
+    EXPECT_EQ(renameSpeechTitle(project, 0, "Goodbye").name, "01 Goodbye");
     EXPECT_EQ(table(project),
               (QStringList{"01 Goodbye/English", "Goodbye/English", "01 Goodbye/German"}));
     EXPECT_TRUE(project.TriggerTable[0].itemName.is(u"01 Goodbye"));
     EXPECT_TRUE(project.PowerUpRecord.itemName.is(u"01 Goodbye"));
-    EXPECT_FALSE(renameSpeechTitle(project, 0, "").isDone);
 
     EXPECT_EQ(deleteSpeechTitle(project, 1).row, 0);
-    EXPECT_TRUE(project.TriggerTable[0].sourcePath.is(u"speech"));
+    EXPECT_TRUE(isAssigned(project.TriggerTable[0]));
     EXPECT_EQ(deleteSpeechTitle(project, 0).row, -1);
     EXPECT_EQ(table(project), (QStringList{"-", "-", "-"}));
-    EXPECT_TRUE(project.TriggerTable[0].sourcePath.is(u"empty"));
-    EXPECT_FALSE(hasPowerUpItem(project));
+    EXPECT_FALSE(isAssigned(project.TriggerTable[0]) || hasPowerUpItem(project));
 }
 
 TEST(SpeechEditor, LanguagesLeaveTriggersAlone) {
     Project project = tour();
-    const auto triggers = project.TriggerTable;
-    const TrackRecord powerUp = project.PowerUpRecord;
-    EXPECT_EQ(renameLanguage(project, 1, "Deutsch").row, -1);
+    const Project before = project;
+    renameLanguage(project, 1, "Deutsch");
     EXPECT_EQ(table(project),
               (QStringList{"Welcome/English", "Goodbye/English", "Welcome/Deutsch"}));
-    EXPECT_EQ(defaults(project), (QStringList{"", "Deutsch"}));
-    EXPECT_EQ(deleteLanguage(project, 1).row, 0);
+    EXPECT_TRUE(project.DefaultLanguageTable.last().groupName.is(u"Deutsch"));
+    deleteLanguage(project, 1);
     EXPECT_EQ(table(project), (QStringList{"Welcome/English", "Goodbye/English", "-"}));
-    EXPECT_EQ(defaults(project), QStringList(""));
-    EXPECT_EQ(project.TriggerTable, triggers);
-    EXPECT_EQ(project.PowerUpRecord, powerUp);
+    EXPECT_EQ(project.DefaultLanguageTable, Project().DefaultLanguageTable);
+    EXPECT_EQ(project.TriggerTable, before.TriggerTable);
+    EXPECT_EQ(project.PowerUpRecord, before.PowerUpRecord);
 }
 
-TEST(SpeechEditor, ThereAreSixteenLanguages) {
-    Project project;
-    EXPECT_EQ(addLanguageEnabled(project, ""), false);
-    for (int i = 0; i < 16; ++i) {
-        EXPECT_EQ(addLanguageEnabled(project, "Latin"), true);
-        EXPECT_EQ(addLanguage(project, "Latin").isDone, true);
-    }
-    EXPECT_EQ(project.lstLangs.last(), "15 Latin");
-    EXPECT_EQ(addLanguageEnabled(project, "Latin"), std::nullopt);
-    EXPECT_FALSE(addLanguage(project, "Latin").isDone);
-    EXPECT_EQ(project.lstLangs.size(), 16);
-}
-
-TEST(SpeechEditor, MovesOnlyLines) {
-    Project project = tour();
-    const Project before = project;
-    EXPECT_EQ(moveSpeechTitle(project, 0, Direction::Down).row, 1);
-    EXPECT_EQ(moveLanguage(project, 1, Direction::Up).row, 0);
-    EXPECT_EQ(project.lstSpTitles, (QStringList{"Goodbye", "Welcome"}));
-    EXPECT_EQ(project.lstLangs, (QStringList{"German", "English"}));
-    EXPECT_EQ(moveLanguage(project, 1, Direction::Down).row, 1);
-    EXPECT_EQ(project.TrackTable, before.TrackTable);
-    EXPECT_FALSE(project.unsavedChanges);
-
-    using Operation = std::function<EditResult(Project&)>;
-    const Operation edits[] = {[](Project& p) { return addSpeechTitle(p, ""); },
-                               [](Project& p) { return addLanguage(p, ""); },
-                               [](Project& p) {
-                                   return chooseSpeechFile(p, {0, -1}, "x");
-                               },
-                               [](Project& p) {
-                                   return chooseSpeechFile(p, {-1, 0}, "x");
-                               },
-                               [](Project& p) {
-                                   return chooseSpeechFile(p, {0, 0}, "");
-                               },
-                               [](Project& p) { return renameSpeechTitle(p, -1, "x"); },
-                               [](Project& p) { return renameLanguage(p, 2, "x"); },
-                               [](Project& p) { return deleteSpeechTitle(p, -1); },
-                               [](Project& p) { return deleteLanguage(p, -1); }};
-    for (const Operation& edit : edits) {
-        Project edited = before, expected = before;
-        EXPECT_FALSE(edit(edited).isDone);
-        expected.unsavedChanges = true;
-        EXPECT_TRUE(edited == expected) << &edit - edits;
-    }
+TEST(SpeechEditor, WithoutItsSelectionAnOperationOnlyMarksTheProject) {
+    Project project = tour(), expected = project;
+    for (const EditResult& result :
+         {addSpeechTitle(project, ""), addLanguage(project, ""),
+          chooseSpeechFile(project, {0, -1}, "x"), chooseSpeechFile(project, {-1, 0}, "x"),
+          chooseSpeechFile(project, {0, 0}, ""), renameSpeechTitle(project, 0, ""),
+          renameSpeechTitle(project, -1, "x"), renameLanguage(project, 2, "x"),
+          deleteSpeechTitle(project, -1), deleteLanguage(project, -1)})
+        EXPECT_FALSE(result.isDone);
+    expected.unsavedChanges = true;
+    EXPECT_TRUE(project == expected);
 }
 
 TEST(Displays, ShowTheFileBehindTheSelection) {
@@ -141,24 +85,19 @@ TEST(Displays, ShowTheFileBehindTheSelection) {
     tags.blocks["a.mp3"] = {.first = {.title = "New", .artist = "", .album = "Both"},
                             .second = {.title = "Old", .artist = "Singer", .album = "Other"}};
     const LocalFileSystem files;
+    const QString path = scratch.write("a.mp3", QByteArray(1'250'000, 'x'));
     Project project;
-    addTrack(project, "Rock", "a", scratch.write("a.mp3", QByteArray(1'250'000, 'x')));
+    addTrack(project, "Rock", "a", path);
     addTrack(project, "Rock", "gone", scratch.path("b.mp3"));
-    EXPECT_EQ(addSpeechTitle(project, "Welcome").row, -1);
-    addLanguage(project, "English");
-    chooseSpeechFile(project, {0, 0}, scratch.path("a.mp3"));
-
+    addSpeech(project, "Welcome", "English", path);
     const FileDisplay music = musicDisplay(project, {0, 0}, files, tags);
-    EXPECT_EQ(music.path, scratch.path("a.mp3"));
+    EXPECT_EQ(music.path, path);
     EXPECT_EQ(music.size, "1.3 MB");
     EXPECT_EQ(music.tags, (TagBlock{"New", "Singer", "Both"}));
     EXPECT_EQ(speechDisplay(project, {0, 0}, files).size, "1.3 MB");
-    const FileDisplay gone = musicDisplay(project, {0, 1}, files, tags);
-    EXPECT_EQ(gone.path, scratch.path("b.mp3"));
-    EXPECT_EQ(gone.size, "0.0 MB");
+    EXPECT_EQ(musicDisplay(project, {0, 1}, files, tags).size, "0.0 MB");
     for (const MusicSelection none : {MusicSelection{0, -1}, {-1, 0}, {0, 2}})
         EXPECT_EQ(musicDisplay(project, none, files, tags).path, "");
-    EXPECT_EQ(speechDisplay(project, {0, -1}, files).path, "");
 }
 
 TEST(EntryFields, NamesFromFilesAreCutBetweenCharacters) {

@@ -13,28 +13,13 @@ TEST(TextCodec, EveryByteSurvivesARoundTrip) {
 }
 
 TEST(TextCodec, KnowsTheCodePage) {
-    const struct {
-        QString text;
-        QByteArray bytes;
-        bool fits;
-    } cases[] = {
-        {"Grüße",
-         "Gr\xFC\xDF"
-         "e",
-         true},
-        {QString::fromUtf8("€ „Žižka“ …"), "\x80 \x84\x8Ei\x9Eka\x93 \x85", true},
-        {QString::fromUtf8("Łódź"),
-         "?\xF3"
-         "d?",
-         false},
-        {QString::fromUtf8("Привет"), "??????", false},
-        {QString::fromUtf8("a🎵b"), "a?b", false},
-        {QString(QChar(0xD83C)) + "x", "?x", false},
-        {"", "", true},
-    };
-    for (const auto& [text, bytes, fits] : cases) {
-        EXPECT_EQ(toCodePage(text), bytes) << text.toStdString();
-        EXPECT_EQ(fitsCodePage(text), fits) << text.toStdString();
+    const QString text = QString::fromUtf8("€ „Žižka“ …");
+    EXPECT_EQ(toCodePage(text), "\x80 \x84\x8Ei\x9Eka\x93 \x85");
+    EXPECT_TRUE(fitsCodePage(text));
+    // What it lacks becomes one question mark a character; display_text_test.cpp has more.
+    for (const auto& [lacking, bytes] : {std::pair("Привет", "??????"), std::pair("a🎵b", "a?b")}) {
+        EXPECT_EQ(toCodePage(QString::fromUtf8(lacking)), bytes);
+        EXPECT_FALSE(fitsCodePage(QString::fromUtf8(lacking)));
     }
     EXPECT_EQ(fixedWidthText(u"Ärger", 8), "\xC4rger   ");
     EXPECT_EQ(fixedWidthText(u"Lighthouse Keeper", 16), "Lighthouse Keepe");

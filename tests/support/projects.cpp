@@ -98,6 +98,13 @@ void addSpeech(Project& project, const QString& title, const QString& language,
     project.TrackTable.append(makeRecord("speech", title, language, path));
 }
 
+void addDefaultLanguage(Project& project, const QString& language) {
+    TrackRecord record;
+    record.kind = "lstDefaultLangs";
+    record.groupName = language;
+    project.DefaultLanguageTable.append(record);
+}
+
 Project crossNamedProject() {
     Project project;
     addTrack(project, "Rock", "Song A", "a.mp3");
@@ -115,7 +122,7 @@ Project exampleProject() {
     addTrack(project, "Rock", "Song B", "C:\\b.mp3");
     addSpeech(project, "Welcome", "English", "C:\\e.mp3");
     addSpeech(project, "Welcome", "German", "C:\\g.mp3");
-    project.DefaultLanguageTable.append(makeRecord("lstDefaultLangs", {}, "German", {}));
+    addDefaultLanguage(project, "German");
     project.txtCardTitle1 = "WELCOME";
     setChimeOption(project, &Project::buttPlayIntChime, true);
     for (TrackRecord& text : project.SystemTextTable)
@@ -149,7 +156,7 @@ Project randomProject(std::mt19937& random, int tracks) {
     dice.shuffle(project.lstMuList);
     for (const QString& language : project.lstLangs)
         if (dice.coin())
-            project.DefaultLanguageTable.append(makeRecord("lstDefaultLangs", {}, language, {}));
+            addDefaultLanguage(project, language);
     project.txtCardTitle1 = dice.coin() ? dice.text(20) : QString();
     project.txtCardTitle2 = dice.text(16);
     setChimeOption(project, dice.coin() ? &Project::buttChimeAlways : &Project::buttChimeOnce,

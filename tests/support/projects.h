@@ -22,6 +22,9 @@ void addTrack(Project& project, const QString& list, const QString& track, const
 void addSpeech(Project& project, const QString& title, const QString& language,
                const QString& path);
 
+/// Makes a language one of the defaults, as the Setup page does.
+void addDefaultLanguage(Project& project, const QString& language);
+
 /// The project of the worked example in docs/formats.md: list Rock with two tracks, the title
 /// Welcome in English and German.
 Project exampleProject();
@@ -29,6 +32,14 @@ Project exampleProject();
 /// A project of up to `tracks` music tracks and as many speech titles as there is room for, with
 /// names, attributes, triggers and orders drawn at random. Names fit the code page and are unique.
 Project randomProject(std::mt19937& random, int tracks);
+
+/// Whether a handler marks the project as changed.
+template <typename Handler>
+bool isMarkedBy(Project& project, const Handler& handler) {
+    project.unsavedChanges = false;
+    handler();
+    return project.unsavedChanges;
+}
 
 /// What does not fit together in the tables of a project, one sentence each; empty when all does,
 /// whatever the operator does.

@@ -141,4 +141,14 @@ struct WindowBench : CardBench {
     }
 };
 
+/// The same with the window before you.
+struct StartedBench : WindowBench {
+    StartedBench() { EXPECT_TRUE(start()); }
+};
+
+/// The same with the project open.
+struct OpenedBench : StartedBench {
+    OpenedBench() { open(tourFile); }
+};
+
 }  // namespace tessaly::test

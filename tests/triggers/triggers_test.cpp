@@ -1,0 +1,344 @@
+// What can be selected, how it plays, and what plays it: the selector, the attributes, the power-up
+// item and the discrete triggers. tests/app/setup_pages_test.cpp follows them into an image.
+#include <functional>
+
+#include "model/music_lists.h"
+#include "support/projects.h"
+#include "support/scratch_folder.h"
+#include "triggers/discrete_triggers.h"
+#include "triggers/playback_attributes.h"
+
+namespace tessaly {
+
+using namespace test;
+using enum TriggerMode;
+
+namespace {
+
+Project tour() {
+    Project project = crossNamedProject();
+    addMusicList(project, "Nothing yet");
+    return project;
+}
+
+// Clicks a mode and the first lines of that text, as an operator would; an empty text is no click.
+TriggerSelector clickSelector(Project& project, TriggerMode mode, const QString& left = {},
+                              const QString& right = {}) {
+    TriggerSelector selector = selectTriggerMode(project, mode);
+    if (!left.isEmpty())
+        selectTriggerLeft(project, selector, int(selector.lstTrigLeft.indexOf(left)));
+    if (!right.isEmpty())
+        selectTriggerRight(selector, int(selector.lstTrigRight.indexOf(right)));
+    EXPECT_TRUE(left.isEmpty() || selector.leftRow >= 0) << left.toStdString();
+    EXPECT_TRUE(right.isEmpty() || selector.rightRow >= 0) << right.toStdString();
+    return selector;
+}
+
+TriggerSelection selectTrack(Project& project, const QString& list, const QString& track = {}) {
+    return selectionOf(clickSelector(project, Music, list, track));
+}
+
+TriggerSelection selectTitle(Project& project, const QString& title) {
+    return selectionOf(clickSelector(project, Speech, title));
+}
+
+// The source files of all records with a flag set.
+QStringList filesWith(const Project& project, Boolean16 TrackRecord::*flag) {
+    QStringList files;
+    for (const TrackRecord& record : project.TrackTable)
+        if ((record.*flag).isTrue())
+            files.append(record.sourcePath.text());
+    return files;
+}
+
+// A row as letters: C checked, E box and label enabled, V View enabled, ! item gone; "-" if none.
+QString shortForm(const TriggerRow& row) {
+    EXPECT_EQ(row.buttTrigEnabled, row.lblTrigEnabled);
+    const QString letters = QString(row.buttTrigChecked ? "C" : "") +
+                            (row.buttTrigEnabled ? "E" : "") +
+                            (row.buttViewTrigEnabled ? "V" : "") + (row.isGone ? "!" : "");
+    return letters.isEmpty() ? "-" : letters;
+}
+
+QStringList shortForms(const Project& project, const TriggerSelection& selection) {
+    QStringList forms;
+    for (const TriggerRow& row : triggerRows(project, selection))
+        forms.append(shortForm(row));
+    return forms;
+}
+
+}  // namespace
+
+TEST(TriggerSelector, ShowsWhatAModeAndALineCallFor) {
+    Project project = tour();
+    const QStringList lists = {"<Continuous Mix>", "Rock", "Pop", "Nothing yet"};
+    const QStringList titles = {"Welcome", "Song A"};
+    const QString music = "Music List Names", speech = "Speech Titles";
+    const struct {
+        TriggerSelector shown, expected;
+    } cases[] = {
+        {clickSelector(project, Music), {Music, music, lists, 0, {}, -1, true}},
+        {clickSelector(project, Music, "Rock"),
+         {Music, music, lists, 1, {"<Play Full List>", "Song A", "Song B"}, -1, true}},
+        {clickSelector(project, Music, "Nothing yet"), {Music, music, lists, 3, {}, -1, true}},
+        {clickSelector(project, Music, "Pop", "Song A"),
+         {Music, music, lists, 2, {"<Play Full List>", "Song A"}, 1, true}},
+        {clickSelector(project, Speech, "Song A"), {Speech, speech, titles, 1, {}, -1, false}},
+    };
+    for (const auto& [shown, expected] : cases)
+        EXPECT_EQ(shown, expected) << expected.lstTrigLeft.value(expected.leftRow).toStdString();
+    EXPECT_EQ(project.MusicListNames[project.currentMusicList], "Pop");
+    EXPECT_FALSE(selectTriggerMode(Project(), Music).rightVisible);
+    // Going back to the continuous mix takes the tracks away.
+    TriggerSelector selector = clickSelector(project, Music, "Rock", "Song A");
+    selectTriggerLeft(project, selector, 0);
+    EXPECT_TRUE(selector.lstTrigRight.isEmpty());
+    EXPECT_EQ(selectionOf(selector).item, SelectedItem::ContinuousMix);
+}
+
+TEST(PlaybackAttributes, ControlsAreEnabledBySelection) {
+    Project project = tour(), empty;
+    addTrack(project, "Pop", "<Play Full List>", "d.mp3");
+    TriggerSelector misleading = clickSelector(project, Music, "Pop");
+    selectTriggerRight(misleading, 2);
+    const AttributeControls none, playable{.chkPowerUp = true, .triggerRows = true};
+    const AttributeControls all{true, true, true, true, true, true, true};
+    AttributeControls allButLoop = all;
+    allButLoop.chkEndlessLoop = false;
+    const struct {
+        const char* name;
+        TriggerSelection selection;
+        AttributeControls expected;
+    } cases[] = {
+        {"no lists", selectTrack(empty, {}), none},
+        {"no titles", selectTitle(empty, {}), none},
+        {"continuous mix", selectTrack(project, {}), playable},
+        {"list", selectTrack(project, "Rock"), none},
+        {"whole list", selectTrack(project, "Rock", "<Play Full List>"), playable},
+        {"track", selectTrack(project, "Rock", "Song B"), all},
+        {"track called like the whole list", selectionOf(misleading), all},
+        {"title", selectTitle(project, "Welcome"), allButLoop},
+    };
+    for (const auto& [name, selection, expected] : cases)
+        EXPECT_EQ(enabledControls(selection), expected) << name;
+}
+
+TEST(PlaybackAttributes, ReachEveryRecordOfTheItemAndNoOther) {
+    Project project = tour();
+    addTrack(project, "Rock", "Song A", "a again.mp3");
+    project.TrackTable[2].kind = "empty";  // a deleted track
+    const auto rockA = selectTrack(project, "Rock", "Song A");
+    const auto welcome = selectTitle(project, "Welcome");
+    setLoudVolume(project, rockA, true);
+    setCancelOnInterrupt(project, welcome, true);
+    setCancelOnInterrupt(project, selectTitle(project, "Song A"), true);  // no track
+    setEndlessLoop(project, rockA, true);
+    setEndlessLoop(project, welcome, true);  // titles do not loop
+    EXPECT_EQ(filesWith(project, &TrackRecord::loudVolume), QStringList({"a.mp3", "a again.mp3"}));
+    EXPECT_EQ(filesWith(project, &TrackRecord::cancelOnInterrupt),
+              QStringList({"e.mp3", "g.mp3", "s.mp3"}));
+    EXPECT_EQ(filesWith(project, &TrackRecord::endlessLoop), QStringList({"a.mp3", "a again.mp3"}));
+
+    const Project before = project;
+    for (const auto& selection :
+         {selectTrack(project, "Rock", "<Play Full List>"), selectTrack(project, "Rock"),
+          selectTrack(project, {}), selectTrack(project, "Rock", "Song B"), TriggerSelection{}}) {
+        setLoudVolume(project, selection, true);
+        setCancelOnInterrupt(project, selection, true);
+        setEndlessLoop(project, selection, true);
+        EXPECT_EQ(project.TrackTable, before.TrackTable);
+    }
+}
+
+TEST(PlaybackAttributes, AreShownAsTheFirstRecordHasThem) {
+    Project project = tour();
+    const auto welcome = selectTitle(project, "Welcome");
+    const AttributeDisplay loud{.buttPlayNormVolume = false,
+                                .buttPlayLoudVolume = true,
+                                .buttResumeOnInt = false,
+                                .buttCancelOnInt = true,
+                                .hasRecord = true};
+    setLoudVolume(project, welcome, true);
+    setCancelOnInterrupt(project, welcome, true);
+    EXPECT_EQ(displayedAttributes(project, welcome), loud);
+    // A language that came later plays as every new file does, until the attribute is set again.
+    addSpeech(project, "Welcome", "French", "f.mp3");
+    AttributeDisplay differing = loud;
+    differing.differs = true;
+    EXPECT_EQ(displayedAttributes(project, welcome), differing);
+    setLoudVolume(project, welcome, true);
+    setCancelOnInterrupt(project, welcome, true);
+    EXPECT_EQ(displayedAttributes(project, welcome), loud);
+
+    setEndlessLoop(project, selectTrack(project, "Rock", "Song B"), true);
+    for (const QString track : {"Song B", "Song A", "<Play Full List>"})
+        EXPECT_EQ(displayedAttributes(project, selectTrack(project, "Rock", track)).chkEndlessLoop,
+                  track == "Song B");
+    project.lstSpTitles.append("No file");
+    EXPECT_EQ(displayedAttributes(project, selectTitle(project, "No file")), AttributeDisplay{});
+}
+
+TEST(PowerUpItem, IsOneOfTheWholeProject) {
+    Project project = tour();
+    const TriggerSelection items[] = {
+        selectTrack(project, "<Continuous Mix>"), selectTrack(project, "Rock", "<Play Full List>"),
+        selectTrack(project, "Rock", "Song A"),   selectTrack(project, "Pop", "Song A"),
+        selectTitle(project, "Song A"),           selectTitle(project, "Welcome")};
+    for (const TriggerSelection& chosen : items) {
+        setPowerUpItem(project, chosen, true);
+        for (const TriggerSelection& item : items) {
+            EXPECT_EQ(displayedAttributes(project, item).chkPowerUp, &item == &chosen);
+            if (&item != &chosen)
+                setPowerUpItem(project, item, false);  // another's box changes nothing
+        }
+    }
+    EXPECT_TRUE(project.PowerUpRecord.groupName.is(u""));  // no list left from an earlier track
+    setPowerUpItem(project, TriggerSelection{}, true);
+    EXPECT_EQ(powerUpItem(project).words, "At power-up: Welcome");
+    setPowerUpItem(project, items[5], false);
+    EXPECT_EQ(powerUpItem(project).words, "At power-up: nothing");
+}
+
+TEST(PowerUpItem, ThatIsGoneIsSaidAndCleared) {
+    const struct {
+        QString left, right;
+        std::function<void(Project&)> edit;
+        const char* words;
+    } cases[] = {
+        {"Rock", "Song A", [](Project& p) { p.lstMuList.removeOne("Rock"); },
+         "At power-up: Rock / Song A (the list is gone)"},
+        {"Rock", "Song A",
+         [](Project& p) { p.lstMuTrack[slotOfMusicList(p, "Rock")].removeOne("Song A"); },
+         "At power-up: Rock / Song A (the track is gone)"},
+        {"Pop", "<Play Full List>",
+         [](Project& p) { p.lstMuTrack[slotOfMusicList(p, "Pop")].clear(); },
+         "At power-up: Pop / <Play Full List> (the list has no tracks)"},
+        {"<Continuous Mix>", "", [](Project& p) { p.lstMuList.clear(); },
+         "At power-up: <Continuous Mix> (there is no music list)"},
+        {"", "Welcome", [](Project& p) { p.lstSpTitles.clear(); },
+         "At power-up: Welcome (the title is gone)"},
+    };
+    for (const auto& [left, right, edit, words] : cases) {
+        Project project = tour();
+        const auto selection =
+            left.isEmpty() ? selectTitle(project, right) : selectTrack(project, left, right);
+        setPowerUpItem(project, selection, true);
+        EXPECT_FALSE(powerUpItem(project).isGone) << words;
+        edit(project);
+        EXPECT_EQ(powerUpItem(project).words, words);
+        EXPECT_TRUE(powerUpItem(project).isGone) << words;
+        clearPowerUpItem(project);
+        EXPECT_FALSE(hasPowerUpItem(project));
+    }
+}
+
+TEST(DiscreteTriggers, RowsFollowTheSelection) {
+    Project project = crossNamedProject();
+    assignTrigger(project, selectTrack(project, "Rock", "Song A"), 0);
+    assignTrigger(project, selectTitle(project, "Song A"), 1);
+    const struct {
+        const char* name;
+        TriggerSelection selection;
+        QStringList rows;
+    } cases[] = {
+        {"nothing assignable", selectTrack(project, "Rock"), {"CV", "CV", "-"}},
+        {"held by trigger 1", selectTrack(project, "Rock", "Song A"), {"CE", "CV", "E"}},
+        {"same track of another list", selectTrack(project, "Pop", "Song A"), {"CV", "CV", "E"}},
+        {"title called like the track", selectTitle(project, "Song A"), {"CV", "CE", "E"}},
+        {"the whole list", selectTrack(project, "Rock", "<Play Full List>"), {"CV", "CV", "E"}},
+        {"continuous mix", selectTrack(project, "<Continuous Mix>"), {"CV", "CV", "E"}},
+    };
+    for (const auto& [name, selection, rows] : cases)
+        EXPECT_EQ(shortForms(project, selection), rows) << name;
+    const auto rows = triggerRows(project, cases[0].selection);
+    EXPECT_EQ(rows[0].words, "Trigger 1: Rock / Song A");
+    EXPECT_EQ(rows[1].words, "Trigger 2: Song A");
+    EXPECT_EQ(rows[2].words, "Trigger 3: free");
+    reset(project);  // the names stay in the slots, the triggers are free
+    EXPECT_EQ(shortForms(project, selectTrack(project, {})), QStringList({"-", "-", "-"}));
+}
+
+TEST(DiscreteTriggers, SlotsKeepWhatTheFormatKnows) {
+    Project project = crossNamedProject();
+    const struct {
+        TriggerSelection selection;
+        const char *path, *group, *item;
+    } cases[] = {
+        {selectTrack(project, "Rock", "Song B"), "music", "Rock", "Song B"},
+        {selectTitle(project, "Welcome"), "speech", "Rock", "Welcome"},  // the old group stays
+        {selectTrack(project, "Pop", "<Play Full List>"), "music", "Pop", "<Play Full List>"},
+        {selectTrack(project, "<Continuous Mix>"), "music", "<Continuous Mix>", ""},
+    };
+    reset(project);  // kind "empty"
+    const TrackRecord& slot = project.TriggerTable[2];
+    for (const auto& [selection, path, group, item] : cases) {
+        assignTrigger(project, selection, 2);
+        TrackRecord expected = makeRecord("dtrig", item, group, path);
+        setTypeTag(expected, "2");
+        EXPECT_EQ(slot, expected);
+    }
+    clearTrigger(project, 2);
+    EXPECT_EQ(slot.sourcePath.text(), "empty");
+    EXPECT_EQ(slot.groupName.text(), "<Continuous Mix>");
+    const TrackRecord before = slot;
+    assignTrigger(project, TriggerSelection{}, 2);
+    EXPECT_EQ(slot, before);
+    project.suppressTriggerEvents = true;
+    assignTrigger(project, cases[0].selection, 2);
+    EXPECT_EQ(slot, before);
+}
+
+TEST(DiscreteTriggers, EndlessLoopAndPowerUpItemDoNotMarkTheProject) {
+    Project p = crossNamedProject();
+    const auto track = selectTrack(p, "Rock", "Song A");
+    EXPECT_TRUE(isMarkedBy(p, [&] { setLoudVolume(p, track, true); }));
+    EXPECT_TRUE(isMarkedBy(p, [&] { setLoudVolume(p, {}, false); })) << "nothing selected";
+    EXPECT_TRUE(isMarkedBy(p, [&] { setCancelOnInterrupt(p, track, true); }));
+    EXPECT_TRUE(isMarkedBy(p, [&] { assignTrigger(p, track, 0); }));
+    EXPECT_TRUE(isMarkedBy(p, [&] { viewTrigger(p, 0); }));
+    EXPECT_TRUE(isMarkedBy(p, [&] { clearTrigger(p, 0); }));
+    EXPECT_TRUE(isMarkedBy(p, [&] { clearPowerUpItem(p); }));
+    EXPECT_FALSE(isMarkedBy(p, [&] { setEndlessLoop(p, track, true); }));
+    EXPECT_FALSE(isMarkedBy(p, [&] { setPowerUpItem(p, track, true); }));
+    EXPECT_FALSE(isMarkedBy(p, [&] { selectTitle(p, "Welcome"); }));
+}
+
+// Whatever happened to its item, a trigger can be freed: at its item, where View leads, or in its
+// own row.
+TEST(DiscreteTriggers, NoTriggerIsEverStuck) {
+    std::mt19937 random(5);
+    const auto coin = [&] { return random() % 2 == 0; };
+    int viewed = 0, gone = 0;
+    for (int round = 0; round < 300; ++round) {
+        Project project = randomProject(random, 60);
+        if (coin())
+            project.lstMuList.removeFirst();
+        if (coin())
+            project.lstSpTitles = project.lstSpTitles.mid(1);
+        if (coin())
+            project.lstMuTrack.first().clear();
+        if (round % 10 == 0)
+            project.lstMuList.clear();
+        for (int slot = 0; slot < TriggerRows; ++slot) {
+            if (!isAssigned(project.TriggerTable[size_t(slot)]))
+                continue;
+            TriggerSelection selection;
+            TriggerRow row = triggerRows(project, selection)[size_t(slot)];
+            EXPECT_NE(row.isGone, row.buttViewTrigEnabled) << row.words.toStdString();
+            if (row.buttViewTrigEnabled) {
+                selection = selectionOf(*viewTrigger(project, slot));
+                row = triggerRows(project, selection)[size_t(slot)];
+            }
+            ASSERT_EQ(shortForm(row), row.isGone ? "CE!" : "CE") << row.words.toStdString();
+            ++(row.isGone ? gone : viewed);
+            clearTrigger(project, slot);
+            row = triggerRows(project, selection)[size_t(slot)];
+            EXPECT_EQ(shortForm(row), selection.item == SelectedItem::None ? "-" : "E");
+            EXPECT_FALSE(viewTrigger(project, slot));
+        }
+    }
+    EXPECT_GT(viewed, 100);
+    EXPECT_GT(gone, 30);
+}
+
+}  // namespace tessaly
