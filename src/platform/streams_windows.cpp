@@ -1,6 +1,7 @@
 // Reads past the system's cache, and writes that lead through no link.
 #include <algorithm>
 
+#include "platform/local_file_system.h"
 #include "platform/windows_files.h"
 
 namespace tessaly {
