@@ -1,27 +1,35 @@
 #include "model/music_lists.h"
 
+#include "model/text_codec.h"
+
 namespace tessaly {
 
+UniqueNames::UniqueNames(const QStringList& taken) {
+    for (const QString& name : taken)
+        taken_.insert(toCodePage(name));
+}
+
 QString UniqueNames::add(const QString& name) {
-    if (!taken_.contains(name)) {
-        taken_.insert(name);
+    const QByteArray saved = toCodePage(name);
+    if (!taken_.contains(saved)) {
+        taken_.insert(saved);
         return name;
     }
     // Names are only ever added, so that the numbers tried before are taken for good.
-    Numbering& numbering = numberings_[name];
-    if (numbering.next == 1)
-        numbering.last = name;
+    Numbering& numbering = numberings_[saved];
+    QString unique;
+    QByteArray uniqueSaved;
     do {
-        const QString number = QString::number(numbering.next).rightJustified(2, '0');
-        const QString rest = numbering.next > 1 ? numbering.last.mid(2) : ' ' + name;
+        const QString number = QString::number(numbering.next++).rightJustified(2, '0');
+        numbering.prefix = number + numbering.prefix.mid(2);
         // Put together at its exact length: thousands of equal names are long, and all are kept.
-        QString next;
-        next.reserve(number.size() + rest.size());
-        numbering.last = next.append(number).append(rest);
-        ++numbering.next;
-    } while (taken_.contains(numbering.last));
-    taken_.insert(numbering.last);
-    return numbering.last;
+        unique = QString();
+        unique.reserve(numbering.prefix.size() + 1 + name.size());
+        unique.append(numbering.prefix).append(' ').append(name);
+        uniqueSaved = toCodePage(unique);
+    } while (taken_.contains(uniqueSaved));
+    taken_.insert(uniqueSaved);
+    return unique;
 }
 
 QString uniqueName(const QString& name, const QStringList& taken) {

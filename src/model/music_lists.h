@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QHash>
 #include <QSet>
 #include <QString>
@@ -10,11 +11,13 @@
 namespace tessaly {
 
 /// Makes names unique among those given before. A name that clashes gets a two-digit number and a
-/// blank in front: Rock, 01 Rock, 02 Rock. Comparison is exact.
+/// blank in front: Rock, 01 Rock, 02 Rock. Names are compared as a project file holds them, in
+/// Windows-1252: two of five Cyrillic letters each are saved as the same five question marks, and
+/// one of them would lose its files when the project is opened again.
 class UniqueNames {
  public:
     UniqueNames() = default;
-    explicit UniqueNames(const QStringList& taken) : taken_(taken.begin(), taken.end()) {}
+    explicit UniqueNames(const QStringList& taken);
 
     /// The unique form of `name`, which is taken from now on.
     QString add(const QString& name);
@@ -22,12 +25,12 @@ class UniqueNames {
  private:
     // Where the numbering of a name stands, so that a thousand equal names stay cheap.
     struct Numbering {
-        QString last;
+        QString prefix;
         int next = 1;
     };
 
-    QSet<QString> taken_;
-    QHash<QString, Numbering> numberings_;
+    QSet<QByteArray> taken_;  // in Windows-1252
+    QHash<QByteArray, Numbering> numberings_;
 };
 
 /// The unique form of `name` among `taken`; see UniqueNames.

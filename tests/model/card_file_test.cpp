@@ -306,4 +306,21 @@ TEST(MusicLists, EqualNamesAreNumbered) {
     EXPECT_EQ(uniqueName("01 Rock", {"Rock", "01 Rock"}), "01 01 Rock");
 }
 
+// Else the second one would come back numbered, while its record is not.
+TEST(MusicLists, NamesThatAreSavedAlikeAreNumbered) {
+    Project project;
+    const QString list = addMusicList(project, "Песни");
+    UniqueNames names;
+    for (const char* title : {"Мечта", "Осень", "Весна 2", "?????"})
+        project.TrackTable.append(
+            recordOf("music", addMusicTrack(project, title, names), list, "a.mp3"));
+    EXPECT_EQ(tracksOfMusicList(project, list),
+              (QStringList{"Мечта", "01 Осень", "Весна 2", "02 ?????"}));
+    const Project reopened = projectFrom(parseRecords(encodeProject(project)).records);
+    const QStringList tracks = tracksOfMusicList(reopened, "?????");
+    EXPECT_EQ(tracks, (QStringList{"?????", "01 ?????", "????? 2", "02 ?????"}));
+    for (qsizetype i = 0; i < tracks.size(); ++i)
+        EXPECT_TRUE(reopened.TrackTable.value(i + 1).itemName.is(tracks[i]));
+}
+
 }  // namespace tessaly
