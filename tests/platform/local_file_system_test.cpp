@@ -34,8 +34,8 @@ TEST(LocalFileSystem, ListsAndRemovesEverythingButFollowsNoLink) {
     scratch.write("card/.hidden", "x");
     scratch.write("card/read only.txt", "x");
     QFile::setPermissions(scratch.path("card/read only.txt"), QFile::ReadOwner);
-    const int links = scratch.link(scratch.path("outside"), "card/link to folder") +
-                      scratch.link(scratch.path("nowhere"), "card/dangling");
+    const bool dangles = scratch.link(scratch.path("nowhere"), "card/dangling");
+    const int links = scratch.link(scratch.path("outside"), "card/link to folder") + dangles;
 #ifdef Q_OS_WIN
     const QString odd = "bäd name.mp3";
 #else
@@ -65,7 +65,9 @@ TEST(LocalFileSystem, ListsAndRemovesEverythingButFollowsNoLink) {
         EXPECT_THROW(card->removeFile(way + "/precious.txt"), TessalyError);
         EXPECT_THROW(card->removeFolder(way + "/precious.txt"), TessalyError);
     }
-    EXPECT_THROW(card->create("dangling"), TessalyError);
+    if (dangles) {
+        EXPECT_THROW(card->create("dangling"), TessalyError);
+    }
     for (const FolderEntry& entry : entries)
         card->removeFile(entry.name);
     EXPECT_TRUE(card->entries().isEmpty());

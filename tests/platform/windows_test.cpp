@@ -178,7 +178,7 @@ TEST(WindowsFiles, WhatWasWrittenIsFlushedAndReadPastTheCache) {
 TEST(WindowsPlaylists, PathsFromARootStayOnThePlaylistsDrive) {
     Project project;
     importPlaylist(project,
-                   "#EXTM3U\r\n#EXTINF:1,a\r\n\\Music\\a.mp3\r\n#EXTINF:1,b\r\n/Music/b.mp3\r\n"
+                   "#EXTM3U\t\r\n#EXTINF:1,a\r\n\\Music\\a.mp3\r\n#EXTINF:1,b\r\n/Music/b.mp3\r\n"
                    "#EXTINF:1,c\r\n\\\\server\\music\\c.mp3\r\n"
                    "#EXTINF:1,d\r\nd.mp3\r\n",
                    FakeTags(), "F:\\lists\\l.m3u");
