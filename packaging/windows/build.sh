@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds the Windows programs on a Debian machine, into build-windows/.
 #   build.sh             the programs and their tests
-#   build.sh --test      and runs those of the core and of the command line under Wine
+#   build.sh --test      and runs those of the core and of the command line under Wine, and writes a
+#                        card from the window there
 #   build.sh --package   and makes the installer and the portable zip, and tries the installer
 set -euo pipefail
 
@@ -25,7 +26,11 @@ done
 cmake --build "$build" -j "$jobs"
 
 case ${1:-} in
-  --test) "$here/with-wine.sh" \
-    ctest --test-dir "$build" -R "tessaly_(core|cli)_tests" --output-on-failure ;;
+  --test)
+    "$root/tools/install-dependencies.sh" xdotool imagemagick
+    "$here/with-wine.sh" \
+      ctest --test-dir "$build" -R "tessaly_(core|cli)_tests" --output-on-failure
+    "$here/with-wine.sh" "$here/try-window.sh" "$build" "$build/pictures"
+    ;;
   --package) "$here/package.sh" "$build" ;;
 esac
