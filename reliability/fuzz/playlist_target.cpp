@@ -89,7 +89,9 @@ void requireImported(const Project& project, const ImportResult& result, QByteAr
     require(playlistEntries(header.playlistFormat, lines.size()) ==
                 result.tracks + result.messages.size(),
             "each entry is a track or has its message");
+}
 
+void requireSaved(const Project& project) {
     const QByteArray saved = encodeProject(project);
     const ParsedRecords parsed = parseRecords(saved);
     Project reopened;
@@ -113,10 +115,13 @@ void fuzzPlaylist(QByteArrayView bytes) {
         require(result.outcome == ImportResult::Outcome::Imported ||
                     result.outcome == ImportResult::Outcome::Invalid,
                 "a playlist is imported or refused");
-        if (result.outcome == ImportResult::Outcome::Imported)
+        // By turns, for the sake of speed: any input soon has neighbours of all lengths.
+        if (result.outcome != ImportResult::Outcome::Imported)
+            requireOnlyTheFlagChanged(project);
+        else if (bytes.size() % 2 == 0)
             requireImported(project, result, bytes);
         else
-            requireOnlyTheFlagChanged(project);
+            requireSaved(project);
     } catch (const TessalyError& error) {
         require(
             error.number == error_number::BadImport || error.number == error_number::TextTooLong,
@@ -124,7 +129,7 @@ void fuzzPlaylist(QByteArrayView bytes) {
         if (error.number == error_number::BadImport)
             requireOnlyTheFlagChanged(project);
     }
-    if (entries == 0)
+    if (entries == 0 || bytes.size() % 4 != 0)
         return;
     project = projectBefore();
     const ImportResult cancelled = importPlaylist(
