@@ -2,6 +2,7 @@
 # The first process of the machine that run.sh starts in the machine: loads what FAT needs, tries
 # the card runs on its one disk and switches off. The machine's files are only read here.
 export PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/run TMPDIR=/run
+echo "The machine is up."
 mount -t proc proc /proc
 mount -t sysfs sys /sys
 mount -t tmpfs tmp /run

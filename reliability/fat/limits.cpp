@@ -35,7 +35,8 @@ void TrackBench::useTracks(int count, qint64 lastBytes) {
 }
 
 bool TrackBench::guardsPass() {
-    observer.keepGoingNow = [] { return false; };
+    constexpr int BehindTheGuards = 316;
+    observer.keepGoingNow = [this] { return writer.stepCode != BehindTheGuards; };
     const CardRunReport report = create();
     observer.keepGoingNow = [] { return true; };
     require(report.outcome == CardRunReport::Outcome::Failed, "the run did not stop");

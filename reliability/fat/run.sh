@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Card runs on real FAT volumes: by mcopy into the image, by fusefat, and by the kernel of a machine
 # in user mode, which needs neither root nor loop devices. Exit code 1 when something failed, 3 when
-# this machine cannot mount by FUSE, so that nothing is promised that was not tried.
+# this machine cannot mount in one of the ways, so that nothing is promised that was not tried.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
 
@@ -27,7 +27,14 @@ if command -v linux.uml >/dev/null; then
   timeout 3600 linux.uml mem=256M rootfstype=hostfs ro ubda="$work/disk.img" quiet \
     init="$PWD/reliability/fat/guest.sh" TESSALY_FAT="$program" ONLY="${ONLY:-}" con=null con0=fd:0,fd:1 \
     </dev/null 2>/dev/null | tee "$work/kernel.log" || true
-  grep -q '^kernel: all kept' "$work/kernel.log" || { echo "The machine did not get through."; result=1; }
+  if ! grep -q '^The machine is up' "$work/kernel.log"; then
+    # It knows no processor whose registers take more room than those with AVX-512.
+    echo "NOT TRIED: linux.uml does not start on this processor."
+    [ "$result" -ne 0 ] || result=3
+  elif ! grep -q '^kernel: all kept' "$work/kernel.log"; then
+    echo "The machine did not get through."
+    result=1
+  fi
 else
   echo "NOT TRIED: there is no linux.uml (Debian package user-mode-linux)."
 fi
