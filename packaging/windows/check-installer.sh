@@ -19,7 +19,7 @@ gone() { ! wine reg query "$1" > /dev/null 2>&1 || fail "$1 is still there"; }
 
 wine "$setup" /S
 for file in tessaly.exe tessaly-cli.exe Uninstall.exe files/9998.mp3 files/0007.cfg \
-  firmware/0000.hex Chimes; do
+  firmware/0000.hex Chimes manual/manual.html licences/qt6-base-dev.txt; do
   [ -e "$folder/$file" ] || fail "$file was not installed"
 done
 [ -f "$menu" ] || fail "there is no entry in the start menu"
