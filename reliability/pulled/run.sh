@@ -134,6 +134,7 @@ insert
 $cli create "$work/tour.crd2" --card "$card" --yes >/dev/null 2>&1
 named=0
 for name in $(ls "$card"); do
+  : >"$work/err" # now, so that the card that is there is older
   timeout 60 strace -f -qq -o /dev/null -e trace=syncfs -e inject=syncfs:delay_enter=400000 \
     "$cli" create "$work/tour.crd2" --card "$card" --yes >/dev/null 2>"$work/err" &
   run=$!
@@ -154,7 +155,9 @@ for name in $(ls "$card"); do
     fail "a changed byte of $name: exit code $code, $(tail -n 1 "$work/err")"
   fi
 done
-printf 'changed bytes: %d files named of %d\n' "$named" "$(ls "$card" | wc -l)"
+files=$(ls "$card" | wc -l)
+printf 'changed bytes: %d files named of %d\n' "$named" "$files"
+[ "$named" -eq "$files" ] || fail "not every changed byte was named"
 take_away
 
 QT_QPA_PLATFORM=offscreen timeout 600 "$build/tessaly-pulled" --gtest_brief=1 || fail "the window"
