@@ -30,11 +30,11 @@ for target in $targets; do
     "-artifact_prefix=$work/crashes/$target-" "$work/found/$target" "$corpora/$target" \
     "$work/seeds/$target" >"$log" 2>&1; then
     echo "  FOUND SOMETHING: see $log"
-    grep -m 3 -E 'ERROR|what\(\)|runtime error|Test unit written' "$log" | sed 's/^/  /' || true
+    grep -a -m 3 -E 'ERROR|what\(\)|runtime error|Test unit written' "$log" | sed 's/^/  /' || true
     failed=1
     continue
   fi
-  grep -w DONE "$log" | sed 's/^/  /'
+  grep -aw DONE "$log" | sed 's/^/  /'
   if [ -n "${MINIMISE:-}" ]; then
     rm -rf "$work/minimal"
     mkdir "$work/minimal"
