@@ -50,6 +50,6 @@ press Return
 wine "$programs/tessaly-cli.exe" verify "$TESSALY_CARD_DRIVE"
 [ ! -e "$TESSALY_CARD_FOLDER/left over.txt" ] || fail "the card was not erased"
 wine "$programs/tessaly.exe" &
-wait_for "the message of a second start" xdotool search --name 'Tessaly'
+wait_for "the message of a second start" xdotool search --name 'Tessaly Error'
 shoot second-start
 echo "The window wrote a good card to $TESSALY_CARD_DRIVE; its pictures are in $pictures"

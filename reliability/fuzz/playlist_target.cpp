@@ -115,12 +115,12 @@ void fuzzPlaylist(QByteArrayView bytes) {
         require(result.outcome == ImportResult::Outcome::Imported ||
                     result.outcome == ImportResult::Outcome::Invalid,
                 "a playlist is imported or refused");
-        // By turns, for the sake of speed: any input soon has neighbours of all lengths.
-        if (result.outcome != ImportResult::Outcome::Imported)
+        const bool isImported = result.outcome == ImportResult::Outcome::Imported;
+        if (!isImported)
             requireOnlyTheFlagChanged(project);
-        else if (bytes.size() % 2 == 0)
+        if (isImported && isTurn(bytes, 0, 2))
             requireImported(project, result, bytes);
-        else
+        if (isImported && isTurn(bytes, 1, 2))
             requireSaved(project);
     } catch (const TessalyError& error) {
         require(
@@ -129,7 +129,7 @@ void fuzzPlaylist(QByteArrayView bytes) {
         if (error.number == error_number::BadImport)
             requireOnlyTheFlagChanged(project);
     }
-    if (entries == 0 || bytes.size() % 4 != 0)
+    if (entries == 0 || !isTurn(bytes, 0, 4))
         return;
     project = projectBefore();
     const ImportResult cancelled = importPlaylist(

@@ -138,10 +138,8 @@ bool beginsWithoutList(const QList<TrackRecord>& records) {
 
 void fuzzProject(QByteArrayView bytes) {
     const ParsedRecords parsed = parseRecords(bytes);
-    // By turns, for the sake of speed: any input soon has neighbours of all lengths.
-    const auto turn = bytes.size() % 4;
-    if (turn == 0)
-        return requireRecordsToBeTheBytes(bytes, parsed);
+    if (isTurn(bytes, 0, 4))
+        requireRecordsToBeTheBytes(bytes, parsed);
 
     const auto [project, report] = readBytes(bytes);
     require(report.records <= parsed.records.size(), "only records are applied");
@@ -157,11 +155,11 @@ void fuzzProject(QByteArrayView bytes) {
                 "a report names the byte behind the last good record");
         require(again.project == project, "damage takes nothing of what stands before it");
     }
-    if (turn == 1)
+    if (isTurn(bytes, 1, 4))
         requireSaved(project);
-    else if (turn == 2)
+    if (isTurn(bytes, 2, 4))
         requireRecoverable(project);
-    else
+    if (isTurn(bytes, 3, 4))
         requireImageOf(project);
 }
 

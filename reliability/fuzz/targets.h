@@ -22,6 +22,18 @@ inline void require(bool holds, const char* promise) {
         throw BrokenPromise(promise);
 }
 
+/// Whether it is the turn of promise number `turn` of `turns`. The fuzzers take them by turns, by
+/// the input's length, for the sake of speed: any input soon has neighbours of all lengths. The
+/// tests look at every promise of every input.
+inline bool isTurn([[maybe_unused]] QByteArrayView bytes, [[maybe_unused]] int turn,
+                   [[maybe_unused]] int turns) {
+#ifdef TESSALY_BY_TURNS
+    return bytes.size() % turns == turn;
+#else
+    return true;
+#endif
+}
+
 void fuzzProject(QByteArrayView bytes);   ///< a project file (.crd2)
 void fuzzImage(QByteArrayView bytes);     ///< a configuration image
 void fuzzHex(QByteArrayView bytes);       ///< a HEX file
