@@ -144,15 +144,16 @@ void fuzzProject(QByteArrayView bytes) {
     const auto [project, report] = readBytes(bytes);
     require(report.records <= parsed.records.size(), "only records are applied");
     require(report.isComplete == report.stopReason.isEmpty(), "what is cut short says why");
-    require(report.isComplete == (report.stoppedAt == bytes.size()), "what is whole has no rest");
+    require(!report.isComplete || report.stoppedAt == bytes.size(), "what is whole has no rest");
     if (beginsWithoutList(parsed.records))
         return;
     requireConsistent(project);
     requireEveryFileToBeListed(project);
     if (!report.isComplete) {
         const Reading again = readBytes(bytes.first(report.stoppedAt));
-        require(again.report.isComplete && again.report.records == report.records,
-                "a report names the byte behind the last good record");
+        require(
+            again.report.stoppedAt == report.stoppedAt && again.report.records == report.records,
+            "a report names the byte behind the last good record");
         require(again.project == project, "damage takes nothing of what stands before it");
     }
     if (isTurn(bytes, 1, 4))

@@ -78,7 +78,7 @@ class SaveKills {
         Project project;
         ProjectSession session(project, files_);
         const ReadReport report = session.open(file_);
-        if (!report.isComplete || !report.hasEnd || report.records <= Records ||
+        if (!report.isComplete || report.records <= Records ||
             !sameContent(project, projectOf(isOld ? progress_->saved : progress_->begun)))
             return "it opens as another project";
         progress_->saved = isOld ? progress_->saved.load() : progress_->begun.load();

@@ -90,7 +90,7 @@ QHash<QString, QByteArray> numbersOnCard(FileSystem& files, const QString& root,
     isComplete = false;
     try {
         const ReadReport report = readProject(files, pathIn(root, card_name::Project), onCard);
-        isComplete = report.isComplete && report.hasEnd;
+        isComplete = report.isComplete;
     } catch (const TessalyError&) {
         return numbers;
     }

@@ -63,9 +63,7 @@ bool CardVerifier::readCardProject() {
                         .arg(card_name::Project)
                         .arg(report.stoppedAt)
                         .arg(report.stopReason));
-        else if (!report.hasEnd)
-            problem(QString("%1 ends too early.").arg(card_name::Project));
-        return report.isComplete && report.hasEnd;
+        return report.isComplete;
     } catch (const TessalyError& error) {
         problem(error.description + ".");
         return false;

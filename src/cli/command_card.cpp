@@ -107,7 +107,7 @@ void printReport(const CardRunReport& report, const AppFolders& folders) {
 int createCommand(const CreateOptions& options, const AppFolders& folders) {
     LocalFileSystem files;
     const FolderDrives drives;
-    Project project = openProject(files, options.project, /*mustBeComplete=*/true);
+    Project project = openProject(files, options.project);
     const QString root = cardRoot(files, options.card);
     if (!passesChecks(project, root, files))
         return Blocked;

@@ -68,7 +68,7 @@ int importList(const ImportOptions& options, FileSystem& files, const Mp3Tags& t
                bool isFolder) {
     Project project;
     if (options.append)
-        project = openProject(files, options.output, /*mustBeComplete=*/true);
+        project = openProject(files, options.output);
     // The records name their files wherever the project is used from.
     const QString source = QFileInfo(options.source).absoluteFilePath();
     const ImportResult result = isFolder ? importMusicFolder(project, files, tags, source)

@@ -151,19 +151,16 @@ void requireOtherFile(const FileSystem& files, const QString& file, const QStrin
 
 }  // namespace
 
-Project openProject(FileSystem& files, const QString& path, bool mustBeComplete) {
+Project openProject(FileSystem& files, const QString& path) {
     Project project;
     const ReadReport report = readProject(files, path, project);
-    if (report.isComplete)
-        return project;
-    const QString sentence = QString("%1 was read up to byte %2 only (%3 records): %4")
-                                 .arg(native(path))
-                                 .arg(report.stoppedAt)
-                                 .arg(report.records)
-                                 .arg(report.stopReason);
-    if (mustBeComplete || report.records == 0)
-        throw TessalyError(error_number::BadProject, sentence);
-    printError("warning: " + sentence);
+    if (!report.isComplete)
+        throw TessalyError(error_number::BadProject,
+                           QString("%1 was read up to byte %2 only (%3 records): %4")
+                               .arg(native(path))
+                               .arg(report.stoppedAt)
+                               .arg(report.records)
+                               .arg(report.stopReason));
     return project;
 }
 

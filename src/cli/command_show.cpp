@@ -8,8 +8,8 @@
 #include "image/config_image_reader.h"
 #include "image/image_layout.h"
 #include "image/intel_hex.h"
+#include "model/card_file.h"
 #include "model/format_limits.h"
-#include "model/record_codec.h"
 #include "platform/error_numbers.h"
 #include "platform/local_file_system.h"
 
@@ -276,7 +276,7 @@ bool looksLikeImage(const QByteArray& bytes) {
 int showCommand(const ShowOptions& options) {
     LocalFileSystem files;
     const QByteArray bytes = readWholeFile(files, options.file, limits::ProjectFileBytes);
-    const ParsedRecords parsed = parseRecords(bytes);
+    const ParsedRecords parsed = parseProject(bytes);
     // Images first: their random identifier may look like the start of a text.
     if (looksLikeImage(bytes) && !parsed.isComplete)
         return showImage(decodeConfigImage(bytes), nullptr, options.json);
@@ -286,7 +286,7 @@ int showCommand(const ShowOptions& options) {
     }
     if (bytes.startsWith(':'))
         return showFirmware(bytes, options.json);
-    if (!parsed.isComplete && parsed.records.isEmpty())
+    if (!bytes.isEmpty() && !parsed.isComplete && parsed.records.isEmpty())
         throw TessalyError(error_number::BadProject,
                            QDir::toNativeSeparators(options.file) +
                                ": this is no project file, no image and no HEX file");

@@ -59,8 +59,7 @@ int verifyCommand(const QString& card);
 int firmwareCommand(const FirmwareOptions& options, const AppFolders& folders);
 int showCommand(const ShowOptions& options);
 
-/// A project file opened by a command: a warning on standard error when it was not read to its end,
-/// or, when `mustBeComplete`, a TessalyError.
-Project openProject(FileSystem& files, const QString& path, bool mustBeComplete = false);
+/// A project file opened by a command. Throws when it is not read to its end.
+Project openProject(FileSystem& files, const QString& path);
 
 }  // namespace tessaly::cli

@@ -190,10 +190,10 @@ class RecordApplier {
     qsizetype numbered_ = 0;
 };
 
-// A file has no end mark: cut between two records it still reads well.
-bool isLastTrigger(const QList<TrackRecord>& records) {
-    return !records.isEmpty() && records.last().kind.is(u"dtrig") &&
-           typeTagNumber(records.last()) == TriggerSlots - 1;
+// A trigger that nothing was assigned to since the project was emptied is of kind "empty".
+bool isLastTrigger(const TrackRecord& record) {
+    return (record.kind.is(u"dtrig") || record.kind.is(u"empty")) &&
+           typeTagNumber(record) == TriggerSlots - 1;
 }
 
 }  // namespace
@@ -247,21 +247,29 @@ AppliedRecords applyRecords(const QList<TrackRecord>& records, Project& project)
     return result;
 }
 
+ParsedRecords parseProject(QByteArrayView bytes) {
+    ParsedRecords parsed = parseRecords(bytes);
+    if (parsed.isComplete &&
+        std::none_of(parsed.records.begin(), parsed.records.end(), isLastTrigger)) {
+        parsed.isComplete = false;
+        parsed.stopReason = "the records that every project ends with are missing";
+    }
+    return parsed;
+}
+
 ReadReport readProject(FileSystem& files, const QString& path, Project& project) {
     reset(project);
-    const QByteArray bytes = readWholeFile(files, path, limits::ProjectFileBytes);
-    const ParsedRecords parsed = parseRecords(bytes);
+    const ParsedRecords parsed = parseProject(readWholeFile(files, path, limits::ProjectFileBytes));
     const AppliedRecords applied = applyRecords(parsed.records, project);
     if (applied.stopReason.isEmpty())
-        return {parsed.isComplete, isLastTrigger(parsed.records), parsed.stoppedAt, applied.applied,
-                parsed.stopReason};
+        return {parsed.isComplete, parsed.stoppedAt, applied.applied, parsed.stopReason};
     qint64 stoppedAt = 0;
     for (qsizetype i = 0; i < applied.applied; ++i) {
         QByteArray record;
         encodeRecord(record, parsed.records[i]);
         stoppedAt += record.size();
     }
-    return {false, false, stoppedAt, applied.applied, applied.stopReason};
+    return {false, stoppedAt, applied.applied, applied.stopReason};
 }
 
 void saveProject(FileSystem& files, const QString& path, Project& project) {

@@ -37,13 +37,17 @@ struct AppliedRecords {
 /// tracks have the same name that the numbers in front of them fill the memory.
 AppliedRecords applyRecords(const QList<TrackRecord>& records, Project& project);
 
+/// The records in the bytes of a project file. They are complete when the bytes end with a record
+/// and that of the last trigger is among them: every save ends with it, and a file that is empty or
+/// was cut between two records lacks it.
+ParsedRecords parseProject(QByteArrayView bytes);
+
 /// How far the reading of a project file got.
 struct ReadReport {
-    bool isComplete = true;
-    bool hasEnd = false;    ///< the last record is the one that every whole file ends with
-    qint64 stoppedAt = 0;   ///< byte of the file
-    qsizetype records = 0;  ///< records read and applied
-    QString stopReason;
+    bool isComplete = true;  ///< as parseProject() says, and every record could be carried out
+    qint64 stoppedAt = 0;    ///< byte of the file
+    qsizetype records = 0;   ///< records read and applied
+    QString stopReason;      ///< why it is not complete, in words; else empty
 };
 
 /// Resets `project` and reads the file at `path` into it. What was read before the file stops

@@ -164,8 +164,10 @@ TEST_F(CommandLine, SaysWhatBlocks) {
     EXPECT_EQ(blocked.at("missingFiles/0"), track);
     expectFailure({"create", "p.crd2", "--card", "card", "--yes"}, 3, "Cannot find file " + track);
     scratch.write("empty.crd2", "");
-    expectFailure({"create", "empty.crd2", "--card", "card", "--yes"}, 3,
-                  "There are no Speech or Music files selected.");
+    for (const QStringList& command :
+         {QStringList{"check"}, {"image", "-o", "x.bin"}, {"create", "--card", "card", "--yes"}})
+        expectFailure(command + QStringList("empty.crd2"), 1,
+                      "was read up to byte 0 only (0 records): the records that every project");
     EXPECT_TRUE(scratch.content("card").isEmpty());
 }
 

@@ -230,6 +230,19 @@ TEST(CardFile, SavingAndOpeningReportsWhatHappened) {
     EXPECT_FALSE(cut.isComplete);
     EXPECT_EQ(cut.records, parseRecords(bytes).records.size() - 1);
 
+    // Cut between two records, and with nothing in it: every byte can be read.
+    for (const TrackRecord& last : {parseRecords(bytes).records.last(), TrackRecord()}) {
+        const qsizetype length = last == TrackRecord() ? 0 : bytes.size() - bytesOf(last).size();
+        scratch.write("short.crd2", bytes.first(length));
+        const ReadReport report = readProject(files, scratch.path("short.crd2"), read);
+        EXPECT_FALSE(report.isComplete);
+        EXPECT_EQ(report.stoppedAt, length);
+        EXPECT_EQ(report.stopReason, "the records that every project ends with are missing");
+    }
+    // Saved after Open was cancelled, triggers are "empty". Other programs may add to a project.
+    reset(project);
+    scratch.write("new.crd2", encodeProject(project) + bytesOf(recordOf("gtrigs", {}, {}, {})));
+    EXPECT_TRUE(readProject(files, scratch.path("new.crd2"), read).isComplete);
     scratch.write("odd.crd2", bytesOf({}) + bytesOf(recordOf("stext", "x", {}, {})));
     EXPECT_EQ(readProject(files, scratch.path("odd.crd2"), read).stoppedAt, 18);
 
