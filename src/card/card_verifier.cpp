@@ -8,6 +8,7 @@
 #include "card/file_copier.h"
 #include "image/config_image.h"
 #include "image/config_image_reader.h"
+#include "image/image_lines.h"
 #include "image/intel_hex.h"
 #include "model/card_file.h"
 #include "model/format_limits.h"
@@ -37,7 +38,6 @@ class CardVerifier {
  private:
     bool readCardProject();
     void compareSettings();
-    void restoreTracksWithoutFile(const DecodedImage& image);
     void explainDifference(const DecodedImage& found, const DecodedImage& expected);
     void checkTrackFiles();
     void checkFixedFiles();
@@ -70,21 +70,6 @@ bool CardVerifier::readCardProject() {
     }
 }
 
-// The image has tracks that were given no file; a project file has not.
-void CardVerifier::restoreTracksWithoutFile(const DecodedImage& image) {
-    const qsizetype lists = std::min(image.lists.size(), project_.lstMuList.size());
-    for (qsizetype i = 0; i < lists; ++i) {
-        const int slot = slotOfMusicList(project_, project_.lstMuList[i]);
-        const QList<DecodedTrack>& tracks = image.lists[i].tracks;
-        for (qsizetype line = 0; line < tracks.size(); ++line) {
-            QStringList& lines = project_.lstMuTrack[slot];
-            if (!tracks[line].word.hasFile && line <= lines.size() &&
-                lines.value(line) != tracks[line].name)
-                lines.insert(line, tracks[line].name);
-        }
-    }
-}
-
 void CardVerifier::compareSettings() {
     try {
         const QByteArray text =
@@ -94,7 +79,7 @@ void CardVerifier::compareSettings() {
             problem(card_name::Settings + " is not laid out as the player expects it.");
         const DecodedImage found = decodeConfigImage(hex.image);
         result_.identifier = found.identifier;
-        restoreTracksWithoutFile(found);
+        takeLinesFromImage(project_, found);
         const QByteArray expected = composeConfigImage(project_, found.identifier);
         if (expected != hex.image)
             explainDifference(found, decodeConfigImage(expected));

@@ -131,35 +131,6 @@ TEST(BadCards, EveryDamageToEveryFileIsFoundAndNamed) {
     }
 }
 
-TEST(BadCards, AnySingleBitIsFound) {
-    BadCardBench bench;
-    ASSERT_EQ(bench.create().outcome, Outcome::Done);
-    const Content written = bench.card();
-    std::mt19937 random(20);
-    for (int round = 0; round < 60; ++round) {
-        const QString name = written.keys()[qsizetype(random() % size_t(written.size()))];
-        const auto at = qsizetype(random() % size_t(written[name].size()));
-        const int bit = int(random() % 8);
-        bench.expectNamed(name, "bit " + std::to_string(bit) + " at " + std::to_string(at),
-                          flipped(written[name], at, bit));
-    }
-}
-
-TEST(BadCards, SwappedFilesAreFound) {
-    BadCardBench bench;
-    ASSERT_EQ(bench.create().outcome, Outcome::Done);
-    const Content written = bench.card();
-    for (const auto& [one, other] :
-         {std::pair("0001.mp3", "0002.mp3"), std::pair("0002.mp3", "0003.mp3"),
-          std::pair("0003.mp3", "9999.mp3"), std::pair("0000.xd3", "0000.crd2")}) {
-        bench.files.readsBackAs = [&](const QString& path, const QByteArray& content) -> Damaged {
-            const QString name = nameOf(path);
-            return name == one ? written[other] : name == other ? written[one] : content;
-        };
-        bench.expectFailure(one, error_number::VerifyFailed);
-    }
-}
-
 // A counterfeit reports more room than it has: what is written beyond its end lands at its start.
 TEST(BadCards, ACardThatIsSmallerThanItSaysIsFound) {
     BadCardBench bench;
@@ -313,10 +284,7 @@ TEST(BadCards, AFinishedCardIsJudgedByItself) {
             EXPECT_EQ(problemsWith(name, flipped(bytes, size / 2)) != "", hasOwnMarks);
         }
     }
-    const QByteArray settings = written["0000.xd3"];
-    for (qsizetype at = 0; at < settings.size(); at += 7)
-        EXPECT_NE(problemsWith("0000.xd3", flipped(settings, at, int(at % 8))), "") << at;
-    EXPECT_NE(problemsWith("0000.xd3", settings + "\r\n"), "");
+    EXPECT_NE(problemsWith("0000.xd3", written["0000.xd3"] + "\r\n"), "");
     EXPECT_NE(problemsWith("0000.xd3", bench.earlier["0000.xd3"]), "") << "an earlier card's";
     EXPECT_NE(problemsWith("0000.crd2", bench.earlier["0000.crd2"]), "");
     EXPECT_EQ(problemsWith("0001.mp3", written["0002.mp3"]), "") << "nothing tells them apart";

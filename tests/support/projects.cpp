@@ -24,7 +24,7 @@ namespace {
 
 class Dice {
  public:
-    explicit Dice(std::mt19937& random) : random_(random) {}
+    Dice(std::mt19937& random, Names kind) : random_(random), kind_(kind) {}
 
     int upTo(int most) { return std::uniform_int_distribution<int>(0, most)(random_); }
     bool coin() { return upTo(1) == 1; }
@@ -36,18 +36,31 @@ class Dice {
         return fromCodePage(bytes);
     }
 
-    QStringList names(int count, int longest) {
-        UniqueNames unique;
-        QStringList list;
-        while (list.size() < count)
-            list.append(unique.add(text(longest)));
-        return list;
-    }
+    bool isPlain() const { return kind_ == Names::Plain; }
 
     template <typename List>
     auto& anyOf(List& list) {
         return list[upTo(int(list.size()) - 1)];
     }
+    /// A name as it is found: in a tag, in a folder, typed in.
+    QString name(int longest) {
+        static const QStringList Clashing = {"",
+                                             "Piano Sonata No.",
+                                             "Piano Sonata No.1 in F minor",
+                                             "01 Piano Sonata No.",
+                                             QStringLiteral("Größe über dem Ärmelkanal"),
+                                             "<Play Full List>"};
+        return kind_ == Names::Plain || coin() ? text(kind_ == Names::Plain ? longest : 40)
+                                               : anyOf(Clashing);
+    }
+
+    QStringList names(int count, int longest) {
+        QStringList found;
+        while (found.size() < count)
+            found.append(name(longest));
+        return found;
+    }
+
     template <typename List>
     void shuffle(List& list) {
         std::shuffle(list.begin(), list.end(), random_);
@@ -61,7 +74,16 @@ class Dice {
 
  private:
     std::mt19937& random_;
+    const Names kind_;
 };
+
+QStringList numbered(const QStringList& found) {
+    UniqueNames unique;
+    QStringList names;
+    for (const QString& name : found)
+        names.append(unique.add(name));
+    return names;
+}
 
 // Lets `item` name something of the project.
 void pointAtSomething(Dice& dice, const Project& project, TrackRecord& item, Variant& kind) {
@@ -130,22 +152,30 @@ Project exampleProject() {
     return project;
 }
 
-Project randomProject(std::mt19937& random, int tracks) {
-    Dice dice(random);
+Project randomProject(std::mt19937& random, int tracks, Names names) {
+    Dice dice(random, names);
     Project project;
-    project.lstLangs = dice.names(dice.upTo(16), 8);
-    project.lstSpTitles = dice.names(dice.upTo(std::max(1, tracks / 20)), 16);
-    for (const QString& list : dice.names(1 + dice.upTo(12), 16)) {
-        addMusicList(project, list);
-        project.lstMuTrack[project.currentMusicList] = dice.names(1 + dice.upTo(tracks / 13), 16);
-    }
+    if (!dice.isPlain() && dice.coin())
+        reset(project);
+    project.lstLangs = numbered(dice.names(dice.upTo(16), 8));
+    project.lstSpTitles = numbered(dice.names(dice.upTo(std::max(1, tracks / 20)), 16));
     QList<TrackRecord> records;
-    for (const QString& list : project.lstMuList)
-        for (const QString& track : tracksOfMusicList(project, list))
-            records.append(makeRecord("music", track, list, dice.text(60)));
+    for (const QString& list : numbered(dice.names(1 + dice.upTo(12), 16))) {
+        addMusicList(project, list);
+        const QStringList found = dice.names(1 + dice.upTo(tracks / 13), 16);
+        QStringList& lines = project.lstMuTrack[project.currentMusicList];
+        lines = numbered(found);
+        const bool isAsFound = !dice.isPlain() && dice.coin();  // as a folder's import leaves it
+        for (qsizetype i = 0; i < lines.size(); ++i)
+            if (i == 0 || dice.isPlain() || dice.upTo(3) > 0)
+                records.append(
+                    makeRecord("music", isAsFound ? found[i] : lines[i], list, dice.text(60)));
+        if (!dice.isPlain() && dice.coin())
+            dice.shuffle(lines);
+    }
     for (const QString& title : project.lstSpTitles)
         for (const QString& language : project.lstLangs)
-            if (dice.upTo(4) > 0)
+            if (dice.upTo(4) > 0 && !title.isEmpty())
                 records.append(makeRecord("speech", title, language, dice.text(60)));
     dice.shuffle(records);
     for (TrackRecord& item : records)

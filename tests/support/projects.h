@@ -29,9 +29,15 @@ void addDefaultLanguage(Project& project, const QString& language);
 /// Welcome in English and German.
 Project exampleProject();
 
+enum class Names {
+    Plain,  ///< short, each that of one file
+    Any,    ///< also long, empty and equal ones, lines without a file, files that share a name
+};
+
 /// A project of up to `tracks` music tracks and as many speech titles as there is room for, with
-/// names, attributes, triggers and orders drawn at random. Names fit the code page and are unique.
-Project randomProject(std::mt19937& random, int tracks);
+/// names, attributes, triggers and orders drawn at random. Names fit the code page, and no two
+/// lines are equal.
+Project randomProject(std::mt19937& random, int tracks, Names names = Names::Plain);
 
 /// Whether a handler marks the project as changed.
 template <typename Handler>

@@ -1,0 +1,84 @@
+#include "image/image_lines.h"
+
+#include <algorithm>
+
+#include "image/config_image.h"
+#include "image/image_layout.h"
+#include "model/text_codec.h"
+
+namespace tessaly {
+
+namespace {
+
+using Tracks = QList<const TrackRecord*>;
+
+QByteArray imageText(const QString& name) {
+    return fixedWidthText(name, image_layout::TitleWidth);
+}
+
+// A name that the image holds as `name` and no project file can hold: the code page lacks its end.
+QString lineWithoutFile(const QString& name, qsizetype line) {
+    return name.leftJustified(image_layout::TitleWidth) + QChar::ReplacementCharacter +
+           QString::number(line);
+}
+
+// The tracks that lines are looked up for: the first of each name, by list.
+QHash<QString, Tracks> tracksByList(const Project& project) {
+    const TrackIndex index(project);
+    QHash<QString, Tracks> tracks;
+    for (const TrackRecord& record : project.TrackTable) {
+        const QString list = record.groupName.text();
+        if (isMusic(record) && index.music(list, record.itemName.text()) == &record)
+            tracks[list].append(&record);
+    }
+    return tracks;
+}
+
+QStringList linesOf(const QList<DecodedTrack>& entries, const Tracks& tracks) {
+    QHash<std::pair<QByteArray, quint16>, QStringList> names;  // by how the image shows a track
+    for (const TrackRecord* track : tracks) {
+        const QString name = track->itemName.text();
+        names[{imageText(name), trackWord(*track)}].append(name);
+    }
+    QStringList lines;
+    for (const DecodedTrack& entry : entries) {
+        const auto known = names.find({imageText(entry.name), entry.word.value});
+        const bool isTrack = known != names.end() && !known->isEmpty();
+        lines.append(isTrack ? known->takeFirst() : lineWithoutFile(entry.name, lines.size()));
+    }
+    for (const QStringList& missing : names)
+        lines.append(missing);
+    return lines;
+}
+
+// A trigger may name a line without a file, by its whole name.
+void nameLine(Project& project, const TrackRecord& item, const DecodedReference& reference) {
+    const QString list = item.groupName.text(), name = item.itemName.text();
+    if (reference.kind != DecodedReference::Kind::Track ||
+        project.lstMuList.indexOf(list) != reference.list - 1)
+        return;
+    QStringList& lines = project.lstMuTrack[slotOfMusicList(project, list)];
+    if (reference.track < lines.size() && !lines.contains(name) &&
+        imageText(lines[reference.track]) == imageText(name))
+        lines[reference.track] = name;
+}
+
+}  // namespace
+
+void takeLinesFromImage(Project& project, const DecodedImage& image) {
+    // A list without a name that comes first is none to a reader of project files.
+    if (image.lists.size() > project.lstMuList.size() && image.lists[0].name.isEmpty())
+        project.lstMuList.prepend(QString(""));
+    const QHash<QString, Tracks> tracks = tracksByList(project);
+    const qsizetype lists = std::min(image.lists.size(), project.lstMuList.size());
+    for (qsizetype i = 0; i < lists; ++i) {
+        const QString& list = project.lstMuList[i];
+        project.lstMuTrack[slotOfMusicList(project, list)] =
+            linesOf(image.lists[i].tracks, tracks.value(list));
+    }
+    nameLine(project, project.PowerUpRecord, image.powerUp);
+    for (qsizetype i = 0; i < std::min<qsizetype>(image.triggers.size(), TriggerSlots); ++i)
+        nameLine(project, project.TriggerTable[size_t(i)], image.triggers[i]);
+}
+
+}  // namespace tessaly
