@@ -118,8 +118,15 @@ class FileSystem {
     /// Makes a new file or empties the one that is there. Fails where a link stands.
     virtual std::unique_ptr<OutputFile> create(const QString& path) = 0;
 
+    /// What becomes of a file that is replaced and is a link.
+    enum class Links {
+        Follow,  ///< the file that it leads to is replaced
+        Refuse,  ///< nothing is: it may lead out of a card
+    };
+
     /// Puts `bytes` at `path` in one step: until the whole new file is on disk the old one stays.
-    virtual void replaceFile(const QString& path, QByteArrayView bytes) = 0;
+    virtual void replaceFile(const QString& path, QByteArrayView bytes,
+                             Links links = Links::Follow) = 0;
 
     /// Returns when the content of a file has left for its device; the volume must still be
     /// flushed. Does nothing where closing a file has done it already.

@@ -14,12 +14,19 @@ TessalyError notAFile(const QString& path) {
             QDir::toNativeSeparators(path) + ": this is a device or a pipe, not a file"};
 }
 
-void LocalFileSystem::replaceFile(const QString& path, QByteArrayView bytes) {
-    // A file would take the place of the device itself.
+TessalyError linkInTheWay(const QString& path) {
+    return {error_number::WriteFailed,
+            QDir::toNativeSeparators(path) + ": a link stands in the place of the file"};
+}
+
+void LocalFileSystem::replaceFile(const QString& path, QByteArrayView bytes, Links links) {
     const QFileInfo target(path);
+    if (links == Links::Refuse && target.isSymLink())
+        throw linkInTheWay(path);
+    // A file would take the place of the device itself.
     if (target.exists() && !target.isFile() && !target.isDir())
         throw notAFile(path);
-    Replacement file(path);
+    Replacement file(path, links);
     file.write(bytes);
     file.putInPlace();
 }

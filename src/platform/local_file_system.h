@@ -18,12 +18,16 @@ class LocalFileSystem : public FileSystem {
     std::unique_ptr<OpenFolder> openFolder(const QString& path) override;
     std::unique_ptr<InputFile> openForReading(const QString& path, ReadMode mode) override;
     std::unique_ptr<OutputFile> create(const QString& path) override;
-    void replaceFile(const QString& path, QByteArrayView bytes) override;
+    void replaceFile(const QString& path, QByteArrayView bytes,
+                     Links links = Links::Follow) override;
     void settle(const QString& path) override;
     void flushVolume(const QString& path) override;
 };
 
 /// Error 557: what stands at `path` can be read and written only in a way that may never end.
 TessalyError notAFile(const QString& path);
+
+/// Error 550: a link stands where a file is to be written, and would lead the bytes elsewhere.
+TessalyError linkInTheWay(const QString& path);
 
 }  // namespace tessaly

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "platform/local_file_system.h"
 #include "platform/paths.h"
 #include "platform/windows_files.h"
 

@@ -14,9 +14,9 @@ constexpr QStringView Letters = u"abcdefghijklmnopqrstuvwxyz0123456789";
 
 }  // namespace
 
-QString behindLink(const QString& path) {
+QString replacedFile(const QString& path, FileSystem::Links links) {
     const QFileInfo file(path);
-    if (!file.isSymLink())
+    if (links == FileSystem::Links::Refuse || !file.isSymLink())
         return path;
     return file.exists() ? file.canonicalFilePath() : file.symLinkTarget();
 }

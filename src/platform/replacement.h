@@ -3,6 +3,8 @@
 #include <QByteArrayView>
 #include <QString>
 
+#include "platform/file_system.h"
+
 #ifdef Q_OS_WIN
 #include "platform/windows_calls.h"
 #endif
@@ -14,9 +16,10 @@ namespace tessaly {
 class Replacement {
  public:
     /// Removes what killed programs left in the folder, whichever file it was for, and makes the
-    /// new file. A link is followed: the file it points at is the one to replace. Throws, with the
-    /// path of the old file, where that is a folder or cannot be written.
-    explicit Replacement(const QString& path);
+    /// new file. Where links are followed, the file that one points at is the one to replace, else
+    /// the link itself. Throws, with the path of the old file, where that is a folder or cannot be
+    /// written.
+    explicit Replacement(const QString& path, FileSystem::Links links = FileSystem::Links::Follow);
 
     /// Removes the new file unless it was put in place.
     ~Replacement();
@@ -45,8 +48,8 @@ class Replacement {
 #endif
 };
 
-/// The file that `path` leads to, which need not exist.
-QString behindLink(const QString& path);
+/// The file that is replaced: the one that `path` leads to, which need not exist, or `path` itself.
+QString replacedFile(const QString& path, FileSystem::Links links);
 
 /// A name for the new file that is most likely free.
 QString replacementPath(const QString& target);

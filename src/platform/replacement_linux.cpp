@@ -45,7 +45,8 @@ void removeAbandoned(const QByteArray& folder) {
 
 }  // namespace
 
-Replacement::Replacement(const QString& path) : shown_(path), target_(behindLink(path)) {
+Replacement::Replacement(const QString& path, FileSystem::Links links)
+    : shown_(path), target_(replacedFile(path, links)) {
     struct stat old {};
     const QByteArray target = toNativePath(target_);
     const bool isThere = ::stat(target.constData(), &old) == 0;

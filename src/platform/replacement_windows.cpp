@@ -25,7 +25,8 @@ void removeAbandoned(const QString& folder) {
 
 }  // namespace
 
-Replacement::Replacement(const QString& path) : shown_(path), target_(behindLink(path)) {
+Replacement::Replacement(const QString& path, FileSystem::Links links)
+    : shown_(path), target_(replacedFile(path, links)) {
     const NoDiskPrompt quiet;
     constexpr DWORD Refused = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY;
     const DWORD old = ::GetFileAttributesW(systemPath(target_).c_str());

@@ -1,9 +1,5 @@
 #include "platform/windows_files.h"
 
-#include <QDir>
-
-#include "platform/error_numbers.h"
-
 namespace tessaly {
 
 namespace {
@@ -88,11 +84,6 @@ void removeNamed(const std::wstring& name, const QString& path) {
     const bool isFolderLink = (attributes & FolderLink) == FolderLink;
     if (!(isFolderLink ? ::RemoveDirectoryW(name.c_str()) : ::DeleteFileW(name.c_str())))
         throw lastSystemError(path);
-}
-
-TessalyError linkInTheWay(const QString& path) {
-    return {error_number::WriteFailed,
-            QDir::toNativeSeparators(path) + ": a link stands in the place of the file"};
 }
 
 }  // namespace tessaly

@@ -56,8 +56,6 @@ void clearAttributes(const std::wstring& name, DWORD attributes, DWORD unwanted)
 /// Removes a file or a link, a read-only one as well. Throws the system's error.
 void removeNamed(const std::wstring& name, const QString& path);
 
-TessalyError linkInTheWay(const QString& path);
-
 /// See FileSystem::openForReading().
 std::unique_ptr<InputFile> openInputFile(const QString& path, FileSystem::ReadMode mode);
 

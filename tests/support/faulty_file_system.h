@@ -63,9 +63,9 @@ class FaultyFileSystem : public LocalFileSystem {
         count("create", path);
         return std::make_unique<FaultyOutput>(*this, path, LocalFileSystem::create(path));
     }
-    void replaceFile(const QString& path, QByteArrayView bytes) override {
+    void replaceFile(const QString& path, QByteArrayView bytes, Links links) override {
         count("replace", path);
-        LocalFileSystem::replaceFile(path, bytes);
+        LocalFileSystem::replaceFile(path, bytes, links);
     }
     void settle(const QString& path) override {
         count("settle", path);
