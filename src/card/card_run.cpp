@@ -142,10 +142,19 @@ void CardRun::requireSameCard() const {
 
 void CardRun::copyToCard(const QString& source, const QString& name) {
     requireSameCard();
-    const WrittenFile file =
-        copyFile(files_, source, *folder_, name, [this](qint64 bytes) { advance(bytes); });
+    noteWritten(copyFile(files_, source, *folder_, name, [this](qint64 bytes) { advance(bytes); }));
+}
+
+// What was composed for this card goes there from memory: another program that uses the same work
+// folder may have changed or removed the file.
+void CardRun::writeToCard(const QByteArray& bytes, const QString& name) {
+    requireSameCard();
+    noteWritten(writeFile(bytes, *folder_, name, [this](qint64 block) { advance(block); }));
+}
+
+void CardRun::noteWritten(const WrittenFile& file) {
     written_.append(file);
-    report_.files.append({name, file.size});
+    report_.files.append({file.name, file.size});
     report_.bytes += file.size;
 }
 
@@ -175,7 +184,7 @@ void CardRun::copyTracks() {
 
 void CardRun::copyFixedFiles() {
     step(15);
-    copyToCard(work("tmp.hex"), card_name::Settings);
+    writeToCard(hex_, card_name::Settings);
     step(16);
     copyToCard(job_.folders.firmwareFile(), card_name::Firmware);
     step(17);
@@ -198,7 +207,7 @@ void CardRun::copyProjectFile() {
     step(21);
     projectFile_->close();
     step(22);
-    copyToCard(work("tmp.crd"), card_name::Project);
+    writeToCard(projectBytes_, card_name::Project);
 }
 
 void CardRun::settleAndVerify() {
@@ -229,6 +238,7 @@ void CardRun::settleAndVerify() {
         pastCache = pastCache && back.isPastCache;
     }
     requireSameCard();  // else another volume was flushed, or other files were read
+    folder_.reset();    // the operator ejects the card while the last message stands
     report_.isVerified = job_.verify;
     report_.isVerifiedPastCache = job_.verify && pastCache;
     beginPhase(RunPhase::Verify, 0);

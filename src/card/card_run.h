@@ -33,7 +33,7 @@ class CardRun {
     void copyFixedFiles();    ///< settings, the maker's files, the chime
     void writeProjectFile();  ///< in the work folder
     void copyProjectFile();   ///< seals the card
-    void settleAndVerify();   ///< flushes the card and compares what reads back
+    void settleAndVerify();   ///< flushes the card, compares what reads back, lets go of the card
     void deleteTemporaryFiles();
 
  private:
@@ -54,6 +54,8 @@ class CardRun {
     void breatheAtTimes();
     void writeWhole(const QString& path, const QByteArray& bytes);
     void copyToCard(const QString& source, const QString& name);
+    void writeToCard(const QByteArray& bytes, const QString& name);
+    void noteWritten(const WrittenFile& file);
     void requireSameCard() const;
     void deleteFromCard(const QString& name);
     void removeTree(const QString& folder);

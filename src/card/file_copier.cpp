@@ -2,6 +2,7 @@
 
 #include <xxhash.h>
 
+#include <algorithm>
 #include <memory>
 
 #include "platform/error.h"
@@ -35,22 +36,21 @@ void removeShortFile(OpenFolder& folder, const QString& name) {
     }
 }
 
-}  // namespace
-
-WrittenFile copyFile(FileSystem& files, const QString& from, OpenFolder& folder,
-                     const QString& name, const BlockDone& blockDone) {
-    const auto source = files.openForReading(from, FileSystem::ReadMode::Normal);
+// Writes what `nextBlock` returns until that is empty; `finish` comes before the file is closed.
+template <typename NextBlock, typename Finish>
+WrittenFile writeBlocks(OpenFolder& folder, const QString& name, const BlockDone& blockDone,
+                        const NextBlock& nextBlock, const Finish& finish) {
     auto target = folder.create(name);
     WrittenFile written{.name = name};
     Hasher hasher;
     try {
-        for (auto block = source->nextBlock(); !block.isEmpty(); block = source->nextBlock()) {
+        for (QByteArrayView block = nextBlock(); !block.isEmpty(); block = nextBlock()) {
             hasher.add(block);
             target->write(block);
             written.size += block.size();
             blockDone(block.size());
         }
-        target->setModificationTime(source->modificationTime());
+        finish(*target);
         target->close();
     } catch (const TessalyError&) {
         target.reset();  // an open file cannot be removed everywhere
@@ -59,6 +59,33 @@ WrittenFile copyFile(FileSystem& files, const QString& from, OpenFolder& folder,
     }
     written.hash = hasher.result();
     return written;
+}
+
+}  // namespace
+
+WrittenFile copyFile(FileSystem& files, const QString& from, OpenFolder& folder,
+                     const QString& name, const BlockDone& blockDone) {
+    const auto source = files.openForReading(from, FileSystem::ReadMode::Normal);
+    return writeBlocks(
+        folder, name, blockDone, [&] { return source->nextBlock(); },
+        [&](OutputFile& copy) { copy.setModificationTime(source->modificationTime()); });
+}
+
+WrittenFile writeFile(QByteArrayView bytes, OpenFolder& folder, const QString& name,
+                      const BlockDone& blockDone) {
+    QByteArrayView left = bytes;
+    const auto nextBlock = [&left] {
+        const auto block = left.first(std::min<qsizetype>(left.size(), InputFile::BlockBytes));
+        left = left.sliced(block.size());
+        return block;
+    };
+    return writeBlocks(folder, name, blockDone, nextBlock, [](OutputFile&) {});
+}
+
+ContentHash hashOf(QByteArrayView bytes) {
+    Hasher hasher;
+    hasher.add(bytes);
+    return hasher.result();
 }
 
 ReadBack readBack(FileSystem& files, const QString& path, const BlockDone& blockDone) {

@@ -30,6 +30,13 @@ using BlockDone = std::function<void(qint64 bytes)>;
 WrittenFile copyFile(FileSystem& files, const QString& from, OpenFolder& folder,
                      const QString& name, const BlockDone& blockDone);
 
+/// The same of bytes in memory.
+WrittenFile writeFile(QByteArrayView bytes, OpenFolder& folder, const QString& name,
+                      const BlockDone& blockDone);
+
+/// The hash of a file that holds `bytes`.
+ContentHash hashOf(QByteArrayView bytes);
+
 /// A file as it reads past the system's cache.
 struct ReadBack {
     qint64 size = 0;

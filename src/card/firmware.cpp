@@ -47,23 +47,23 @@ FirmwareComparison compareFirmware(FileSystem& files, const QString& root,
                 " to version " + own + "?"};
 }
 
-void requireFirmware(FileSystem& files, const AppFolders& folders) {
+QByteArray requireFirmware(FileSystem& files, const AppFolders& folders) {
     const QString source = folders.firmwareFile();
-    if (!holdsHexData(readWholeFile(files, source, limits::HexFileBytes)))
+    QByteArray bytes = readWholeFile(files, source, limits::HexFileBytes);
+    if (!holdsHexData(bytes))
         throw TessalyError(error_number::NoFirmwareData,
                            QDir::toNativeSeparators(source) +
                                " holds no firmware data. Put the file of the player's maker in "
                                "its place.");
+    return bytes;
 }
 
 void updateFirmware(FileSystem& files, const QString& root, const AppFolders& folders) {
-    requireFirmware(files, folders);
-    const QString source = folders.firmwareFile();
+    const QByteArray bytes = requireFirmware(files, folders);
     const QString target = pathIn(root, card_name::Firmware);
-    files.replaceFile(target, readWholeFile(files, source, limits::HexFileBytes));
+    files.replaceFile(target, bytes, FileSystem::Links::Refuse);
     files.flushVolume(root);
-    const ReadBack own = readBack(files, source, [](qint64) {});
-    if (const ReadBack card = readBack(files, target, [](qint64) {}); card.hash != own.hash)
+    if (readBack(files, target, [](qint64) {}).hash != hashOf(bytes))
         throw TessalyError(
             error_number::VerifyFailed,
             QDir::toNativeSeparators(target) + ": what reads back differs from what was written.");

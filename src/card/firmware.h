@@ -36,11 +36,13 @@ FirmwareComparison compareFirmware(FileSystem& files, const QString& root,
 /// What to tell the operator once the firmware is on the card.
 inline constexpr QStringView FirmwareUpdatedText = u"Card successfully updated.";
 
-/// Throws error 540 when the program's firmware holds no data: the stand-in must replace no other.
-void requireFirmware(FileSystem& files, const AppFolders& folders);
+/// The program's firmware. Throws error 540 when it holds no data: the stand-in must replace no
+/// other.
+QByteArray requireFirmware(FileSystem& files, const AppFolders& folders);
 
 /// Puts the program's firmware on the card in one step, flushes the card and reads it back. Throws
-/// as requireFirmware() with the card untouched; error 539 when it reads back differently.
+/// as requireFirmware(), and where a link stands in its place, with the card untouched; error 539
+/// when it reads back differently.
 void updateFirmware(FileSystem& files, const QString& root, const AppFolders& folders);
 
 }  // namespace tessaly

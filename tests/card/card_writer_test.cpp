@@ -32,6 +32,23 @@ QStringList copyOf(const QString& from, const QString& to, int step) {
     return list;
 }
 
+QStringList writingOf(const QString& to, int step) {
+    return copyOf({}, to, step).filter(' ' + to + ':');
+}
+
+// Whether this process keeps `folder` or anything inside it from being taken away.
+bool isHeldOpen(const QString& folder) {
+#ifdef Q_OS_WIN
+    const QString elsewhere = folder + " elsewhere";
+    return !QFile::rename(folder, elsewhere) || !QFile::rename(elsewhere, folder);
+#else
+    const auto open = QDir("/proc/self/fd").entryInfoList(QDir::AllEntries | QDir::System);
+    return std::any_of(open.begin(), open.end(), [&](const QFileInfo& descriptor) {
+        return descriptor.symLinkTarget().startsWith(folder);
+    });
+#endif
+}
+
 QStringList beforeTheCard() {
     return {"create tmp.bin:203", "write tmp.bin:213", "close tmp.bin:213",
             "create tmp.hex:213", "write tmp.hex:213", "close tmp.hex:213",
@@ -39,11 +56,11 @@ QStringList beforeTheCard() {
 }
 
 QStringList fixedFiles() {
-    return copyOf("tmp.hex", "0000.xd3", 15) + copyOf("0000.hex", "0000.hex", 16) +
+    return writingOf("0000.xd3", 15) + copyOf("0000.hex", "0000.hex", 16) +
            copyOf("9998.mp3", "9998.mp3", 17) + copyOf("0007.cfg", "0007.cfg", 69) +
            copyOf("chime.mp3", "9999.mp3", 18) +
            QStringList{"create tmp.crd:19", "write tmp.crd:20", "close tmp.crd:21"} +
-           copyOf("tmp.crd", "0000.crd2", 22);
+           writingOf("0000.crd2", 22);
 }
 
 // Flushing, reading back and tidying up after `tracks` and the fixed files were written.
@@ -123,8 +140,17 @@ TEST(CardWriter, AFullCreationLeavesExactlyTheCardsFiles) {
     CardBench bench;
     bench.useChime();
     fillWithOldFiles(bench);
+    // Another program shares the work folder.
+    bench.files.onOperation = [&] {
+        for (const char* file : {"work/tmp.hex", "work/tmp.crd"})
+            if (bench.files.operations.last().startsWith("create 0"))
+                bench.scratch.write(file, "another project's");
+    };
+    bool isHeldAtTheEnd = true;
+    bench.observer.onSuccess = [&] { isHeldAtTheEnd = isHeldOpen(bench.scratch.path("card")); };
     const CardRunReport report = bench.create();
     ASSERT_EQ(report.outcome, Outcome::Done) << bench.observer.text.toStdString();
+    EXPECT_FALSE(isHeldAtTheEnd) << "the operator cannot eject the card";
     const auto card = bench.card();
     EXPECT_EQ(card.keys(), (QStringList{"0000.crd2", "0000.hex", "0000.xd3", "0001.mp3", "0002.mp3",
                                         "0003.mp3", "0007.cfg", "9998.mp3", "9999.mp3"}));

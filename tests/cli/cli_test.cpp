@@ -307,3 +307,10 @@ TEST_F(CommandLine, UpdatesFirmwareAlone) {
 }
 
 }  // namespace tessaly
+    // A link does not lead it out of the card.
+    scratch.write("outside.hex", ":0201100001A448\r\n:00000001FF\r\n");
+    QFile::remove(scratch.path("card/0000.hex"));
+    if (scratch.link(scratch.path("outside.hex"), "card/0000.hex")) {
+        expectFailure(firmware, 1, "0000.hex: a link stands in the place of the file");
+        EXPECT_NE(scratch.read("outside.hex"), newer);
+    }

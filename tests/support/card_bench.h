@@ -46,6 +46,7 @@ class NotingObserver : public CardRunObserver {
  public:
     bool answer = true;
     std::function<bool()> keepGoingNow = [] { return true; };
+    std::function<void()> onSuccess = [] {};
     QStringList questions, captions, messages;
     QString title, text;
     QList<int> bar;
@@ -71,7 +72,10 @@ class NotingObserver : public CardRunObserver {
             copied.append(done);
     }
     bool keepGoing() override { return keepGoingNow(); }
-    void succeeded(const QString& message) override { messages.append(message); }
+    void succeeded(const QString& message) override {
+        messages.append(message);
+        onSuccess();
+    }
     void failed(const QString& errorTitle, const QString& errorText,
                 const QString& second) override {
         title = errorTitle;
