@@ -206,8 +206,7 @@ CardJob CreateCardPage::job() const {
     job.workFolder = workFolder;
     job.verify = ui_->chkVerify->isChecked();
     job.kept = {services_.userFolder};
-    if (!session_.fileName().isEmpty())
-        job.kept.append(session_.fileName());
+    job.projectFile = session_.fileName();
     return job;
 }
 

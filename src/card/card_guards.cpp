@@ -168,6 +168,15 @@ void refuseSystemFolder(const FileSystem& files, const QString& root, const AppF
             refuse(QString("is under version control (it holds %1)").arg(name));
 }
 
+void refuseHoldingProject(const FileSystem& files, const QString& root,
+                          const QString& projectFile) {
+    if (!projectFile.isEmpty() && HoldingFolder(files, root).isOrHolds(projectFile))
+        throw TessalyError(error_number::SystemFolder,
+                           QString("%1 holds the project file %2, which must stay: save the "
+                                   "project to another folder first.")
+                               .arg(native(root), native(projectFile)));
+}
+
 void refuseHoldingMounts(const Drives& drives, const QString& root) {
     const QStringList mounts = drives.mountsInside(root);
     if (!mounts.isEmpty())

@@ -50,6 +50,10 @@ void requireErasableFolder(const FileSystem& files, const Drives& drives, const 
 void refuseSystemFolder(const FileSystem& files, const QString& root, const AppFolders& folders,
                         const QStringList& kept);
 
+/// Error 531 when the project's own file is in `root` or below it: it would be deleted or written
+/// over. An empty path is that of a project without a file.
+void refuseHoldingProject(const FileSystem& files, const QString& root, const QString& projectFile);
+
 /// Error 531 when other drives are mounted in `root`, or a part of it is mounted elsewhere.
 void refuseHoldingMounts(const Drives& drives, const QString& root);
 

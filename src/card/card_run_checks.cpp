@@ -133,6 +133,7 @@ void CardRun::checkTarget() {
         requireErasableFolder(files_, drives_, root_, job_.mayEraseOthers);
     step(311);
     refuseSystemFolder(files_, root_, job_.folders, job_.kept + QStringList(job_.workFolder));
+    refuseHoldingProject(files_, root_, job_.projectFile);
     refuseHoldingMounts(drives_, root_);
     step(312);
     QStringList sources;

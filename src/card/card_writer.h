@@ -23,6 +23,7 @@ struct CardJob {
     bool verify = true;               ///< read every file back and compare
     std::optional<quint16> identifier;  ///< of the image; drawn at random without it
     QStringList kept;                   ///< files and folders that the card must not hold
+    QString projectFile;                ///< the project's own, likewise; empty: it has none
 };
 
 /// The parts of a run that take time.

@@ -129,8 +129,8 @@ int createCommand(const CreateOptions& options, const AppFolders& folders) {
                       .workFolder = native(work.path()),
                       .verify = !options.noVerify,
                       .identifier = {},
-                      .kept = {QFileInfo(options.project).absoluteFilePath(),
-                               QCoreApplication::applicationDirPath()}};
+                      .kept = {QCoreApplication::applicationDirPath()},
+                      .projectFile = QFileInfo(options.project).absoluteFilePath()};
     RunDisplay display(options.yes);
     CardWriter writer(files, drives);
     const CardRunReport report = options.settingsOnly ? writer.updateSettings(project, job, display)

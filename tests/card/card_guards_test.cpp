@@ -40,7 +40,9 @@ TEST(CardGuards, EachEndsTheRunBeforeTheFirstDeletion) {
         {"the work folder", error_number::SystemFolder, 311,
          [](CardBench& b) { b.job.workFolder = b.scratch.makeFolder("card/work"); }},
         {"the project file", error_number::SystemFolder, 311,
-         [](CardBench& b) { b.job.kept = {b.scratch.write("card/my.crd2", "")}; }},
+         [](CardBench& b) { b.job.projectFile = b.scratch.write("card/my.crd2", ""); }},
+        {"what is kept", error_number::SystemFolder, 311,
+         [](CardBench& b) { b.job.kept = {b.scratch.makeFolder("card/mine")}; }},
         {"a source", error_number::HoldsSource, 312,
          [](CardBench& b) {
              b.project.TrackTable[2].sourcePath = b.scratch.write("card/deep/in/a.mp3", "x");
