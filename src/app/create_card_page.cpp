@@ -59,6 +59,8 @@ CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services
     ui_->fraProgress->hide();
     ui_->crcFirmware->setVerdict(Verdict::Yellow);
     ui_->crcProblems->setVerdict(Verdict::Red);
+    ui_->crcUpdateBegun->setVerdict(Verdict::Yellow);
+    showUpdateBegun();
 
     const auto clicked = [this](QPushButton* button, void (CreateCardPage::*handler)()) {
         connect(button, &QPushButton::clicked, this, handler);
@@ -69,6 +71,7 @@ CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services
     clicked(ui_->buttCreateXD3, &CreateCardPage::buttCreateXD3_Click);
     clicked(ui_->buttUpdateFirmware, &CreateCardPage::buttUpdateFirmware_Click);
     clicked(ui_->buttCancelWrite, &CreateCardPage::buttCancelWrite_Click);
+    clicked(ui_->buttEndUpdate, &CreateCardPage::endUpdate);
 }
 
 CreateCardPage::~CreateCardPage() = default;
@@ -210,13 +213,24 @@ CardJob CreateCardPage::job() const {
     return job;
 }
 
+void CreateCardPage::endUpdate() {
+    writer_.endUpdate();
+    showUpdateBegun();
+}
+
+void CreateCardPage::showUpdateBegun() {
+    ui_->fraUpdateBegun->setVisible(writer_.updateSettingsOnly);
+}
+
 void CreateCardPage::write(bool settingsOnly) {
     stopRequested_ = false;
+    ui_->fraUpdateBegun->hide();
     RunView view(*ui_, services_.prompts, stopRequested_);
     if (settingsOnly)
         writer_.updateSettings(session_.project, job(), view);
     else
         writer_.createCard(session_.project, job(), view);
+    showUpdateBegun();
     emit projectChanged();
     if (checksDue_)
         runCardChecks();

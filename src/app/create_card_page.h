@@ -42,6 +42,9 @@ class CreateCardPage : public Page {
     /// Stops the run that is going on without a question, and does `action` after it.
     void stopThen(std::function<void()> action);
 
+    /// Lets the next creation be a whole one after an update that was declined or failed.
+    void endUpdate();
+
  signals:
     /// The size summary was measured anew.
     void totalsMeasured();
@@ -57,6 +60,7 @@ class CreateCardPage : public Page {
     void runCardChecks();
     void showChecks(const CardChecks& checks);
     void showProblems(const CardChecks& checks);
+    void showUpdateBegun();
     bool askToStop();
     void write(bool settingsOnly);
     CardJob job() const;

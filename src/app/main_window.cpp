@@ -103,6 +103,7 @@ bool MainWindow::startUp() {
         return false;
     }
     session_.startNew();
+    createCard_->endUpdate();
     if (!recovery_) {
         recovery_ = std::make_unique<RecoveryFolder>(services_.files,
                                                      pathIn(services_.userFolder, "recovery"));

@@ -26,6 +26,11 @@ CardRunReport CardWriter::updateSettings(Project& project, const CardJob& job,
     return createCard(project, job, observer);
 }
 
+void CardWriter::endUpdate() {
+    if (!running_)
+        updateSettingsOnly = false;
+}
+
 CardRunReport CardWriter::createCard(Project& project, const CardJob& job,
                                      CardRunObserver& observer) {
     CardRunReport report;

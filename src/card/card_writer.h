@@ -85,6 +85,10 @@ class CardWriter {
     /// Sets `updateSettingsOnly` and does the same: the numbered MP3 files stay on the card.
     CardRunReport updateSettings(Project& project, const CardJob& job, CardRunObserver& observer);
 
+    /// Lets the next creation be a whole one, whatever became of an update. A run that is going on
+    /// stays what it is.
+    void endUpdate();
+
     bool isRunning() const { return running_; }
 
     bool updateSettingsOnly = false;

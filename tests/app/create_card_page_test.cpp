@@ -127,6 +127,7 @@ TEST(CreateCardPage, ACardThatIsTooSmallIsSeenAtOnce) {
     WindowBench bench;
     bench.drives.volume.totalBytes = 500100;  // less than the files and the margin
     bench.start();
+    EXPECT_FALSE(bench.isEnabled("buttUpdateFirmware")) << "no card was seen yet";
     bench.open(bench.tourFile);
     bench.showPage("Create Card");
     EXPECT_EQ(bench.text("lblCFCardBigEnough"), "CF card too small - delete tracks");
@@ -195,17 +196,45 @@ TEST(CreateCardPage, ACardIsCreated) {
 
 TEST(CreateCardPage, NoToAnUpdateCarriesOver) {
     PageBench bench;
+    EXPECT_FALSE(bench.isShown("fraUpdateBegun"));
     bench.prompts.answers = {false, false, true};
     bench.click("buttCreateXD3");
+    EXPECT_TRUE(bench.isShown("fraUpdateBegun"));
     bench.click("buttCreateCard");
     EXPECT_EQ(bench.prompts.takeTexts(), (QStringList{UpdateQuestion, UpdateQuestion}));
     EXPECT_TRUE(bench.card().isEmpty());
     EXPECT_TRUE(bench.current.unsavedChanges);
     bench.click("buttCreateCard");  // an update again: this card holds no music, and is left alone
     EXPECT_TRUE(bench.prompts.takeTexts()[1].contains("create the card anew."));
-    bench.prompts.answers = {false};
-    bench.click("buttCreateCard");  // which can be done now
-    EXPECT_EQ(bench.prompts.takeTexts(), QStringList(EraseQuestion));
+    const auto expectWholeCreation = [&] {
+        EXPECT_FALSE(bench.isShown("fraUpdateBegun"));
+        bench.prompts.answers = {false};
+        bench.click("buttCreateCard");
+        EXPECT_EQ(bench.prompts.takeTexts(), QStringList(EraseQuestion));
+    };
+    expectWholeCreation();  // which can be done now
+    for (const bool byNew : {false, true}) {
+        bench.prompts.answers = {false};
+        bench.click("buttCreateXD3");
+        bench.open(bench.tourFile);
+        bench.showPage("Create Card");
+        EXPECT_TRUE(bench.isShown("fraUpdateBegun")) << "Open leaves it";
+        bench.prompts.answers = {true};
+        if (byNew) {
+            bench.choose("mnuFileNew");
+            bench.open(bench.tourFile);
+        } else {
+            bench.click("buttEndUpdate");
+        }
+        bench.prompts.takeTexts();
+        expectWholeCreation();
+    }
+    // The project that the card itself holds is no project to update it from.
+    bench.prompts.answers = {true, true};
+    bench.click("buttCreateCard");
+    bench.open(bench.scratch.path("card/0000.crd2"));
+    bench.click("buttCreateXD3");
+    EXPECT_TRUE(bench.prompts.takeTexts().join(QChar(32)).contains("to another folder first"));
 }
 
 // Whatever is clicked in the middle of a run: it asks first, or waits, and the run ends cleanly.
