@@ -17,6 +17,7 @@ volatile std::sig_atomic_t interrupted = 0;
 
 void onInterrupt(int) {
     interrupted = 1;
+    std::signal(SIGINT, SIG_DFL);  // a second one ends the process, in the midst of a flush too
 }
 
 }  // namespace
@@ -37,10 +38,7 @@ QString phaseName(RunPhase phase) {
     return "Verifying";
 }
 
-RunDisplay::RunDisplay(bool answerYes) : answerYes_(answerYes), isTerminal_(outputIsTerminal()) {
-    interrupted = 0;
-    std::signal(SIGINT, onInterrupt);
-}
+RunDisplay::RunDisplay(bool answerYes) : answerYes_(answerYes), isTerminal_(outputIsTerminal()) {}
 
 RunDisplay::~RunDisplay() {
     std::signal(SIGINT, SIG_DFL);
@@ -51,6 +49,8 @@ bool RunDisplay::confirm(const QString& question) {
 }
 
 void RunDisplay::showProgress(const QString& caption) {
+    interrupted = 0;
+    std::signal(SIGINT, onInterrupt);
     print(caption);
 }
 

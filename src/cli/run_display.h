@@ -9,7 +9,8 @@
 namespace tessaly::cli {
 
 /// Shows a card run on a terminal as one line that moves, elsewhere as plain lines, and asks the
-/// operator unless the answer is known. Ctrl+C ends the run as an error of its own.
+/// operator unless the answer is known. Ctrl+C ends the program while it asks, and a run as an
+/// error of its own; a second one ends the program at once.
 class RunDisplay : public CardRunObserver {
  public:
     explicit RunDisplay(bool answerYes);

@@ -4,6 +4,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <csignal>
 
 #include "image/intel_hex.h"
 #include "support/scratch_folder.h"
@@ -289,6 +290,21 @@ TEST_F(CommandLine, AFullPlaceIsAnErrorThatNamesIt) {
     EXPECT_EQ(runInShell("exec \"$0\" show tour.crd2 >/dev/full"),
               "tessaly-cli: standard output: No space left on device\n");
 }
+
+TEST_F(CommandLine, CtrlCAnswersTheQuestion) {
+    importTour();
+    scratch.makeFolder("card");
+    QProcess terminal;
+    terminal.setWorkingDirectory(scratch.path());
+    terminal.start("script", {"-qefc", TESSALY_CLI " create tour.crd2 --card card", "/dev/null"});
+    QByteArray shown;
+    while (!shown.contains("Continue? [y/N]") && terminal.waitForReadyRead(60000))
+        shown += terminal.readAll();
+    terminal.write("\x03");
+    EXPECT_TRUE(terminal.waitForFinished(60000)) << shown.toStdString();
+    EXPECT_EQ(terminal.exitCode(), 128 + SIGINT) << shown.toStdString();
+    EXPECT_TRUE(scratch.content("card").isEmpty());
+}
 #endif
 
 TEST_F(CommandLine, UpdatesFirmwareAlone) {
@@ -304,9 +320,6 @@ TEST_F(CommandLine, UpdatesFirmwareAlone) {
     EXPECT_TRUE(run(firmware).out.contains("Card successfully updated."));
     EXPECT_EQ(scratch.read("card/0000.hex"), newer);
     EXPECT_TRUE(run(firmware).out.contains("No update has been done."));
-}
-
-}  // namespace tessaly
     // A link does not lead it out of the card.
     scratch.write("outside.hex", ":0201100001A448\r\n:00000001FF\r\n");
     QFile::remove(scratch.path("card/0000.hex"));
@@ -314,3 +327,6 @@ TEST_F(CommandLine, UpdatesFirmwareAlone) {
         expectFailure(firmware, 1, "0000.hex: a link stands in the place of the file");
         EXPECT_NE(scratch.read("outside.hex"), newer);
     }
+}
+
+}  // namespace tessaly
