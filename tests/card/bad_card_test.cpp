@@ -253,41 +253,4 @@ TEST(BadCards, ACardPulledOutWhileItIsJudgedIsSaidToBeGone) {
 
 #endif
 
-// What can be known of a finished card from what is on it alone, and what cannot.
-TEST(BadCards, AFinishedCardIsJudgedByItself) {
-    BadCardBench bench;
-    ASSERT_EQ(bench.create().outcome, Outcome::Done);
-    const Content written = bench.card();
-    const auto problemsWith = [&](const QString& name, const Damaged& damaged) {
-        const QString path = bench.scratch.path("card/" + name);
-        if (damaged)
-            bench.scratch.write("card/" + name, *damaged);
-        else
-            QFile::remove(path);
-        const QString problems = verifyCard(bench.files, bench.job.root).problems.join('\n');
-        bench.scratch.write("card/" + name, written[name]);
-        EXPECT_TRUE(problems.isEmpty() || problems.contains(name)) << problems.toStdString();
-        return problems;
-    };
-    for (auto file = written.begin(); file != written.end(); ++file) {
-        const QString& name = file.key();
-        const QByteArray& bytes = file.value();
-        SCOPED_TRACE(name.toStdString());
-        EXPECT_NE(problemsWith(name, std::nullopt), "");
-        EXPECT_NE(problemsWith(name, QByteArray()), "");
-        const bool hasOwnMarks = name.startsWith("0000.");  // settings, firmware, project
-        const qsizetype size = bytes.size();
-        EXPECT_EQ(problemsWith(name, bytes.left(std::max<qsizetype>(size - 12, 1))) != "",
-                  hasOwnMarks);
-        EXPECT_EQ(problemsWith(name, bytes.left(size / 2)) != "", hasOwnMarks);
-        if (name != "0000.crd2") {  // most of it is paths, which the player does not know
-            EXPECT_EQ(problemsWith(name, flipped(bytes, size / 2)) != "", hasOwnMarks);
-        }
-    }
-    EXPECT_NE(problemsWith("0000.xd3", written["0000.xd3"] + "\r\n"), "");
-    EXPECT_NE(problemsWith("0000.xd3", bench.earlier["0000.xd3"]), "") << "an earlier card's";
-    EXPECT_NE(problemsWith("0000.crd2", bench.earlier["0000.crd2"]), "");
-    EXPECT_EQ(problemsWith("0001.mp3", written["0002.mp3"]), "") << "nothing tells them apart";
-}
-
 }  // namespace tessaly

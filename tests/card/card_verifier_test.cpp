@@ -69,6 +69,11 @@ TEST(CardVerifier, FindsWhatIsWrongWithACard) {
         {"a speech file of another number",
          [&](CardBench& b) { rewrite(b, [](Project& p) { setTypeTag(p.TrackTable[3], "0009"); }); },
          "differ: the files of the speech titles"},
+        {"firmware that is cut",
+         [](CardBench& b) {
+             b.scratch.write("card/0000.hex", b.scratch.read("card/0000.hex").chopped(12));
+         },
+         "0000.hex is damaged: "},
         {"the calibration sound",
          [](CardBench& b) { QFile::remove(b.scratch.path("card/9998.mp3")); },
          "9998.mp3 is missing"},
