@@ -78,8 +78,9 @@ void appendTable(ImageBytes& image, int pointer, const QStringList& names, int w
 
 void appendTrackSections(ImageBytes& image, const Project& project, const TrackIndex& index) {
     image.startSection(TrackSections);
+    const MusicListIndex lists(project);
     for (const QString& list : project.lstMuList) {
-        const QStringList tracks = tracksOfMusicList(project, list);
+        const QStringList tracks = lists.tracks(list);
         image.append16(quint16(tracks.size()));
         for (int i = 0; i < LeadingTrackEntries; ++i) {
             image.appendInvalidEntry(TitleWidth);

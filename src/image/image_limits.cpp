@@ -23,8 +23,9 @@ QString howToShrink(const Project& project, qsizetype excess) {
     const qsizetype titleBytes =
         image_layout::TitleWidth + 2 * (qsizetype(project.lstLangs.size()) + 1);
     qsizetype tracks = 0;
+    const MusicListIndex lists(project);
     for (const QString& list : project.lstMuList)
-        tracks += tracksOfMusicList(project, list).size();
+        tracks += lists.tracks(list).size();
     QStringList ways;
     const auto add = [&](qsizetype bytesEach, qsizetype present, const char* what) {
         const qsizetype needed = (excess + bytesEach - 1) / bytesEach;
@@ -70,9 +71,9 @@ qsizetype configImageSize(const Project& project) {
     const qsizetype titles = project.lstSpTitles.size();
     qsizetype size = FirstSection + LanguageWidth * (languages + 1) + TitleWidth * (titles + 1) +
                      TitleWidth * (project.lstMuList.size() + 1);
+    const MusicListIndex lists(project);
     for (const QString& list : project.lstMuList)
-        size +=
-            2 + TrackEntryBytes * (LeadingTrackEntries + tracksOfMusicList(project, list).size());
+        size += 2 + TrackEntryBytes * (LeadingTrackEntries + lists.tracks(list).size());
     size += 2 * (titles + 1) * (languages + 1);
     size += TitleWidth * (LastDisplayText - FirstDisplayText + 1) + 2 * TriggerSlots;
     return size;

@@ -1,6 +1,7 @@
 #include "model/card_file.h"
 
 #include <QDir>
+#include <QSet>
 #include <algorithm>
 
 #include "model/format_limits.h"
@@ -60,9 +61,10 @@ void appendMusic(QList<TrackRecord>& records, const Project& project) {
     for (const TrackRecord& record : project.TrackTable)
         if (isMusic(record))
             byList[record.groupName.text()].append(&record);
+    const MusicListIndex lists(project);
     for (const QString& list : project.lstMuList) {
         QHash<QString, qsizetype> lines;
-        const QStringList tracks = tracksOfMusicList(project, list);
+        const QStringList tracks = lists.tracks(list);
         for (qsizetype line = tracks.size() - 1; line >= 0; --line)
             lines.insert(tracks[line], line);
         QList<std::pair<qsizetype, const TrackRecord*>> ordered;
@@ -286,8 +288,9 @@ QStringList textsOutsideCodePage(const Project& project) {
     for (const QStringList& list : {project.lstMuList, project.lstSpTitles, project.lstLangs})
         for (const QString& text : list)
             look(text);
+    const MusicListIndex musicLists(project);
     for (const QString& list : project.lstMuList)
-        for (const QString& track : tracksOfMusicList(project, list))
+        for (const QString& track : musicLists.tracks(list))
             look(track);
     for (const TrackRecord& record : project.TrackTable)
         if (isTrackFile(record))
@@ -302,17 +305,23 @@ QStringList textsOutsideCodePage(const Project& project) {
 }
 
 QStringList tracksWithoutFile(const Project& project) {
+    const QList<MusicLine> silent = silentTracks(project, TrackIndex(project));
+    if (silent.isEmpty())
+        return {};
+    // A list whose records are several of one name comes back with a line for each of them.
+    Project reopened;
+    QList<TrackRecord> records;
+    appendMusic(records, project);
+    applyRecords(records, reopened);
+    const MusicListIndex lists(reopened);
+    QSet<std::pair<QString, QString>> shown;
+    for (const QString& list : reopened.lstMuList)
+        for (const QString& track : lists.tracks(list))
+            shown.insert({list, track});
     QStringList found;
-    // Names that were numbered thousands of times are too long for any list of them.
-    const auto brief = [](const QString& name) {
-        constexpr qsizetype Longest = 60;
-        return name.size() > Longest ? name.left(Longest) + "..." : name;
-    };
-    const TrackIndex index(project);
-    for (const QString& list : project.lstMuList)
-        for (const QString& track : tracksOfMusicList(project, list))
-            if (!index.music(list, track))
-                found.append(brief(list) + " / " + brief(track));
+    for (const MusicLine& line : silent)
+        if (!shown.contains({line.list, line.track}))
+            found.append(shortName(line));
     return found;
 }
 

@@ -61,8 +61,8 @@ void saveProject(FileSystem& files, const QString& path, Project& project);
 /// Names, texts and paths of the project that its file's code page cannot hold, each once.
 QStringList textsOutsideCodePage(const Project& project);
 
-/// Tracks that a list box shows but that have no file, as "list / track", very long names cut: no
-/// save keeps them.
+/// Silent tracks that reading the saved file would not show, as shortName() has them: no save keeps
+/// them.
 QStringList tracksWithoutFile(const Project& project);
 
 /// Music lists that have no track with a file: no save keeps them.

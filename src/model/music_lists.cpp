@@ -9,6 +9,10 @@ UniqueNames::UniqueNames(const QStringList& taken) {
         taken_.insert(toCodePage(name));
 }
 
+bool UniqueNames::isTaken(const QString& name) const {
+    return taken_.contains(toCodePage(name));
+}
+
 QString UniqueNames::add(const QString& name) {
     const QByteArray saved = toCodePage(name);
     if (!taken_.contains(saved)) {
@@ -48,7 +52,7 @@ QString addMusicList(Project& project, const QString& name, UniqueNames& names) 
     project.MusicListNames.append(QString());
     project.lstMuTrack.append(QStringList());
     // A list without a name, which only a file brings, lives in the spare slot and moves with it.
-    if (!unique.isEmpty() && project.lstMuList.contains(QString()))
+    if (!unique.isEmpty() && names.isTaken(QString()))
         project.lstMuTrack.swapItemsAt(project.lstMuTrack.size() - 2,
                                        project.lstMuTrack.size() - 1);
     selectMusicList(project, unique);
@@ -61,6 +65,25 @@ void selectMusicList(Project& project, const QString& list) {
         project.currentMusicList = slot;
     if (project.lstMuList.isEmpty())
         project.lstMuTrack[project.currentMusicList].clear();
+}
+
+QList<MusicLine> silentTracks(const Project& project, const TrackIndex& index) {
+    QList<MusicLine> silent;
+    const MusicListIndex lists(project);
+    for (const QString& list : project.lstMuList)
+        for (const QString& track : lists.tracks(list))
+            if (!index.music(list, track))
+                silent.append({list, track});
+    return silent;
+}
+
+QString shortName(const QString& name) {
+    constexpr qsizetype Longest = 60;
+    return name.size() > Longest ? name.left(Longest) + "..." : name;
+}
+
+QString shortName(const MusicLine& line) {
+    return shortName(line.list) + " / " + shortName(line.track);
 }
 
 QString addMusicTrack(Project& project, const QString& name, UniqueNames& names) {

@@ -22,6 +22,9 @@ class UniqueNames {
     /// The unique form of `name`, which is taken from now on.
     QString add(const QString& name);
 
+    /// Whether a name that is saved as `name` is taken.
+    bool isTaken(const QString& name) const;
+
  private:
     // Where the numbering of a name stands, so that a thousand equal names stay cheap.
     struct Numbering {
@@ -46,6 +49,22 @@ QString addMusicList(Project& project, const QString& name, UniqueNames& names);
 /// Makes the list of that name the current one; without such a list nothing changes. The empty
 /// name, that of no selected list, leads to the spare slot, which shows no track.
 void selectMusicList(Project& project, const QString& list);
+
+/// A track as a list box shows it.
+struct MusicLine {
+    QString list;
+    QString track;
+};
+
+/// The tracks that no record names, list by list in the order of the list boxes: the player shows
+/// them and plays nothing. `index` is the project's.
+QList<MusicLine> silentTracks(const Project& project, const TrackIndex& index);
+
+/// A name as a list of names shows it: cut where it was numbered so often that it is too long.
+QString shortName(const QString& name);
+
+/// "list / track", both short.
+QString shortName(const MusicLine& line);
 
 /// Appends a track to the current list under the unique form of `name` that `names` finds, and
 /// returns that. `names` must know the tracks of the current list. The track has no record yet.

@@ -117,6 +117,16 @@ QStringList tracksOfMusicList(const Project& project, const QString& list) {
     return project.lstMuTrack.value(slotOfMusicList(project, list));
 }
 
+MusicListIndex::MusicListIndex(const Project& project) : project_(project) {
+    slots_.reserve(project.MusicListNames.size());
+    for (int slot = 0; slot < project.MusicListNames.size(); ++slot)
+        slots_.insert(project.MusicListNames[slot], slot);  // the last of several stays
+}
+
+QStringList MusicListIndex::tracks(const QString& list) const {
+    return project_.lstMuTrack.value(slots_.value(list, -1));
+}
+
 TrackIndex::TrackIndex(const Project& project) {
     music_.reserve(project.TrackTable.size());
     for (qsizetype i = 1; i < project.TrackTable.size(); ++i) {

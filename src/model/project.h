@@ -93,6 +93,20 @@ int slotOfMusicList(const Project& project, const QString& list);
 /// The tracks of a list in the order of its list box; empty when there is no such list.
 QStringList tracksOfMusicList(const Project& project, const QString& list);
 
+/// Finds the tracks of music lists by their names. Built once for an operation on many lists, valid
+/// while no list is added, renamed or removed.
+class MusicListIndex {
+ public:
+    explicit MusicListIndex(const Project& project);
+
+    /// As tracksOfMusicList().
+    QStringList tracks(const QString& list) const;
+
+ private:
+    const Project& project_;
+    QHash<QString, int> slots_;
+};
+
 /// Finds records of `TrackTable` by what identifies them. Built once for an operation, valid while
 /// the table is not changed.
 class TrackIndex {

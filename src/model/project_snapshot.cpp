@@ -169,8 +169,9 @@ std::optional<QByteArray> bodyOf(const QByteArray& bytes) {
 SnapshotCounts countsOf(const Project& project) {
     SnapshotCounts counts{.lists = int(project.lstMuList.size()),
                           .titles = int(project.lstSpTitles.size())};
+    const MusicListIndex lists(project);
     for (const QString& list : project.lstMuList)
-        counts.tracks += int(tracksOfMusicList(project, list).size());
+        counts.tracks += int(lists.tracks(list).size());
     return counts;
 }
 

@@ -100,12 +100,14 @@ TEST(CardFile, MusicFollowsTheListBox) {
     addTrack(project, "B", "one", "1b");  // two records of one name stay together
     addTrack(project, "Gone", "y", "4");
     project.lstMuList = {"A", "B"};
-    project.lstMuTrack[slotOfMusicList(project, "B")] = {"one", "without file", "two"};
+    project.lstMuTrack[slotOfMusicList(project, "B")] = {"one", "without file", "01 one", "two"};
     QStringList paths;
     for (const TrackRecord& record : projectRecords(project))
         if (isMusic(record))
             paths.append(record.sourcePath.text());
     EXPECT_EQ(paths, (QStringList{"3", "1", "1b", "2", "9"}));
+    // The second record of "one" brings a line of its own back.
+    EXPECT_EQ(silentTracks(project, TrackIndex(project)).size(), 2);
     EXPECT_EQ(tracksWithoutFile(project), QStringList("B / without file"));
     addMusicList(project, "New");
     EXPECT_EQ(listsWithoutFile(project), QStringList("New"));
