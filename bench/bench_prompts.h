@@ -15,6 +15,10 @@ class BenchPrompts : public Prompts {
 
     void tell(const Message& message) override { told.append(message.text); }
     bool ask(const Message&, bool) override { return true; }
+    bool offer(const Message& message, const QString&) override {
+        told.append(message.text);
+        return true;
+    }
     QString openFile(const FileRequest&) override { return path; }
     QString saveFile(const FileRequest&) override { return path; }
     QString pickFolder(const QString&, const QString&) override { return path; }

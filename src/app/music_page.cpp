@@ -6,6 +6,7 @@
 
 #include "app/list_view_tools.h"
 #include "editor/displays.h"
+#include "editor/give_files.h"
 #include "editor/music_folder_import.h"
 #include "editor/playlist_import.h"
 #include "model/music_lists.h"
@@ -325,11 +326,27 @@ void MusicPage::importList(const std::function<ImportResult(const KeepGoing&)>& 
                 lstMuTrack_Click();
             }
         }
+        if (result.outcome == ImportResult::Outcome::Imported)
+            offerFiles(result.list);
     } catch (const TessalyError& error) {
         progress.reset();
         services_.prompts.tell({.text = error.description, .icon = Message::Icon::Exclamation});
     }
     edited();
+}
+
+// Says which tracks of a new list are silent, and makes them play when that is wanted.
+void MusicPage::offerFiles(const QString& list) {
+    const QString namesakes = namesakesText(project_, list);
+    if (namesakes.isEmpty() ||
+        !services_.prompts.offer(
+            {.text = namesakes + "\r\r" + NamesakesFate.toString() +
+                     "  \"Give each its file\" makes each track play the file it was made of.",
+             .icon = Message::Icon::Exclamation},
+            "Give each its file"))
+        return;
+    giveEachItsFile(project_, {list});
+    lstMuTrack_Click();
 }
 
 void MusicPage::buttAddMuItunesPlaylist_Click() {

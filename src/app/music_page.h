@@ -53,6 +53,7 @@ class MusicPage : public Page {
     void showFile();
     void clearFile();
     void edited();
+    void offerFiles(const QString& list);
     void importList(const std::function<ImportResult(const KeepGoing&)>& run);
 
     Project& project_;

@@ -34,7 +34,7 @@ QMessageBox::Icon iconOf(Message::Icon icon) {
 }
 
 int show(const Message& message, QMessageBox::StandardButtons buttons,
-         QMessageBox::StandardButton defaultButton) {
+         QMessageBox::StandardButton defaultButton, const QString& action = {}) {
     QString text = message.text;
     text.replace("\r\n", "\n").replace('\r', '\n');
     QMessageBox box(
@@ -43,6 +43,8 @@ int show(const Message& message, QMessageBox::StandardButtons buttons,
         buttons, QApplication::activeWindow());
     box.setTextFormat(Qt::PlainText);
     box.setDefaultButton(defaultButton);
+    if (QAbstractButton* button = box.button(QMessageBox::Apply))
+        button->setText(action);
     return box.exec();
 }
 
@@ -55,6 +57,11 @@ void QtPrompts::tell(const Message& message) {
 bool QtPrompts::ask(const Message& question, bool defaultsToNo) {
     return show(question, QMessageBox::Yes | QMessageBox::No,
                 defaultsToNo ? QMessageBox::No : QMessageBox::Yes) == QMessageBox::Yes;
+}
+
+bool QtPrompts::offer(const Message& message, const QString& action) {
+    return show(message, QMessageBox::Ok | QMessageBox::Apply, QMessageBox::Ok, action) ==
+           QMessageBox::Apply;
 }
 
 QString QtPrompts::openFile(const FileRequest& request) {

@@ -11,6 +11,7 @@ class QtPrompts : public Prompts {
  public:
     void tell(const Message& message) override;
     bool ask(const Message& question, bool defaultsToNo) override;
+    bool offer(const Message& message, const QString& action) override;
     QString openFile(const FileRequest& request) override;
     QString saveFile(const FileRequest& request) override;
     QString pickFolder(const QString& caption, const QString& start) override;

@@ -36,9 +36,9 @@ quint16 identifierValue(const std::string& text) {
 struct Texts {
     std::string appFolder;
     std::string project, source, output, hexOutput, identifier, card, file;
-    bool titlesFromTags = false, append = false, json = false, settingsOnly = false,
-         noVerify = false;
-    bool erase = false, yes = false;
+    bool titlesFromTags = false, append = false, giveEachItsFile = false, json = false,
+         settingsOnly = false, noVerify = false;
+    bool erase = false, yes = false, strict = false;
 };
 
 class CommandLine {
@@ -111,12 +111,15 @@ class CommandLine {
                     "Entries that a playlist import leaves out are named on standard error.",
                     [this] {
                         return importCommand({path(texts_.source), path(texts_.output),
-                                              texts_.titlesFromTags, texts_.append});
+                                              texts_.titlesFromTags, texts_.append,
+                                              texts_.giveEachItsFile});
                     });
         addPath(sub, "source", texts_.source, "Folder or playlist", "SOURCE");
         addPath(sub, "--output,-o", texts_.output, "Project file to write", "P.crd2");
         sub->add_flag("--append", texts_.append,
                       "Add the one music list to the project that P.crd2 holds");
+        sub->add_flag("--give-each-its-file", texts_.giveEachItsFile,
+                      "Give tracks that have the name of another the files they were made of");
         sub->add_flag("--titles-from-tags", texts_.titlesFromTags,
                       "Name the tracks below Music/ by their title tag, as the other imports do "
                       "anyway");
@@ -126,11 +129,13 @@ class CommandLine {
         CLI::App* sub =
             command("check", "Say what is wrong with a project before a card is written",
                     "tessaly-cli check tour.crd2 --card /media/me/CARD", [this] {
-                        return checkCommand({path(texts_.project), path(texts_.card), texts_.json});
+                        return checkCommand(
+                            {path(texts_.project), path(texts_.card), texts_.json, texts_.strict});
                     });
         addPath(sub, "project", texts_.project, "Project file", "P.crd2");
         sub->add_option("--card", texts_.card, "Judge this card too")->type_name("DIR");
         sub->add_flag("--json", texts_.json, "Print JSON");
+        sub->add_flag("--strict", texts_.strict, "End with 3 on warnings, too");
     }
 
     void addImage() {
@@ -161,7 +166,7 @@ class CommandLine {
             "card's files; --erase takes any other folder, but no whole fixed disk.",
             [this] {
                 return createCommand({path(texts_.project), path(texts_.card), texts_.settingsOnly,
-                                      texts_.noVerify, texts_.erase, texts_.yes},
+                                      texts_.noVerify, texts_.erase, texts_.yes, texts_.strict},
                                      folders());
             });
         addPath(sub, "project", texts_.project, "Project file", "P.crd2");
@@ -171,6 +176,8 @@ class CommandLine {
         sub->add_flag("--no-verify", texts_.noVerify, "Do not read the files back");
         sub->add_flag("--erase", texts_.erase, "Erase whatever else is in the folder");
         sub->add_flag("--yes", texts_.yes, "Do not ask");
+        sub->add_flag("--strict", texts_.strict,
+                      "Write nothing and end with 3 when the checks warn");
     }
 
     void addVerify() {

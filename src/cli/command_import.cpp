@@ -4,6 +4,7 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "editor/folder_import.h"
+#include "editor/give_files.h"
 #include "editor/music_folder_import.h"
 #include "editor/playlist_import.h"
 #include "model/card_file.h"
@@ -80,6 +81,15 @@ int importList(const ImportOptions& options, FileSystem& files, const Mp3Tags& t
         printError(oneLine(message.text));
     if (result.outcome != ImportResult::Outcome::Imported)
         return Failed;
+    if (const QString namesakes = namesakesText(project, result.list); !namesakes.isEmpty()) {
+        if (options.giveEachItsFile) {
+            giveEachItsFile(project, {result.list});
+            printError("note: " + oneLine(namesakes) + " Each has its own file now.");
+        } else {
+            printError("warning: " + oneLine(namesakes) + ' ' + NamesakesFate.toString() +
+                       " Say --give-each-its-file to make them play.");
+        }
+    }
     save(files, options.output, project);
     const QString line = QString("%1: the music list \"%2\" with %3 tracks")
                              .arg(QDir::toNativeSeparators(options.output), oneLine(result.list),

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "card/app_folders.h"
+#include "card/card_checks.h"
 #include "model/project.h"
 #include "platform/file_system.h"
 
@@ -16,13 +17,15 @@ struct ImportOptions {
     QString source;  ///< folder or playlist
     QString output;
     bool titlesFromTags = false;
-    bool append = false;  ///< to the project that `output` is
+    bool append = false;           ///< to the project that `output` is
+    bool giveEachItsFile = false;  ///< to tracks that have the name of another
 };
 
 struct CheckOptions {
     QString project;
     QString card;  ///< empty: judge the project alone
     bool json = false;
+    bool strict = false;  ///< warnings count as what blocks
 };
 
 struct ImageOptions {
@@ -39,6 +42,7 @@ struct CreateOptions {
     bool noVerify = false;
     bool erase = false;
     bool yes = false;
+    bool strict = false;  ///< warnings keep the card from being written
 };
 
 struct FirmwareOptions {
@@ -61,5 +65,12 @@ int showCommand(const ShowOptions& options);
 
 /// A project file opened by a command. Throws when it is not read to its end.
 Project openProject(FileSystem& files, const QString& path);
+
+/// Measures a project's files, once, and judges it with the folder `root` as its card, or without
+/// one when that is empty.
+CardChecks checksOf(const Project& project, const QString& root, const FileSystem& files);
+
+/// A result's text and what it is about, the first `most` by name.
+QString inOneLine(const CheckResult& result, qsizetype most);
 
 }  // namespace tessaly::cli

@@ -34,6 +34,10 @@ class Prompts {
     /// Yes or No. `defaultsToNo` puts the key Enter on No.
     virtual bool ask(const Message& question, bool defaultsToNo = false) = 0;
 
+    /// Tells something and offers to do something about it. True when that was chosen; the key
+    /// Enter chooses nothing.
+    virtual bool offer(const Message& message, const QString& action) = 0;
+
     /// The chosen file; empty when cancelled.
     virtual QString openFile(const FileRequest& request) = 0;
     /// The chosen file, overwriting confirmed; empty when cancelled.

@@ -124,6 +124,20 @@ TEST(MusicPage, ImportsMakeListsOrNothing) {
     }
     EXPECT_EQ(bench.items("lstMuList"), (QStringList{"Harbour Morning", "Party"}));
 
+    // Files of one name: the last one is on view, and gets its file when that is wanted.
+    for (const char* file : {"Sonatas/Piano Sonata No. 1.mp3", "Sonatas/Piano Sonata No. 2.mp3"})
+        bench.scratch.write(file, "x");
+    for (const bool give : {false, true}) {
+        bench.prompts.answers = {give};
+        bench.browse("buttAddMuListDir", bench.scratch.path("Sonatas"));
+        EXPECT_EQ(bench.prompts.offered, QStringList("Give each its file"));
+        EXPECT_TRUE(bench.prompts.takeTexts().value(0).startsWith("1 track of the music list"));
+        EXPECT_EQ(bench.selected("lstMuTrack"), "01 Piano Sonata No.");
+        EXPECT_EQ(bench.field("txtMuFile"),
+                  give ? bench.scratch.path("Sonatas/Piano Sonata No. 2.mp3") : "");
+        bench.click("buttDelMuList");
+    }
+
     // Cancelled in the middle: nothing is left of the list.
     for (int i = 0; i < 30; ++i)
         bench.scratch.write(QString("many/%1.mp3").arg(i), "x");

@@ -1,5 +1,7 @@
 #include "editor/music_folder_import.h"
 
+#include "editor/give_files.h"
+#include "editor/music_editor.h"
 #include "model/music_lists.h"
 #include "platform/error.h"
 #include "platform/local_file_system.h"
@@ -53,6 +55,65 @@ TEST(MusicFolderImport, TakesFilesInTheOrderOfTheirNames) {
               scratch.path("Summer Evenings at Sea/10.mp3"));
     EXPECT_EQ(importMusicFolder(project, Files, tags, scratch.path("Summer Evenings at Sea")).list,
               "01 Summer Evenings ");
+}
+
+TEST(MusicFolderImport, TracksOfOneNameCanGetTheirFiles) {
+    const struct {
+        QStringList titles;       // of the files 0, 1, 2, ...
+        QStringList silent;       // lines that have no file then
+        QStringList files;        // of all lines in the end; "-" for none
+        QStringList gone = {};    // lines that the operator removed meanwhile
+        QStringList chosen = {};  // lines that got the file "x" by hand
+    } cases[] = {
+        {{"a", "b"}, {}, {"0", "1"}},
+        {{"T", "T", "a", "T"}, {"01 T", "02 T"}, {"0", "1", "2", "3"}},
+        // A title that looks like a number in front of another.
+        {{"T", "T", "01 T"}, {"01 01 T"}, {"0", "1", "2"}},
+        {{"T", "01 T", "T"}, {"02 T"}, {"0", "1", "2"}},
+        {{"T", "T", "01 T", "01 T"}, {"01 01 T", "02 01 T"}, {"0", "1", "2", "3"}},
+        {{"T", "T", "T"}, {"01 T", "02 T"}, {"0", "2"}, {"01 T"}},
+        {{"T", "T", "T"}, {"01 T", "02 T"}, {"0", "x", "2"}, {}, {"01 T"}},
+    };
+    for (const auto& [titles, silent, wanted, gone, chosen] : cases) {
+        SCOPED_TRACE(titles.join('|').toStdString());
+        QList<ImportedTrack> tracks;
+        for (const QString& title : titles)
+            tracks.append({title, QString::number(tracks.size())});
+        Project project;
+        addImportedList(project, "L", tracks, RecordNames::AsFound);
+        EXPECT_EQ(namesakesText(project, "L").isEmpty(), silent.isEmpty());
+        EXPECT_TRUE(namesakesText(project, "L").contains(silent.join("\", \"")));
+        const auto fileOf = [&](const QString& line) {
+            const TrackRecord* record = TrackIndex(project).music("L", line);
+            return record ? record->sourcePath.text() : QString("-");
+        };
+        QStringList& lines = project.lstMuTrack[0];
+        for (const QString& line : gone)
+            lines.removeOne(line);
+        for (const QString& line : chosen)
+            chooseMusicFile(project, {0, int(lines.indexOf(line))}, "x");
+        // What played a file plays it afterwards; what was silent plays the line's.
+        QHash<QString, QString> played;
+        for (const QString& line : lines)
+            played[fileOf(line)] = line;
+        for (const QString& file : played.keys()) {
+            Project before = project;
+            before.TriggerTable[0].sourcePath = "music";
+            before.TriggerTable[0].groupName = "L";
+            before.TriggerTable[0].itemName = played[file];
+            giveEachItsFile(before, {"L"});
+            const TrackRecord* now =
+                TrackIndex(before).music("L", before.TriggerTable[0].itemName.text());
+            EXPECT_TRUE(file == "-" || (now && now->sourcePath.is(file)));
+        }
+        EXPECT_EQ(canGiveEachItsFile(project, {"L"}), !silent.isEmpty());
+        EXPECT_TRUE(isMarkedBy(project, [&] { giveEachItsFile(project, {"L"}); }));
+        QStringList files;
+        for (const QString& line : lines)
+            files.append(fileOf(line));
+        EXPECT_EQ(files, wanted);
+        EXPECT_FALSE(canGiveEachItsFile(project, {"L"}));
+    }
 }
 
 TEST(MusicFolderImport, WithoutFilesOrWhenCancelledMakesNothing) {

@@ -21,15 +21,15 @@ class ScriptedPrompts : public Prompts {
         bool defaultsToNo = false;
     };
 
-    QList<bool> answers;  ///< to questions, in turn
+    QList<bool> answers;  ///< to questions and offers, in turn
     QStringList paths;    ///< to file, folder and drive dialogs, in turn; empty: cancelled
     QStringList inputs;   ///< to input boxes, in turn; null: cancelled
     QList<int> lines;     ///< to lists, in turn
 
     QList<Shown> shown;        ///< everything that was told or asked
     QList<FileRequest> files;  ///< file dialogs that were opened
-    QStringList offered;       ///< lines of the last list, or the input box's prompt and text
-    QStringList documents;     ///< files that were to be shown
+    QStringList offered;    ///< lines of the last list, the input box's prompt and text, or action
+    QStringList documents;  ///< files that were to be shown
     bool hasViewer = true;
     int beeps = 0;
     std::function<void(const Shown&)> onShown = [](const Shown&) {};
@@ -48,6 +48,11 @@ class ScriptedPrompts : public Prompts {
     bool ask(const Message& question, bool defaultsToNo) override {
         note(question, true, defaultsToNo);
         return take(answers, question.text, false);
+    }
+    bool offer(const Message& message, const QString& action) override {
+        note(message, true, true);
+        offered = {action};
+        return take(answers, message.text, false);
     }
     QString openFile(const FileRequest& request) override {
         files.append(request);
