@@ -103,12 +103,37 @@ void checks(benchmark::State& state) {
     const Project project = speechProject(int(state.range(0)), 16);
     const InstantFiles files;
     const InstantDrives drives;
-    for (auto _ : state) {
-        CardTotals totals;
-        benchmark::DoNotOptimize(runCardChecks(project, "E:\\", files, drives, totals));
-    }
+    for (auto _ : state)
+        benchmark::DoNotOptimize(
+            runCardChecks(project, measureSources(project, files), "E:\\", drives, 0));
 }
 BENCHMARK(checks)->Arg(300)->Arg(600)->Unit(benchmark::kNanosecond);
+
+// A damaged file may bring any number of lists.
+void manyLists(benchmark::State& state) {
+    Project made;
+    UniqueNames lists;
+    for (int i = 0; i < state.range(0); ++i) {
+        addMusicList(made, QString("List %1").arg(i), lists);
+        UniqueNames tracks;
+        TrackRecord record;
+        record.kind = "music";
+        record.itemName = addMusicTrack(made, "Track", tracks);
+        record.groupName = made.lstMuList.last();
+        record.sourcePath = QString("C:\\Music\\%1.mp3").arg(i);
+        made.TrackTable.append(record);
+    }
+    const QByteArray bytes = encodeProject(made);
+    const InstantFiles files;
+    const InstantDrives drives;
+    for (auto _ : state) {
+        Project project;
+        applyRecords(parseRecords(bytes).records, project);
+        benchmark::DoNotOptimize(
+            runCardChecks(project, measureSources(project, files), "E:\\", drives, 0));
+    }
+}
+BENCHMARK(manyLists)->Arg(40'000)->Arg(80'000);
 
 const SourceFolder& sources() {
     static const SourceFolder folder(9995);
@@ -174,6 +199,7 @@ int main(int argc, char** argv) {
     promises.check("project of 9,995 records, write", ms["writeProject/9995"], 20, "ms");
     promises.check("project of 9,995 records, read", ms["readProjectBytes/9995"], 20, "ms");
     promises.check("checks of 600 titles in 16 languages", ms["checks/600"], 20, "ms");
+    promises.check("80,000 lists, read and checked", ms["manyLists/80000"], 2000, "ms");
     promises.check("summary of 9,995 files : one stat each",
                    ms["summary/9995"] / ms["plainStat/9995"], 1.3, "x");
     promises.check("add the 9,995th track and its file", ms["addTrack/9995"], 20, "ms");
@@ -185,6 +211,7 @@ int main(int argc, char** argv) {
                               {"writeProject/9995", "writeProject/19990"},
                               {"readProjectBytes/9995", "readProjectBytes/19990"},
                               {"checks/300", "checks/600"},
+                              {"manyLists/40000", "manyLists/80000"},
                               {"summary/4997", "summary/9995"}};
     for (const auto& [once, twice] : pairs)
         promises.check(std::string("twice the work: ") + twice, ms[twice] / ms[once], 2.2, "x");

@@ -17,10 +17,10 @@ _tessaly_cli()
     local options= ending=
     case $command in
         "")       options="-h --help --version --app-folder" ;;
-        import)   options="-h --help -o --output --append --titles-from-tags" ending="txt|m3u|M3U" ;;
-        check)    options="-h --help --card --json" ending=crd2 ;;
+        import)   options="-h --help -o --output --append --give-each-its-file --titles-from-tags" ending="txt|m3u|M3U" ;;
+        check)    options="-h --help --card --json --strict" ending=crd2 ;;
         image)    options="-h --help -o --output --hex --identifier" ending=crd2 ;;
-        create)   options="-h --help --card --settings-only --no-verify --erase --yes" ending=crd2 ;;
+        create)   options="-h --help --card --settings-only --no-verify --erase --yes --strict" ending=crd2 ;;
         verify)   options="-h --help" ;;
         firmware) options="-h --help --yes" ;;
         show)     options="-h --help --json" ending="crd2|xd3|hex|bin" ;;

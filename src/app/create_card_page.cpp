@@ -10,6 +10,7 @@
 #include "app/status_circle.h"
 #include "card/card_guards.h"
 #include "card/firmware.h"
+#include "editor/give_files.h"
 #include "platform/error.h"
 #include "platform/error_numbers.h"
 #include "platform/paths.h"
@@ -51,7 +52,8 @@ CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services
       writer_(services.files, services.drives),
       totals_(totals) {
     ui_->setupUi(this);
-    for (QListWidget* list : {ui_->lstBadMuLists, ui_->lstBadLangs, ui_->lstBadSpTitles}) {
+    for (QListWidget* list : {ui_->lstBadMuLists, ui_->lstBadLangs, ui_->lstBadSpTitles,
+                              ui_->lstSilentTracks, ui_->lstEmptyFiles}) {
         list->setFont(fixedFont(font()));
         list->hide();
     }
@@ -70,6 +72,7 @@ CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services
     clicked(ui_->buttCreateCard, &CreateCardPage::buttCreateCard_Click);
     clicked(ui_->buttCreateXD3, &CreateCardPage::buttCreateXD3_Click);
     clicked(ui_->buttUpdateFirmware, &CreateCardPage::buttUpdateFirmware_Click);
+    clicked(ui_->buttGiveFiles, &CreateCardPage::buttGiveFiles_Click);
     clicked(ui_->buttCancelWrite, &CreateCardPage::buttCancelWrite_Click);
     clicked(ui_->buttEndUpdate, &CreateCardPage::endUpdate);
 }
@@ -85,8 +88,11 @@ void CreateCardPage::showProject() {
 
 void CreateCardPage::runCardChecks() {
     checksDue_ = false;
-    showChecks(tessaly::runCardChecks(session_.project, session_.project.cfDrive, services_.files,
-                                      services_.drives, totals_));
+    const CardChecks checks =
+        tessaly::runCardChecks(session_.project, measureSources(session_.project, services_.files),
+                               session_.project.cfDrive, services_.drives, totals_.totalCardBytes);
+    totals_ = checks.totals;
+    showChecks(checks);
     emit totalsMeasured();
 }
 
@@ -108,6 +114,7 @@ void CreateCardPage::showChecks(const CardChecks& checks) {
     showResult(checks.cardPresent, ui_->crcCFCardPresent, ui_->lblCFCardPresent);
     showResult(checks.cardBigEnough, ui_->crcCFCardBigEnough, ui_->lblCFCardBigEnough);
     showResult(checks.trackCount, ui_->crcCheckTrackCount, ui_->lblCheckTrackCount);
+    showWarnings(checks);
     showProblems(checks);
 
     if (checks.updateFirmwareEnabled)
@@ -116,12 +123,28 @@ void CreateCardPage::showChecks(const CardChecks& checks) {
     ui_->buttCreateXD3->setEnabled(!checks.blocked);
 }
 
+// What is shown only when there is something to say.
+void CreateCardPage::showWarnings(const CardChecks& checks) {
+    showResult(checks.silentTracks, ui_->crcSilentTracks, ui_->lblSilentTracks);
+    showOffenders(checks.silentTracks.offenders, ui_->lstSilentTracks);
+    const bool isAnySilent = checks.silentTracks.verdict == Verdict::Yellow;
+    ui_->fraSilentTracks->setVisible(checks.hasItems && isAnySilent);
+    ui_->buttGiveFiles->setEnabled(
+        isAnySilent && canGiveEachItsFile(session_.project, session_.project.lstMuList));
+    showResult(checks.emptyFiles, ui_->crcEmptyFiles, ui_->lblEmptyFiles);
+    showOffenders(checks.emptyFiles.offenders, ui_->lstEmptyFiles);
+    ui_->fraEmptyFiles->setVisible(checks.emptyFiles.verdict == Verdict::Yellow);
+    showResult(checks.fileNumbers, ui_->crcFileNumbers, ui_->lblFileNumbers);
+    for (QWidget* widget :
+         {static_cast<QWidget*>(ui_->crcFileNumbers), static_cast<QWidget*>(ui_->lblFileNumbers)})
+        widget->setVisible(checks.fileNumbers.verdict == Verdict::Yellow);
+}
+
 // What blocks without a panel of its own: source files that are gone and limits of the formats.
 void CreateCardPage::showProblems(const CardChecks& checks) {
     QStringList problems = checks.exceededLimits;
-    if (checks.totals.missingFileFlag)
-        for (const QString& path : missingSourceFiles(session_.project, services_.files))
-            problems.append(tr("Cannot find file ") + path);
+    for (const QString& path : checks.missingFiles)
+        problems.append(tr("Cannot find file ") + path);
     if (problems.size() > ProblemsShown) {
         const qsizetype more = problems.size() - ProblemsShown;
         problems.resize(ProblemsShown);
@@ -156,6 +179,12 @@ void CreateCardPage::buttSelectCF_Click() {
 
 void CreateCardPage::buttCFCheckAgain_Click() {
     session_.project.unsavedChanges = true;
+    emit projectChanged();
+    showProject();
+}
+
+void CreateCardPage::buttGiveFiles_Click() {
+    giveEachItsFile(session_.project, session_.project.lstMuList);
     emit projectChanged();
     showProject();
 }

@@ -55,11 +55,13 @@ class CreateCardPage : public Page {
     void buttCreateCard_Click();
     void buttCreateXD3_Click();
     void buttUpdateFirmware_Click();
+    void buttGiveFiles_Click();
     void buttCancelWrite_Click();
 
     void runCardChecks();
     void showChecks(const CardChecks& checks);
     void showProblems(const CardChecks& checks);
+    void showWarnings(const CardChecks& checks);
     void showUpdateBegun();
     bool askToStop();
     void write(bool settingsOnly);

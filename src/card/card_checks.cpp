@@ -1,9 +1,10 @@
 #include "card/card_checks.h"
 
-#include <algorithm>
+#include <QDir>
 
 #include "image/image_limits.h"
 #include "model/format_limits.h"
+#include "model/music_lists.h"
 #include "platform/error.h"
 #include "platform/error_numbers.h"
 
@@ -48,6 +49,46 @@ void checkItems(const Project& project, CardChecks& checks) {
                "The following Speech Title - Language pairs have no corresponding MP3 file.  This "
                "IS allowable, just make sure it's what you want!",
                "Speech Titles OK - All speech titles are present in all languages.");
+    QStringList silent;
+    for (const MusicLine& line : silentTracks(project, index))
+        silent.append(shortName(line));
+    checks.silentTracks =
+        judged(Verdict::Yellow, silent, "These tracks have no MP3 file and stay silent:", "");
+}
+
+void checkSources(const SourceFiles& sources, CardChecks& checks) {
+    QStringList empty;
+    const auto look = [&](const SourceFile& source) {
+        if (source.size == 0)
+            empty.append(QDir::toNativeSeparators(source.path));
+    };
+    for (const SourceFile& source : sources.tracks) {
+        look(source);
+        if (!source.size)
+            checks.missingFiles.append(source.path);
+    }
+    if (sources.chime)
+        look(*sources.chime);
+    empty.removeDuplicates();
+    checks.emptyFiles =
+        judged(Verdict::Yellow, empty, "These MP3 files are empty and play nothing:", "");
+}
+
+void checkTrackCount(CardChecks& checks) {
+    const int count = checks.totals.trackCount;
+    checks.trackCount =
+        count > limits::TrackFiles
+            ? CheckResult{Verdict::Red, "Too many tracks, limit is 9995", {}, true}
+            : CheckResult{Verdict::Green, "Number of tracks is within limit", {}, true};
+    checks.fileNumbers = {Verdict::Green, {}, {}, true};
+    if (count > limits::FlagFreeNumber)
+        checks.fileNumbers = {Verdict::Yellow,
+                              QString("File numbers above %1 run into the player's playback flags: "
+                                      "the project has %2 files")
+                                  .arg(limits::FlagFreeNumber)
+                                  .arg(count),
+                              {},
+                              true};
 }
 
 // Whether the drive keeps the card from being written.
@@ -82,29 +123,35 @@ bool checkDrive(const QString& cfDrive, const Drives& drives, qint64 totalCardBy
 
 }  // namespace
 
-CardChecks runCardChecks(const Project& project, const QString& cfDrive, const FileSystem& files,
-                         const Drives& drives, CardTotals& totals) {
+CardChecks runCardChecks(const Project& project, const SourceFiles& sources, const QString& cfDrive,
+                         const Drives& drives, qint64 totalCardBytes) {
     CardChecks checks;
-    checks.hasItems =
-        std::any_of(project.TrackTable.begin(), project.TrackTable.end(), isTrackFile);
+    checks.hasItems = !sources.tracks.isEmpty();
     checkItems(project, checks);
-    const bool driveBlocks = checkDrive(cfDrive, drives, totals.totalCardBytes, checks);
-    totals = updateSummary(project, files);
-    checks.totals = totals;
-    const bool tooMany = totals.trackCount > limits::TrackFiles;
-    checks.trackCount =
-        tooMany ? CheckResult{Verdict::Red, "Too many tracks, limit is 9995", {}, true}
-                : CheckResult{Verdict::Green, "Number of tracks is within limit", {}, true};
+    const bool driveBlocks = checkDrive(cfDrive, drives, totalCardBytes, checks);
+    checks.totals = updateSummary(sources);
+    checkSources(sources, checks);
+    checkTrackCount(checks);
     for (const LimitViolation& violation : limitViolations(project))
         if (violation.errorNumber != error_number::TooManyFiles)
             checks.exceededLimits.append(violation.text);
-    checks.exceededLimits.append(totals.tooLargeFiles);
+    checks.exceededLimits.append(checks.totals.tooLargeFiles);
 
     checks.projectBlocked = checks.musicLists.verdict == Verdict::Red ||
-                            checks.languages.verdict == Verdict::Red || totals.missingFileFlag ||
-                            tooMany || !checks.exceededLimits.isEmpty();
+                            checks.languages.verdict == Verdict::Red ||
+                            checks.trackCount.verdict == Verdict::Red ||
+                            checks.totals.missingFileFlag || !checks.exceededLimits.isEmpty();
     checks.blocked = checks.projectBlocked || driveBlocks;
     return checks;
+}
+
+QList<CheckResult> warningsOf(const CardChecks& checks) {
+    QList<CheckResult> warnings;
+    for (const CheckResult* check :
+         {&checks.speechTitles, &checks.silentTracks, &checks.emptyFiles, &checks.fileNumbers})
+        if (check->verdict == Verdict::Yellow)
+            warnings.append(*check);
+    return warnings;
 }
 
 }  // namespace tessaly

@@ -7,7 +7,6 @@
 #include "card/card_summary.h"
 #include "model/project.h"
 #include "platform/drives.h"
-#include "platform/file_system.h"
 
 namespace tessaly {
 
@@ -36,6 +35,11 @@ struct CardChecks {
     CheckResult cardPresent;
     CheckResult cardBigEnough;
     CheckResult trackCount;
+    // These three are yellow, or green without a text.
+    CheckResult silentTracks;  ///< tracks that the player shows but has no file for
+    CheckResult emptyFiles;    ///< source files of 0 bytes
+    CheckResult fileNumbers;   ///< numbers that the player mistakes for attributes
+    QStringList missingFiles;  ///< source files that cannot be measured, in table order
     /// Limits of the card's formats that the project exceeds, each a sentence. They block too.
     QStringList exceededLimits;
     /// The new enabled state of the firmware button; nothing leaves it as it was.
@@ -48,9 +52,13 @@ struct CardChecks {
 /// The text of the panel that replaces the others while a project has no files.
 inline constexpr QStringView NoFilesText = u"There are no Speech or Music files selected.";
 
-/// Judges a project and the drive `cfDrive` (a root, or empty when none is chosen). The capacity is
-/// compared with `totals`, which is measured anew afterwards.
-CardChecks runCardChecks(const Project& project, const QString& cfDrive, const FileSystem& files,
-                         const Drives& drives, CardTotals& totals);
+/// Judges a project, its source files and the drive `cfDrive` (a root, or empty when none is
+/// chosen). The capacity is compared with `totalCardBytes`, those of the summary before.
+CardChecks runCardChecks(const Project& project, const SourceFiles& sources, const QString& cfDrive,
+                         const Drives& drives, qint64 totalCardBytes);
+
+/// Everything that is allowed but that an operator wants to know before a card is written: the
+/// yellow results.
+QList<CheckResult> warningsOf(const CardChecks& checks);
 
 }  // namespace tessaly

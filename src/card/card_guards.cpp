@@ -28,8 +28,16 @@ class HoldingFolder {
     HoldingFolder(const FileSystem& files, const QString& folder)
         : files_(files), identity_(files.identity(folder)) {}
 
-    bool isOrHolds(const QString& path) {
-        QString place = files_.canonicalPath(path);
+    bool isOrHolds(const QString& path) { return isAtOrAbove(files_.canonicalPath(path)); }
+
+    // The same for a path that leads to a file, which itself is no folder: it is not asked about.
+    bool holdsFile(const QString& path) {
+        const QString place = files_.canonicalPath(path);
+        return !place.isEmpty() && isAtOrAbove(QFileInfo(place).path());
+    }
+
+ private:
+    bool isAtOrAbove(QString place) {
         QStringList passed;
         bool holds = false;
         while (!place.isEmpty() && !outside_.contains(place)) {
@@ -46,7 +54,6 @@ class HoldingFolder {
         return holds;
     }
 
- private:
     const FileSystem& files_;
     std::optional<FileIdentity> identity_;
     QSet<QString> outside_;  // places known to be elsewhere, with all that is above them
@@ -185,16 +192,20 @@ void refuseHoldingMounts(const Drives& drives, const QString& root) {
                                .arg(native(root), native(mounts.first())));
 }
 
-void refuseHoldingSources(const FileSystem& files, const QString& root, const QStringList& sources,
+void refuseHoldingSources(const FileSystem& files, const QString& root, const SourceFiles& sources,
                           const FileDone& fileDone) {
     HoldingFolder target(files, root);
-    for (const QString& source : sources) {
-        if (target.isOrHolds(source))
+    const auto refuseIfHeld = [&](const SourceFile& source) {
+        if (source.size ? target.holdsFile(source.path) : target.isOrHolds(source.path))
             throw TessalyError(error_number::HoldsSource,
                                QString("%1 holds the source file %2: erasing it would lose that.")
-                                   .arg(native(root), native(source)));
+                                   .arg(native(root), native(source.path)));
         fileDone();
-    }
+    };
+    for (const SourceFile& source : sources.tracks)
+        refuseIfHeld(source);
+    if (sources.chime)
+        refuseIfHeld(*sources.chime);
 }
 
 void requireWritable(const FileSystem& files, const Drives& drives, const QString& root) {
@@ -203,20 +214,16 @@ void requireWritable(const FileSystem& files, const Drives& drives, const QStrin
                            native(root) + ": the card is write-protected.");
 }
 
-void requireSameTracks(FileSystem& files, const QString& root, const Project& project,
+void requireSameTracks(FileSystem& files, const QString& root, const QList<SourceFile>& tracks,
                        const FileDone& fileDone) {
     bool isComplete = false;
     const QHash<QString, QByteArray> numbers = numbersOnCard(files, root, isComplete);
-    for (const TrackRecord& record : project.TrackTable) {
-        if (!isTrackFile(record))
-            continue;
-        const QString number = typeTagText(record);
+    for (const auto& [source, number, sourceSize] : tracks) {
         const QString cardFile = pathIn(root, card_name::track(number));
-        const QString source = record.sourcePath.text();
         const auto size = files.fileSize(cardFile);
         if (!size)
             cardDiffers(QString("The card has no file %1.").arg(card_name::track(number)));
-        if (size != files.fileSize(source))
+        if (size != sourceSize)
             cardDiffers(QString("%1 on the card has another size than %2.")
                             .arg(card_name::track(number), native(source)));
         const auto known = numbers.constFind(number);

@@ -2,11 +2,11 @@
 
 #include <QString>
 #include <QStringList>
-#include <functional>
 #include <optional>
 
 #include "card/app_folders.h"
 #include "card/card_space.h"
+#include "card/source_files.h"
 #include "model/project.h"
 #include "platform/drives.h"
 #include "platform/file_system.h"
@@ -15,9 +15,6 @@
 // TessalyError with a number of its own when it is not. `root` is the card's root folder.
 
 namespace tessaly {
-
-/// Called after each file that a guard looked at. May throw to end the work.
-using FileDone = std::function<void()>;
 
 /// What a card is known by while an operator is asked and the card is written: its root folder and
 /// its medium. Another FAT card in the same reader differs in the second alone.
@@ -60,16 +57,16 @@ void refuseHoldingMounts(const Drives& drives, const QString& root);
 /// Error 532 when one of `sources` is a file in `root` or below it. Paths that do not exist are
 /// passed over.
 void refuseHoldingSources(
-    const FileSystem& files, const QString& root, const QStringList& sources,
+    const FileSystem& files, const QString& root, const SourceFiles& sources,
     const FileDone& fileDone = [] {});
 
 /// Error 533 when `root` cannot be written.
 void requireWritable(const FileSystem& files, const Drives& drives, const QString& root);
 
-/// Error 536 unless every numbered file of `project` is on the card with the size of its source,
+/// Error 536 unless every numbered file of `tracks` is on the card with the size of its source,
 /// under the number that the card's own project gives it.
 void requireSameTracks(
-    FileSystem& files, const QString& root, const Project& project,
+    FileSystem& files, const QString& root, const QList<SourceFile>& tracks,
     const FileDone& fileDone = [] {});
 
 }  // namespace tessaly

@@ -32,11 +32,7 @@ CardRun::CardRun(FileSystem& files, const Drives& drives, CardJob job, CardIdent
       settingsOnly_(settingsOnly),
       stepCode_(stepCode),
       observer_(observer),
-      report_(report) {
-    for (const TrackRecord& record : snapshot_.TrackTable)
-        if (isTrackFile(record))
-            tracks_.append({record.sourcePath.text(), typeTagText(record)});
-}
+      report_(report) {}
 
 void CardRun::beginPhase(RunPhase phase, qint64 total) {
     if (phaseTimer_.isValid())
@@ -163,22 +159,20 @@ void CardRun::copyTracks() {
     for (const auto& file : settingsFiles())
         total += file.second;
     if (!settingsOnly_)
-        for (const Track& track : tracks_) {
-            total += files_.fileSize(track.source).value_or(0);
-            breatheAtTimes();
-        }
+        for (const SourceFile& track : sources_.tracks)
+            total += track.size.value_or(0);
     beginPhase(RunPhase::Copy, total);
     if (settingsOnly_)
         return;
     step(11);
     int done = 0;
-    for (const Track& track : tracks_) {
+    for (const SourceFile& track : sources_.tracks) {
         if (done > 0)
             observer_.setCaption(
-                QString("%1 of %2 files transferred").arg(done).arg(tracks_.size()));
+                QString("%1 of %2 files transferred").arg(done).arg(sources_.tracks.size()));
         observer_.setBarValue(++done);
         breathe();
-        copyToCard(track.source, card_name::track(track.number));
+        copyToCard(track.path, card_name::track(track.number));
     }
 }
 

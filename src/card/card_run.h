@@ -8,6 +8,7 @@
 #include "card/card_space.h"
 #include "card/card_writer.h"
 #include "card/file_copier.h"
+#include "card/source_files.h"
 #include "platform/paths.h"
 
 namespace tessaly {
@@ -37,11 +38,6 @@ class CardRun {
     void deleteTemporaryFiles();
 
  private:
-    struct Track {
-        QString source;
-        QString number;
-    };
-
     void step(int code) { stepCode_ = code; }
     QString work(const char* name) const { return pathIn(job_.workFolder, name); }
     bool hasChime() const { return usesChimeFile(snapshot_); }
@@ -71,7 +67,7 @@ class CardRun {
     CardRunObserver& observer_;
     CardRunReport& report_;
 
-    QList<Track> tracks_;
+    SourceFiles sources_;  // as checkSources() found them
     QByteArray hex_;
     QByteArray projectBytes_;
     std::unique_ptr<OutputFile> projectFile_;

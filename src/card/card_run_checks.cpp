@@ -25,15 +25,10 @@ bool isTrimmed(const QString& name) {
 void CardRun::checkSources() {
     beginPhase(RunPhase::Prepare, 0);
     step(200);
-    QString tooLarge;
-    for (const Track& track : tracks_) {
-        const auto size = files_.fileSize(track.source);
-        if (!size)
-            throw TessalyError(error_number::SourceMissing, "Cannot find file " + track.source);
-        if (tooLarge.isEmpty())
-            tooLarge = tooLargeForCard(track.source, *size);
-        breatheAtTimes();
-    }
+    sources_ = measureSources(snapshot_, files_, [this] { breatheAtTimes(); });
+    for (const SourceFile& track : sources_.tracks)
+        if (!track.size)
+            throw TessalyError(error_number::SourceMissing, "Cannot find file " + track.path);
     step(201);
     const QString firmware = job_.folders.firmwareFile();
     if (!files_.fileSize(firmware))
@@ -48,12 +43,10 @@ void CardRun::checkSources() {
         step(violation.stepCode);
         throw TessalyError(violation.errorNumber, violation.text);
     }
-    if (hasChime() && tooLarge.isEmpty())
-        tooLarge = tooLargeForCard(snapshot_.txtChimeFileName,
-                                   files_.fileSize(snapshot_.txtChimeFileName).value_or(0));
+    const QStringList tooLarge = updateSummary(sources_).tooLargeFiles;
     if (!tooLarge.isEmpty()) {
         step(305);
-        throw TessalyError(error_number::SourceTooLarge, tooLarge);
+        throw TessalyError(error_number::SourceTooLarge, tooLarge.first());
     }
 }
 
@@ -83,8 +76,8 @@ QList<std::pair<QString, qint64>> CardRun::settingsFiles() const {
         {card_name::Calibration, sizeOf(job_.folders.calibrationFile())},
         {card_name::FixedConfiguration, sizeOf(job_.folders.fixedConfigurationFile())},
         {card_name::Project, projectBytes_.size()}};
-    if (hasChime())
-        list.append({card_name::Chime, sizeOf(snapshot_.txtChimeFileName)});
+    if (sources_.chime)
+        list.append({card_name::Chime, sources_.chime->size.value_or(0)});
     return list;
 }
 
@@ -115,8 +108,8 @@ SpacePlan CardRun::spacePlan(const VolumeGeometry& geometry) {
     }
     if (settingsOnly_)
         return plan;
-    for (const Track& track : tracks_) {
-        plan.newFiles.append(files_.fileSize(track.source).value_or(0));
+    for (const SourceFile& track : sources_.tracks) {
+        plan.newFiles.append(track.size.value_or(0));
         plan.newEntries += taking(card_name::track(track.number));
         breatheAtTimes();
     }
@@ -136,12 +129,7 @@ void CardRun::checkTarget() {
     refuseHoldingProject(files_, root_, job_.projectFile);
     refuseHoldingMounts(drives_, root_);
     step(312);
-    QStringList sources;
-    for (const Track& track : tracks_)
-        sources.append(track.source);
-    if (hasChime())
-        sources.append(snapshot_.txtChimeFileName);
-    refuseHoldingSources(files_, root_, sources, [this] { breatheAtTimes(); });
+    refuseHoldingSources(files_, root_, sources_, [this] { breatheAtTimes(); });
     step(313);
     requireWritable(files_, drives_, root_);
     step(314);
@@ -152,7 +140,7 @@ void CardRun::checkTarget() {
     requireRootEntries(plan, geometry);
     step(316);
     if (settingsOnly_)
-        requireSameTracks(files_, root_, snapshot_, [this] { breatheAtTimes(); });
+        requireSameTracks(files_, root_, sources_.tracks, [this] { breatheAtTimes(); });
     breathe();
 }
 

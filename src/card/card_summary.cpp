@@ -16,37 +16,26 @@ QString tooLargeForCard(const QString& path, qint64 bytes) {
         .arg(QDir::toNativeSeparators(path), grouped(bytes), grouped(limits::CardFileBytes));
 }
 
-CardTotals updateSummary(const Project& project, const FileSystem& files) {
+CardTotals updateSummary(const SourceFiles& sources) {
     CardTotals totals;
-    const auto noteIfTooLarge = [&](const QString& path, qint64 size) {
-        if (const QString problem = tooLargeForCard(path, size); !problem.isEmpty())
+    const auto noteIfTooLarge = [&](const SourceFile& source) {
+        if (const QString problem = tooLargeForCard(source.path, source.size.value_or(0));
+            !problem.isEmpty())
             totals.tooLargeFiles.append(problem);
     };
-    for (qsizetype i = 1; i < project.TrackTable.size(); ++i) {
-        const TrackRecord& record = project.TrackTable[i];
-        if (!isTrackFile(record))
-            continue;
-        const QString path = record.sourcePath.text();
-        if (const auto size = files.fileSize(path)) {
-            totals.totalCardBytes += *size;
-            noteIfTooLarge(path, *size);
-        } else {
-            totals.missingFileFlag = true;
-        }
-        ++totals.trackCount;
+    for (const SourceFile& source : sources.tracks) {
+        totals.totalCardBytes += source.size.value_or(0);
+        totals.missingFileFlag = totals.missingFileFlag || !source.size;
+        noteIfTooLarge(source);
     }
-    if (usesChimeFile(project))
-        noteIfTooLarge(project.txtChimeFileName,
-                       files.fileSize(project.txtChimeFileName).value_or(0));
+    totals.trackCount = int(sources.tracks.size());
+    if (sources.chime)
+        noteIfTooLarge(*sources.chime);
     return totals;
 }
 
-QStringList missingSourceFiles(const Project& project, const FileSystem& files) {
-    QStringList missing;
-    for (const TrackRecord& record : project.TrackTable)
-        if (isTrackFile(record) && !files.fileSize(record.sourcePath.text()))
-            missing.append(record.sourcePath.text());
-    return missing;
+CardTotals updateSummary(const Project& project, const FileSystem& files) {
+    return updateSummary(measureSources(project, files));
 }
 
 QString summaryLine(const CardTotals& totals, const QString& firmwareVersion) {

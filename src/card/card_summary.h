@@ -3,8 +3,7 @@
 #include <QString>
 #include <QStringList>
 
-#include "model/project.h"
-#include "platform/file_system.h"
+#include "card/source_files.h"
 
 namespace tessaly {
 
@@ -22,11 +21,11 @@ struct CardTotals {
 /// Why a card cannot hold a file of `bytes` bytes, however much room it has; empty when it can.
 QString tooLargeForCard(const QString& path, qint64 bytes);
 
-/// Measures the source files of a project: one file query a record.
-CardTotals updateSummary(const Project& project, const FileSystem& files);
+/// Sums up what was measured.
+CardTotals updateSummary(const SourceFiles& sources);
 
-/// The source files that cannot be measured, in table order.
-QStringList missingSourceFiles(const Project& project, const FileSystem& files);
+/// The same, measured now: one file query a record.
+CardTotals updateSummary(const Project& project, const FileSystem& files);
 
 /// The line of the status bar.
 QString summaryLine(const CardTotals& totals, const QString& firmwareVersion);

@@ -43,7 +43,7 @@ class CardVerifier {
     void checkFixedFiles();
     void checkFirmware();
     void noteOtherFiles();
-    void readToEnd(const QString& name);
+    void readToEnd(const QString& name, const QString& source = {});
     void requireSameCard() const;
     void problem(const QString& sentence) { result_.problems.append(sentence); }
 
@@ -134,7 +134,7 @@ void CardVerifier::requireSameCard() const {
             QDir::toNativeSeparators(root_) + ": the card is no longer there or was changed.");
 }
 
-void CardVerifier::readToEnd(const QString& name) {
+void CardVerifier::readToEnd(const QString& name, const QString& source) {
     requireSameCard();
     expected_.insert(name.toLower());
     const QString path = pathIn(root_, name);
@@ -145,7 +145,10 @@ void CardVerifier::readToEnd(const QString& name) {
     try {
         const ReadBack read = readBack(files_, path, [](qint64) {});
         result_.bytes += read.size;
-        if (read.size == 0)
+        if (read.size == 0 && !source.isEmpty() && files_.fileSize(source) == 0)
+            result_.warnings.append(QString("%1 is empty, as %2 is: it plays nothing.")
+                                        .arg(name, QDir::toNativeSeparators(source)));
+        else if (read.size == 0)
             problem(name + " is empty.");
     } catch (const TessalyError& error) {
         problem(error.description + ".");
@@ -171,7 +174,7 @@ void CardVerifier::checkTrackFiles() {
         }
         numbers.insert(number);
         ++result_.trackFiles;
-        readToEnd(name);
+        readToEnd(name, record.sourcePath.text());
     }
 }
 
@@ -182,7 +185,7 @@ void CardVerifier::checkFixedFiles() {
     if (files_.fileSize(pathIn(root_, card_name::Project)))  // else it was said already
         readToEnd(card_name::Project);
     if (usesChimeFile(project_))
-        readToEnd(card_name::Chime);
+        readToEnd(card_name::Chime, project_.txtChimeFileName);
     checkFirmware();
 }
 

@@ -10,6 +10,7 @@ namespace tessaly {
 /// What a card looks like when judged by what is on it alone.
 struct CardVerification {
     QStringList problems;  ///< each a sentence; the card is good when there is none
+    QStringList warnings;  ///< as the project says, but perhaps not as it is meant
     QStringList notes;     ///< worth knowing, but no fault
     int trackFiles = 0;    ///< numbered MP3s that the card's project names
     qint64 bytes = 0;      ///< of all files that were read
@@ -25,10 +26,12 @@ struct CardVerification {
 ///
 /// It finds every changed byte of the settings, a project that is cut or says anything else than
 /// the settings, firmware with a wrong checksum or without its end, and any file that is missing,
-/// empty or cannot be read. A card holds no hashes of its files, so it cannot find an MP3 file or
-/// 0007.cfg that reads without an error but is changed, cut, longer, swapped with another or left
-/// from an earlier card, nor firmware of another version, nor a changed source path in the project.
-/// The comparison while a card is written finds those.
+/// empty or cannot be read. An empty MP3 file is no fault, but a warning, where its source is there
+/// and is empty, too; where the source cannot be seen, it may be one that was not written. A card
+/// holds no hashes of its files, so it cannot find an MP3 file or 0007.cfg that reads without an
+/// error but is changed, cut, longer, swapped with another or left from an earlier card, nor
+/// firmware of another version, nor a changed source path in the project. The comparison while a
+/// card is written finds those.
 CardVerification verifyCard(FileSystem& files, const QString& root);
 
 }  // namespace tessaly

@@ -23,6 +23,8 @@ namespace tessaly::cli {
 
 namespace {
 
+constexpr qsizetype WarnedOfMost = 12;
+
 QString native(const QString& path) {
     return QDir::toNativeSeparators(path);
 }
@@ -40,11 +42,11 @@ void requireAnswer(bool yes) {
                            "There is no terminal to ask on: say --yes to go on without a question");
 }
 
-// Prints what keeps a project from being written; true when nothing does.
-bool passesChecks(const Project& project, const QString& root, const FileSystem& files) {
-    const FolderDrives drives;
-    CardTotals totals = updateSummary(project, files);
-    const CardChecks checks = runCardChecks(project, root, files, drives, totals);
+// Prints what keeps a project from being written, and what warns; true when nothing does, or when
+// `isStrict`, neither.
+bool passesChecks(const Project& project, const QString& root, const FileSystem& files,
+                  bool isStrict) {
+    const CardChecks checks = checksOf(project, root, files);
     if (!checks.hasItems)
         printError(NoFilesText.toString());
     for (const CheckResult* check :
@@ -52,11 +54,18 @@ bool passesChecks(const Project& project, const QString& root, const FileSystem&
           &checks.cardBigEnough, &checks.trackCount})
         if (check->verdict == Verdict::Red)
             printError(QStringList(QStringList(check->text) + check->offenders).join(' '));
-    for (const QString& path : missingSourceFiles(project, files))
+    for (const QString& path : checks.missingFiles)
         printError("Cannot find file " + path);
     for (const QString& limit : checks.exceededLimits)
         printError(limit);
-    return checks.hasItems && !checks.blocked;
+    const QList<CheckResult> warnings = warningsOf(checks);
+    for (const CheckResult& warning : warnings)
+        printError("warning: " + inOneLine(warning, WarnedOfMost));
+    const bool passes = checks.hasItems && !checks.blocked;
+    if (!passes || !isStrict || warnings.isEmpty())
+        return passes;
+    printError("Nothing was written: --strict takes no warnings.");
+    return false;
 }
 
 void printReport(const CardRunReport& report, const AppFolders& folders) {
@@ -109,14 +118,14 @@ int createCommand(const CreateOptions& options, const AppFolders& folders) {
     const FolderDrives drives;
     Project project = openProject(files, options.project);
     const QString root = cardRoot(files, options.card);
-    if (!passesChecks(project, root, files))
+    if (!passesChecks(project, root, files, options.strict))
         return Blocked;
     const bool isDrive = isRemovableRoot(drives, root);
     if (!isDrive && !options.settingsOnly)
         requireErasableFolder(files, drives, root, options.erase);
     requireAnswer(options.yes);
     if (files.fileSize(folders.firmwareFile()) && !holdsFirmware(files, folders.firmwareFile()))
-        printError("warning: " + folders.firmwareFile() +
+        printError("note: " + folders.firmwareFile() +
                    " is a stand-in that holds no firmware data: the card will update no player.");
 
     const QTemporaryDir work;
@@ -156,6 +165,8 @@ int verifyCommand(const QString& card) {
     const CardVerification result = verifyCard(files, root);
     for (const QString& note : result.notes)
         print("note: " + note);
+    for (const QString& warning : result.warnings)
+        print("warning: " + warning);
     for (const QString& problem : result.problems)
         print("PROBLEM: " + problem);
     if (!result.isGood()) {

@@ -59,10 +59,10 @@ struct NamedCheck {
 };
 
 QList<NamedCheck> projectChecks(const CardChecks& checks) {
-    return {{"musicLists", &checks.musicLists},
-            {"languages", &checks.languages},
-            {"speechTitles", &checks.speechTitles},
-            {"trackCount", &checks.trackCount}};
+    return {{"musicLists", &checks.musicLists},     {"languages", &checks.languages},
+            {"speechTitles", &checks.speechTitles}, {"trackCount", &checks.trackCount},
+            {"silentTracks", &checks.silentTracks}, {"emptyFiles", &checks.emptyFiles},
+            {"fileNumbers", &checks.fileNumbers}};
 }
 
 QList<NamedCheck> driveChecks(const CardChecks& checks) {
@@ -71,25 +71,10 @@ QList<NamedCheck> driveChecks(const CardChecks& checks) {
             {"cardBigEnough", &checks.cardBigEnough}};
 }
 
-// What no check blocks but an operator wants to know before a save or a card.
-QStringList warningsFor(const Project& project, const CardTotals& totals) {
-    QStringList warnings;
-    const auto warn = [&](const QStringList& items, const QString& what) {
-        if (!items.isEmpty())
-            warnings.append(what + ": " + items.join(", "));
-    };
-    warn(tracksWithoutFile(project), "Tracks without a file, which no save keeps");
-    warn(textsOutsideCodePage(project), "Texts with characters that a save turns into \"?\"");
-    if (totals.trackCount > limits::FlagFreeNumber)
-        warnings.append(QString("File numbers above %1 run into the player's playback flags: the "
-                                "project has %2 files")
-                            .arg(limits::FlagFreeNumber)
-                            .arg(totals.trackCount));
-    return warnings;
-}
-
-void printChecksJson(const CardChecks& checks, bool blocked, const QStringList& missing,
-                     const QStringList& warnings) {
+void printChecksJson(const CardChecks& checks, bool blocked) {
+    QJsonArray warnings;
+    for (const CheckResult& warning : warningsOf(checks))
+        warnings.append(inOneLine(warning, warning.offenders.size()));
     QJsonObject verdicts;
     for (const NamedCheck& check : projectChecks(checks) + driveChecks(checks))
         verdicts[check.name] =
@@ -101,8 +86,8 @@ void printChecksJson(const CardChecks& checks, bool blocked, const QStringList& 
         {"checks", verdicts},
         {"hasItems", checks.hasItems},
         {"exceededLimits", QJsonArray::fromStringList(checks.exceededLimits)},
-        {"missingFiles", QJsonArray::fromStringList(missing)},
-        {"warnings", QJsonArray::fromStringList(warnings)},
+        {"missingFiles", QJsonArray::fromStringList(checks.missingFiles)},
+        {"warnings", warnings},
         {"totalCardBytes", checks.totals.totalCardBytes},
         {"trackCount", checks.totals.trackCount},
         {"missingFileFlag", checks.totals.missingFileFlag},
@@ -110,8 +95,7 @@ void printChecksJson(const CardChecks& checks, bool blocked, const QStringList& 
     print(QString::fromUtf8(QJsonDocument(document).toJson()).trimmed());
 }
 
-void printChecksText(const CardChecks& checks, bool withDrive, const QStringList& missing,
-                     const QStringList& warnings) {
+void printChecksText(const CardChecks& checks, bool withDrive) {
     QList<QStringList> rows;
     const auto addItems = [&](const QStringList& items) {
         for (const QString& item : items)
@@ -119,19 +103,19 @@ void printChecksText(const CardChecks& checks, bool withDrive, const QStringList
     };
     for (const NamedCheck& check :
          projectChecks(checks) + (withDrive ? driveChecks(checks) : QList<NamedCheck>())) {
+        if (check.result->text.isEmpty())
+            continue;
         rows.append({verdictWord(check.result->verdict), check.result->text});
         addItems(check.result->offenders);
     }
     if (!checks.hasItems)
         rows.append({"BLOCKS", NoFilesText.toString()});
-    if (!missing.isEmpty()) {
+    if (!checks.missingFiles.isEmpty()) {
         rows.append(QStringList{"BLOCKS", "The following source files cannot be found:"});
-        addItems(missing);
+        addItems(checks.missingFiles);
     }
     for (const QString& limit : checks.exceededLimits)
         rows.append({"BLOCKS", limit});
-    for (const QString& warning : warnings)
-        rows.append({"warning", warning});
     printTable(rows);
     print();
     print(QString("%1 tracks, %2 in all.")
@@ -164,22 +148,31 @@ Project openProject(FileSystem& files, const QString& path) {
     return project;
 }
 
+CardChecks checksOf(const Project& project, const QString& root, const FileSystem& files) {
+    const FolderDrives drives;
+    const SourceFiles sources = measureSources(project, files);
+    return runCardChecks(project, sources, root, drives, updateSummary(sources).totalCardBytes);
+}
+
+QString inOneLine(const CheckResult& result, qsizetype most) {
+    QString named = result.offenders.mid(0, most).join(", ");
+    if (result.offenders.size() > most)
+        named += QString(" ... and %1 more").arg(result.offenders.size() - most);
+    return named.isEmpty() ? result.text : result.text + ' ' + named;
+}
+
 int checkCommand(const CheckOptions& options) {
     LocalFileSystem files;
-    const FolderDrives drives;
     const Project project = openProject(files, options.project);
-    CardTotals totals = updateSummary(project, files);
     const bool withDrive = !options.card.isEmpty();
     const QString drive = withDrive ? native(QDir(options.card).absolutePath()) : QString();
-    const CardChecks checks = runCardChecks(project, drive, files, drives, totals);
+    const CardChecks checks = checksOf(project, drive, files);
     const bool blocked = !checks.hasItems || (withDrive ? checks.blocked : checks.projectBlocked);
-    const QStringList missing = missingSourceFiles(project, files);
-    const QStringList warnings = warningsFor(project, totals);
     if (options.json)
-        printChecksJson(checks, blocked, missing, warnings);
+        printChecksJson(checks, blocked);
     else
-        printChecksText(checks, withDrive, missing, warnings);
-    return blocked ? Blocked : Done;
+        printChecksText(checks, withDrive);
+    return blocked || (options.strict && !warningsOf(checks).isEmpty()) ? Blocked : Done;
 }
 
 int imageCommand(const ImageOptions& options) {

@@ -53,7 +53,8 @@ TEST(CreateCardPage, AGoodProjectMayBeWritten) {
     EXPECT_EQ(bench.text("lblSelectCF"), "CF Card Drive is " + bench.scratch.path("card/"));
     for (const char* button : {"buttCreateCard", "buttCreateXD3", "buttUpdateFirmware"})
         EXPECT_TRUE(bench.isEnabled(button) && bench.isShown(button)) << button;
-    for (const char* hidden : {"fraCCnone", "fraCC7", "fraFirmware", "Bar1", "lstBadMuLists"})
+    for (const char* hidden : {"fraCCnone", "fraCC7", "fraFirmware", "Bar1", "lstBadMuLists",
+                               "fraSilentTracks", "fraEmptyFiles", "lblFileNumbers"})
         EXPECT_FALSE(bench.isShown(hidden)) << hidden;
 }
 
@@ -86,8 +87,20 @@ TEST(CreateCardPage, EveryPanelShowsItsOffendersInOrder) {
     const auto* problems = bench.find<QListWidget>("lstProblems");
     EXPECT_LT(problems->visualItemRect(problems->item(0)).right(), problems->viewport()->width());
 
-    // A missing pair only warns.
+    // A missing pair only warns, as do tracks and files that play nothing.
     bench.open(bench.tourFile);
+    bench.scratch.write("src/hello.mp3", "");
+    bench.current.lstMuTrack[0].append("01 one");
+    bench.checkAgain();
+    EXPECT_TRUE(bench.isShown("fraSilentTracks") && !bench.isEnabled("buttGiveFiles"));
+    bench.current.TrackTable[3].itemName = "one";  // the first is speech
+    bench.checkAgain();
+    EXPECT_EQ(bench.items("lstSilentTracks"), (QStringList{"L / two", "L / 01 one"}));
+    EXPECT_EQ(bench.items("lstEmptyFiles"), QStringList(bench.scratch.path("src/hello.mp3")));
+    bench.current.unsavedChanges = false;
+    bench.click("buttGiveFiles");
+    EXPECT_EQ(bench.items("lstSilentTracks"), QStringList("L / two"));
+    EXPECT_TRUE(bench.window->isWindowModified());
     bench.current.lstSpTitles.append("Bye");
     addSpeech(bench.current, "Bye", "German", bench.scratch.path("src/hello.mp3"));
     bench.checkAgain();

@@ -13,8 +13,9 @@ using namespace test;
 namespace {
 
 CardChecks check(CardBench& bench, const QString& drive = "E:\\") {
-    CardTotals totals = updateSummary(bench.project, bench.files);
-    return runCardChecks(bench.project, drive, bench.files, bench.drives, totals);
+    const SourceFiles sources = measureSources(bench.project, bench.files);
+    return runCardChecks(bench.project, sources, drive, bench.drives,
+                         updateSummary(sources).totalCardBytes);
 }
 
 }  // namespace
@@ -53,9 +54,27 @@ TEST(CardChecks, ACardMustHoldMoreThanTheFiles) {
         EXPECT_EQ(checks.blocked, !oneMore);
     }
     // The capacity is compared with the total as it stood before the check measured anew.
-    CardTotals stale{10000000, 0, false};
-    EXPECT_TRUE(runCardChecks(bench.project, "E:\\", bench.files, bench.drives, stale).blocked);
-    EXPECT_EQ(stale.totalCardBytes, 5008);
+    const SourceFiles sources = measureSources(bench.project, bench.files);
+    const CardChecks checks = runCardChecks(bench.project, sources, "E:\\", bench.drives, 10000000);
+    EXPECT_TRUE(checks.blocked);
+    EXPECT_EQ(checks.totals.totalCardBytes, 5008);
+}
+
+TEST(CardChecks, WarnWithoutBlocking) {
+    CardBench bench;
+    bench.useChime();
+    EXPECT_TRUE(warningsOf(check(bench)).isEmpty());
+    bench.project.lstMuTrack[0].append({"01 one", "hand-made"});
+    for (const char* file : {"src/second.MP3", "chime.mp3"})
+        bench.scratch.write(file, "");
+    const TrackRecord track = bench.project.TrackTable[1];
+    bench.project.TrackTable.append(QList<TrackRecord>(4096 - 3, track));
+    const CardChecks checks = check(bench);
+    EXPECT_FALSE(checks.blocked);
+    EXPECT_EQ(checks.silentTracks.offenders, (QStringList{"L / 01 one", "L / hand-made"}));
+    EXPECT_EQ(checks.emptyFiles.offenders,
+              (QStringList{bench.scratch.path("src/second.MP3"), bench.scratch.path("chime.mp3")}));
+    EXPECT_EQ(warningsOf(checks).size(), 3);
 }
 
 TEST(CardChecks, LimitsBlockToo) {

@@ -29,6 +29,18 @@ TEST(CardVerifier, FindsWhatIsWrongWithACard) {
          "0002.mp3 is missing"},
         {"an empty track", [](CardBench& b) { b.scratch.write("card/0003.mp3", ""); },
          "0003.mp3 is empty"},
+        {"an empty track without its source",
+         [](CardBench& b) {
+             b.scratch.write("card/0003.mp3", "");
+             QFile::remove(b.scratch.path("src/hello.mp3"));
+         },
+         "0003.mp3 is empty"},
+        {"an empty track as its source is",
+         [](CardBench& b) {
+             for (const char* file : {"card/0003.mp3", "src/hello.mp3"})
+                 b.scratch.write(file, "");
+         },
+         ""},
         {"no settings", [](CardBench& b) { QFile::remove(b.scratch.path("card/0000.xd3")); },
          "0000.xd3: "},
         {"a cut project",
@@ -133,8 +145,13 @@ TEST(CardVerifier, NotesWhatNothingRefersTo) {
     CardBench bench;
     ASSERT_EQ(bench.create().outcome, CardRunReport::Outcome::Done);
     bench.scratch.write("card/holiday.jpg", "x");
+    for (const char* file : {"card/0001.mp3", "src/first.mp3"})
+        bench.scratch.write(file, "");
     const CardVerification result = verifyCard(bench.files, bench.job.root);
     EXPECT_EQ(result.notes, QStringList("holiday.jpg is on the card, but nothing refers to it."));
+    EXPECT_EQ(result.warnings,
+              QStringList("0001.mp3 is empty, as " + bench.scratch.path("src/first.mp3") +
+                          " is: it plays nothing."));
     EXPECT_EQ(result.trackFiles, 3);
     EXPECT_THROW(verifyCard(bench.files, bench.scratch.path("nowhere")), TessalyError);
 }

@@ -151,6 +151,8 @@ TEST(CardWriter, AFullCreationLeavesExactlyTheCardsFiles) {
     const CardRunReport report = bench.create();
     ASSERT_EQ(report.outcome, Outcome::Done) << bench.observer.text.toStdString();
     EXPECT_FALSE(isHeldAtTheEnd) << "the operator cannot eject the card";
+    for (const char* source : {"src/first.mp3", "src/hello.mp3", "chime.mp3"})
+        EXPECT_EQ(bench.files.sizesAsked[bench.scratch.path(source)], 1) << source;
     const auto card = bench.card();
     EXPECT_EQ(card.keys(), (QStringList{"0000.crd2", "0000.hex", "0000.xd3", "0001.mp3", "0002.mp3",
                                         "0003.mp3", "0007.cfg", "9998.mp3", "9999.mp3"}));

@@ -61,13 +61,15 @@ class CommandLine : public testing::Test {
         return tracks;
     }
 
-    // Expects a command to fail with one line on standard error that holds `part`, beside the
-    // warning that the firmware is a stand-in.
+    // Expects a command to fail with one line on standard error that holds `part`, beside warnings
+    // and the note that the firmware is a stand-in.
     void expectFailure(const QStringList& arguments, int exitCode, const QString& part) const {
         const CliRun failed = run(arguments);
         EXPECT_EQ(failed.exitCode, exitCode) << arguments.join(' ').toStdString();
         QStringList lines = failed.err.split('\n', Qt::SkipEmptyParts);
-        lines.removeIf([](const QString& line) { return line.contains("is a stand-in"); });
+        lines.removeIf([](const QString& line) {
+            return line.contains("is a stand-in") || line.contains(" warning: ");
+        });
         EXPECT_EQ(lines.size(), 1) << failed.err.toStdString();
         EXPECT_TRUE(lines.value(0).contains(part)) << failed.err.toStdString();
         EXPECT_TRUE(lines.value(0).startsWith("tessaly-cli: "));
@@ -170,6 +172,33 @@ TEST_F(CommandLine, SaysWhatBlocks) {
         expectFailure(command + QStringList("empty.crd2"), 1,
                       "was read up to byte 0 only (0 records): the records that every project");
     EXPECT_TRUE(scratch.content("card").isEmpty());
+}
+
+TEST_F(CommandLine, WarnsAlikeEverywhere) {
+    for (const char* file : {"a/Piano Sonata No. 1.mp3", "a/Piano Sonata No. 2.mp3"})
+        scratch.write(file, "x");
+    scratch.makeFolder("card");
+    const QStringList import = {"import", "a", "-o", "p.crd2"};
+    const QString silent = "These tracks have no MP3 file and stay silent:";
+    EXPECT_TRUE(
+        run(import).err.contains("has the name of another: \"01 Piano Sonata No.\". A name"));
+    EXPECT_EQ(run({"check", "p.crd2"}).exitCode, 0);
+    const CliRun check = run({"check", "p.crd2", "--json", "--strict"});
+    EXPECT_EQ(check.exitCode, 3);
+    EXPECT_EQ(check.at("checks/silentTracks/offenders/0"), "a / 01 Piano Sonata No.");
+    EXPECT_EQ(check.at("warnings/0"), silent + " a / 01 Piano Sonata No.");
+    const QStringList create = {"create", "p.crd2", "--card", "card"};
+    const CliRun unanswered = run(create);  // the warnings come before the question
+    EXPECT_TRUE(unanswered.err.contains("warning: " + silent) &&
+                unanswered.err.contains("say --yes"));
+    const CliRun strict = run(create + QStringList{"--strict", "--yes"});
+    EXPECT_EQ(strict.exitCode, 3);
+    EXPECT_TRUE(strict.err.contains("warning: " + silent));
+    EXPECT_TRUE(scratch.content("card").isEmpty());
+
+    EXPECT_EQ(run(import + QStringList("--give-each-its-file")).exitCode, 0);
+    EXPECT_EQ(run(create + QStringList{"--strict", "--yes"}).exitCode, 0);
+    EXPECT_EQ(run({"verify", "card"}).exitCode, 0);
 }
 
 TEST_F(CommandLine, ImportsPlaylists) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <functional>
 
 #include "platform/error.h"
@@ -32,6 +33,12 @@ class FaultyFileSystem : public LocalFileSystem {
     /// Is told what is written, block by block.
     std::function<void(const QString& name, QByteArrayView block)> onWrite;
 
+    mutable QHash<QString, int> sizesAsked;  ///< how often, by path
+
+    std::optional<qint64> fileSize(const QString& path) const override {
+        ++sizesAsked[path];
+        return LocalFileSystem::fileSize(path);
+    }
     QList<FolderEntry> entries(const QString& folder) const override {
         const_cast<FaultyFileSystem*>(this)->count("list", folder);
         return LocalFileSystem::entries(folder);

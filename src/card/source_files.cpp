@@ -1,0 +1,22 @@
+#include "card/source_files.h"
+
+namespace tessaly {
+
+SourceFiles measureSources(const Project& project, const FileSystem& files,
+                           const FileDone& fileDone) {
+    SourceFiles sources;
+    sources.tracks.reserve(project.TrackTable.size());
+    for (const TrackRecord& record : project.TrackTable) {
+        if (!isTrackFile(record))
+            continue;
+        const QString path = record.sourcePath.text();
+        sources.tracks.append({path, typeTagText(record), files.fileSize(path)});
+        fileDone();
+    }
+    if (usesChimeFile(project))
+        sources.chime = {.path = project.txtChimeFileName,
+                         .size = files.fileSize(project.txtChimeFileName)};
+    return sources;
+}
+
+}  // namespace tessaly
