@@ -89,7 +89,7 @@ QString namesakesText(const Project& project, const QString& list) {
     QStringList tracks;
     for (const MusicLine& line : silentTracks(project, TrackIndex(project)))
         if (line.list == list)
-            tracks.append('"' + shortName(line.track) + '"');
+            tracks.append(QString("\"%1\"").arg(shortName(line.track)));
     if (tracks.isEmpty())
         return {};
     const qsizetype count = tracks.size();
