@@ -218,20 +218,21 @@ void requireSameTracks(FileSystem& files, const QString& root, const QList<Sourc
                        const FileDone& fileDone) {
     bool isComplete = false;
     const QHash<QString, QByteArray> numbers = numbersOnCard(files, root, isComplete);
-    for (const auto& [source, number, sourceSize] : tracks) {
+    for (const SourceFile& track : tracks) {
+        const QString number = track.number();
         const QString cardFile = pathIn(root, card_name::track(number));
         const auto size = files.fileSize(cardFile);
         if (!size)
             cardDiffers(QString("The card has no file %1.").arg(card_name::track(number)));
-        if (size != sourceSize)
+        if (size != track.size)
             cardDiffers(QString("%1 on the card has another size than %2.")
-                            .arg(card_name::track(number), native(source)));
+                            .arg(card_name::track(number), native(track.path)));
         const auto known = numbers.constFind(number);
         const bool isOther =
-            known != numbers.constEnd() ? *known != storedFileName(source) : isComplete;
+            known != numbers.constEnd() ? *known != storedFileName(track.path) : isComplete;
         if (isOther)
-            cardDiffers(
-                QString("%1 on the card is not %2.").arg(card_name::track(number), native(source)));
+            cardDiffers(QString("%1 on the card is not %2.")
+                            .arg(card_name::track(number), native(track.path)));
         fileDone();
     }
 }

@@ -172,7 +172,7 @@ void CardRun::copyTracks() {
                 QString("%1 of %2 files transferred").arg(done).arg(sources_.tracks.size()));
         observer_.setBarValue(++done);
         breathe();
-        copyToCard(track.path, card_name::track(track.number));
+        copyToCard(track.path, card_name::track(track.number()));
     }
 }
 

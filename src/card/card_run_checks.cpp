@@ -110,7 +110,7 @@ SpacePlan CardRun::spacePlan(const VolumeGeometry& geometry) {
         return plan;
     for (const SourceFile& track : sources_.tracks) {
         plan.newFiles.append(track.size.value_or(0));
-        plan.newEntries += taking(card_name::track(track.number));
+        plan.newEntries += taking(card_name::track(track.number()));
         breatheAtTimes();
     }
     return plan;

@@ -1,6 +1,12 @@
 #include "card/source_files.h"
 
+#include "model/text_codec.h"
+
 namespace tessaly {
+
+QString SourceFile::number() const {
+    return fromCodePage({typeTag.data(), qsizetype(typeTag.size())});
+}
 
 SourceFiles measureSources(const Project& project, const FileSystem& files,
                            const FileDone& fileDone) {
@@ -10,7 +16,7 @@ SourceFiles measureSources(const Project& project, const FileSystem& files,
         if (!isTrackFile(record))
             continue;
         const QString path = record.sourcePath.text();
-        sources.tracks.append({path, typeTagText(record), files.fileSize(path)});
+        sources.tracks.append({path, files.fileSize(path), record.typeTag});
         fileDone();
     }
     if (usesChimeFile(project))

@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QString>
+#include <array>
 #include <functional>
 #include <optional>
 
@@ -16,8 +17,11 @@ using FileDone = std::function<void()>;
 /// A file that goes onto the card, as it was measured.
 struct SourceFile {
     QString path;
-    QString number = {};              ///< the four digits of its name on the card, once numbered
-    std::optional<qint64> size = {};  ///< bytes; nothing when it cannot be measured
+    std::optional<qint64> size;     ///< bytes; nothing when it cannot be measured
+    std::array<char, 4> typeTag{};  ///< of its record
+
+    /// The four digits of its name on the card, once the files are numbered.
+    QString number() const;
 };
 
 /// The files of the operator that a project names. Measured once for an operation, however many of
