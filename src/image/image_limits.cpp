@@ -18,14 +18,19 @@ QString tooMany(const QString& what, qint64 found, qint64 allowed) {
         .arg(grouped(found), what, grouped(allowed));
 }
 
-// How much has to go so that the image has `excess` bytes less.
-QString howToShrink(const Project& project, qsizetype excess) {
+// The lines of all track lists.
+qsizetype musicLines(const Project& project) {
+    const MusicListIndex lists(project);
+    qsizetype lines = 0;
+    for (const QString& list : project.lstMuList)
+        lines += lists.tracks(list).size();
+    return lines;
+}
+
+// How much has to go so that the image, which has `tracks` tracks, has `excess` bytes less.
+QString howToShrink(const Project& project, qsizetype tracks, qsizetype excess) {
     const qsizetype titleBytes =
         image_layout::TitleWidth + 2 * (qsizetype(project.lstLangs.size()) + 1);
-    qsizetype tracks = 0;
-    const MusicListIndex lists(project);
-    for (const QString& list : project.lstMuList)
-        tracks += lists.tracks(list).size();
     QStringList ways;
     const auto add = [&](qsizetype bytesEach, qsizetype present, const char* what) {
         const qsizetype needed = (excess + bytesEach - 1) / bytesEach;
@@ -63,33 +68,37 @@ QString referenceProblem(const Project& project, const TrackRecord& item, const 
     return {};
 }
 
-}  // namespace
-
-qsizetype configImageSize(const Project& project) {
+qsizetype imageSizeWith(const Project& project, qsizetype tracks) {
     using namespace image_layout;
     const qsizetype languages = project.lstLangs.size();
     const qsizetype titles = project.lstSpTitles.size();
+    const qsizetype lists = project.lstMuList.size();
     qsizetype size = FirstSection + LanguageWidth * (languages + 1) + TitleWidth * (titles + 1) +
-                     TitleWidth * (project.lstMuList.size() + 1);
-    const MusicListIndex lists(project);
-    for (const QString& list : project.lstMuList)
-        size += 2 + TrackEntryBytes * (LeadingTrackEntries + lists.tracks(list).size());
+                     TitleWidth * (lists + 1);
+    size += 2 * lists + TrackEntryBytes * (LeadingTrackEntries * lists + tracks);
     size += 2 * (titles + 1) * (languages + 1);
     size += TitleWidth * (LastDisplayText - FirstDisplayText + 1) + 2 * TriggerSlots;
     return size;
 }
 
+}  // namespace
+
+qsizetype configImageSize(const Project& project) {
+    return imageSizeWith(project, musicLines(project));
+}
+
 QList<LimitViolation> imageLimitViolations(const Project& project) {
     using namespace error_number;
     QList<LimitViolation> found;
-    const qsizetype size = configImageSize(project);
+    const qsizetype tracks = musicLines(project);
+    const qsizetype size = imageSizeWith(project, tracks);
     const qsizetype excess = size - limits::ImageBytes;
     if (excess > 0)
         found.append({ImageTooLarge, 300,
                       QString("The settings of this project take %1 bytes, the player can hold %2: "
                               "%3 too many. %4")
                           .arg(grouped(size), grouped(limits::ImageBytes), grouped(excess),
-                               howToShrink(project, excess))});
+                               howToShrink(project, tracks, excess))});
     if (project.lstLangs.size() > limits::Languages)
         found.append({TooManyLanguages, 301,
                       tooMany("languages", project.lstLangs.size(), limits::Languages)});

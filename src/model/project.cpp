@@ -129,6 +129,7 @@ QStringList MusicListIndex::tracks(const QString& list) const {
 
 TrackIndex::TrackIndex(const Project& project) {
     music_.reserve(project.TrackTable.size());
+    lists_.reserve(project.lstMuList.size());
     for (qsizetype i = 1; i < project.TrackTable.size(); ++i) {
         const TrackRecord& record = project.TrackTable[i];
         const bool music = isMusic(record);
