@@ -63,6 +63,7 @@ class CreateCardPage : public Page {
     void showUpdateBegun();
     bool askToStop();
     void write(bool settingsOnly);
+    void showMark();
     CardJob job() const;
     void updateFirmwareOnCard();
 
@@ -74,6 +75,7 @@ class CreateCardPage : public Page {
     CardTotals& totals_;
     bool stopRequested_ = false;
     bool checksDue_ = false;
+    bool markShown_ = false;  ///< while a card is written
     std::function<void()> afterRun_;
 };
 
