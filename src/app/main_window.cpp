@@ -10,6 +10,7 @@
 #include "app/about_window.h"
 #include "app/create_card_page.h"
 #include "app/music_page.h"
+#include "app/save_questions.h"
 #include "app/setup_page.h"
 #include "app/speech_page.h"
 #include "app/triggers_page.h"
@@ -24,17 +25,7 @@ namespace tessaly {
 namespace {
 
 constexpr int KeepCopyEveryMs = 60 * 1000;
-constexpr int NamesShown = 12;
 const QString CardFiles = QStringLiteral("TRL-740 Card files (*.crd2)");
-
-QString shortList(QStringList names) {
-    if (names.size() > NamesShown) {
-        const qsizetype more = names.size() - NamesShown;
-        names.resize(NamesShown);
-        names.append(QString("... and %1 more").arg(more));
-    }
-    return names.join('\n');
-}
 
 }  // namespace
 
@@ -220,35 +211,17 @@ void MainWindow::readProjectFile(const QString& path) {
 void MainWindow::mnuFileSave_Click() {
     if (session_.fileName().isEmpty())
         mnuFileSaveAs_Click();
-    else if (confirmSave())
+    else if (confirmSave(session_, services_.prompts))
         saveTo(session_.fileName());
 }
 
 void MainWindow::mnuFileSaveAs_Click() {
-    if (!confirmSave())
+    if (!confirmSave(session_, services_.prompts))
         return;
     const QString path = services_.prompts.saveFile(
         {.filter = CardFiles, .folder = folders_.projectsStart(services_.files), .suffix = "crd2"});
     if (!path.isEmpty())
         saveTo(path);
-}
-
-// Says what a save cannot hold. False when the operator would rather not go on.
-bool MainWindow::confirmSave() {
-    const QStringList texts = textsOutsideCodePage(session_.project);
-    if (!texts.isEmpty() &&
-        !services_.prompts.ask({.text = "A card file cannot hold some characters of these texts; "
-                                        "they are saved as \"?\":\r\r" +
-                                        shortList(texts) + "\r\rSave all the same?",
-                                .icon = Message::Icon::Exclamation},
-                               true))
-        return false;
-    const QStringList unsavable = session_.newlyUnsavable();
-    if (!unsavable.isEmpty())
-        services_.prompts.tell({.text = "A card file holds no tracks without an MP3 file and no "
-                                        "lists without a track. These are not saved:\r\r" +
-                                        shortList(unsavable)});
-    return true;
 }
 
 bool MainWindow::saveTo(const QString& path) {

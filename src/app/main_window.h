@@ -64,7 +64,6 @@ class MainWindow : public QMainWindow {
     void openProject();
     void readProjectFile(const QString& path);
     bool saveTo(const QString& path);
-    bool confirmSave();
     bool letGo();
     void recover(const RecoveryCopy& copy);
     bool confirmExit();

@@ -5,6 +5,7 @@
 #include <QProgressDialog>
 
 #include "app/list_view_tools.h"
+#include "app/save_questions.h"
 #include "editor/displays.h"
 #include "editor/music_folder_import.h"
 #include "editor/playlist_import.h"
@@ -292,6 +293,7 @@ void MusicPage::buttAddMuFile_Click() {
     if (chooseMusicFile(project_, selected, path).isDone)
         showFile();
     edited();
+    tellUnsavablePaths(services_.prompts, {path});
 }
 
 // ---- imports -----------------------------------------------------------------------------------
@@ -306,6 +308,7 @@ void MusicPage::importList(const std::function<ImportResult(const KeepGoing&)>& 
         progress.setValue(done);  // pumps events while the dialog is shown
         return !progress.wasCanceled();
     };
+    const qsizetype before = project_.TrackTable.size();
     try {
         const ImportResult result = run(keepGoing);
         progress.reset();
@@ -330,6 +333,10 @@ void MusicPage::importList(const std::function<ImportResult(const KeepGoing&)>& 
         services_.prompts.tell({.text = error.description, .icon = Message::Icon::Exclamation});
     }
     edited();
+    QStringList added;
+    for (const TrackRecord& record : project_.TrackTable.mid(before))
+        added.append(record.sourcePath.text());
+    tellUnsavablePaths(services_.prompts, added);
 }
 
 void MusicPage::buttAddMuItunesPlaylist_Click() {

@@ -79,6 +79,9 @@ QStringList warningsFor(const Project& project, const CardTotals& totals) {
             warnings.append(what + ": " + items.join(", "));
     };
     warn(tracksWithoutFile(project), "Tracks without a file, which no save keeps");
+    warn(pathsOutsideCodePage(project),
+         "MP3 files that are not found when the project is opened again, as a save turns "
+         "characters of their paths into \"?\"");
     warn(textsOutsideCodePage(project), "Texts with characters that a save turns into \"?\"");
     if (totals.trackCount > limits::FlagFreeNumber)
         warnings.append(QString("File numbers above %1 run into the player's playback flags: the "
