@@ -56,8 +56,12 @@ void SessionStatus::show() {
 }
 
 void SessionStatus::sayCopyFailed(const QString& problem) {
-    bar_->showMessage("The unsaved project could not be kept for recovery: " + problem,
-                      ProblemShownMs);
+    const QString text = "The unsaved project could not be kept for recovery: ";
+    // The reason stands behind a long path: it must not be what is cut.
+    const QFontMetrics metrics = bar_->fontMetrics();
+    const int room = bar_->width() - metrics.horizontalAdvance(text) -
+                     lblNotSaved_->sizeHint().width() - metrics.averageCharWidth() * 6;
+    bar_->showMessage(text + metrics.elidedText(problem, Qt::ElideMiddle, room), ProblemShownMs);
 }
 
 }  // namespace tessaly
