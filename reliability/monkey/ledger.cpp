@@ -93,6 +93,7 @@ QStringList Ledger::afterEvent() {
     const QStringList wrong = loss() + mark();
     before_ = world_.bench.current;
     differed_ = world_.bench.session.differs();
+    couldBringBack_ = world_.bench.session.canBringBack();
     return wrong;
 }
 
@@ -104,11 +105,13 @@ QStringList Ledger::mark() {
     QStringList wrong;
     const QStringList now = markedContent(project);
     const Happenings& happened = world_.happenings;
-    if (wasMarked && !happened.sessionChanged && !happened.ranCard) {
+    const bool sessionChanged =
+        happened.sessionChanged || (couldBringBack_ && !world_.bench.session.canBringBack());
+    if (wasMarked && !sessionChanged && !happened.ranCard) {
         QFile file(world_.bench.session.fileName());
         if (!file.open(QIODevice::ReadOnly) || file.readAll() != encodeProject(project))
             wrong.append("the mark went although nothing was saved");
-    } else if (!wasMarked && !happened.sessionChanged && now != clean_) {
+    } else if (!wasMarked && !sessionChanged && now != clean_) {
         wrong.append("changed without a mark: " + (now.join('\n').isEmpty() ? "" : now.last()));
     }
     clean_ = now;
@@ -123,7 +126,7 @@ QStringList Ledger::loss() const {
     const QDir folder(world_.bench.scratch.path("user/recovery"));
     const QStringList names = folder.entryList({"*.recovery"}, QDir::Files, QDir::Name);
     // One that could not be removed when files failed goes with the next copy.
-    if (names.size() > 2 * RecoveryFolder::CopiesKept)
+    if (names.size() > 3 * RecoveryFolder::StretchesKept)
         return {QString("%1 recovery copies").arg(names.size())};
     for (qsizetype newer = 0; newer < names.size(); ++newer) {
         QFile file(folder.filePath(names[names.size() - 1 - newer]));
@@ -154,7 +157,7 @@ QStringList Ledger::savedAndReadBack() {
         return {"the project cannot be saved: " + error.description};
     }
     // Names that only the missing characters tell apart become one.
-    if (!textsOutsideCodePage(project).isEmpty())
+    if (!textsOutsideCodePage(project).isEmpty() || !pathsOutsideCodePage(project).isEmpty())
         return {};
     QStringList wrong;
     const auto first = recordsThatCount(copy), second = recordsThatCount(back);

@@ -36,6 +36,7 @@ class Ledger {
     QStringList places_;
     Project before_;
     bool differed_ = false;
+    bool couldBringBack_ = false;
     QStringList clean_;  // the project in words when the mark went last
     bool wasMarked_ = false;
     qint64 mostHeap_ = 0;

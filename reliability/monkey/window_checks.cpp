@@ -182,6 +182,8 @@ QStringList wrongInWindow(const test::WindowBench& bench, bool isRunning) {
     const QString file = QFileInfo(bench.session.fileName()).fileName();
     page.same("the caption", bench.window->windowTitle(),
               "TRL740 Card Preparation" + (file.isEmpty() ? QString() : " - " + file) + "[*]");
+    page.same("lblNotSaved", bench.isShown("lblNotSaved"), bench.session.differs());
+    page.same("buttBringBack", bench.isShown("buttBringBack"), bench.session.canBringBack());
     switch (bench.find<QTabWidget>("Tabs")->currentIndex()) {
         case 0:
             compareSpeech(bench, page);

@@ -174,6 +174,7 @@ void CreateCardPage::buttSelectCF_Click() {
             return;
         session_.project.cfDrive = root;
     }
+    emit projectChanged();
     showProject();
 }
 
@@ -254,7 +255,8 @@ void CreateCardPage::showUpdateBegun() {
 void CreateCardPage::write(bool settingsOnly) {
     stopRequested_ = false;
     ui_->fraUpdateBegun->hide();
-    RunView view(*ui_, services_.prompts, stopRequested_);
+    markShown_ = session_.project.unsavedChanges;
+    RunView view(*ui_, services_.prompts, stopRequested_, [this] { showMark(); });
     if (settingsOnly)
         writer_.updateSettings(session_.project, job(), view);
     else
@@ -266,6 +268,13 @@ void CreateCardPage::write(bool settingsOnly) {
     // The next action starts from the event loop, when nothing of this run is left on the stack.
     if (const auto next = std::exchange(afterRun_, nullptr))
         QTimer::singleShot(0, this, next);
+}
+
+// A run raises the mark of unsaved changes when it begins and takes it away before it ends.
+void CreateCardPage::showMark() {
+    const bool mark = session_.project.unsavedChanges;
+    if (std::exchange(markShown_, mark) != mark)
+        emit projectChanged();
 }
 
 void CreateCardPage::buttUpdateFirmware_Click() {

@@ -65,6 +65,7 @@ class CreateCardPage : public Page {
     void showUpdateBegun();
     bool askToStop();
     void write(bool settingsOnly);
+    void showMark();
     CardJob job() const;
     void updateFirmwareOnCard();
 
@@ -76,6 +77,7 @@ class CreateCardPage : public Page {
     CardTotals& totals_;
     bool stopRequested_ = false;
     bool checksDue_ = false;
+    bool markShown_ = false;  ///< while a card is written
     std::function<void()> afterRun_;
 };
 

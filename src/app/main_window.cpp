@@ -10,6 +10,8 @@
 #include "app/about_window.h"
 #include "app/create_card_page.h"
 #include "app/music_page.h"
+#include "app/save_questions.h"
+#include "app/session_status.h"
 #include "app/setup_page.h"
 #include "app/speech_page.h"
 #include "app/triggers_page.h"
@@ -24,17 +26,7 @@ namespace tessaly {
 namespace {
 
 constexpr int KeepCopyEveryMs = 60 * 1000;
-constexpr int NamesShown = 12;
 const QString CardFiles = QStringLiteral("TRL-740 Card files (*.crd2)");
-
-QString shortList(QStringList names) {
-    if (names.size() > NamesShown) {
-        const qsizetype more = names.size() - NamesShown;
-        names.resize(NamesShown);
-        names.append(QString("... and %1 more").arg(more));
-    }
-    return names.join('\n');
-}
 
 }  // namespace
 
@@ -49,6 +41,8 @@ MainWindow::MainWindow(ProjectSession& session, const Services& services)
     statusText_->setTextFormat(Qt::PlainText);
     statusText_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     ui_->sbStatusBar->addWidget(statusText_, 1);
+    sessionStatus_ = new SessionStatus(session_, ui_->sbStatusBar);
+    connect(sessionStatus_, &SessionStatus::bringBackChosen, this, &MainWindow::bringBack);
     addPages();
 
     const auto triggered = [this](QAction* action, void (MainWindow::*handler)()) {
@@ -109,26 +103,25 @@ bool MainWindow::startUp() {
                                                      pathIn(services_.userFolder, "recovery"));
         session_.setRecovery(recovery_.get());
     }
-    readFirmwareVersion();
-    showProject();
-    setup_->showSystemTexts();
+    const QString problem = readFirmwareVersion();
+    showReplaced();
+    if (!problem.isEmpty())
+        services_.prompts.tell({.text = problem, .icon = Message::Icon::Critical});
     return true;
 }
 
-void MainWindow::readFirmwareVersion() {
+// Returns what keeps the firmware from being read, or nothing.
+QString MainWindow::readFirmwareVersion() {
     const QString file = folders_.firmwareFile();
+    firmwareVersion_.clear();
     try {
-        if (!services_.files.fileSize(file)) {
-            services_.prompts.tell(
-                {.text = "Cannot find TRL740 firmware file " + file + ". Please reinstall Tessaly.",
-                 .icon = Message::Icon::Critical});
-            return;
-        }
+        if (!services_.files.fileSize(file))
+            return "Cannot find TRL740 firmware file " + file + ". Please reinstall Tessaly.";
         firmwareVersion_ = tessaly::readFirmwareVersion(services_.files, file);
-        statusText_->setText(statusText_->text() + QString(40, ' ') +
-                             "TRL740 firmware version: " + firmwareVersion_);
+        statusText_->setText(QString(40, ' ') + "TRL740 firmware version: " + firmwareVersion_);
+        return {};
     } catch (const TessalyError& error) {
-        services_.prompts.tell({.text = error.description, .icon = Message::Icon::Critical});
+        return error.description;
     }
 }
 
@@ -143,8 +136,8 @@ void MainWindow::offerRecovery() {
 
 // Keeps a copy of what is about to be discarded. False when that fails and the operator would
 // rather not go on.
-bool MainWindow::letGo() {
-    const QString problem = session_.letGo();
+bool MainWindow::keepBeforeDiscard() {
+    const QString problem = session_.keepCopy();
     return problem.isEmpty() ||
            services_.prompts.ask({.text = "The unsaved project could not be kept for recovery (" +
                                           problem + ").  Continue and lose it?",
@@ -158,7 +151,7 @@ void MainWindow::mnuFileNew_Click() {
                                     .icon = Message::Icon::Exclamation},
                                    true))
             return;
-        if (!letGo())
+        if (!keepBeforeDiscard())
             return;
         session_.clear();
         statusText_->clear();
@@ -171,7 +164,7 @@ void MainWindow::mnuFileNew_Click() {
 
 void MainWindow::mnuFileOpen_Click() {
     createCard_->afterRun([this] {
-        if (letGo())
+        if (keepBeforeDiscard())
             openProject();
     });
 }
@@ -213,42 +206,23 @@ void MainWindow::readProjectFile(const QString& path) {
         services_.prompts.tell({.text = error.description, .icon = Message::Icon::Exclamation});
     }
     measure();
-    showProject();
-    setup_->showSystemTexts();
+    showReplaced();
 }
 
 void MainWindow::mnuFileSave_Click() {
     if (session_.fileName().isEmpty())
         mnuFileSaveAs_Click();
-    else if (confirmSave())
+    else if (confirmSave(session_, services_.prompts))
         saveTo(session_.fileName());
 }
 
 void MainWindow::mnuFileSaveAs_Click() {
-    if (!confirmSave())
+    if (!confirmSave(session_, services_.prompts))
         return;
     const QString path = services_.prompts.saveFile(
         {.filter = CardFiles, .folder = folders_.projectsStart(services_.files), .suffix = "crd2"});
     if (!path.isEmpty())
         saveTo(path);
-}
-
-// Says what a save cannot hold. False when the operator would rather not go on.
-bool MainWindow::confirmSave() {
-    const QStringList texts = textsOutsideCodePage(session_.project);
-    if (!texts.isEmpty() &&
-        !services_.prompts.ask({.text = "A card file cannot hold some characters of these texts; "
-                                        "they are saved as \"?\":\r\r" +
-                                        shortList(texts) + "\r\rSave all the same?",
-                                .icon = Message::Icon::Exclamation},
-                               true))
-        return false;
-    const QStringList unsavable = session_.newlyUnsavable();
-    if (!unsavable.isEmpty())
-        services_.prompts.tell({.text = "A card file holds no tracks without an MP3 file and no "
-                                        "lists without a track. These are not saved:\r\r" +
-                                        shortList(unsavable)});
-    return true;
 }
 
 bool MainWindow::saveTo(const QString& path) {
@@ -265,9 +239,7 @@ bool MainWindow::saveTo(const QString& path) {
 
 void MainWindow::mnuFileRecover_Click() {
     createCard_->afterRun([this] {
-        // What is open now becomes a copy itself before another takes its place.
-        if (!letGo())
-            return;
+        session_.keepCopy();  // what is open now is on offer, too
         const QList<RecoveryCopy> copies = recovery_ ? recovery_->copies() : QList<RecoveryCopy>();
         if (copies.isEmpty()) {
             services_.prompts.tell({.text = "There are no recovery copies."});
@@ -277,7 +249,7 @@ void MainWindow::mnuFileRecover_Click() {
         for (const RecoveryCopy& copy : copies)
             lines.append(copy.description());
         const int line = services_.prompts.pickLine("Recover", lines);
-        if (line >= 0)
+        if (line >= 0 && keepBeforeDiscard())
             recover(copies[line]);
     });
 }
@@ -289,16 +261,24 @@ void MainWindow::recover(const RecoveryCopy& copy) {
         services_.prompts.tell({.text = error.description, .icon = Message::Icon::Exclamation});
     }
     measure();
-    showProject();
-    setup_->showSystemTexts();
+    showReplaced();
+}
+
+void MainWindow::bringBack() {
+    session_.bringBack();
+    measure();
+    showReplaced();
 }
 
 void MainWindow::tmrRecovery_Timer() {
-    session_.keepCopy();  // a full disk is said when the copy is needed
+    const bool isSaid = session_.copyFailed();
+    const QString problem = session_.keepCopy();
+    if (!problem.isEmpty() && !isSaid)
+        sessionStatus_->sayCopyFailed(problem);
 }
 
 bool MainWindow::confirmExit() {
-    return !session_.project.unsavedChanges ||
+    return (!session_.project.unsavedChanges && !session_.differs()) ||
            services_.prompts.ask(
                {.text = "Changes will be lost unless the card file was saved.  Really exit?",
                 .icon = Message::Icon::Exclamation});
@@ -306,12 +286,12 @@ bool MainWindow::confirmExit() {
 
 // A session that ends asks nothing, but loses nothing either.
 void MainWindow::Form_SessionEnds() {
-    session_.letGo();
+    session_.keepCopy();
 }
 
 void MainWindow::mnuFileExit_Click() {
     createCard_->afterRun([this] {
-        if (confirmExit() && letGo())
+        if (confirmExit() && keepBeforeDiscard())
             closeAll();
     });
 }
@@ -333,11 +313,11 @@ void MainWindow::closeEvent(QCloseEvent* event) {
             createCard_->stopThen([this] { closeAll(); });
         return;
     }
-    if (asks && !(confirmExit() && letGo())) {
+    if (asks && !(confirmExit() && keepBeforeDiscard())) {
         event->ignore();
         return;
     }
-    session_.letGo();
+    session_.keepCopy();
     event->accept();  // the other windows belong to this one, and end with it
 }
 
@@ -376,6 +356,12 @@ void MainWindow::showProject() {
     showCaption();
 }
 
+// Shows another project, the system texts that it brought included.
+void MainWindow::showReplaced() {
+    showProject();
+    setup_->showSystemTexts();
+}
+
 void MainWindow::measure() {
     totals_ = updateSummary(session_.project, services_.files);
     showTotals();
@@ -394,6 +380,7 @@ void MainWindow::showCaption() {
         caption += " - " + QFileInfo(session_.fileName()).fileName();
     setWindowTitle(caption + "[*]");
     setWindowModified(session_.project.unsavedChanges);
+    sessionStatus_->show();
 }
 
 }  // namespace tessaly

@@ -19,6 +19,7 @@ namespace tessaly {
 
 class CreateCardPage;
 class Page;
+class SessionStatus;
 class SetupPage;
 
 /// The program's working window: menus, five pages, status bar.
@@ -60,17 +61,18 @@ class MainWindow : public QMainWindow {
     void tmrRecovery_Timer();
 
     void addPages();
-    void readFirmwareVersion();
+    QString readFirmwareVersion();
     void openProject();
     void readProjectFile(const QString& path);
     bool saveTo(const QString& path);
-    bool confirmSave();
-    bool letGo();
+    bool keepBeforeDiscard();
     void recover(const RecoveryCopy& copy);
+    void bringBack();
     bool confirmExit();
     void closeAll();
 
     void showProject();
+    void showReplaced();
     void measure();
     void showTotals();
     void showCaption();
@@ -81,6 +83,7 @@ class MainWindow : public QMainWindow {
     const AppFolders folders_;
     const std::unique_ptr<Ui::MainWindow> ui_;
     QLabel* statusText_;
+    SessionStatus* sessionStatus_;
     CardTotals totals_;  ///< as last measured, by whichever page
     SetupPage* setup_ = nullptr;
     CreateCardPage* createCard_ = nullptr;

@@ -5,6 +5,7 @@
 #include <QProgressDialog>
 
 #include "app/list_view_tools.h"
+#include "app/save_questions.h"
 #include "editor/displays.h"
 #include "editor/give_files.h"
 #include "editor/music_folder_import.h"
@@ -293,6 +294,7 @@ void MusicPage::buttAddMuFile_Click() {
     if (chooseMusicFile(project_, selected, path).isDone)
         showFile();
     edited();
+    tellUnsavablePaths(services_.prompts, {path});
 }
 
 // ---- imports -----------------------------------------------------------------------------------
@@ -307,6 +309,7 @@ void MusicPage::importList(const std::function<ImportResult(const KeepGoing&)>& 
         progress.setValue(done);  // pumps events while the dialog is shown
         return !progress.wasCanceled();
     };
+    const qsizetype before = project_.TrackTable.size();
     try {
         const ImportResult result = run(keepGoing);
         progress.reset();
@@ -333,6 +336,10 @@ void MusicPage::importList(const std::function<ImportResult(const KeepGoing&)>& 
         services_.prompts.tell({.text = error.description, .icon = Message::Icon::Exclamation});
     }
     edited();
+    QStringList added;
+    for (const TrackRecord& record : project_.TrackTable.mid(before))
+        added.append(record.sourcePath.text());
+    tellUnsavablePaths(services_.prompts, added);
 }
 
 // Says which tracks of a new list are silent, and makes them play when that is wanted.

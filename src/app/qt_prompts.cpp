@@ -7,6 +7,7 @@
 #include <QInputDialog>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMainWindow>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QUrl>
@@ -33,6 +34,19 @@ QMessageBox::Icon iconOf(Message::Icon icon) {
     return QMessageBox::Information;
 }
 
+// The window that a box stands before. While another program is in front none of ours is active; a
+// box that belongs to none could then appear behind the window that waits for it.
+QWidget* parentWindow() {
+    if (QWidget* active = QApplication::activeWindow())
+        return active;
+    if (QWidget* modal = QApplication::activeModalWidget())
+        return modal;
+    for (QWidget* window : QApplication::topLevelWidgets())
+        if (window->isVisible() && qobject_cast<QMainWindow*>(window))
+            return window;
+    return nullptr;
+}
+
 int show(const Message& message, QMessageBox::StandardButtons buttons,
          QMessageBox::StandardButton defaultButton, const QString& action = {}) {
     QString text = message.text;
@@ -40,7 +54,7 @@ int show(const Message& message, QMessageBox::StandardButtons buttons,
     QMessageBox box(
         iconOf(message.icon),
         message.title.isEmpty() ? QApplication::applicationDisplayName() : message.title, text,
-        buttons, QApplication::activeWindow());
+        buttons, parentWindow());
     box.setTextFormat(Qt::PlainText);
     box.setDefaultButton(defaultButton);
     if (QAbstractButton* button = box.button(QMessageBox::Apply))
@@ -65,28 +79,27 @@ bool QtPrompts::offer(const Message& message, const QString& action) {
 }
 
 QString QtPrompts::openFile(const FileRequest& request) {
-    return QFileDialog::getOpenFileName(QApplication::activeWindow(), {}, request.folder,
-                                        request.filter);
+    return QFileDialog::getOpenFileName(parentWindow(), {}, request.folder, request.filter);
 }
 
 QString QtPrompts::saveFile(const FileRequest& request) {
-    QFileDialog dialog(QApplication::activeWindow(), {}, request.folder, request.filter);
+    QFileDialog dialog(parentWindow(), {}, request.folder, request.filter);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(request.suffix);  // before the question about overwriting
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
 QString QtPrompts::pickFolder(const QString& caption, const QString& start) {
-    return QFileDialog::getExistingDirectory(QApplication::activeWindow(), caption, start);
+    return QFileDialog::getExistingDirectory(parentWindow(), caption, start);
 }
 
 QString QtPrompts::pickDrive(const Drives& drives) {
-    DriveDialog dialog(drives, QApplication::activeWindow());
+    DriveDialog dialog(drives, parentWindow());
     return dialog.exec() == QDialog::Accepted ? dialog.selectedRoot() : QString();
 }
 
 int QtPrompts::pickLine(const QString& caption, const QStringList& lines) {
-    QDialog dialog(QApplication::activeWindow());
+    QDialog dialog(parentWindow());
     dialog.setWindowTitle(caption);
     auto* list = new QListWidget;
     list->addItems(lines);
@@ -105,7 +118,7 @@ int QtPrompts::pickLine(const QString& caption, const QStringList& lines) {
 }
 
 QString QtPrompts::inputText(const QString& prompt, const QString& initial, int limit) {
-    QInputDialog dialog(QApplication::activeWindow());
+    QInputDialog dialog(parentWindow());
     dialog.setLabelText(prompt);
     dialog.setTextValue(initial);
     if (auto* edit = dialog.findChild<QLineEdit*>(); edit && limit > 0)

@@ -6,7 +6,7 @@ class QWidget;
 
 namespace tessaly {
 
-/// Real dialogs, above the window that is active.
+/// Real dialogs, above the window that is active, else above the main window.
 class QtPrompts : public Prompts {
  public:
     void tell(const Message& message) override;

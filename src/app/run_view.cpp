@@ -29,6 +29,7 @@ QString phaseWords(RunPhase phase) {
 }  // namespace
 
 bool RunView::confirm(const QString& question) {
+    beforeLook_();
     return prompts_.ask({.text = question, .icon = Message::Icon::Exclamation});
 }
 
@@ -73,6 +74,7 @@ void RunView::phaseProgress(RunPhase phase, qint64 done, qint64 total) {
 }
 
 bool RunView::keepGoing() {
+    beforeLook_();
     QCoreApplication::processEvents();
     return !stopRequested_;
 }

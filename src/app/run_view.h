@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <utility>
+
 #include "card/card_writer.h"
 #include "card/run_estimate.h"
 #include "platform/prompts.h"
@@ -14,8 +17,13 @@ namespace tessaly {
 class RunView : public CardRunObserver {
  public:
     /// `stopRequested` is set from outside, by what the operator clicks during the run.
-    RunView(Ui::CreateCardPage& ui, Prompts& prompts, const bool& stopRequested)
-        : ui_(ui), prompts_(prompts), stopRequested_(stopRequested) {}
+    /// `beforeLook` is called before the operator gets to see the window again.
+    RunView(Ui::CreateCardPage& ui, Prompts& prompts, const bool& stopRequested,
+            std::function<void()> beforeLook)
+        : ui_(ui),
+          prompts_(prompts),
+          stopRequested_(stopRequested),
+          beforeLook_(std::move(beforeLook)) {}
 
     bool confirm(const QString& question) override;
     void showProgress(const QString& caption) override;
@@ -32,6 +40,7 @@ class RunView : public CardRunObserver {
     Ui::CreateCardPage& ui_;
     Prompts& prompts_;
     const bool& stopRequested_;
+    const std::function<void()> beforeLook_;
     RunEstimate estimate_;
 };
 

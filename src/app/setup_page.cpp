@@ -5,6 +5,7 @@
 #include "app/display_preview.h"
 #include "app/limited_line_edit.h"
 #include "app/list_view_tools.h"
+#include "app/save_questions.h"
 #include "app/system_text_window.h"
 #include "model/display_text.h"
 #include "setup/card_title.h"
@@ -137,6 +138,7 @@ void SetupPage::buttGetChimeFile_Click() {
     if (!path.isEmpty())
         emit summaryDue();
     emit projectChanged();
+    tellUnsavablePaths(services_.prompts, {path});
 }
 
 void SetupPage::txtChimeFileName_Change(const QString& text) {

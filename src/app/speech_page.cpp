@@ -5,6 +5,7 @@
 
 #include "app/limited_line_edit.h"
 #include "app/list_view_tools.h"
+#include "app/save_questions.h"
 #include "editor/displays.h"
 #include "editor/entry_fields.h"
 #include "model/format_limits.h"
@@ -185,6 +186,7 @@ void SpeechPage::moveTitle(Direction direction) {
         return;
     showTitles(result.row);
     lstSpTitles_Click();
+    emit projectChanged();
 }
 
 // ---- languages ---------------------------------------------------------------------------------
@@ -229,6 +231,7 @@ void SpeechPage::moveLang(Direction direction) {
         return;
     showLangs(result.row);
     lstLangs_Click();
+    emit projectChanged();
 }
 
 // ---- files -------------------------------------------------------------------------------------
@@ -246,6 +249,7 @@ void SpeechPage::buttAddSpFile_Click() {
         emit summaryDue();
     }
     emit projectChanged();
+    tellUnsavablePaths(services_.prompts, {path});
 }
 
 }  // namespace tessaly

@@ -33,6 +33,9 @@ QString oneLine(QString text) {
 
 // Whatever stood at `path` was somebody's project: it stays beside the new one.
 void save(FileSystem& files, const QString& path, Project& project) {
+    for (const QString& lost : pathsOutsideCodePage(project))
+        printError("warning: a project file cannot hold the path \"" + oneLine(lost) +
+                   "\": the file is not found when the project is opened.");
     for (const QString& text : textsOutsideCodePage(project))
         printError("warning: a project file cannot hold \"" + oneLine(text) +
                    "\": characters of it become \"?\".");

@@ -46,7 +46,7 @@ quint16 defaultLanguageMask(const Project& project) {
     for (qsizetype i = 0; i < project.lstLangs.size(); ++i)
         for (qsizetype entry = 1; entry < project.DefaultLanguageTable.size(); ++entry)
             if (project.DefaultLanguageTable[entry].groupName.is(project.lstLangs[i]))
-                mask += quint16(1u << i);
+                mask |= quint16(1u << i);
     return mask;
 }
 

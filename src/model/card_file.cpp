@@ -280,28 +280,26 @@ void saveProject(FileSystem& files, const QString& path, Project& project) {
 }
 
 QStringList textsOutsideCodePage(const Project& project) {
-    QStringList found;
-    const auto look = [&](const QString& text) {
-        if (!fitsCodePage(text))
-            found.append(text);
-    };
-    for (const QStringList& list : {project.lstMuList, project.lstSpTitles, project.lstLangs})
-        for (const QString& text : list)
-            look(text);
     const MusicListIndex musicLists(project);
+    QStringList texts = project.lstMuList + project.lstSpTitles + project.lstLangs;
     for (const QString& list : project.lstMuList)
-        for (const QString& track : musicLists.tracks(list))
-            look(track);
+        texts += musicLists.tracks(list);
+    for (int slot = 0; slot < SystemTextsUsed; ++slot)
+        texts += systemText(project, slot);
+    texts += {project.txtCardTitle1, project.txtCardTitle2, project.cfDrive};
+    texts.removeIf(fitsCodePage);
+    texts.removeDuplicates();
+    return texts;
+}
+
+QStringList pathsOutsideCodePage(const Project& project) {
+    QStringList paths = {project.txtChimeFileName};
     for (const TrackRecord& record : project.TrackTable)
         if (isTrackFile(record))
-            look(record.sourcePath.text());
-    for (int slot = 0; slot < SystemTextsUsed; ++slot)
-        look(systemText(project, slot));
-    for (const QString& text :
-         {project.txtCardTitle1, project.txtCardTitle2, project.txtChimeFileName, project.cfDrive})
-        look(text);
-    found.removeDuplicates();
-    return found;
+            paths += record.sourcePath.text();
+    paths.removeIf(fitsCodePage);
+    paths.removeDuplicates();
+    return paths;
 }
 
 QStringList tracksWithoutFile(const Project& project) {

@@ -31,6 +31,7 @@ void blankTables(Project& project) {
     project.DefaultLanguageCopy = {TrackRecord{}};
     project.MusicListNames = {QString()};
     project.lstMuTrack = {QStringList()};
+    project.PowerUpRecord = {};
     project.PowerUpRecord.kind = "empty";
     project.PowerUpRecord.groupName = "";
 }
@@ -62,8 +63,18 @@ void startUp(Project& project) {
         trigger.sourcePath = "empty";
         setTypeTag(trigger, QByteArray::number(slot));
     }
+    forgetFreeTriggers(project);
     project.suppressTriggerEvents = false;
     restoreSystemTexts(project);
+}
+
+void forgetFreeTriggers(Project& project) {
+    for (TrackRecord& trigger : project.TriggerTable) {
+        if (isAssigned(trigger))
+            continue;
+        trigger.itemName = {};
+        trigger.groupName = {};
+    }
 }
 
 void restoreSystemTexts(Project& project) {

@@ -65,6 +65,10 @@ void reset(Project& project);
 /// triggers, the original system texts.
 void startUp(Project& project);
 
+/// Takes the names that reset() leaves out of the triggers that are free: what they once played is
+/// nobody's business in the next project.
+void forgetFreeTriggers(Project& project);
+
 /// Puts the player's own words back into all system texts.
 void restoreSystemTexts(Project& project);
 

@@ -6,77 +6,92 @@
 namespace tessaly {
 
 ProjectSession::ProjectSession(Project& theProject, FileSystem& files)
-    : project(theProject), files_(files), saved_(theProject), kept_(theProject) {}
+    : project(theProject), files_(files) {
+    settled({});
+}
 
 bool ProjectSession::differs() const {
-    return !sameContent(project, saved_);
+    return !sameContent(project, state_.saved);
 }
 
 QString ProjectSession::keepCopy() {
-    if (!recovery_ || !differs() || sameContent(project, kept_))
+    if (!recovery_ || !differs() || sameContent(project, state_.kept))
         return {};
     try {
         recovery_->keep(project);
-        kept_ = project;
+        state_.kept = project;
+        copyFailed_ = false;
         return {};
     } catch (const TessalyError& error) {
+        copyFailed_ = true;
         return error.description;
     }
 }
 
-QString ProjectSession::letGo() {
-    const QString problem = keepCopy();
-    if (recovery_)
-        recovery_->startNewCopy();
-    return problem;
-}
-
 void ProjectSession::settled(const QString& fileName) {
-    fileName_ = fileName;
-    saved_ = project;
-    kept_ = project;
-    toldUnsavable_.clear();
+    state_ = {.fileName = fileName, .saved = project, .kept = project, .toldUnsavable = {}};
 }
 
 void ProjectSession::startNew() {
-    reset(project);
+    clear();
     startUp(project);
     settled({});
+    closed_.reset();
 }
 
 void ProjectSession::clear() {
+    const WorkStretch work = recovery_ ? recovery_->leave() : WorkStretch();
+    if (!state_.fileName.isEmpty() || differs())
+        closed_ = {.project = project, .state = state_, .work = work};
     reset(project);
+    forgetFreeTriggers(project);
     settled({});
+}
+
+bool ProjectSession::canBringBack() const {
+    return closed_ && state_.fileName.isEmpty() && !project.unsavedChanges && !differs();
+}
+
+void ProjectSession::bringBack() {
+    const Closed closed = *std::exchange(closed_, std::nullopt);
+    project = closed.project;
+    state_ = closed.state;
+    if (recovery_)
+        recovery_->comeBackTo(closed.work);
 }
 
 ReadReport ProjectSession::open(const QString& path) {
     clear();
     const ReadReport report = readProject(files_, path, project);
-    settled(report.isComplete ? path : QString());
+    closed_.reset();
+    if (report.isComplete)
+        settled(path);
     return report;
 }
 
 void ProjectSession::recover(const RecoveryCopy& copy) {
     const Project recovered = recovery_->read(copy);
     clear();
+    closed_.reset();
+    recovery_->continueFrom(copy);
     project = recovered;
-    project.unsavedChanges = true;  // and no copy is this project's own: the next is the newest
+    project.unsavedChanges = true;
 }
 
 void ProjectSession::save(const QString& path) {
     saveProject(files_, path, project);
-    const QStringList told = toldUnsavable_;
+    const QStringList told = state_.toldUnsavable;
     settled(path);
-    toldUnsavable_ = told;
+    state_.toldUnsavable = told;
     if (recovery_)
-        recovery_->dropCurrentCopy();
+        recovery_->dropSaved();
 }
 
 QStringList ProjectSession::newlyUnsavable() {
     const QStringList now = tracksWithoutFile(project) + listsWithoutFile(project);
-    if (now == toldUnsavable_)
+    if (now == state_.toldUnsavable)
         return {};
-    toldUnsavable_ = now;
+    state_.toldUnsavable = now;
     return now;
 }
 

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <optional>
 
 #include "model/card_file.h"
 #include "model/project.h"
@@ -20,31 +21,41 @@ class ProjectSession {
     Project& project;
 
     /// The file that Save writes; empty while the project has none.
-    const QString& fileName() const { return fileName_; }
+    const QString& fileName() const { return state_.fileName; }
 
     /// Where recovery copies go. Without one none are made.
     void setRecovery(RecoveryFolder* recovery) { recovery_ = recovery; }
 
-    /// Whether the project holds anything else than when it was last saved or opened.
+    /// Whether the project holds anything else than when it was last saved or opened. An empty one
+    /// without a file differs from nothing.
     bool differs() const;
 
-    /// Before the project is discarded: keeps a recovery copy if it differs. Never throws; returns
-    /// what went wrong, or nothing.
-    QString letGo();
-
-    /// Every now and then: keeps a recovery copy if the project changed since the last one. Returns
-    /// as letGo().
+    /// Keeps a recovery copy if the project differs and changed since the last one: every now and
+    /// then, and before it is discarded. Never throws; returns what went wrong, or nothing.
     QString keepCopy();
+
+    /// Whether the last recovery copy that was due could not be kept.
+    bool copyFailed() const { return copyFailed_; }
 
     /// An empty project without a file, as at the start of the program.
     void startNew();
 
     /// What Open does before it asks for a file: an empty project without a file; card title, chime
-    /// and system texts stay.
+    /// and system texts stay. What was there can be brought back.
     void clear();
 
-    /// Reads a file. The project has that file afterwards only when it was read to its end.
-    /// Throws, with the project empty, when it cannot be read at all.
+    /// Whether clear() took away a project and nothing was done since.
+    bool canBringBack() const;
+
+    /// The file of the project that can be brought back; empty when it had none.
+    QString closedFile() const { return closed_ ? closed_->state.fileName : QString(); }
+
+    /// Undoes clear(): the project is what it was, with its file and what it differs in.
+    void bringBack();
+
+    /// Reads a file. The project has that file afterwards only when it was read to its end; else it
+    /// differs, as nothing holds what was read. Throws, with the project empty, when it cannot be
+    /// read at all.
     ReadReport open(const QString& path);
 
     /// Takes a recovery copy as a project without a file that still differs. Throws, with the
@@ -60,14 +71,26 @@ class ProjectSession {
     QStringList newlyUnsavable();
 
  private:
+    // What is known of a project beside itself.
+    struct State {
+        QString fileName;
+        Project saved;  // as last saved or opened; shares its tables until they change
+        Project kept;   // as in the last recovery copy
+        QStringList toldUnsavable;
+    };
+    struct Closed {
+        Project project;
+        State state;
+        WorkStretch work;
+    };
+
     void settled(const QString& fileName);
 
     FileSystem& files_;
     RecoveryFolder* recovery_ = nullptr;
-    QString fileName_;
-    Project saved_;  // as last saved or opened; shares its tables until they change
-    Project kept_;   // as in the last recovery copy
-    QStringList toldUnsavable_;
+    State state_;
+    std::optional<Closed> closed_;
+    bool copyFailed_ = false;
 };
 
 }  // namespace tessaly

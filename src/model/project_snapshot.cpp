@@ -6,6 +6,7 @@
 #include <QIODevice>
 #include <QSet>
 #include <algorithm>
+#include <ranges>
 
 namespace tessaly {
 
@@ -101,14 +102,15 @@ bool hasItsSlots(const Project& project) {
            project.currentMusicList < project.MusicListNames.size();
 }
 
-// The default languages as the player gets them: their order, and names that no language has, make
-// no difference.
+// The default languages as the player gets them: their order, names that no language has and names
+// listed twice make no difference.
 QStringList defaultLanguages(const Project& project) {
     QStringList names;
     const QSet<QString> languages(project.lstLangs.begin(), project.lstLangs.end());
     for (const TrackRecord& record : project.DefaultLanguageTable.mid(1))
         if (languages.contains(record.groupName.text()))
             names.append(record.groupName.text());
+    names.removeDuplicates();
     names.sort();
     return names;
 }
@@ -217,25 +219,61 @@ std::optional<SnapshotCounts> countSnapshot(const QByteArray& bytes) {
     return in.status() == QDataStream::Ok ? std::optional(counts) : std::nullopt;
 }
 
-bool sameContent(const Project& a, const Project& b) {
-    const auto visible = [](Project project) {
-        project.unsavedChanges = false;
-        project.suppressTriggerEvents = false;
-        project.currentMusicList = 0;
-        project.DefaultLanguageCopy.clear();
-        project.DefaultLanguageTable.clear();
-        project.TrackTable.clear();  // compared record by record, without a copy
-        return project;
-    };
+namespace {
+
+// Record by record, without a copy of the table; records that were deleted do not count.
+bool sameTracks(const Project& a, const Project& b) {
     const auto sameRecord = [](const TrackRecord& x, const TrackRecord& y) {
         return x.kind == y.kind && x.itemName == y.itemName && x.groupName == y.groupName &&
                x.sourcePath == y.sourcePath && x.endlessLoop == y.endlessLoop &&
                x.cancelOnInterrupt == y.cancelOnInterrupt && x.loudVolume == y.loudVolume;
     };
-    const auto &one = a.TrackTable, &other = b.TrackTable;
-    return (one.isSharedWith(other) ||
-            std::equal(one.begin(), one.end(), other.begin(), other.end(), sameRecord)) &&
-           defaultLanguages(a) == defaultLanguages(b) && visible(a) == visible(b);
+    const auto filesOf = [](const Project& project) {
+        return project.TrackTable | std::views::filter(isTrackFile);
+    };
+    return a.TrackTable.isSharedWith(b.TrackTable) ||
+           std::ranges::equal(filesOf(a), filesOf(b), sameRecord);
+}
+
+// The lists with their tracks; slots of lists that were deleted do not count.
+bool sameLists(const Project& a, const Project& b) {
+    const auto slotsOf = [](const Project& project) {
+        const qsizetype spare = project.MusicListNames.size() - 1;
+        return std::views::iota(qsizetype(0), spare + 1) |
+               std::views::filter([&project, spare](qsizetype slot) {
+                   return slot == spare || !project.MusicListNames[slot].isEmpty();
+               });
+    };
+    return a.lstMuList == b.lstMuList &&
+           std::ranges::equal(slotsOf(a), slotsOf(b), [&](qsizetype x, qsizetype y) {
+               return a.MusicListNames[x] == b.MusicListNames[y] &&
+                      a.lstMuTrack[x] == b.lstMuTrack[y];
+           });
+}
+
+// Everything else, with what no page shows taken out.
+Project visibleRest(Project project) {
+    project.unsavedChanges = false;
+    project.suppressTriggerEvents = false;
+    project.currentMusicList = 0;
+    project.DefaultLanguageCopy.clear();
+    project.DefaultLanguageTable.clear();
+    project.TrackTable.clear();
+    project.MusicListNames.clear();
+    project.lstMuTrack.clear();
+    for (TrackRecord& trigger : project.TriggerTable)
+        if (!isAssigned(trigger))
+            trigger = {};
+    if (!hasPowerUpItem(project))
+        project.PowerUpRecord = {};
+    return project;
+}
+
+}  // namespace
+
+bool sameContent(const Project& a, const Project& b) {
+    return sameTracks(a, b) && sameLists(a, b) && defaultLanguages(a) == defaultLanguages(b) &&
+           visibleRest(a) == visibleRest(b);
 }
 
 }  // namespace tessaly

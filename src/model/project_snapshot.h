@@ -27,7 +27,8 @@ struct SnapshotCounts {
 std::optional<SnapshotCounts> countSnapshot(const QByteArray& bytes);
 
 /// Whether two states of a project hold the same. What an operator cannot see does not count: the
-/// flag of unsaved changes, the list on view, the numbers that a card gave the files.
+/// flag of unsaved changes, the list on view, the numbers that a card gave the files, what was
+/// deleted, what a free trigger once played.
 bool sameContent(const Project& a, const Project& b);
 
 }  // namespace tessaly

@@ -1,6 +1,9 @@
 #include "model/recovery.h"
 
 #include <QDir>
+#include <QFileInfo>
+#include <QHash>
+#include <QSet>
 #include <algorithm>
 
 #include "model/format_limits.h"
@@ -19,9 +22,51 @@ const QString TimeFormat = QStringLiteral("yyyyMMdd-HHmmss-zzz");  // in UTC: no
 
 // The time that the name of a copy tells.
 QDateTime timeOf(const QString& name) {
-    QDateTime time = QDateTime::fromString(name.chopped(Ending.size()), TimeFormat);
+    QDateTime time = QDateTime::fromString(name.section('.', 0, 0), TimeFormat);
     time.setTimeSpec(Qt::UTC);
     return time;
+}
+
+// The stretch of work that the name of a copy tells.
+QString stretchOf(const QString& name) {
+    return name.chopped(Ending.size()).section('.', -1);
+}
+
+// Of the copies of one stretch, newest first, those that need not be kept: without one its newer
+// and its older neighbour are still close enough. Both grow older, and closer by that, so it stays
+// so.
+QStringList superfluousEarlier(const QStringList& copies) {
+    const auto age = [&](qsizetype i) { return timeOf(copies[i]).secsTo(timeOf(copies.first())); };
+    QStringList found;
+    qint64 newer = 0;
+    for (qsizetype i = 1; i + 1 < copies.size(); ++i) {
+        if (age(i + 1) <= RecoveryFolder::AgeFactor * newer + RecoveryFolder::AgeSeconds)
+            found.append(copies[i]);
+        else
+            newer = age(i);
+    }
+    return found;
+}
+
+// The copies that need not be kept.
+QStringList superfluous(const QStringList& namesNewestFirst) {
+    QHash<QString, QStringList> copies;  // by stretch, newest first
+    QStringList stretches;               // likewise
+    for (const QString& name : namesNewestFirst) {
+        QStringList& ofStretch = copies[stretchOf(name)];
+        if (ofStretch.isEmpty())
+            stretches.append(stretchOf(name));
+        ofStretch.append(name);
+    }
+    QStringList found;
+    for (qsizetype i = 0; i < stretches.size(); ++i) {
+        const QStringList& all = copies[stretches[i]];
+        if (i < RecoveryFolder::StretchesWithEarlier)
+            found += superfluousEarlier(all);
+        else
+            found += all.mid(i < RecoveryFolder::StretchesKept ? 1 : 0);
+    }
+    return found;
 }
 
 }  // namespace
@@ -30,13 +75,13 @@ QString RecoveryCopy::description() const {
     const auto counted = [](int count, const char* what) {
         return QString("%1 %2%3").arg(count).arg(what, count == 1 ? "" : "s");
     };
-    return QString("%1   %2, %3, %4")
+    return QString("%1   %2, %3, %4%5")
         .arg(time.toString("yyyy-MM-dd HH:mm:ss"), counted(lists, "list"), counted(tracks, "track"),
-             counted(titles, "title"));
+             counted(titles, "title"), isEarlier ? "   (earlier)" : "");
 }
 
-RecoveryFolder::RecoveryFolder(FileSystem& files, const QString& folder)
-    : files_(files), folder_(folder) {
+RecoveryFolder::RecoveryFolder(FileSystem& files, const QString& folder, Clock clock)
+    : files_(files), folder_(folder), clock_(std::move(clock)) {
     QDir().mkpath(folder);
     const QString mark = pathIn(folder_, MarkName);
     try {
@@ -73,10 +118,26 @@ QStringList RecoveryFolder::namesNewestFirst() const {
 }
 
 void RecoveryFolder::keep(const Project& project) {
-    if (current_.isEmpty())
-        current_ = pathIn(folder_, nextName());
-    files_.replaceFile(current_, encodeSnapshot(project));
-    for (const QString& name : namesNewestFirst().mid(CopiesKept)) {
+    const QString time = nextTime().toString(TimeFormat);
+    const QString stretch = work_.name.isEmpty() ? time : work_.name;
+    const QString name = time + '.' + stretch + Ending;
+    files_.replaceFile(pathIn(folder_, name), encodeSnapshot(project));
+    work_.name = stretch;
+    work_.leadingUp.append(name);
+    remove(superfluous(namesNewestFirst()));
+}
+
+// The time now, but later than every copy there is: a clock that went back must not make the newest
+// copy the oldest.
+QDateTime RecoveryFolder::nextTime() const {
+    const QDateTime time = clock_();
+    const QStringList names = namesNewestFirst();
+    const QDateTime newest = names.isEmpty() ? QDateTime() : timeOf(names.first());
+    return newest.isValid() && newest >= time ? newest.addMSecs(1) : time;
+}
+
+void RecoveryFolder::remove(const QStringList& names) {
+    for (const QString& name : names) {
         try {
             files_.removeFile(pathIn(folder_, name));
         } catch (const TessalyError&) {
@@ -85,34 +146,28 @@ void RecoveryFolder::keep(const Project& project) {
     }
 }
 
-// The time now, but later than every copy there is: a clock that went back must not make the newest
-// copy the oldest.
-QString RecoveryFolder::nextName() const {
-    QDateTime time = QDateTime::currentDateTimeUtc();
-    const QStringList names = namesNewestFirst();
-    if (!names.isEmpty()) {
-        const QDateTime newest = timeOf(names.first());
-        if (newest.isValid() && newest >= time)
-            time = newest.addMSecs(1);
-    }
-    return time.toString(TimeFormat) + Ending;
+void RecoveryFolder::continueFrom(const RecoveryCopy& copy) {
+    const QString from = QFileInfo(copy.path).fileName();
+    work_ = {};
+    for (const QString& name : namesNewestFirst())
+        if (stretchOf(name) == stretchOf(from) && name <= from)
+            work_.leadingUp.append(name);
 }
 
-void RecoveryFolder::dropCurrentCopy() {
-    if (current_.isEmpty())
-        return;
-    try {
-        files_.removeFile(current_);
-    } catch (const TessalyError&) {
-        // One copy too many does no harm.
-    }
-    current_.clear();
+void RecoveryFolder::dropSaved() {
+    QStringList saved = namesNewestFirst();
+    saved.removeIf([&](const QString& name) { return !work_.leadingUp.contains(name); });
+    remove(saved);
+    work_ = {};
 }
 
 QList<RecoveryCopy> RecoveryFolder::copies() const {
     QList<RecoveryCopy> found;
+    QSet<QString> stretches;
     for (const QString& name : namesNewestFirst()) {
-        RecoveryCopy copy{.path = pathIn(folder_, name), .time = timeOf(name).toLocalTime()};
+        RecoveryCopy copy{.path = pathIn(folder_, name),
+                          .time = timeOf(name).toLocalTime(),
+                          .isEarlier = stretches.contains(stretchOf(name))};
         try {
             const auto counts =
                 countSnapshot(readWholeFile(files_, copy.path, limits::ProjectFileBytes));
@@ -122,6 +177,7 @@ QList<RecoveryCopy> RecoveryFolder::copies() const {
             copy.tracks = counts->tracks;
             copy.titles = counts->titles;
             found.append(copy);
+            stretches.insert(stretchOf(name));
         } catch (const TessalyError&) {
             continue;
         }

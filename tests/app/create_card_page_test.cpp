@@ -183,7 +183,7 @@ TEST(CreateCardPage, ACardIsCreated) {
     QList<int> bar;
     bench.files.onOperation = [&] {
         if (bench.files.operations.last().startsWith("create 000") && bench.isShown("Bar1") &&
-            bench.isShown("lblCopyProgress"))
+            bench.isShown("lblCopyProgress") && bench.window->isWindowModified())
             bar.append(bench.find<QProgressBar>("Bar1")->value());
     };
     bench.prompts.answers = {true};

@@ -190,6 +190,16 @@ TEST(SpeechPage, AWholeSessionEndsInTheExpectedFile) {
     expected.TrackTable << makeRecord("speech", "Welcome", "English", path)
                         << makeRecord("speech", "Welcome", "Deutsch", path);
     EXPECT_EQ(bench.scratch.read("made.crd2"), encodeProject(expected));
+    // A move sets no mark, but the status bar says so, until it is taken back.
+    bench.select("lstLangs", "Deutsch");
+    for (const char* buttons : {"imgSp", "imgLangs"}) {
+        const bool isUpFirst = buttons == QString("imgLangs");
+        for (const bool isUp : {isUpFirst, !isUpFirst}) {
+            bench.click(buttons + QString(isUp ? "Up" : "Dn"));
+            EXPECT_EQ(bench.isShown("lblNotSaved"), isUp == isUpFirst) << buttons;
+            EXPECT_FALSE(bench.window->isWindowModified());
+        }
+    }
 }
 
 // The rules themselves are in model/display_text_test.cpp.

@@ -1,5 +1,6 @@
 // Start-up, the File menu and recovery, through the real window.
 #include <QProcess>
+#include <QStatusBar>
 #include <QTimer>
 
 #include "app/start_arguments.h"
@@ -154,6 +155,7 @@ TEST(FileMenu, NewAlwaysAsksAndKeepsTitleAndChime) {
     bench.current.txtCardTitle1 = "TITLE";
     bench.current.SystemTextTable[3].groupName = "changed";
     setChimeOption(bench.current, &Project::buttPlayExtChime, true);
+    bench.current.TriggerTable[2].itemName = "of a customer";
     const Project before = bench.current;
     bench.prompts.answers = {false, true};
     bench.choose("mnuFileNew");
@@ -164,10 +166,19 @@ TEST(FileMenu, NewAlwaysAsksAndKeepsTitleAndChime) {
     Project expected;
     expected.txtCardTitle1 = "TITLE";
     setChimeOption(expected, &Project::buttPlayExtChime, true);
-    EXPECT_TRUE(sameContent(bench.current, expected));
+    EXPECT_EQ(encodeProject(bench.current), encodeProject(expected));
     EXPECT_EQ(bench.status(), "Total card size: 0.0 MB        Total number of Tracks: 0" +
                                   QString(40, ' ') + "TRL740 firmware version: 4011");
     EXPECT_EQ(bench.recoveryCopies(), 1);
+
+    bench.open(bench.tourFile);
+    QFile::remove(bench.scratch.path("app/firmware/0000.hex"));
+    bench.prompts.answers = {true};
+    QStringList titles = {"none was shown"};
+    bench.prompts.onShown = [&](const auto&) { titles = bench.items("lstSpTitles"); };
+    bench.choose("mnuFileNew");
+    EXPECT_EQ(titles, QStringList()) << "the message stood before the old project";
+    EXPECT_TRUE(bench.status().endsWith("version: "));
 }
 
 TEST(FileMenu, CancelToOpenLeavesAnEmptyProject) {
@@ -176,13 +187,34 @@ TEST(FileMenu, CancelToOpenLeavesAnEmptyProject) {
     EXPECT_EQ(encodeProject(bench.current), encodeProject(bench.project));
     EXPECT_FALSE(bench.current.unsavedChanges);
     EXPECT_EQ(bench.recoveryCopies(), 0);
-    bench.current.lstLangs.append("Danish");
-    bench.current.unsavedChanges = true;
+    EXPECT_FALSE(bench.isShown("lblNotSaved"));
+    bench.current.TriggerTable[2].itemName = "of a customer";
+    bench.add("txtNewLang", "Danish", "buttAddLang");
+    EXPECT_TRUE(bench.isShown("lblNotSaved"));
+    const Project before = bench.current;
     bench.open("");
     EXPECT_EQ(bench.current.TrackTable.size(), 1);
+    EXPECT_FALSE(encodeProject(bench.current).contains("customer"));
     EXPECT_EQ(bench.session.fileName(), "");
     EXPECT_EQ(bench.recoveryCopies(), 1);
-    EXPECT_TRUE(bench.prompts.shown.isEmpty());
+    EXPECT_FALSE(bench.isShown("lblNotSaved"));
+
+    // It comes back as it was, with what saves it; the next edit would have ended the offer.
+    bench.click("buttBringBack");
+    EXPECT_EQ(bench.current, before);
+    EXPECT_EQ(bench.session.fileName(), bench.tourFile);
+    EXPECT_EQ(bench.text("lblNotSaved"), "not saved in tour.crd2");
+    EXPECT_TRUE(bench.window->isWindowModified() && bench.isShown("lblNotSaved"));
+    EXPECT_FALSE(bench.isShown("buttBringBack"));
+    bench.choose("mnuFileSave");
+    EXPECT_EQ(bench.recoveryCopies(), 0);
+    bench.open(bench.scratch.path("gone.crd2"));
+    EXPECT_TRUE(bench.isShown("buttBringBack"));
+    bench.type("txtNewLang", "Dutch");
+    EXPECT_TRUE(bench.isShown("buttBringBack"));
+    bench.click("buttAddLang");
+    EXPECT_FALSE(bench.isShown("buttBringBack"));
+    EXPECT_EQ(bench.prompts.takeTexts().size(), 1) << "about the file that is gone";
 }
 
 TEST(FileMenu, ADamagedFileIsReadAsFarAsItGoesAndIsSafeFromSave) {
@@ -193,11 +225,12 @@ TEST(FileMenu, ADamagedFileIsReadAsFarAsItGoesAndIsSafeFromSave) {
                                                               " could be read up to byte "));
     EXPECT_FALSE(bench.current.lstSpTitles.isEmpty());
     EXPECT_EQ(bench.session.fileName(), "");
+    EXPECT_TRUE(bench.isShown("lblNotSaved") && bench.text("lblNotSaved") == "not saved");
     bench.prompts.paths = {""};
     bench.choose("mnuFileSave");  // asks for a name
     EXPECT_EQ(bench.prompts.files.size(), 2);
     EXPECT_EQ(bench.scratch.read("damaged.crd2"), damaged);
-    bench.window->openAtStart(bench.scratch.path("gone.crd2"));
+    bench.open(bench.scratch.path("gone.crd2"));
     EXPECT_TRUE(
         bench.prompts.takeTexts().value(0).startsWith(bench.scratch.path("gone.crd2") + ": "));
 }
@@ -239,25 +272,40 @@ TEST(FileMenu, SaveSaysWhatAFileCannotHold) {
     bench.choose("mnuFileSave");
     EXPECT_EQ(bench.prompts.takeTexts().size(), 1);
 
+    // A file that is lost with its path is said at once, and apart from texts.
+    const QString lost = bench.scratch.write("src/Песня.mp3", "x");
     bench.current.lstSpTitles.append("Добро");
+    bench.showPage("Setup Items");
+    bench.click("buttPlayIntChime");
+    bench.browse("buttGetChimeFile", lost);
+    bench.showPage("Music Files");
+    bench.select("lstMuTrack", "without file");
+    bench.browse("buttAddMuFile", lost);
+    bench.browse("buttAddMuListDir", bench.scratch.path("src"));
+    EXPECT_EQ(bench.prompts.takeTexts().filter(lost).size(), 3);
     const QByteArray before = bench.scratch.read("tour.crd2");
-    bench.prompts.answers = {false};
+    bench.prompts.answers = {true, false};
     bench.choose("mnuFileSave");
-    EXPECT_TRUE(bench.prompts.takeTexts()[0].contains("Добро"));
+    const QStringList asked = bench.prompts.takeTexts();
+    EXPECT_TRUE(asked.value(0).contains(lost) && !asked.value(0).contains("Добро"));
+    EXPECT_TRUE(asked.value(1).contains("Добро") && !asked.value(1).contains(lost));
     EXPECT_EQ(bench.scratch.read("tour.crd2"), before);
-    bench.prompts.answers = {true};
+    bench.prompts.answers = {true, true};
     bench.choose("mnuFileSave");
     EXPECT_NE(bench.scratch.read("tour.crd2"), before);
 }
 
-TEST(FileMenu, ExitAndTheCloseBoxAskOnlyAboutChanges) {
+TEST(FileMenu, ExitAndTheCloseBoxAskAboutChangesAndDifferences) {
     for (const bool byMenu : {true, false}) {
-        for (const bool isChanged : {true, false}) {
+        for (const char* button : {"buttDelSpTitle", "imgMuTrackDn", ""}) {
             OpenedBench bench;
             const auto leave = [&] { byMenu ? bench.choose("mnuFileExit") : bench.closeBox(); };
-            if (isChanged) {
-                bench.current.txtCardTitle1 = "changed";
-                bench.current.unsavedChanges = true;
+            const bool differs = *button;
+            bench.select("lstSpTitles", "Hello");
+            bench.select("lstMuTrack", "one");
+            if (differs) {
+                bench.click(button);
+                EXPECT_EQ(bench.isShown("lblNotSaved"), differs) << button;
                 bench.prompts.answers = {false, true};
                 leave();
                 EXPECT_TRUE(bench.window->isVisible());
@@ -266,8 +314,8 @@ TEST(FileMenu, ExitAndTheCloseBoxAskOnlyAboutChanges) {
             }
             leave();
             EXPECT_FALSE(bench.window->isVisible());
-            EXPECT_EQ(bench.prompts.shown.size(), isChanged ? 1 : 0);
-            EXPECT_EQ(bench.recoveryCopies(), isChanged ? 1 : 0);
+            EXPECT_EQ(bench.prompts.shown.size(), differs ? 1 : 0);
+            EXPECT_EQ(bench.recoveryCopies(), differs ? 1 : 0);
         }
     }
 }
@@ -300,7 +348,7 @@ TEST(Recovery, ACopyIsKeptEveryMinuteWhileSomethingDiffers) {
     bench.current.lstSpTitles.append("two");
     ASSERT_TRUE(QTest::qWaitFor([&] { return !bench.files.operations.isEmpty(); }));
     timer->stop();
-    EXPECT_EQ(bench.recoveryCopies(), 1) << "one project is one copy, the newest";
+    EXPECT_EQ(bench.recoveryCopies(), 2) << "the state before was not kept";
     for (int i = 0; i < 14; ++i) {
         bench.open("");
         bench.current.lstSpTitles = {QString("title %1").arg(i)};
@@ -322,6 +370,68 @@ TEST(Recovery, TheSessionsEndAsksNothingAndLosesNothing) {
     EXPECT_TRUE(bench.window->close());
     EXPECT_EQ(bench.recoveryCopies(), 2);
     EXPECT_TRUE(bench.prompts.shown.isEmpty());
+}
+
+TEST(Recovery, SaveRemovesEveryCopyThatLedUpToWhatItSaved) {
+    OpenedBench bench;
+    const auto edit = [&](const char* language) {
+        bench.add("txtNewLang", language, "buttAddLang");
+        QMetaObject::invokeMethod(bench.find<QTimer>("tmrRecovery"), "timeout");
+    };
+    const auto recover = [&](int line) {
+        bench.prompts.lines = {line};
+        bench.choose("mnuFileRecover");
+    };
+    edit("Danish");
+    ASSERT_TRUE(QMetaObject::invokeMethod(bench.window.get(), "Form_SessionEnds"));
+    recover(-1);
+    bench.prompts.answers = {false};
+    bench.choose("mnuFileNew");
+    edit("Dutch");
+    EXPECT_EQ(bench.recoveryCopies(), 2);
+    bench.choose("mnuFileSave");
+    EXPECT_EQ(bench.recoveryCopies(), 0);
+
+    edit("Finnish");
+    edit("French");
+    recover(1);  // from before the last edit, which stays on offer
+    EXPECT_TRUE(bench.prompts.offered[1].endsWith("(earlier)"));
+    EXPECT_EQ(bench.current.lstLangs.last(), "Finnish");
+    bench.prompts.paths = {bench.tourFile};
+    bench.choose("mnuFileSave");
+    EXPECT_EQ(bench.recoveryCopies(), 1);
+    recover(0);
+    EXPECT_EQ(bench.current.lstLangs.last(), "French");
+}
+
+TEST(Recovery, EarlierCopiesThinOutWithAge) {
+    WindowBench bench;
+    QDateTime now(QDate(2026, 3, 1), QTime(8, 0), Qt::UTC);
+    RecoveryFolder folder(bench.files, bench.scratch.path("user/recovery"), [&] { return now; });
+    const auto work = [&](int minutes) {
+        for (int minute = 0; minute < minutes; ++minute) {
+            now = now.addSecs(60);
+            folder.keep({});
+        }
+    };
+    for (int stretch = 0; stretch < 12; ++stretch) {
+        work(2);
+        folder.leave();
+    }
+    const QDateTime begin = now.addSecs(60);
+    for (int minutes = 0; minutes < 300; minutes += 7) {
+        work(7);
+        QList<qint64> ages;  // of this stretch, in minutes
+        const auto copies = folder.copies();
+        for (const RecoveryCopy& copy : copies)
+            if (copy.time >= begin)
+                ages.append(copy.time.secsTo(now) / 60);
+        for (qsizetype i = 1; i < ages.size(); ++i)
+            ASSERT_LE(ages[i], 4 * ages[i - 1] + 2) << "after " << minutes << " minutes";
+        ASSERT_TRUE(ages.first() == 0 && ages.last() == begin.secsTo(now) / 60);
+        ASSERT_LE(ages.size(), 10);
+        ASSERT_EQ(copies.size(), ages.size() + 2 + 8) << "two of the last stretch, one of others";
+    }
 }
 
 TEST(Recovery, AClockThatWentBackLosesNoCopy) {
@@ -396,6 +506,23 @@ TEST(Recovery, WhenNoCopyCanBeKeptTheOperatorDecides) {
     bench.choose("mnuFileNew");
     EXPECT_TRUE(bench.prompts.takeTexts().last().contains("could not be kept for recovery"));
     EXPECT_EQ(bench.current.lstLangs, QStringList("Danish"));
+}
+
+TEST(Recovery, AFailingCopyIsSaidOnceUntilOneWorked) {
+    StartedBench bench;
+    auto* bar = bench.find<QStatusBar>("sbStatusBar");
+    const auto said = [&](bool fails) {
+        bench.current.lstLangs.append("Danish");
+        bench.files.failWhen = [fails](const QString&) { return fails; };
+        bar->clearMessage();
+        QMetaObject::invokeMethod(bench.find<QTimer>("tmrRecovery"), "timeout");
+        return bar->currentMessage().contains("could not be kept for recovery: ");
+    };
+    EXPECT_TRUE(said(true));
+    EXPECT_FALSE(said(true));
+    EXPECT_FALSE(said(false));
+    EXPECT_TRUE(said(true));
+    EXPECT_TRUE(bench.prompts.shown.isEmpty());
 }
 
 }  // namespace tessaly

@@ -45,7 +45,7 @@ TEST(DefaultLanguages, AreKeptWhenThePageIsShownAgain) {
         expectTable(table, edit);
         EXPECT_EQ(project.DefaultLanguageCopy, before) << edit;
     }
-    // A name that came twice from a file would count twice in the image.
+    // A name that came twice from a file is one default language.
     project.DefaultLanguageTable.append(project.DefaultLanguageTable.last());
     showDefaultLanguages(project);
     expectTable({"German"}, "twice");
