@@ -50,7 +50,7 @@ CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services
       ui_(std::make_unique<Ui::CreateCardPage>()),
       writer_(services.files, services.drives),
       totals_(totals) {
-    ui_->setupUi(this);
+    ui_->setupUi(widget());
     for (QListWidget* list : {ui_->lstBadMuLists, ui_->lstBadLangs, ui_->lstBadSpTitles}) {
         list->setFont(fixedFont(font()));
         list->hide();

@@ -4,11 +4,13 @@
 #include <QCloseEvent>
 #include <QDir>
 #include <QFileInfo>
-#include <QLabel>
+#include <QScreen>
+#include <QStyle>
 #include <QTimer>
 
 #include "app/about_window.h"
 #include "app/create_card_page.h"
+#include "app/elided_label.h"
 #include "app/music_page.h"
 #include "app/setup_page.h"
 #include "app/speech_page.h"
@@ -43,13 +45,15 @@ MainWindow::MainWindow(ProjectSession& session, const Services& services)
       services_(services),
       folders_(foldersOfProgram(services.appFolder, services.userFolder)),
       ui_(std::make_unique<Ui::MainWindow>()),
-      statusText_(new QLabel) {
+      statusText_(new ElidedLabel) {
     ui_->setupUi(this);
     statusText_->setObjectName("lblStatus");
     statusText_->setTextFormat(Qt::PlainText);
     statusText_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     ui_->sbStatusBar->addWidget(statusText_, 1);
     addPages();
+    const QSize frame(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
+    resize(size().boundedTo(screen()->availableSize() - frame));
 
     const auto triggered = [this](QAction* action, void (MainWindow::*handler)()) {
         connect(action, &QAction::triggered, this, handler);
@@ -382,9 +386,7 @@ void MainWindow::measure() {
 }
 
 void MainWindow::showTotals() {
-    const QString line = summaryLine(totals_, firmwareVersion_);
-    statusText_->setText(line);
-    statusText_->setToolTip(line.simplified());
+    statusText_->setText(summaryLine(totals_, firmwareVersion_));
     showCaption();
 }
 

@@ -16,7 +16,7 @@ namespace tessaly {
 
 MusicPage::MusicPage(Project& project, const Services& services, QWidget* parent)
     : Page(parent), project_(project), services_(services), ui_(std::make_unique<Ui::MusicPage>()) {
-    ui_->setupUi(this);
+    ui_->setupUi(widget());
     makeMoveButtons(ui_->imgMuListUp, ui_->imgMuListDn, ui_->lstMuList, "list");
     measureLinesFast(ui_->lstMuTrack);
     makeMoveButtons(ui_->imgMuTrackUp, ui_->imgMuTrackDn, ui_->lstMuTrack, "track");

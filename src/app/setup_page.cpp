@@ -22,7 +22,7 @@ SetupPage::SetupPage(Project& project, const Services& services, QWidget* parent
       folders_(foldersOfProgram(services.appFolder, services.userFolder)),
       ui_(std::make_unique<Ui::SetupPage>()),
       systemTexts_(new SystemTextWindow(project, services.prompts, this)) {
-    ui_->setupUi(this);
+    ui_->setupUi(widget());
     ui_->lstDefaultLangs->setFont(fixedFont(font()));
     connectTitle(ui_->txtCardTitle1, &Project::txtCardTitle1);
     connectTitle(ui_->txtCardTitle2, &Project::txtCardTitle2);

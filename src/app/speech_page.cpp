@@ -17,7 +17,7 @@ SpeechPage::SpeechPage(Project& project, const Services& services, QWidget* pare
       project_(project),
       services_(services),
       ui_(std::make_unique<Ui::SpeechPage>()) {
-    ui_->setupUi(this);
+    ui_->setupUi(widget());
     ui_->txtNewSpTitle->setLimit(limits::DisplayText);
     ui_->txtNewLang->setLimit(limits::LanguageName);
     makeMoveButtons(ui_->imgSpUp, ui_->imgSpDn, ui_->lstSpTitles, "title");
