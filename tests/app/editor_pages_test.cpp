@@ -91,17 +91,27 @@ TEST(MusicPage, TrackButtonsFollowTheSelection) {
     EXPECT_FALSE(bench.isEnabled("buttAddMuFile"));
     bench.select("lstMuTrack", "");
     bench.type("txtNewMuList", "y");  // takes the list's selection away
-    EXPECT_EQ(enabled(), "EditMuTrack DelMuTrack") << "no file without its list";
-    const Project before = bench.current;
+    EXPECT_EQ(enabled(), "") << "nothing of a track can be changed without its list";
+
+    // A track that is selected already can be edited, however it came on view.
+    bench.click("buttAddMuList");
+    bench.add("txtNewMuTrack", "z", "buttAddMuTrack");
+    bench.select("lstMuTrack", "z");
     bench.click("buttDelMuTrack");
-    EXPECT_EQ(bench.current, before) << "without a list there is no track to delete";
+    EXPECT_EQ(enabled(), "");
+    bench.select("lstMuList", "Rock");
+    EXPECT_EQ(enabled(), "EditMuTrack DelMuTrack AddMuFile");
 }
 
 TEST(MusicPage, ImportsMakeListsOrNothing) {
     StartedBench bench;
     bench.showPage("Music Files");
     const QString tour = QDir::toNativeSeparators(TESSALY_SAMPLES "/tour/Music/Harbour Morning");
+    bench.type("txtNewMuList", "half");
+    bench.type("txtNewMuTrack", "typed");
     bench.browse("buttAddMuListDir", tour);
+    EXPECT_EQ(bench.field("txtNewMuList") + bench.field("txtNewMuTrack"), "");
+    EXPECT_FALSE(bench.isEnabled("buttAddMuList") || bench.isEnabled("buttAddMuTrack"));
     EXPECT_EQ(bench.selected("lstMuList"), "Harbour Morning");
     EXPECT_EQ(bench.items("lstMuTrack"),
               (QStringList{"Morning Bell", "Drying Nets", "03 Thin Fog", "Market Boats"}));
