@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QScreen>
 #include <QStyle>
+#include <QTabBar>
 #include <QTimer>
 
 #include "app/about_window.h"
@@ -52,8 +53,13 @@ MainWindow::MainWindow(ProjectSession& session, const Services& services)
     statusText_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     ui_->sbStatusBar->addWidget(statusText_, 1);
     addPages();
+    // Large enough for every page, whatever the font, if the screen is.
     const QSize frame(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
-    resize(size().boundedTo(screen()->availableSize() - frame));
+    const QSize tabs(ui_->Tabs->tabBar()->sizeHint().width(), 0);
+    resize(size()
+               .expandedTo(sizeHint())
+               .expandedTo(tabs)
+               .boundedTo(screen()->availableSize() - frame));
 
     const auto triggered = [this](QAction* action, void (MainWindow::*handler)()) {
         connect(action, &QAction::triggered, this, handler);

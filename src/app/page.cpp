@@ -1,6 +1,7 @@
 #include "app/page.h"
 
 #include <QKeyEvent>
+#include <QLayout>
 #include <QPushButton>
 
 namespace tessaly {
@@ -10,6 +11,15 @@ namespace {
 bool isEnter(const QKeyEvent& event) {
     return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
 }
+
+// What is on a page becomes as low as it can, its lists too, before the page scrolls.
+class Contents : public QWidget {
+ public:
+    bool hasHeightForWidth() const override { return layout() && layout()->hasHeightForWidth(); }
+    int heightForWidth(int width) const override {
+        return layout()->totalMinimumHeightForWidth(width);
+    }
+};
 
 }  // namespace
 
@@ -25,7 +35,7 @@ Page::Page(QWidget* parent) : QScrollArea(parent) {
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::NoFocus);
     setWidgetResizable(true);
-    setWidget(new QWidget);
+    setWidget(new Contents);
 }
 
 void Page::setDefaultButton(QPushButton* button) {

@@ -18,6 +18,9 @@ class Page : public QScrollArea {
  public:
     explicit Page(QWidget* parent = nullptr);
 
+    /// The size at which nothing needs to scroll.
+    QSize sizeHint() const override { return widget()->sizeHint(); }
+
     /// Shows the project as it is now: called whenever the page comes to the front and after the
     /// project was replaced.
     virtual void showProject() = 0;
