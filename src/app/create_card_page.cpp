@@ -135,7 +135,8 @@ void CreateCardPage::showProblems(const CardChecks& checks) {
 
 void CreateCardPage::buttSelectCF_Click() {
     session_.project.unsavedChanges = true;
-    const QString root = withLastSeparator(services_.prompts.pickDrive(services_.drives));
+    const QString root =
+        withLastSeparator(services_.prompts.pickDrive(services_.drives, session_.project.cfDrive));
     emit projectChanged();
     if (root.isEmpty())
         return;

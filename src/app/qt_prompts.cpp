@@ -73,8 +73,8 @@ QString QtPrompts::pickFolder(const QString& caption, const QString& start) {
     return QFileDialog::getExistingDirectory(QApplication::activeWindow(), caption, start);
 }
 
-QString QtPrompts::pickDrive(const Drives& drives) {
-    DriveDialog dialog(drives, QApplication::activeWindow());
+QString QtPrompts::pickDrive(const Drives& drives, const QString& current) {
+    DriveDialog dialog(drives, current, QApplication::activeWindow());
     return dialog.exec() == QDialog::Accepted ? dialog.selectedRoot() : QString();
 }
 
