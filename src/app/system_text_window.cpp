@@ -7,6 +7,7 @@
 #include "app/display_preview.h"
 #include "app/limited_line_edit.h"
 #include "app/list_view_tools.h"
+#include "app/page.h"
 #include "model/display_text.h"
 #include "ui_system_text_window.h"
 
@@ -98,7 +99,7 @@ void SystemTextWindow::closeEvent(QCloseEvent* event) {
 void SystemTextWindow::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape)
         buttSystemTextCancel_Click();
-    else
+    else if (!pressFocusedButton(*event, *this))
         QWidget::keyPressEvent(event);
 }
 
