@@ -1,6 +1,7 @@
 // The pages of music and speech through the real window.
 #include <QClipboard>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QProgressDialog>
 
 #include "support/window_bench.h"
@@ -101,6 +102,15 @@ TEST(MusicPage, TrackButtonsFollowTheSelection) {
     EXPECT_EQ(enabled(), "");
     bench.select("lstMuList", "Rock");
     EXPECT_EQ(enabled(), "EditMuTrack DelMuTrack AddMuFile");
+
+    // Enter presses the button that has the focus, from elsewhere the default one.
+    bench.window->activateWindow();
+    bench.type("txtNewMuTrack", "last");
+    for (const char* focused : {"buttDelMuTrack", "lstMuTrack"}) {
+        bench.find<QWidget>(focused)->setFocus();
+        QTest::keyClick(bench.window->windowHandle(), Qt::Key_Return);
+    }
+    EXPECT_EQ(bench.items("lstMuTrack"), QStringList("last"));
 }
 
 TEST(MusicPage, ImportsMakeListsOrNothing) {
@@ -208,6 +218,24 @@ TEST(SpeechPage, NamesHaveTheirLimits) {
     QApplication::sendEvent(language, &at);
     EXPECT_EQ(language->text(), "Nederlan");
     EXPECT_EQ(bench.prompts.beeps, 5);
+    // One character of two units, and one that is not seen, take a place each.
+    const QString note = QString::fromUtf8("\xF0\x9D\x84\x9E");
+    for (const QString& character : {note, QString(QChar(0x200D))}) {
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, character);
+        QApplication::sendEvent(language, &press);
+        EXPECT_EQ(language->text(), "Nederlan");
+    }
+    // A move would take from its source what the field refuses.
+    QMimeData dropped;
+    dropped.setText("Deutsch");
+    QDragEnterEvent enter({}, Qt::CopyAction | Qt::MoveAction, &dropped, Qt::LeftButton,
+                          Qt::NoModifier);
+    QApplication::sendEvent(language, &enter);
+    QDropEvent drop({}, Qt::CopyAction | Qt::MoveAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+    drop.setDropAction(Qt::MoveAction);
+    QApplication::sendEvent(language, &drop);
+    EXPECT_EQ(language->text(), "Nederlan");
+    EXPECT_EQ(drop.dropAction(), Qt::CopyAction);
     // An input method replaces what it composed from.
     bench.type("txtNewLang", "Espan");
     QInputMethodEvent composed;
