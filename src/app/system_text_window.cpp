@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QScreen>
+#include <QStyle>
 
 #include "app/display_preview.h"
 #include "app/limited_line_edit.h"
@@ -42,6 +44,16 @@ SystemTextWindow::SystemTextWindow(Project& project, Prompts& prompts, QWidget* 
             &SystemTextWindow::buttSystemTextSave_Click);
     connect(ui_->buttSystemTextCancel, &QPushButton::clicked, this,
             &SystemTextWindow::buttSystemTextCancel_Click);
+    // As high as all rows, if the screen is; else they scroll. The length keeps its room, so that
+    // the display beside it keeps its size.
+    ui_->lblLength->setMinimumWidth(
+        fontMetrics().horizontalAdvance(displayLengthText(QString(99, '-'))));
+    const QSize rows = ui_->rows->sizeHint();
+    ui_->scrollRows->setMinimumWidth(rows.width() +
+                                     style()->pixelMetric(QStyle::PM_ScrollBarExtent));
+    const QSize all = sizeHint() + QSize(0, rows.height() - ui_->scrollRows->sizeHint().height());
+    const QSize frame(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
+    resize(all.boundedTo(screen()->availableSize() - frame));
     projectReplaced();
 }
 
