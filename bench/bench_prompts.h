@@ -22,7 +22,7 @@ class BenchPrompts : public Prompts {
     QString openFile(const FileRequest&) override { return path; }
     QString saveFile(const FileRequest&) override { return path; }
     QString pickFolder(const QString&, const QString&) override { return path; }
-    QString pickDrive(const Drives&) override { return drive; }
+    QString pickDrive(const Drives&, const QString&) override { return drive; }
     int pickLine(const QString&, const QStringList&) override { return 0; }
     QString inputText(const QString&, const QString&, int) override { return text; }
     void beep() override {}

@@ -5,7 +5,6 @@
 #include "app/list_view_tools.h"
 #include "card/card_summary.h"
 #include "editor/displays.h"
-#include "editor/entry_fields.h"
 #include "model/lines.h"
 #include "setup/chime.h"
 #include "setup/default_languages.h"
@@ -59,8 +58,8 @@ void compareSpeech(const test::WindowBench& bench, Comparison& page) {
     page.enabled("buttAddSpTitle", !bench.field("txtNewSpTitle").isEmpty());
     page.enabled("buttEditSpTitle", selected.title >= 0);
     page.enabled("buttDelSpTitle", selected.title >= 0);
-    if (const auto enabled = addLanguageEnabled(project, bench.field("txtNewLang")))
-        page.enabled("buttAddLang", *enabled);
+    page.enabled("buttAddLang",
+                 !bench.field("txtNewLang").isEmpty() && project.lstLangs.size() < 16);
     page.enabled("buttEditLang", selected.language >= 0);
     page.enabled("buttDelLang", selected.language >= 0);
     page.enabled("buttAddSpFile", isPair);
@@ -81,7 +80,8 @@ void compareMusic(const test::WindowBench& bench, Comparison& page) {
     page.enabled("buttAddMuList", !bench.field("txtNewMuList").isEmpty());
     page.enabled("buttEditMuList", selected.list >= 0);
     page.enabled("buttDelMuList", selected.list >= 0);
-    page.enabled("buttAddMuFile", isPair);
+    for (const char* button : {"buttEditMuTrack", "buttDelMuTrack", "buttAddMuFile"})
+        page.enabled(button, isPair);
     const QString path = lineAt(project.lstMuList, selected.list)
                              ? musicDisplay(project, selected, bench.files, bench.tags).path
                              : QString();

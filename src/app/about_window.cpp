@@ -14,6 +14,7 @@ AboutWindow::AboutWindow(const QString& firmwareVersion, const QStringList& make
     ui_->setupUi(this);
     ui_->lblFirmwareVersion->setText(firmwareVersion);
     ui_->lblMakersFiles->setText(makersFiles.join('\n'));
+    ui_->cmdOK->setFocus();
     connect(ui_->cmdOK, &QPushButton::clicked, this, &QDialog::accept);
     connect(ui_->cmdSysInfo, &QPushButton::clicked, this, &AboutWindow::cmdSysInfo_Click);
 }

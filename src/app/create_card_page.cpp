@@ -51,7 +51,7 @@ CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services
       ui_(std::make_unique<Ui::CreateCardPage>()),
       writer_(services.files, services.drives),
       totals_(totals) {
-    ui_->setupUi(this);
+    ui_->setupUi(widget());
     for (QListWidget* list : {ui_->lstBadMuLists, ui_->lstBadLangs, ui_->lstBadSpTitles,
                               ui_->lstSilentTracks, ui_->lstEmptyFiles}) {
         list->setFont(fixedFont(font()));
@@ -158,7 +158,8 @@ void CreateCardPage::showProblems(const CardChecks& checks) {
 
 void CreateCardPage::buttSelectCF_Click() {
     session_.project.unsavedChanges = true;
-    const QString root = withLastSeparator(services_.prompts.pickDrive(services_.drives));
+    const QString root =
+        withLastSeparator(services_.prompts.pickDrive(services_.drives, session_.project.cfDrive));
     emit projectChanged();
     if (root.isEmpty())
         return;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDialog>
-#include <QList>
 
 #include "platform/drives.h"
 
@@ -10,26 +9,28 @@ class QTreeWidget;
 
 namespace tessaly {
 
-/// Lists all mounted volumes with name, type, size and free space, those that could be cards first.
+/// Lists all mounted volumes with name, type, size and free space: removable ones first, among them
+/// those with a card before empty readers, small before large. The row of `current`, the drive that
+/// the project has now, is selected, or else the only card that there is. Without a selection there
+/// is nothing to accept.
 class DriveDialog : public QDialog {
     Q_OBJECT
 
  public:
-    explicit DriveDialog(const Drives& drives, QWidget* parent = nullptr);
+    DriveDialog(const Drives& drives, const QString& current, QWidget* parent = nullptr);
 
     /// The root of the selected drive; empty when none is selected.
     QString selectedRoot() const;
 
+    void accept() override;
+
  private:
-    void fill();
+    void fill(const QString& current);
     void updateButtons();
 
     const Drives& drives_;
     QTreeWidget* list_;
     QDialogButtonBox* buttons_;
 };
-
-/// Volumes in the order of the dialog: removable ones first, small before large.
-QList<Volume> cardLikeFirst(QList<Volume> volumes);
 
 }  // namespace tessaly

@@ -18,11 +18,14 @@ namespace tessaly {
 
 namespace {
 
+// Whatever the field would take: everything but control characters. With Ctrl it takes only those
+// that format; with Ctrl and Alt, which are the AltGr of some keyboards, all.
 bool isCharacter(const QKeyEvent& event) {
-    return !event.text().isEmpty() && event.text().at(0).isPrint() &&
-           !(event.modifiers() & Qt::MetaModifier) &&
-           // With Alt, Ctrl is the AltGr of some keyboards.
-           (event.modifiers() & Qt::AltModifier || !(event.modifiers() & Qt::ControlModifier));
+    const auto category =
+        event.text().isEmpty() ? QChar::Other_Control : event.text().at(0).category();
+    const bool isCommand =
+        event.modifiers() & Qt::ControlModifier && !(event.modifiers() & Qt::AltModifier);
+    return category != QChar::Other_Control && (category == QChar::Other_Format || !isCommand);
 }
 
 }  // namespace
@@ -96,10 +99,17 @@ void LimitedLineEdit::contextMenuEvent(QContextMenuEvent* event) {
     menu->exec(event->globalPos());
 }
 
+// A copy, for the source of a move takes away what it gave, whether it came in or not. Within the
+// field nothing is added by a move.
 void LimitedLineEdit::dropEvent(QDropEvent* event) {
-    if (event->mimeData()->hasText())
-        insertLimited(event->mimeData()->text());
-    event->acceptProposedAction();
+    if (event->source() == this && event->dropAction() == Qt::MoveAction) {
+        QLineEdit::dropEvent(event);
+        return;
+    }
+    setCursorPosition(cursorPositionAt(event->position().toPoint()));
+    insertLimited(event->mimeData()->text());
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
 }
 
 }  // namespace tessaly

@@ -4,11 +4,14 @@
 #include <QCloseEvent>
 #include <QDir>
 #include <QFileInfo>
-#include <QLabel>
+#include <QScreen>
+#include <QStyle>
+#include <QTabBar>
 #include <QTimer>
 
 #include "app/about_window.h"
 #include "app/create_card_page.h"
+#include "app/elided_label.h"
 #include "app/music_page.h"
 #include "app/save_questions.h"
 #include "app/session_status.h"
@@ -35,7 +38,7 @@ MainWindow::MainWindow(ProjectSession& session, const Services& services)
       services_(services),
       folders_(foldersOfProgram(services.appFolder, services.userFolder)),
       ui_(std::make_unique<Ui::MainWindow>()),
-      statusText_(new QLabel) {
+      statusText_(new ElidedLabel) {
     ui_->setupUi(this);
     statusText_->setObjectName("lblStatus");
     statusText_->setTextFormat(Qt::PlainText);
@@ -44,6 +47,13 @@ MainWindow::MainWindow(ProjectSession& session, const Services& services)
     sessionStatus_ = new SessionStatus(session_, ui_->sbStatusBar);
     connect(sessionStatus_, &SessionStatus::bringBackChosen, this, &MainWindow::bringBack);
     addPages();
+    // Large enough for every page, whatever the font, if the screen is.
+    const QSize frame(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
+    const QSize tabs(ui_->Tabs->tabBar()->sizeHint().width(), 0);
+    resize(size()
+               .expandedTo(sizeHint())
+               .expandedTo(tabs)
+               .boundedTo(screen()->availableSize() - frame));
 
     const auto triggered = [this](QAction* action, void (MainWindow::*handler)()) {
         connect(action, &QAction::triggered, this, handler);
@@ -368,9 +378,7 @@ void MainWindow::measure() {
 }
 
 void MainWindow::showTotals() {
-    const QString line = summaryLine(totals_, firmwareVersion_);
-    statusText_->setText(line);
-    statusText_->setToolTip(line.simplified());
+    statusText_->setText(summaryLine(totals_, firmwareVersion_));
     showCaption();
 }
 

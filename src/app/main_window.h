@@ -9,7 +9,6 @@
 #include "model/recovery.h"
 
 class QCloseEvent;
-class QLabel;
 
 namespace Ui {
 class MainWindow;
@@ -18,6 +17,7 @@ class MainWindow;
 namespace tessaly {
 
 class CreateCardPage;
+class ElidedLabel;
 class Page;
 class SessionStatus;
 class SetupPage;
@@ -82,7 +82,7 @@ class MainWindow : public QMainWindow {
     const Services& services_;
     const AppFolders folders_;
     const std::unique_ptr<Ui::MainWindow> ui_;
-    QLabel* statusText_;
+    ElidedLabel* statusText_;
     SessionStatus* sessionStatus_;
     CardTotals totals_;  ///< as last measured, by whichever page
     SetupPage* setup_ = nullptr;

@@ -18,7 +18,7 @@ namespace tessaly {
 
 MusicPage::MusicPage(Project& project, const Services& services, QWidget* parent)
     : Page(parent), project_(project), services_(services), ui_(std::make_unique<Ui::MusicPage>()) {
-    ui_->setupUi(this);
+    ui_->setupUi(widget());
     makeMoveButtons(ui_->imgMuListUp, ui_->imgMuListDn, ui_->lstMuList, "list");
     measureLinesFast(ui_->lstMuTrack);
     makeMoveButtons(ui_->imgMuTrackUp, ui_->imgMuTrackDn, ui_->lstMuTrack, "track");
@@ -39,20 +39,16 @@ MusicPage::MusicPage(Project& project, const Services& services, QWidget* parent
     connect(ui_->imgMuTrackUp, &QToolButton::clicked, this, [this] { moveTrack(Direction::Up); });
     connect(ui_->imgMuTrackDn, &QToolButton::clicked, this, [this] { moveTrack(Direction::Down); });
     connect(ui_->lstMuList, &QListWidget::itemSelectionChanged, this, [this] {
-        if (selectedRow(ui_->lstMuList) >= 0) {
+        if (selectedRow(ui_->lstMuList) >= 0)
             lstMuList_Click();
-            return;
-        }
-        showListSelection();
+        else
+            showSelection();
     });
     connect(ui_->lstMuTrack, &QListWidget::itemSelectionChanged, this,
             &MusicPage::lstMuTrack_Click);
     connect(ui_->txtNewMuList, &QLineEdit::textChanged, this, &MusicPage::txtNewMuList_Change);
     connect(ui_->txtNewMuTrack, &QLineEdit::textChanged, this, &MusicPage::txtNewMuTrack_Change);
-    for (QWidget* button : std::initializer_list<QWidget*>{
-             ui_->buttAddMuList, ui_->buttEditMuList, ui_->buttDelMuList, ui_->buttAddMuTrack,
-             ui_->buttEditMuTrack, ui_->buttDelMuTrack, ui_->buttAddMuFile})
-        button->setEnabled(false);
+    showSelection();
 }
 
 MusicPage::~MusicPage() = default;
@@ -69,18 +65,15 @@ void MusicPage::edited() {
 
 void MusicPage::projectReplaced() {
     trackRows_.clear();
-    ui_->txtNewMuList->clear();
-    ui_->txtNewMuTrack->clear();
-    for (QPushButton* button : {ui_->buttEditMuList, ui_->buttDelMuList, ui_->buttAddMuTrack,
-                                ui_->buttEditMuTrack, ui_->buttDelMuTrack, ui_->buttAddMuFile})
-        button->setEnabled(false);
-    clearFile();
+    clearEntries();
     const int row = currentListRow();
     showLists(row);
-    if (row >= 0)
+    if (row >= 0) {
         lstMuList_Click();
-    else
+    } else {
         showTracks(-1);
+        showSelection();
+    }
 }
 
 int MusicPage::currentListRow() const {
@@ -93,33 +86,18 @@ void MusicPage::showProject() {
     showLists(row);
     if (shownSlot_ == project_.currentMusicList) {
         showTracks(selectedRow(ui_->lstMuTrack));
-        return;
-    }
-    // Another page brought another list on view.
-    if (row >= 0 && currentListRow() >= 0) {
+    } else if (row >= 0 && currentListRow() >= 0) {  // another page brought another list on view
         showLists(currentListRow());
         lstMuList_Click();
+        return;
     } else {
         showTracks(trackRows_.value(project_.currentMusicList, -1));
-        ui_->buttAddMuFile->setEnabled(false);
-        clearFile();
     }
+    showSelection();
 }
 
 void MusicPage::showLists(int row) {
     showLines(ui_->lstMuList, project_.lstMuList, row);
-    showListSelection();
-}
-
-void MusicPage::showListSelection() {
-    const bool isSelected = selectedRow(ui_->lstMuList) >= 0;
-    ui_->buttEditMuList->setEnabled(isSelected);
-    ui_->buttDelMuList->setEnabled(isSelected);
-    if (isSelected)
-        return;
-    // Without its list a selected track is no whole selection.
-    ui_->buttAddMuFile->setEnabled(false);
-    clearFile();
 }
 
 void MusicPage::showTracks(int row) {
@@ -131,14 +109,18 @@ void MusicPage::showTracks(int row) {
     trackRows_[shownSlot_] = row;
 }
 
-void MusicPage::clearFile() {
-    ui_->txtMuFile->clear();
-    ui_->lblMuFileSize->setText("0.0 MB");
-    for (QLabel* label : {ui_->lblMP3tagTitle, ui_->lblMP3tagArtist, ui_->lblMP3tagAlbum})
-        label->clear();
-}
-
-void MusicPage::showFile() {
+// Whatever changed what is selected or entered ends here: which buttons can be used, and the file
+// of the selected track.
+void MusicPage::showSelection() {
+    const MusicControls enabled =
+        musicControls(selection(), ui_->txtNewMuList->text(), trackEntered_);
+    ui_->buttAddMuList->setEnabled(enabled.buttAddMuList);
+    ui_->buttEditMuList->setEnabled(enabled.buttEditMuList);
+    ui_->buttDelMuList->setEnabled(enabled.buttDelMuList);
+    ui_->buttAddMuTrack->setEnabled(enabled.buttAddMuTrack);
+    ui_->buttEditMuTrack->setEnabled(enabled.buttEditMuTrack);
+    ui_->buttDelMuTrack->setEnabled(enabled.buttDelMuTrack);
+    ui_->buttAddMuFile->setEnabled(enabled.buttAddMuFile);
     const FileDisplay display =
         musicDisplay(project_, selection(), services_.files, services_.tags);
     ui_->txtMuFile->setText(display.path);
@@ -146,48 +128,43 @@ void MusicPage::showFile() {
     ui_->lblMP3tagTitle->setText(display.tags.title);
     ui_->lblMP3tagArtist->setText(display.tags.artist);
     ui_->lblMP3tagAlbum->setText(display.tags.album);
-    emit summaryDue();
 }
 
 void MusicPage::lstMuList_Click() {
-    showListSelection();
     if (const auto list = lineAt(project_.lstMuList, selectedRow(ui_->lstMuList)))
         selectMusicList(project_, *list);
-    const int row = trackRows_.value(project_.currentMusicList, -1);
-    showTracks(row);
-    ui_->buttAddMuFile->setEnabled(row >= 0);
-    showFile();
+    showTracks(trackRows_.value(project_.currentMusicList, -1));
+    showSelection();
+    emit summaryDue();
 }
 
 void MusicPage::lstMuTrack_Click() {
-    const MusicSelection selected = selection();
-    trackRows_[project_.currentMusicList] = selected.track;
-    if (selected.list < 0 || selected.track < 0) {
-        ui_->buttAddMuFile->setEnabled(false);
-        clearFile();
-        return;
-    }
-    for (QPushButton* button : {ui_->buttDelMuTrack, ui_->buttEditMuTrack, ui_->buttAddMuFile})
-        button->setEnabled(true);
-    showFile();
+    trackRows_[project_.currentMusicList] = selectedRow(ui_->lstMuTrack);
+    showSelection();
+    emit summaryDue();
 }
 
 // ---- entry fields ------------------------------------------------------------------------------
 
 void MusicPage::txtNewMuList_Change() {
-    const bool hasName = !ui_->txtNewMuList->text().isEmpty();
-    ui_->buttAddMuList->setEnabled(hasName);
-    if (hasName)
-        setDefaultButton(ui_->buttAddMuList);
-    else
-        unsetDefaultButton(ui_->buttAddMuList);
     selectRowSilently(ui_->lstMuList, -1);
-    showListSelection();
+    showSelection();
+    if (ui_->txtNewMuList->text().isEmpty())
+        unsetDefaultButton(ui_->buttAddMuList);
+    else
+        setDefaultButton(ui_->buttAddMuList);
 }
 
 void MusicPage::txtNewMuTrack_Change() {
-    ui_->buttAddMuTrack->setEnabled(true);
+    trackEntered_ = true;
+    showSelection();
     setDefaultButton(ui_->buttAddMuTrack);
+}
+
+void MusicPage::clearEntries() {
+    ui_->txtNewMuList->clear();
+    ui_->txtNewMuTrack->clear();
+    trackEntered_ = false;
 }
 
 // ---- lists -------------------------------------------------------------------------------------
@@ -209,6 +186,7 @@ void MusicPage::buttEditMuList_Click() {
         name ? services_.prompts.inputText("Enter new name of Music List:", *name) : QString();
     const EditResult result = renameMusicList(project_, row, answer);
     showLists(result.row);
+    showSelection();
     edited();
 }
 
@@ -237,7 +215,8 @@ void MusicPage::buttAddMuTrack_Click() {
     if (result.isDone) {
         showTracks(result.row);
         ui_->txtNewMuTrack->clear();
-        ui_->buttAddMuTrack->setEnabled(false);
+        trackEntered_ = false;
+        showSelection();
         ui_->lstMuTrack->scrollToBottom();
     }
     edited();
@@ -262,14 +241,7 @@ void MusicPage::buttDelMuTrack_Click() {
     const EditResult result = deleteMusicTrack(project_, selection());
     if (result.isDone) {
         showTracks(result.row);
-        if (result.row >= 0)
-            lstMuTrack_Click();
-    }
-    if (ui_->lstMuTrack->count() == 0) {
-        for (QPushButton* button : {ui_->buttDelMuTrack, ui_->buttEditMuTrack, ui_->buttAddMuFile})
-            button->setEnabled(false);
-        clearFile();
-        emit summaryDue();
+        lstMuTrack_Click();
     }
     edited();
 }
@@ -292,7 +264,7 @@ void MusicPage::buttAddMuFile_Click() {
     if (!path.isEmpty())
         lastFileFolder_ = QFileInfo(path).path();
     if (chooseMusicFile(project_, selected, path).isDone)
-        showFile();
+        lstMuTrack_Click();
     edited();
     tellUnsavablePaths(services_.prompts, {path});
 }
@@ -320,7 +292,7 @@ void MusicPage::importList(const std::function<ImportResult(const KeepGoing&)>& 
                                                 : Message::Icon::Information,
                                     .title = message.title});
         if (result.outcome == ImportResult::Outcome::Imported)
-            ui_->txtNewMuList->clear();
+            clearEntries();
         if (result.listRow >= 0) {
             showLists(result.listRow);
             lstMuList_Click();

@@ -47,11 +47,10 @@ class MusicPage : public Page {
 
     MusicSelection selection() const;
     int currentListRow() const;
+    void clearEntries();
     void showLists(int row);
-    void showListSelection();
     void showTracks(int row);
-    void showFile();
-    void clearFile();
+    void showSelection();
     void edited();
     void offerFiles(const QString& list);
     void importList(const std::function<ImportResult(const KeepGoing&)>& run);
@@ -61,6 +60,7 @@ class MusicPage : public Page {
     const std::unique_ptr<Ui::MusicPage> ui_;
     QHash<int, int> trackRows_;  // slot of a list -> row selected among its tracks
     int shownSlot_ = 0;          // slot of the list whose tracks are shown
+    bool trackEntered_ = false;  // something was typed for a new track, erased or not
     QString lastFileFolder_;
     QString lastMusicFolder_;
 };

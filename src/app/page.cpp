@@ -1,9 +1,42 @@
 #include "app/page.h"
 
 #include <QKeyEvent>
+#include <QLayout>
 #include <QPushButton>
 
 namespace tessaly {
+
+namespace {
+
+bool isEnter(const QKeyEvent& event) {
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
+
+// What is on a page becomes as low as it can, its lists too, before the page scrolls.
+class Contents : public QWidget {
+ public:
+    bool hasHeightForWidth() const override { return layout() && layout()->hasHeightForWidth(); }
+    int heightForWidth(int width) const override {
+        return layout()->totalMinimumHeightForWidth(width);
+    }
+};
+
+}  // namespace
+
+bool pressFocusedButton(const QKeyEvent& event, const QWidget& widget) {
+    auto* button = qobject_cast<QAbstractButton*>(widget.focusWidget());
+    if (!isEnter(event) || !button)
+        return false;
+    button->click();
+    return true;
+}
+
+Page::Page(QWidget* parent) : QScrollArea(parent) {
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    setWidgetResizable(true);
+    setWidget(new Contents);
+}
 
 void Page::setDefaultButton(QPushButton* button) {
     if (default_)
@@ -20,11 +53,12 @@ void Page::unsetDefaultButton(QPushButton* button) {
 
 // Outside dialogs Qt draws a default button but gives it no key.
 void Page::keyPressEvent(QKeyEvent* event) {
-    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
-    if (isEnter && default_ && default_->isEnabled())
+    if (pressFocusedButton(*event, *this))
+        return;
+    if (isEnter(*event) && default_ && default_->isEnabled())
         default_->click();
     else
-        QWidget::keyPressEvent(event);
+        QScrollArea::keyPressEvent(event);
 }
 
 }  // namespace tessaly

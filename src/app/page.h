@@ -1,17 +1,25 @@
 #pragma once
 
-#include <QWidget>
+#include <QScrollArea>
 
 class QPushButton;
 
 namespace tessaly {
 
-/// One page of the main window.
-class Page : public QWidget {
+/// Presses the button below `widget` that has the focus, if `event` is Enter: outside dialogs Qt
+/// gives Enter to no button. False when it is another key or no button has the focus.
+bool pressFocusedButton(const QKeyEvent& event, const QWidget& widget);
+
+/// One page of the main window. Where the window has no room for it, as with a large font or on a
+/// small screen, it scrolls.
+class Page : public QScrollArea {
     Q_OBJECT
 
  public:
-    using QWidget::QWidget;
+    explicit Page(QWidget* parent = nullptr);
+
+    /// The size at which nothing needs to scroll.
+    QSize sizeHint() const override { return widget()->sizeHint(); }
 
     /// Shows the project as it is now: called whenever the page comes to the front and after the
     /// project was replaced.
@@ -28,7 +36,7 @@ class Page : public QWidget {
     void summaryDue();
 
  protected:
-    /// The button that Enter presses on this page; nullptr for none.
+    /// The button that Enter presses on this page while no other has the focus; nullptr for none.
     void setDefaultButton(QPushButton* button);
     /// Takes the default away from `button` if it has it.
     void unsetDefaultButton(QPushButton* button);

@@ -93,8 +93,8 @@ QString QtPrompts::pickFolder(const QString& caption, const QString& start) {
     return QFileDialog::getExistingDirectory(parentWindow(), caption, start);
 }
 
-QString QtPrompts::pickDrive(const Drives& drives) {
-    DriveDialog dialog(drives, parentWindow());
+QString QtPrompts::pickDrive(const Drives& drives, const QString& current) {
+    DriveDialog dialog(drives, current, parentWindow());
     return dialog.exec() == QDialog::Accepted ? dialog.selectedRoot() : QString();
 }
 

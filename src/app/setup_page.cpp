@@ -1,5 +1,6 @@
 #include "app/setup_page.h"
 
+#include <QButtonGroup>
 #include <QSignalBlocker>
 
 #include "app/display_preview.h"
@@ -22,8 +23,10 @@ SetupPage::SetupPage(Project& project, const Services& services, QWidget* parent
       services_(services),
       folders_(foldersOfProgram(services.appFolder, services.userFolder)),
       ui_(std::make_unique<Ui::SetupPage>()),
+      chimeSound_(new QButtonGroup(this)),
+      chimeRepeat_(new QButtonGroup(this)),
       systemTexts_(new SystemTextWindow(project, services.prompts, this)) {
-    ui_->setupUi(this);
+    ui_->setupUi(widget());
     ui_->lstDefaultLangs->setFont(fixedFont(font()));
     connectTitle(ui_->txtCardTitle1, &Project::txtCardTitle1);
     connectTitle(ui_->txtCardTitle2, &Project::txtCardTitle2);
@@ -52,7 +55,15 @@ void SetupPage::connectTitle(LimitedLineEdit* edit, QString Project::*line) {
     });
 }
 
+// Two groups: an arrow key moves within its own, and Tab leads from one to the other. By
+// themselves all option buttons in a frame would be one.
 void SetupPage::connectChime() {
+    for (QAbstractButton* button : std::initializer_list<QAbstractButton*>{
+             ui_->buttDisableChime, ui_->buttPlayIntChime, ui_->buttPlayExtChime})
+        chimeSound_->addButton(button);
+    for (QAbstractButton* button :
+         std::initializer_list<QAbstractButton*>{ui_->buttChimeAlways, ui_->buttChimeOnce})
+        chimeRepeat_->addButton(button);
     const std::pair<QRadioButton*, bool Project::*> options[] = {
         {ui_->buttDisableChime, &Project::buttDisableChime},
         {ui_->buttPlayIntChime, &Project::buttPlayIntChime},
@@ -115,11 +126,16 @@ void SetupPage::lstDefaultLangs_Click() {
 }
 
 void SetupPage::showChime() {
+    // As long as a group is exclusive it cannot lose its choice; a project may have none.
+    for (QButtonGroup* group : {chimeSound_, chimeRepeat_})
+        group->setExclusive(false);
     ui_->buttDisableChime->setChecked(project_.buttDisableChime);
     ui_->buttPlayIntChime->setChecked(project_.buttPlayIntChime);
     ui_->buttPlayExtChime->setChecked(project_.buttPlayExtChime);
     ui_->buttChimeAlways->setChecked(project_.buttChimeAlways);
     ui_->buttChimeOnce->setChecked(project_.buttChimeOnce);
+    for (QButtonGroup* group : {chimeSound_, chimeRepeat_})
+        group->setExclusive(true);
     if (ui_->txtChimeFileName->text() != project_.txtChimeFileName)
         ui_->txtChimeFileName->setText(project_.txtChimeFileName);
     const ChimeControls enabled = chimeControls(project_);

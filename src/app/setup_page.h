@@ -6,6 +6,8 @@
 #include "app/services.h"
 #include "model/project.h"
 
+class QButtonGroup;
+
 namespace Ui {
 class SetupPage;
 }
@@ -46,7 +48,9 @@ class SetupPage : public Page {
     const Services& services_;
     const AppFolders folders_;
     const std::unique_ptr<Ui::SetupPage> ui_;
-    SystemTextWindow* systemTexts_;
+    QButtonGroup* const chimeSound_;
+    QButtonGroup* const chimeRepeat_;
+    SystemTextWindow* const systemTexts_;
 };
 
 }  // namespace tessaly

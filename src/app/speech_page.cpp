@@ -7,7 +7,6 @@
 #include "app/list_view_tools.h"
 #include "app/save_questions.h"
 #include "editor/displays.h"
-#include "editor/entry_fields.h"
 #include "model/format_limits.h"
 #include "ui_speech_page.h"
 
@@ -18,7 +17,7 @@ SpeechPage::SpeechPage(Project& project, const Services& services, QWidget* pare
       project_(project),
       services_(services),
       ui_(std::make_unique<Ui::SpeechPage>()) {
-    ui_->setupUi(this);
+    ui_->setupUi(widget());
     ui_->txtNewSpTitle->setLimit(limits::DisplayText);
     ui_->txtNewLang->setLimit(limits::LanguageName);
     makeMoveButtons(ui_->imgSpUp, ui_->imgSpDn, ui_->lstSpTitles, "title");
@@ -37,17 +36,13 @@ SpeechPage::SpeechPage(Project& project, const Services& services, QWidget* pare
     connect(ui_->imgSpDn, &QToolButton::clicked, this, [this] { moveTitle(Direction::Down); });
     connect(ui_->imgLangsUp, &QToolButton::clicked, this, [this] { moveLang(Direction::Up); });
     connect(ui_->imgLangsDn, &QToolButton::clicked, this, [this] { moveLang(Direction::Down); });
-    connect(ui_->lstSpTitles, &QListWidget::itemSelectionChanged, this,
-            &SpeechPage::lstSpTitles_Click);
-    connect(ui_->lstLangs, &QListWidget::itemSelectionChanged, this, &SpeechPage::lstLangs_Click);
+    for (QListWidget* list : {ui_->lstSpTitles, ui_->lstLangs})
+        connect(list, &QListWidget::itemSelectionChanged, this, &SpeechPage::showSelection);
     connect(ui_->txtNewSpTitle, &QLineEdit::textChanged, this, &SpeechPage::txtNewSpTitle_Change);
     connect(ui_->txtNewLang, &QLineEdit::textChanged, this, &SpeechPage::txtNewLang_Change);
     for (LimitedLineEdit* field : {ui_->txtNewSpTitle, ui_->txtNewLang})
         connect(field, &LimitedLineEdit::refused, this, [this] { services_.prompts.beep(); });
-    for (QPushButton* button :
-         {ui_->buttAddSpTitle, ui_->buttEditSpTitle, ui_->buttDelSpTitle, ui_->buttAddLang,
-          ui_->buttEditLang, ui_->buttDelLang, ui_->buttAddSpFile})
-        button->setEnabled(false);
+    showSelection();
 }
 
 SpeechPage::~SpeechPage() = default;
@@ -63,83 +58,58 @@ void SpeechPage::projectReplaced() {
     ui_->txtNewLang->clear();
     showTitles(-1);
     showLangs(-1);
-    clearFile();
+    showSelection();
 }
 
 void SpeechPage::showProject() {
     showTitles(selectedRow(ui_->lstSpTitles));
     showLangs(selectedRow(ui_->lstLangs));
+    showSelection();
 }
 
 void SpeechPage::showTitles(int row) {
     showLines(ui_->lstSpTitles, project_.lstSpTitles, row);
-    ui_->buttEditSpTitle->setEnabled(row >= 0);
-    ui_->buttDelSpTitle->setEnabled(row >= 0);
 }
 
 void SpeechPage::showLangs(int row) {
     showLines(ui_->lstLangs, project_.lstLangs, row);
-    ui_->buttEditLang->setEnabled(row >= 0);
-    ui_->buttDelLang->setEnabled(row >= 0);
 }
 
-void SpeechPage::clearFile() {
-    ui_->buttAddSpFile->setEnabled(false);
-    ui_->txtSpeechFile->clear();
-    ui_->lblSpFilesize->setText("0.0 MB");
-}
-
-// The file of the selected pair; without a whole selection there is none to choose.
-void SpeechPage::showFile() {
-    const SpeechSelection selected = selection();
-    if (selected.title < 0 || selected.language < 0) {
-        clearFile();
-        return;
-    }
-    ui_->buttAddSpFile->setEnabled(true);
-    const FileDisplay display = speechDisplay(project_, selected, services_.files);
+// Whatever changed what is selected or entered ends here: which buttons can be used, and the file
+// of the selected pair.
+void SpeechPage::showSelection() {
+    const SpeechControls enabled =
+        speechControls(project_, selection(), ui_->txtNewSpTitle->text(), ui_->txtNewLang->text());
+    ui_->buttAddSpTitle->setEnabled(enabled.buttAddSpTitle);
+    ui_->buttEditSpTitle->setEnabled(enabled.buttEditSpTitle);
+    ui_->buttDelSpTitle->setEnabled(enabled.buttDelSpTitle);
+    ui_->buttAddLang->setEnabled(enabled.buttAddLang);
+    ui_->buttEditLang->setEnabled(enabled.buttEditLang);
+    ui_->buttDelLang->setEnabled(enabled.buttDelLang);
+    ui_->buttAddSpFile->setEnabled(enabled.buttAddSpFile);
+    const FileDisplay display = speechDisplay(project_, selection(), services_.files);
     ui_->txtSpeechFile->setText(display.path);
     ui_->lblSpFilesize->setText(display.size);
-}
-
-void SpeechPage::lstSpTitles_Click() {
-    const bool isSelected = selectedRow(ui_->lstSpTitles) >= 0;
-    ui_->buttEditSpTitle->setEnabled(isSelected);
-    ui_->buttDelSpTitle->setEnabled(isSelected);
-    showFile();
-}
-
-void SpeechPage::lstLangs_Click() {
-    const bool isSelected = selectedRow(ui_->lstLangs) >= 0;
-    ui_->buttEditLang->setEnabled(isSelected);
-    ui_->buttDelLang->setEnabled(isSelected);
-    showFile();
 }
 
 // ---- entry fields ------------------------------------------------------------------------------
 
 void SpeechPage::txtNewSpTitle_Change() {
-    const bool hasName = !ui_->txtNewSpTitle->text().isEmpty();
-    ui_->buttAddSpTitle->setEnabled(hasName);
-    if (hasName)
-        setDefaultButton(ui_->buttAddSpTitle);
-    else
-        unsetDefaultButton(ui_->buttAddSpTitle);
-    ui_->buttEditSpTitle->setEnabled(false);
-    ui_->buttDelSpTitle->setEnabled(false);
     selectRowSilently(ui_->lstSpTitles, -1);
-    showFile();
+    entered(ui_->buttAddSpTitle);
 }
 
 void SpeechPage::txtNewLang_Change() {
-    const auto enabled = addLanguageEnabled(project_, ui_->txtNewLang->text());
-    if (!enabled)
-        return;
-    ui_->buttAddLang->setEnabled(*enabled);
-    if (*enabled)
-        setDefaultButton(ui_->buttAddLang);
+    entered(ui_->buttAddLang);
+}
+
+// Enter adds what was typed last, if it can be added.
+void SpeechPage::entered(QPushButton* add) {
+    showSelection();
+    if (add->isEnabled())
+        setDefaultButton(add);
     else
-        unsetDefaultButton(ui_->buttAddLang);
+        unsetDefaultButton(add);
 }
 
 // ---- titles ------------------------------------------------------------------------------------
@@ -149,6 +119,7 @@ void SpeechPage::buttAddSpTitle_Click() {
     if (result.isDone) {
         ui_->txtNewSpTitle->clear();
         showTitles(result.row);
+        showSelection();
         ui_->lstSpTitles->scrollToBottom();
     }
     emit projectChanged();
@@ -163,7 +134,7 @@ void SpeechPage::buttEditSpTitle_Click() {
                                : QString();
     const EditResult result = renameSpeechTitle(project_, row, answer);
     showTitles(result.row);
-    showFile();
+    showSelection();
     emit projectChanged();
 }
 
@@ -171,10 +142,7 @@ void SpeechPage::buttDelSpTitle_Click() {
     const EditResult result = deleteSpeechTitle(project_, selectedRow(ui_->lstSpTitles));
     if (result.isDone) {
         showTitles(result.row);
-        if (result.row >= 0)
-            lstSpTitles_Click();
-        else
-            clearFile();
+        showSelection();
         emit summaryDue();
     }
     emit projectChanged();
@@ -185,7 +153,7 @@ void SpeechPage::moveTitle(Direction direction) {
     if (!result.isDone)
         return;
     showTitles(result.row);
-    lstSpTitles_Click();
+    showSelection();
     emit projectChanged();
 }
 
@@ -195,7 +163,6 @@ void SpeechPage::buttAddLang_Click() {
     const EditResult result = addLanguage(project_, ui_->txtNewLang->text());
     if (result.isDone) {
         ui_->txtNewLang->clear();
-        ui_->buttAddLang->setEnabled(false);
         showLangs(selectedRow(ui_->lstLangs));
         ui_->lstLangs->scrollToBottom();
     }
@@ -210,7 +177,7 @@ void SpeechPage::buttEditLang_Click() {
                                 : QString();
     const EditResult result = renameLanguage(project_, row, answer);
     showLangs(result.row);
-    showFile();
+    showSelection();
     emit projectChanged();
 }
 
@@ -219,7 +186,6 @@ void SpeechPage::buttDelLang_Click() {
     if (result.isDone) {
         showLangs(result.row);
         txtNewLang_Change();  // there may be room for it now
-        showFile();
         emit summaryDue();
     }
     emit projectChanged();
@@ -230,7 +196,7 @@ void SpeechPage::moveLang(Direction direction) {
     if (!result.isDone)
         return;
     showLangs(result.row);
-    lstLangs_Click();
+    showSelection();
     emit projectChanged();
 }
 
@@ -245,7 +211,7 @@ void SpeechPage::buttAddSpFile_Click() {
     if (!path.isEmpty())
         lastFileFolder_ = QFileInfo(path).path();
     if (chooseSpeechFile(project_, selected, path).isDone) {
-        showFile();
+        showSelection();
         emit summaryDue();
     }
     emit projectChanged();

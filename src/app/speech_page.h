@@ -34,16 +34,14 @@ class SpeechPage : public Page {
     void buttAddSpFile_Click();
     void moveTitle(Direction direction);
     void moveLang(Direction direction);
-    void lstSpTitles_Click();
-    void lstLangs_Click();
     void txtNewSpTitle_Change();
     void txtNewLang_Change();
+    void entered(QPushButton* add);
 
     SpeechSelection selection() const;
     void showTitles(int row);
     void showLangs(int row);
-    void showFile();
-    void clearFile();
+    void showSelection();
 
     Project& project_;
     const Services& services_;

@@ -3,10 +3,13 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QScreen>
+#include <QStyle>
 
 #include "app/display_preview.h"
 #include "app/limited_line_edit.h"
 #include "app/list_view_tools.h"
+#include "app/page.h"
 #include "model/display_text.h"
 #include "ui_system_text_window.h"
 
@@ -41,6 +44,16 @@ SystemTextWindow::SystemTextWindow(Project& project, Prompts& prompts, QWidget* 
             &SystemTextWindow::buttSystemTextSave_Click);
     connect(ui_->buttSystemTextCancel, &QPushButton::clicked, this,
             &SystemTextWindow::buttSystemTextCancel_Click);
+    // As high as all rows, if the screen is; else they scroll. The length keeps its room, so that
+    // the display beside it keeps its size.
+    ui_->lblLength->setMinimumWidth(
+        fontMetrics().horizontalAdvance(displayLengthText(QString(99, '-'))));
+    const QSize rows = ui_->rows->sizeHint();
+    ui_->scrollRows->setMinimumWidth(rows.width() +
+                                     style()->pixelMetric(QStyle::PM_ScrollBarExtent));
+    const QSize all = sizeHint() + QSize(0, rows.height() - ui_->scrollRows->sizeHint().height());
+    const QSize frame(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
+    resize(all.boundedTo(screen()->availableSize() - frame));
     projectReplaced();
 }
 
@@ -98,7 +111,7 @@ void SystemTextWindow::closeEvent(QCloseEvent* event) {
 void SystemTextWindow::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape)
         buttSystemTextCancel_Click();
-    else
+    else if (!pressFocusedButton(*event, *this))
         QWidget::keyPressEvent(event);
 }
 

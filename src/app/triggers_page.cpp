@@ -8,7 +8,7 @@ namespace tessaly {
 
 TriggersPage::TriggersPage(Project& project, QWidget* parent)
     : Page(parent), project_(project), ui_(std::make_unique<Ui::TriggersPage>()) {
-    ui_->setupUi(this);
+    ui_->setupUi(widget());
     rows_ = {Row{ui_->buttTrig_0, ui_->lblTrig_0, ui_->buttViewTrig_0},
              Row{ui_->buttTrig_1, ui_->lblTrig_1, ui_->buttViewTrig_1},
              Row{ui_->buttTrig_2, ui_->lblTrig_2, ui_->buttViewTrig_2}};

@@ -1,7 +1,5 @@
 #include "editor/entry_fields.h"
 
-#include "model/format_limits.h"
-
 namespace tessaly {
 
 namespace {
@@ -17,14 +15,6 @@ QString cut(const QString& text, qsizetype length) {
 QString firstCharacters(const QString& text, int limit) {
     // Composing takes long for a run of a million accents, which only a damaged file has.
     return cut(cut(text, 16 * qsizetype(limit)).normalized(QString::NormalizationForm_C), limit);
-}
-
-std::optional<bool> addLanguageEnabled(const Project& project, const QString& text) {
-    if (text.isEmpty())
-        return false;
-    if (project.lstLangs.size() < limits::Languages)
-        return true;
-    return std::nullopt;
 }
 
 }  // namespace tessaly

@@ -20,6 +20,19 @@ QStringList* selectedTracks(Project& project, const MusicSelection& selected) {
 
 }  // namespace
 
+MusicControls musicControls(const MusicSelection& selected, const QString& newList,
+                            bool trackEntered) {
+    const bool hasList = selected.list >= 0;
+    const bool hasTrack = hasList && selected.track >= 0;  // without its list it is none
+    return {.buttAddMuList = !newList.isEmpty(),
+            .buttEditMuList = hasList,
+            .buttDelMuList = hasList,
+            .buttAddMuTrack = trackEntered,
+            .buttEditMuTrack = hasTrack,
+            .buttDelMuTrack = hasTrack,
+            .buttAddMuFile = hasTrack};
+}
+
 EditResult addNewMusicList(Project& project, const QString& name) {
     project.unsavedChanges = true;
     if (name.isEmpty())

@@ -15,6 +15,19 @@ EditResult addLine(QStringList& lines, const QString& name) {
 
 }  // namespace
 
+SpeechControls speechControls(const Project& project, const SpeechSelection& selected,
+                              const QString& newTitle, const QString& newLanguage) {
+    const bool hasTitle = selected.title >= 0;
+    const bool hasLanguage = selected.language >= 0;
+    return {.buttAddSpTitle = !newTitle.isEmpty(),
+            .buttEditSpTitle = hasTitle,
+            .buttDelSpTitle = hasTitle,
+            .buttAddLang = !newLanguage.isEmpty() && project.lstLangs.size() < limits::Languages,
+            .buttEditLang = hasLanguage,
+            .buttDelLang = hasLanguage,
+            .buttAddSpFile = hasTitle && hasLanguage};
+}
+
 EditResult addSpeechTitle(Project& project, const QString& name) {
     project.unsavedChanges = true;
     return name.isEmpty() ? EditResult() : addLine(project.lstSpTitles, name);

@@ -17,12 +17,12 @@ QString driveTypeName(DriveType type);
 /// One mounted volume.
 struct Volume {
     QString root;  ///< ends in its separator
-    QString name;  ///< its label or device, for people to recognise it by
+    QString name;  ///< its label, else its device, for people to recognise it by
     DriveType type = DriveType::Unknown;
     QString fileSystem;
-    qint64 totalBytes = 0;
-    qint64 freeBytes = 0;
-    bool isReady = true;  ///< false for a reader without a card
+    qint64 totalBytes = -1;  ///< -1 where the volume was not asked
+    qint64 freeBytes = -1;   ///< likewise
+    bool isReady = true;     ///< false for a reader without a card
 };
 
 /// Which file names a FAT volume keeps in one entry of their folder. Any other name needs a long
@@ -62,7 +62,8 @@ class Drives {
     /// the medium was pulled out and the system has not noticed yet.
     virtual qint64 totalBytes(const QString& root) const = 0;
 
-    /// All mounted volumes that a person could put files on.
+    /// All mounted volumes that a person could put files on. One that may be far away or take long
+    /// to answer, as a network share, is listed but asked for nothing.
     virtual QList<Volume> volumes() const = 0;
 
     /// The geometry of the volume that holds `path`. Throws when there is none.

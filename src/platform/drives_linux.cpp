@@ -31,13 +31,17 @@ QList<Mount> currentMounts() {
     return parseMountTable(contentOf(QStringLiteral("/proc/self/mountinfo")));
 }
 
-DeviceAttributes attributesOf(const Mount& mount) {
+// The folder in which the system describes the block device of a mount; empty without one.
+QString blockDeviceOf(const Mount& mount) {
     // The number of the mount is the device's, except for FUSE, whose source may still be one.
     QString folder = "/sys/dev/block/" + mount.device;
     if (!QFileInfo::exists(folder) && mount.source.startsWith("/dev/"))
         folder =
             "/sys/class/block/" + QFileInfo(QFileInfo(mount.source).canonicalFilePath()).fileName();
-    folder = QFileInfo(folder).canonicalFilePath();
+    return QFileInfo(folder).canonicalFilePath();
+}
+
+DeviceAttributes attributesOf(QString folder) {
     if (folder.isEmpty())
         return {};
     if (QFileInfo::exists(folder + "/partition"))
@@ -91,6 +95,8 @@ QHash<QString, int> entriesByName(const QString& folder) {
 
 // Pseudo file systems hold no person's files.
 bool isForPeople(const Mount& mount) {
+    if (mount.fileSystem == "autofs")  // only says where something would be mounted
+        return false;
     return mount.source.startsWith('/') || mount.source.contains(":/") ||
            mount.source.startsWith("//") || mount.fileSystem.startsWith("fuse.") ||
            (mount.fileSystem == "tmpfs" && mount.mountPoint.startsWith("/media/"));
@@ -100,7 +106,7 @@ bool isForPeople(const Mount& mount) {
 
 DriveType LocalDrives::type(const QString& root) const {
     const Mount mount = mountAt(root);
-    return classifyMount(mount, attributesOf(mount));
+    return classifyMount(mount, attributesOf(blockDeviceOf(mount)));
 }
 
 qint64 LocalDrives::totalBytes(const QString& root) const {
@@ -116,19 +122,29 @@ qint64 LocalDrives::totalBytes(const QString& root) const {
     return qint64(statistics.f_blocks) * qint64(statistics.f_frsize);
 }
 
+// What stands on no device of this machine may hang whoever asks it, as a server that is gone does.
 QList<Volume> LocalDrives::volumes() const {
     QList<Volume> found;
     for (const Mount& mount : currentMounts()) {
-        if (!isForPeople(mount) || mount.root != "/" || !QFileInfo(mount.mountPoint).isDir())
+        if (!isForPeople(mount) || mount.root != "/")
             continue;
+        const QString device = blockDeviceOf(mount);
         Volume volume{.root = withLastSeparator(mount.mountPoint),
-                      .name = QFileInfo(mount.source).fileName(),
+                      .name = volumeLabel(
+                          contentOf("/run/udev/data/b" + contentOf(device + "/dev").trimmed())),
+                      .type = classifyMount(mount, attributesOf(device)),
                       .fileSystem = mount.fileSystem};
-        volume.type = classifyMount(mount, attributesOf(mount));
-        struct statvfs statistics {};
-        volume.isReady = ::statvfs(toNativePath(mount.mountPoint).constData(), &statistics) == 0;
-        volume.totalBytes = qint64(statistics.f_blocks) * qint64(statistics.f_frsize);
-        volume.freeBytes = qint64(statistics.f_bavail) * qint64(statistics.f_frsize);
+        if (volume.name.isEmpty())
+            volume.name = QFileInfo(mount.source).fileName();
+        if (volume.type == DriveType::RamDisk || !device.isEmpty()) {
+            struct statvfs statistics {};
+            if (!QFileInfo(mount.mountPoint).isDir())
+                continue;
+            volume.isReady =
+                ::statvfs(toNativePath(mount.mountPoint).constData(), &statistics) == 0;
+            volume.totalBytes = qint64(statistics.f_blocks) * qint64(statistics.f_frsize);
+            volume.freeBytes = qint64(statistics.f_bavail) * qint64(statistics.f_frsize);
+        }
         found.append(volume);
     }
     return found;

@@ -105,6 +105,10 @@ Volume volumeAt(const QString& drive) {
     Volume volume;
     volume.root = drive;
     volume.type = typeOf(drive);
+    // A server may be gone, and a drive for discs starts turning.
+    if (volume.type == DriveType::Network || volume.type == DriveType::CdRom ||
+        volume.type == DriveType::Unknown)
+        return volume;
     const auto description = descriptionOf(drive);
     const auto sizes = sizesOf(drive);
     volume.isReady = description && sizes;

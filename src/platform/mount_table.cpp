@@ -109,6 +109,21 @@ DriveType classifyMount(const Mount& mount, const DeviceAttributes& device) {
     return DriveType::Fixed;
 }
 
+QString volumeLabel(QByteArrayView deviceRecord) {
+    constexpr QByteArrayView Key = "\nE:ID_FS_LABEL_ENC=";
+    const QByteArray record = '\n' + deviceRecord.toByteArray();
+    const qsizetype start = record.indexOf(Key);
+    if (start < 0)
+        return {};
+    // Whatever is no plain character stands as \xNN.
+    QByteArray label = record.mid(start + Key.size());
+    if (const qsizetype end = label.indexOf('\n'); end >= 0)
+        label.truncate(end);
+    for (qsizetype i = label.indexOf("\\x"); i >= 0; i = label.indexOf("\\x", i + 1))
+        label.replace(i, 4, QByteArray::fromHex(label.mid(i + 2, 2)));
+    return fromNativePath(label);
+}
+
 bool isFatMount(const Mount& mount) {
     return mount.fileSystem == "vfat" || mount.fileSystem == "msdos";
 }

@@ -47,6 +47,9 @@ struct DeviceAttributes {
 /// of the disk or the disk is an SD card; fixed otherwise. A USB backup disk is fixed.
 DriveType classifyMount(const Mount& mount, const DeviceAttributes& device);
 
+/// The label of a volume in what udev keeps of its device; empty where there is none.
+QString volumeLabel(QByteArrayView deviceRecord);
+
 /// What Linux tells of a mounted FAT volume.
 struct FatFacts {
     qint64 clusters = 0;

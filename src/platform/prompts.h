@@ -44,8 +44,9 @@ class Prompts {
     virtual QString saveFile(const FileRequest& request) = 0;
     /// The chosen folder; empty when cancelled.
     virtual QString pickFolder(const QString& caption, const QString& start) = 0;
-    /// The root of the chosen drive; empty when cancelled.
-    virtual QString pickDrive(const Drives& drives) = 0;
+    /// The root of the chosen drive; empty when cancelled. `current` is the one that was chosen
+    /// before, empty if none was.
+    virtual QString pickDrive(const Drives& drives, const QString& current) = 0;
     /// One of several lines, by its index; -1 when cancelled.
     virtual int pickLine(const QString& caption, const QStringList& lines) = 0;
     /// The text typed, of at most `limit` characters (0: any number), or `initial` if that is

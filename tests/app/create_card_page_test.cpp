@@ -1,6 +1,7 @@
 // The Create Card page through the real window: checks, drive, runs, firmware.
 #include <QComboBox>
 #include <QProgressBar>
+#include <QTreeWidget>
 
 #include "app/drive_dialog.h"
 #include "app/status_circle.h"
@@ -155,6 +156,7 @@ TEST(CreateCardPage, OnlyRemovableDrivesAreTaken) {
         bench.drives.driveType = type;
         bench.browse("buttSelectCF", "/media/other");
         EXPECT_EQ(bench.current.cfDrive, before);
+        EXPECT_EQ(bench.prompts.offered, QStringList(before));
         EXPECT_TRUE(bench.prompts.takeTexts().value(0).startsWith("Sorry, that is a"));
     }
     bench.drives.driveType = DriveType::Removable;
@@ -167,15 +169,33 @@ TEST(CreateCardPage, OnlyRemovableDrivesAreTaken) {
     EXPECT_TRUE(bench.prompts.shown.isEmpty());
 }
 
-TEST(CreateCardPage, CardLikeDrivesComeFirst) {
-    const QList<Volume> sorted = cardLikeFirst({{"/", "disk", DriveType::Fixed, "ext4", 9, 1},
-                                                {"/big", "b", DriveType::Removable, "vfat", 64, 1},
-                                                {"/net", "n", DriveType::Network, "nfs", 1, 1},
-                                                {"/cf", "c", DriveType::Removable, "vfat", 2, 1}});
-    QStringList roots;
-    for (const Volume& volume : sorted)
-        roots.append(volume.root);
-    EXPECT_EQ(roots, (QStringList{"/cf", "/big", "/net", "/"}));
+TEST(DriveDialog, OffersTheCardThatIsMeant) {
+    const QList<Volume> others = {{"/", "disk", DriveType::Fixed, "ext4", 9, 1},
+                                  {"/empty", "e", DriveType::Removable, "", -1, -1, false},
+                                  {"/net", "n", DriveType::Network, "nfs"}};
+    const Volume big{"/big", "b", DriveType::Removable, "vfat", 64, 1};
+    const Volume small{"/cf", "c", DriveType::Removable, "vfat", 2, 1};
+    const struct {
+        QList<Volume> volumes;
+        QString current, roots, chosen;
+    } cases[] = {{others, "/gone", "/empty /net /", ""},
+                 {others + QList{big}, "/gone", "/big /empty /net /", "/big"},
+                 {others + QList{big, small}, "", "/cf /big /empty /net /", ""},
+                 {others + QList{big, small}, "/big", "/cf /big /empty /net /", "/big"}};
+    for (const auto& [volumes, current, roots, chosen] : cases) {
+        FakeDrives drives;
+        drives.list = volumes;
+        DriveDialog dialog(drives, current);
+        dialog.show();
+        auto* list = dialog.findChild<QTreeWidget*>("lstDrives");
+        QStringList shown;
+        for (int row = 0; row < list->topLevelItemCount(); ++row)
+            shown.append(list->topLevelItem(row)->text(0));
+        EXPECT_EQ(shown.join(' '), roots);
+        QTest::keyClick(list, Qt::Key_Return);
+        EXPECT_EQ(dialog.selectedRoot(), chosen);
+        EXPECT_EQ(dialog.isVisible(), chosen.isEmpty()) << "Enter without a selection";
+    }
 }
 
 TEST(CreateCardPage, ACardIsCreated) {

@@ -1,6 +1,7 @@
 // The pages of music and speech through the real window.
 #include <QClipboard>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QProgressDialog>
 
 #include "support/window_bench.h"
@@ -91,17 +92,36 @@ TEST(MusicPage, TrackButtonsFollowTheSelection) {
     EXPECT_FALSE(bench.isEnabled("buttAddMuFile"));
     bench.select("lstMuTrack", "");
     bench.type("txtNewMuList", "y");  // takes the list's selection away
-    EXPECT_EQ(enabled(), "EditMuTrack DelMuTrack") << "no file without its list";
-    const Project before = bench.current;
+    EXPECT_EQ(enabled(), "") << "nothing of a track can be changed without its list";
+
+    // A track that is selected already can be edited, however it came on view.
+    bench.click("buttAddMuList");
+    bench.add("txtNewMuTrack", "z", "buttAddMuTrack");
+    bench.select("lstMuTrack", "z");
     bench.click("buttDelMuTrack");
-    EXPECT_EQ(bench.current, before) << "without a list there is no track to delete";
+    EXPECT_EQ(enabled(), "");
+    bench.select("lstMuList", "Rock");
+    EXPECT_EQ(enabled(), "EditMuTrack DelMuTrack AddMuFile");
+
+    // Enter presses the button that has the focus, from elsewhere the default one.
+    bench.window->activateWindow();
+    bench.type("txtNewMuTrack", "last");
+    for (const char* focused : {"buttDelMuTrack", "lstMuTrack"}) {
+        bench.find<QWidget>(focused)->setFocus();
+        QTest::keyClick(bench.window->windowHandle(), Qt::Key_Return);
+    }
+    EXPECT_EQ(bench.items("lstMuTrack"), QStringList("last"));
 }
 
 TEST(MusicPage, ImportsMakeListsOrNothing) {
     StartedBench bench;
     bench.showPage("Music Files");
     const QString tour = QDir::toNativeSeparators(TESSALY_SAMPLES "/tour/Music/Harbour Morning");
+    bench.type("txtNewMuList", "half");
+    bench.type("txtNewMuTrack", "typed");
     bench.browse("buttAddMuListDir", tour);
+    EXPECT_EQ(bench.field("txtNewMuList") + bench.field("txtNewMuTrack"), "");
+    EXPECT_FALSE(bench.isEnabled("buttAddMuList") || bench.isEnabled("buttAddMuTrack"));
     EXPECT_EQ(bench.selected("lstMuList"), "Harbour Morning");
     EXPECT_EQ(bench.items("lstMuTrack"),
               (QStringList{"Morning Bell", "Drying Nets", "03 Thin Fog", "Market Boats"}));
@@ -222,6 +242,24 @@ TEST(SpeechPage, NamesHaveTheirLimits) {
     QApplication::sendEvent(language, &at);
     EXPECT_EQ(language->text(), "Nederlan");
     EXPECT_EQ(bench.prompts.beeps, 5);
+    // One character of two units, and one that is not seen, take a place each.
+    const QString note = QString::fromUtf8("\xF0\x9D\x84\x9E");
+    for (const QString& character : {note, QString(QChar(0x200D))}) {
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, character);
+        QApplication::sendEvent(language, &press);
+        EXPECT_EQ(language->text(), "Nederlan");
+    }
+    // A move would take from its source what the field refuses.
+    QMimeData dropped;
+    dropped.setText("Deutsch");
+    QDragEnterEvent enter({}, Qt::CopyAction | Qt::MoveAction, &dropped, Qt::LeftButton,
+                          Qt::NoModifier);
+    QApplication::sendEvent(language, &enter);
+    QDropEvent drop({}, Qt::CopyAction | Qt::MoveAction, &dropped, Qt::LeftButton, Qt::NoModifier);
+    drop.setDropAction(Qt::MoveAction);
+    QApplication::sendEvent(language, &drop);
+    EXPECT_EQ(language->text(), "Nederlan");
+    EXPECT_EQ(drop.dropAction(), Qt::CopyAction);
     // An input method replaces what it composed from.
     bench.type("txtNewLang", "Espan");
     QInputMethodEvent composed;

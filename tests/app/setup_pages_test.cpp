@@ -119,6 +119,33 @@ TEST(SetupPage, AChimesFileStaysWithTheProject) {
     EXPECT_EQ(bench.current.txtChimeFileName, chime);
 }
 
+TEST(SetupPage, KeysStayWithinAChoice) {
+    SetupBench bench;
+    bench.current.buttChimeAlways = bench.current.buttChimeOnce = false;
+    bench.choose("mnuFileSave");
+    bench.open(bench.tourFile);
+    bench.showPage("Setup Items");
+    EXPECT_FALSE(bench.isChecked("buttChimeAlways") || bench.isChecked("buttChimeOnce"));
+    bench.window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(bench.window.get()));
+    bench.find<QWidget>("buttDisableChime")->setFocus();
+    const auto press = [&](std::initializer_list<Qt::Key> keys) {
+        for (const Qt::Key key : keys)
+            QTest::keyClick(bench.window->windowHandle(), key);
+        return QApplication::focusWidget()->objectName();
+    };
+    EXPECT_EQ(press({Qt::Key_Down, Qt::Key_Down}), "buttPlayExtChime");
+    EXPECT_EQ(press({Qt::Key_Down}), "buttPlayExtChime") << "the last of its choice";
+    EXPECT_FALSE(bench.current.buttChimeAlways || bench.current.buttChimeOnce);
+    EXPECT_EQ(press({Qt::Key_Tab}).left(9), "buttChime");
+    EXPECT_EQ(press({Qt::Key_Up, Qt::Key_Space, Qt::Key_Down}), "buttChimeOnce");
+    bench.choose("mnuFileSave");
+    Project saved;
+    readProject(bench.files, bench.tourFile, saved);
+    EXPECT_TRUE(saved.buttChimeOnce && saved.buttPlayExtChime);
+    EXPECT_FALSE(saved.buttChimeAlways || saved.buttDisableChime || saved.buttPlayIntChime);
+}
+
 TEST(SystemTextWindow, KeepsItsTextsThroughEverything) {
     SetupBench bench;
     bench.showPage("Setup Items");

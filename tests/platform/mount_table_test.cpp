@@ -89,6 +89,13 @@ TEST(MountTable, DrivesAreToldApart) {
         EXPECT_EQ(classifyMount(*findMount(mounts, mountPoint), device), type) << mountPoint;
 }
 
+TEST(MountTable, LabelsAreWhatTheDeviceRecordSays) {
+    EXPECT_EQ(volumeLabel("S:disk/x\nE:ID_FS_LABEL=T_\nE:ID_FS_LABEL_ENC=T\\x20\xC3\xA9\n"
+                          "E:ID_FS_TYPE=vfat\n"),
+              QString::fromUtf8("T \xC3\xA9"));
+    EXPECT_EQ(volumeLabel("E:ID_FS_TYPE=vfat\n"), "");
+}
+
 TEST(MountTable, FatVolumesHaveTheirRules) {
     const struct {
         const char *fileSystem, *options;

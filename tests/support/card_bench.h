@@ -20,6 +20,7 @@ class FakeDrives : public Drives {
     bool isReady = true;
     QString inserted = "card A";
     QStringList mounted;
+    QList<Volume> list;
     VolumeGeometry volume{.clusterBytes = 4096, .totalBytes = 64000000, .freeBytes = 64000000};
 
     DriveType type(const QString&) const override {
@@ -30,7 +31,7 @@ class FakeDrives : public Drives {
         requireReady();
         return volume.totalBytes;
     }
-    QList<Volume> volumes() const override { return {}; }
+    QList<Volume> volumes() const override { return list; }
     VolumeGeometry geometry(const QString&) const override { return volume; }
     QString medium(const QString&) const override { return inserted; }
     QStringList mountsInside(const QString&) const override { return mounted; }

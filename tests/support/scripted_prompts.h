@@ -66,7 +66,10 @@ class ScriptedPrompts : public Prompts {
         offered = {caption, start};
         return take(paths, caption, QString());
     }
-    QString pickDrive(const Drives&) override { return take(paths, "drive", QString()); }
+    QString pickDrive(const Drives&, const QString& current) override {
+        offered = {current};
+        return take(paths, "drive", QString());
+    }
     int pickLine(const QString& caption, const QStringList& choices) override {
         offered = choices;
         return take(lines, caption, -1);
