@@ -169,7 +169,7 @@ TEST(LocalDrives, AFolderThatIsNoMountPointIsNoDrive) {
              [&] { drives.type(scratch.path()); }, [&] { drives.totalBytes(scratch.path()); },
              [&] { drives.type(scratch.path("gone/")); }})
         EXPECT_EQ(errorOf(query).number, error_number::DriveNotReady);
-        // A drive wherever the system runs.
+        // A drive wherever the system runs; "/" is none in a chroot.
 #ifdef Q_OS_WIN
     EXPECT_EQ(drives.type(qEnvironmentVariable("SystemDrive")), DriveType::Fixed);
 #else
