@@ -1,6 +1,7 @@
 #include "model/recovery.h"
 
 #include <QDir>
+#include <QTimeZone>
 #include <algorithm>
 
 #include "model/format_limits.h"
@@ -20,7 +21,7 @@ const QString TimeFormat = QStringLiteral("yyyyMMdd-HHmmss-zzz");  // in UTC: no
 // The time that the name of a copy tells.
 QDateTime timeOf(const QString& name) {
     QDateTime time = QDateTime::fromString(name.chopped(Ending.size()), TimeFormat);
-    time.setTimeSpec(Qt::UTC);
+    time.setTimeZone(QTimeZone::utc());
     return time;
 }
 
