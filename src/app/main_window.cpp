@@ -33,6 +33,8 @@ QString shortList(QStringList names) {
         names.resize(NamesShown);
         names.append(QString("... and %1 more").arg(more));
     }
+    for (QString& name : names)
+        name = elided(name);
     return names.join('\n');
 }
 

@@ -9,6 +9,7 @@
 #include "image/intel_hex.h"
 #include "model/card_file.h"
 #include "platform/error_numbers.h"
+#include "platform/paths.h"
 
 namespace tessaly {
 
@@ -29,7 +30,8 @@ void CardRun::checkSources() {
     for (const Track& track : tracks_) {
         const auto size = files_.fileSize(track.source);
         if (!size)
-            throw TessalyError(error_number::SourceMissing, "Cannot find file " + track.source);
+            throw TessalyError(error_number::SourceMissing,
+                               "Cannot find file " + elided(track.source));
         if (tooLarge.isEmpty())
             tooLarge = tooLargeForCard(track.source, *size);
         breatheAtTimes();

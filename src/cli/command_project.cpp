@@ -16,6 +16,7 @@
 #include "model/format_limits.h"
 #include "platform/error_numbers.h"
 #include "platform/local_file_system.h"
+#include "platform/numbers.h"
 
 namespace tessaly::cli {
 
@@ -134,9 +135,8 @@ void printChecksText(const CardChecks& checks, bool withDrive, const QStringList
         rows.append({"warning", warning});
     printTable(rows);
     print();
-    print(QString("%1 tracks, %2 in all.")
-              .arg(checks.totals.trackCount)
-              .arg(size(checks.totals.totalCardBytes)));
+    print(QString("%1, %2 in all.")
+              .arg(counted(checks.totals.trackCount, "track"), size(checks.totals.totalCardBytes)));
 }
 
 // A file that is read or written must not be written over by another output.
@@ -156,11 +156,10 @@ Project openProject(FileSystem& files, const QString& path, bool mustBeComplete)
     const ReadReport report = readProject(files, path, project);
     if (report.isComplete)
         return project;
-    const QString sentence = QString("%1 was read up to byte %2 only (%3 records): %4")
+    const QString sentence = QString("%1 was read up to byte %2 only (%3): %4")
                                  .arg(native(path))
                                  .arg(report.stoppedAt)
-                                 .arg(report.records)
-                                 .arg(report.stopReason);
+                                 .arg(counted(report.records, "record"), report.stopReason);
     if (mustBeComplete || report.records == 0)
         throw TessalyError(error_number::BadProject, sentence);
     printError("warning: " + sentence);

@@ -6,7 +6,6 @@
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <cerrno>
@@ -48,8 +47,7 @@ DeviceAttributes attributesOf(const Mount& mount) {
 }
 
 TessalyError notReady(const QString& root) {
-    return {error_number::DriveNotReady,
-            QDir::toNativeSeparators(root) + ": the drive is not ready"};
+    return {error_number::DriveNotReady, shownPath(root) + ": the drive is not ready"};
 }
 
 Mount mountAt(const QString& root) {

@@ -1,17 +1,16 @@
 #include "platform/local_file_system.h"
 
-#include <QDir>
 #include <QFileInfo>
 
 #include "platform/error.h"
 #include "platform/error_numbers.h"
+#include "platform/paths.h"
 #include "platform/replacement.h"
 
 namespace tessaly {
 
 TessalyError notAFile(const QString& path) {
-    return {error_number::NotAFile,
-            QDir::toNativeSeparators(path) + ": this is a device or a pipe, not a file"};
+    return {error_number::NotAFile, shownPath(path) + ": this is a device or a pipe, not a file"};
 }
 
 void LocalFileSystem::replaceFile(const QString& path, QByteArrayView bytes) {
@@ -29,10 +28,9 @@ QByteArray readWholeFile(FileSystem& files, const QString& path, qint64 limit) {
     const qint64 size = files.fileSize(path).value_or(0);
     const auto checkSize = [&](qint64 found) {
         if (found > limit)
-            throw TessalyError(error_number::FileTooLarge,
-                               QString("%1: the file is larger than %2 bytes")
-                                   .arg(QDir::toNativeSeparators(path))
-                                   .arg(limit));
+            throw TessalyError(
+                error_number::FileTooLarge,
+                QString("%1: the file is larger than %2 bytes").arg(shownPath(path)).arg(limit));
     };
     checkSize(size);
     QByteArray bytes;

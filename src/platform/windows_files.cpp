@@ -1,8 +1,7 @@
 #include "platform/windows_files.h"
 
-#include <QDir>
-
 #include "platform/error_numbers.h"
+#include "platform/paths.h"
 
 namespace tessaly {
 
@@ -92,7 +91,7 @@ void removeNamed(const std::wstring& name, const QString& path) {
 
 TessalyError linkInTheWay(const QString& path) {
     return {error_number::WriteFailed,
-            QDir::toNativeSeparators(path) + ": a link stands in the place of the file"};
+            shownPath(path) + ": a link stands in the place of the file"};
 }
 
 }  // namespace tessaly
