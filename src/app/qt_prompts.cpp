@@ -9,6 +9,7 @@
 #include <QListWidget>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QUrl>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -37,6 +38,9 @@ int show(const Message& message, QMessageBox::StandardButtons buttons,
          QMessageBox::StandardButton defaultButton) {
     QString text = message.text;
     text.replace("\r\n", "\n").replace('\r', '\n');
+    // A long path has hardly a place to break a line at: a blank of no width is one.
+    static const QRegularExpression unbroken("(\\S{40})");
+    text.replace(unbroken, "\\1\u200B");
     QMessageBox box(
         iconOf(message.icon),
         message.title.isEmpty() ? QApplication::applicationDisplayName() : message.title, text,

@@ -17,6 +17,7 @@
 #include "platform/error_numbers.h"
 #include "platform/local_file_system.h"
 #include "platform/numbers.h"
+#include "platform/paths.h"
 
 namespace tessaly::cli {
 
@@ -116,7 +117,7 @@ void printChecksText(const CardChecks& checks, bool withDrive, const QStringList
     QList<QStringList> rows;
     const auto addItems = [&](const QStringList& items) {
         for (const QString& item : items)
-            rows.append(QStringList{QString(), "    " + item});
+            rows.append(QStringList{QString(), "    " + elided(item)});
     };
     for (const NamedCheck& check :
          projectChecks(checks) + (withDrive ? driveChecks(checks) : QList<NamedCheck>())) {
