@@ -89,15 +89,14 @@ int main(int argc, char** argv) {
     std::vector<double> times;
     for (int i = 0; i < Starts; ++i)
         times.push_back(measuredStart(QCoreApplication::applicationFilePath()));
-    std::sort(times.begin(), times.end());
-    const bool allCame = times.front() > 0;
+    const double slowest = *std::max_element(times.begin(), times.end());
     const QByteArray screen = qgetenv("QT_QPA_PLATFORM");
     const std::string what = "start to the main window, " + screen.toStdString();
     Promises promises;
     std::printf("\n%d starts, the splash's %d ms left out:\n", Starts, SplashMilliseconds);
-    promises.check(what + ", median", allCame ? times[times.size() / 2] : 0, AllowedMs, "ms");
-    promises.check(what + ", slowest", allCame ? times.back() : 0, AllowedMs, "ms");
-    std::printf("%-52s %9.3f ms\n", "processor time of one start",
+    promises.check(what, times, AllowedMs, "ms");
+    promises.check("the slowest of them", {slowest}, AllowedMs, "ms");
+    std::printf("%-46s %8.3f ms\n", "processor time of one start",
                 processorMilliseconds() / Starts);
     return promises.exitCode();
 }

@@ -5,7 +5,6 @@
 #include <QFile>
 #include <QTabWidget>
 #include <QTemporaryDir>
-#include <algorithm>
 
 #include "app/main_window.h"
 #include "bench_prompts.h"
@@ -31,11 +30,6 @@ QString savedProject(LocalFileSystem& files, const QTemporaryDir& folder, int tr
     const QString path = folder.filePath(QString("p%1.crd2").arg(tracks));
     saveProject(files, path, project);
     return path;
-}
-
-double median(std::vector<double> values) {
-    std::nth_element(values.begin(), values.begin() + values.size() / 2, values.end());
-    return values[values.size() / 2];
 }
 
 template <typename Action>
@@ -68,7 +62,7 @@ int main(int argc, char** argv) {
                             QApplication::applicationDirPath(),
                             folder.filePath("user")};
     Promises promises;
-    std::printf("\nMedians of %d, in milliseconds:\n", Rounds);
+    std::printf("\nLeast, median and most of %d, in milliseconds:\n", Rounds);
     for (const int tracks : {1000, 9995}) {
         prompts.path = savedProject(files, folder, tracks);
         std::vector<double> opening, switching, first;
@@ -85,8 +79,8 @@ int main(int argc, char** argv) {
             switching.push_back(milliseconds([&] { tabs->setCurrentIndex(tabs->count() - 1); }));
         }
         const std::string size = std::to_string(tracks) + " tracks: ";
-        promises.check(size + "open a project", median(opening), 300, "ms");
-        promises.check(size + "switch to Create Card", median(switching), 50, "ms");
+        promises.check(size + "open a project", opening, 300, "ms");
+        promises.check(size + "switch to Create Card", switching, 50, "ms");
     }
     return promises.exitCode();
 }

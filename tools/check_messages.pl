@@ -1,7 +1,8 @@
 #!/usr/bin/perl
 # Every sentence that the program can say must stand in the manual: the texts in src/ that look like
 # one (three words or more; of a form those that end like a sentence) are looked up in docs/manual.md. A text with gaps for names and numbers is
-# found by its longest piece. tools/no_messages.txt lists what looks like a message and is none.
+# found by its longest piece. tools/no_messages.txt lists what looks like a message and is none. The
+# other way round, every row of the manual's tables of messages must hold one.
 use strict;
 use warnings;
 use File::Find;
@@ -25,22 +26,25 @@ sub plain {
     $text =~ s/\s+/ /g;
     return lc $text;
 }
-sub longest_piece {
+# What stands between the gaps, the longest piece first.
+sub pieces {
     my ($text) = @_;
-    my @pieces = sort { length $b <=> length $a } split /%\d|\\[rn]|\r|\n/, $text;
-    my $piece = plain($pieces[0] // '');
-    $piece =~ s/^[ .,;:()"]+|[ .,;:()"]+$//g;
-    return $piece;
+    my @pieces = map { plain($_) } split /%\d|\\[rn]|\r|\n/, $text;
+    s/^[ .,;:()"]+|[ .,;:()"]+$//g for @pieces;
+    return sort { length $b <=> length $a } @pieces, '';
 }
 
-my $manual = plain(slurp("$root/docs/manual.md"));
+my $manual_text = slurp("$root/docs/manual.md");
+my $manual = plain($manual_text);
 my %none = map { $_ => 1 } grep { length } split /\n/, slurp("$root/tools/no_messages.txt");
-my (%used, @missing, $found);
+my (%used, @missing, $found, %said);
 
 sub judge {
     my ($path, $text) = @_;
+    my @pieces = pieces($text);
+    $said{$_} = 1 for grep { length >= 6 && $text =~ /%\d|\S \S+ \S/ } @pieces;
     return if 3 > (() = $text =~ /\p{L}{2,}/g) || $text !~ /\S \S/;
-    my $piece = longest_piece($text);
+    my $piece = $pieces[0];
     return if length $piece < 5;
     if ($none{$piece}) { $used{$piece} = 1; return; }
     if (index($manual, $piece) >= 0) { ++$found; return; }
@@ -62,9 +66,24 @@ for my $path (sort @sources) {
         judge($path, join '', $literals =~ /"((?:[^"\\\n]|\\.)*)"/g);
     }
 }
+
+my (@unsaid, $column);
+for my $line (split /\n/, $manual_text) {
+    if ($line !~ /^\|/) { undef $column; next; }
+    my @cells = split /(?<!\\)\|/, $line;
+    if (!defined $column) {
+        ($column) = grep { $cells[$_] =~ /^ (Message|Text|Reason|Problem or note) $/ } 1 .. $#cells;
+        $column //= 0;
+        next;
+    }
+    next if $column == 0 || $line =~ /^\|-/;
+    my $row = plain($cells[$column]);
+    push @unsaid, $cells[$column] if !grep { index($row, $_) >= 0 } keys %said;
+}
 my @stale = grep { !$used{$_} } sort keys %none;
 print STDERR "not in docs/manual.md: $_\n" for @missing;
 print STDERR "in tools/no_messages.txt, but nowhere in src: $_\n" for @stale;
+print STDERR "in docs/manual.md, but nowhere in src:$_\n" for @unsaid;
 die "the program said less than expected\n" if $found < 100;
-exit 1 if @missing || @stale;
+exit 1 if @missing || @stale || @unsaid;
 print "the manual has all $found messages of the program\n";

@@ -2,6 +2,7 @@
 # check_command_line.sh PROGRAM: sets the options of every command, as --help names them, against
 # those that the completion offers and those that the man page explains.
 set -euo pipefail
+export LC_ALL=C # ranges of letters and the order of words
 program=$1
 here=$(cd "$(dirname "$0")" && pwd)
 source "$here/tessaly-cli.bash"

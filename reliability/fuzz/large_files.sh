@@ -3,6 +3,7 @@
 # checks each answer: the exit code, a word of the message, the most memory (MB) and the time
 # (TIME_LIMIT seconds, 60 unless said).
 set -euo pipefail
+export LC_ALL=C.UTF-8 LANGUAGE= # the messages of the system
 cd "$(dirname "$0")/../.."
 
 cli=$PWD/${BUILD:-build}/tessaly-cli

@@ -87,7 +87,7 @@ void requireImported(const Project& project, const ImportResult& result, QByteAr
     const QList<QStringView> lines = linesOf(text, 1'000'000);
     const PlaylistHeader header = parsePlaylistHeader(lines.value(0));
     require(playlistEntries(header.playlistFormat, lines.size()) ==
-                result.tracks + result.messages.size(),
+                result.tracks + result.leftOut.size(),
             "each entry is a track or has its message");
 }
 

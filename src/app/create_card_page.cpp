@@ -31,7 +31,8 @@ void showResult(const CheckResult& result, StatusCircle* circle, QLabel* label) 
 
 void showOffenders(const QStringList& offenders, QListWidget* list) {
     list->clear();
-    list->addItems(offenders);
+    for (const QString& offender : offenders)
+        list->addItem(elided(offender));
     list->setVisible(!offenders.isEmpty());
     if (offenders.isEmpty())
         return;

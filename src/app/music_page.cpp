@@ -285,7 +285,7 @@ void MusicPage::importList(const std::function<ImportResult(const KeepGoing&)>& 
     try {
         const ImportResult result = run(keepGoing);
         progress.reset();
-        for (const ImportMessage& message : result.messages)
+        for (const ImportMessage& message : boxesOf(result))
             services_.prompts.tell({.text = message.text,
                                     .icon = message.icon == ImportMessage::Icon::Exclamation
                                                 ? Message::Icon::Exclamation

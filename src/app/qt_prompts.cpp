@@ -10,6 +10,7 @@
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QUrl>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -51,6 +52,9 @@ int show(const Message& message, QMessageBox::StandardButtons buttons,
          QMessageBox::StandardButton defaultButton, const QString& action = {}) {
     QString text = message.text;
     text.replace("\r\n", "\n").replace('\r', '\n');
+    // A long path has hardly a place to break a line at: a blank of no width is one.
+    static const QRegularExpression unbroken("(\\S{40})");
+    text.replace(unbroken, "\\1\u200B");
     QMessageBox box(
         iconOf(message.icon),
         message.title.isEmpty() ? QApplication::applicationDisplayName() : message.title, text,

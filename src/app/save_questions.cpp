@@ -4,6 +4,7 @@
 
 #include "model/card_file.h"
 #include "model/text_codec.h"
+#include "platform/paths.h"
 
 namespace tessaly {
 
@@ -17,6 +18,8 @@ QString shortList(QStringList names) {
         names.resize(NamesShown);
         names.append(QString("... and %1 more").arg(more));
     }
+    for (QString& name : names)
+        name = elided(name);
     return names.join('\n');
 }
 

@@ -1,6 +1,5 @@
 #include "card/card_guards.h"
 
-#include <QDir>
 #include <QFileInfo>
 #include <QHash>
 #include <QSet>
@@ -18,7 +17,7 @@ namespace tessaly {
 namespace {
 
 QString native(const QString& path) {
-    return QDir::toNativeSeparators(path);
+    return shownPath(path);
 }
 
 // Whether a folder is or holds other places, by identity, so that links and second mounts of the

@@ -9,6 +9,7 @@
 #include "image/intel_hex.h"
 #include "model/card_file.h"
 #include "platform/error_numbers.h"
+#include "platform/paths.h"
 
 namespace tessaly {
 
@@ -28,7 +29,7 @@ void CardRun::checkSources() {
     sources_ = measureSources(snapshot_, files_, [this] { breatheAtTimes(); });
     for (const SourceFile& track : sources_.tracks)
         if (!track.size)
-            throw TessalyError(error_number::SourceMissing, "Cannot find file " + track.path);
+            throw TessalyError(error_number::SourceMissing, "Cannot find file " + elided(track.path));
     step(201);
     const QString firmware = job_.folders.firmwareFile();
     if (!files_.fileSize(firmware))

@@ -95,10 +95,11 @@ void requireRootEntries(const SpacePlan& plan, const VolumeGeometry& geometry) {
         return;
     const int room = *geometry.rootEntries - VolumeLabelEntry - plan.stayingEntries;
     if (plan.newEntries > room)
-        throw TessalyError(error_number::TooManyRootEntries,
-                           QString("The card's root folder has room for %1 entries, the project's "
-                                   "files need %2. Format the card as FAT32.")
-                               .arg(grouped(std::max(room, 0)), grouped(plan.newEntries)));
+        throw TessalyError(
+            error_number::TooManyRootEntries,
+            QString("The card's root folder has room for %1, the project's "
+                    "files need %2. Format the card as FAT32.")
+                .arg(counted(std::max(room, 0), "entry", "entries"), grouped(plan.newEntries)));
 }
 
 }  // namespace tessaly

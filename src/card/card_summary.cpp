@@ -1,9 +1,8 @@
 #include "card/card_summary.h"
 
-#include <QDir>
-
 #include "model/format_limits.h"
 #include "platform/numbers.h"
+#include "platform/paths.h"
 
 namespace tessaly {
 
@@ -13,7 +12,7 @@ QString tooLargeForCard(const QString& path, qint64 bytes) {
     return QString(
                "%1 has %2 bytes, a file on a card can have %3: cut the recording into shorter "
                "ones.")
-        .arg(QDir::toNativeSeparators(path), grouped(bytes), grouped(limits::CardFileBytes));
+        .arg(shownPath(path), grouped(bytes), grouped(limits::CardFileBytes));
 }
 
 CardTotals updateSummary(const SourceFiles& sources) {

@@ -17,6 +17,7 @@
 #include "cli/run_display.h"
 #include "platform/error_numbers.h"
 #include "platform/local_file_system.h"
+#include "platform/numbers.h"
 #include "platform/paths.h"
 
 namespace tessaly::cli {
@@ -173,10 +174,8 @@ int verifyCommand(const QString& card) {
         printError(QString("%1 is no good card: %2").arg(root, result.problems.first()));
         return Failed;
     }
-    print(QString("%1 is a good card: %2 tracks, %3 read, settings 0x%4.")
-              .arg(root)
-              .arg(result.trackFiles)
-              .arg(size(result.bytes),
+    print(QString("%1 is a good card: %2, %3 read, settings 0x%4.")
+              .arg(root, counted(result.trackFiles, "track"), size(result.bytes),
                    QString::number(result.identifier, 16).rightJustified(4, '0').toUpper()));
     return Done;
 }

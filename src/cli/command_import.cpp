@@ -12,6 +12,8 @@
 #include "platform/error_numbers.h"
 #include "platform/local_file_system.h"
 #include "platform/mp3_tags.h"
+#include "platform/numbers.h"
+#include "platform/paths.h"
 
 namespace tessaly::cli {
 
@@ -37,7 +39,7 @@ void save(FileSystem& files, const QString& path, Project& project) {
         printError("warning: a project file cannot hold the path \"" + oneLine(lost) +
                    "\": the file is not found when the project is opened.");
     for (const QString& text : textsOutsideCodePage(project))
-        printError("warning: a project file cannot hold \"" + oneLine(text) +
+        printError("warning: a project file cannot hold \"" + oneLine(elided(text)) +
                    "\": characters of it become \"?\".");
     if (files.fileSize(path)) {
         const QString old = path + ".bak";
@@ -56,15 +58,14 @@ int importTour(const ImportOptions& options, FileSystem& files, const Mp3Tags& t
     const ImportReport report =
         importFolder(files, tags, options.source, options.titlesFromTags, project);
     for (const QString& note : report.notes)
-        printError("note: " + note);
+        printError("note: " + oneLine(note));
     save(files, options.output, project);
-    print(QString("%1: %2 music lists with %3 tracks, %4 speech titles in %5 languages (%6 files).")
-              .arg(QDir::toNativeSeparators(options.output))
-              .arg(project.lstMuList.size())
-              .arg(report.tracks)
-              .arg(project.lstSpTitles.size())
-              .arg(project.lstLangs.size())
-              .arg(report.speechFiles));
+    print(QString("%1: %2 with %3, %4 in %5 (%6).")
+              .arg(QDir::toNativeSeparators(options.output),
+                   counted(project.lstMuList.size(), "music list"), counted(report.tracks, "track"),
+                   counted(project.lstSpTitles.size(), "speech title"),
+                   counted(project.lstLangs.size(), "language"),
+                   counted(report.speechFiles, "file")));
     return Done;
 }
 
@@ -80,7 +81,7 @@ int importList(const ImportOptions& options, FileSystem& files, const Mp3Tags& t
     if (result.outcome == ImportResult::Outcome::NoFiles)
         throw badImport(options.source,
                         "the folder holds neither MP3 files nor a Music or Speech folder");
-    for (const ImportMessage& message : result.messages)
+    for (const ImportMessage& message : result.leftOut + result.messages)
         printError(oneLine(message.text));
     if (result.outcome != ImportResult::Outcome::Imported)
         return Failed;
@@ -94,9 +95,9 @@ int importList(const ImportOptions& options, FileSystem& files, const Mp3Tags& t
         }
     }
     save(files, options.output, project);
-    const QString line = QString("%1: the music list \"%2\" with %3 tracks")
+    const QString line = QString("%1: the music list \"%2\" with %3")
                              .arg(QDir::toNativeSeparators(options.output), oneLine(result.list),
-                                  QString::number(result.tracks));
+                                  counted(result.tracks, "track"));
     print(line + (result.tracks == 0 ? ", which no save keeps." : "."));
     return Done;
 }

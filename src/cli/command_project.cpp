@@ -16,6 +16,8 @@
 #include "model/format_limits.h"
 #include "platform/error_numbers.h"
 #include "platform/local_file_system.h"
+#include "platform/numbers.h"
+#include "platform/paths.h"
 
 namespace tessaly::cli {
 
@@ -99,7 +101,7 @@ void printChecksText(const CardChecks& checks, bool withDrive) {
     QList<QStringList> rows;
     const auto addItems = [&](const QStringList& items) {
         for (const QString& item : items)
-            rows.append(QStringList{QString(), "    " + item});
+            rows.append(QStringList{QString(), "    " + elided(item)});
     };
     for (const NamedCheck& check :
          projectChecks(checks) + (withDrive ? driveChecks(checks) : QList<NamedCheck>())) {
@@ -118,9 +120,8 @@ void printChecksText(const CardChecks& checks, bool withDrive) {
         rows.append({"BLOCKS", limit});
     printTable(rows);
     print();
-    print(QString("%1 tracks, %2 in all.")
-              .arg(checks.totals.trackCount)
-              .arg(size(checks.totals.totalCardBytes)));
+    print(QString("%1, %2 in all.")
+              .arg(counted(checks.totals.trackCount, "track"), size(checks.totals.totalCardBytes)));
 }
 
 // A file that is read or written must not be written over by another output.
@@ -140,11 +141,10 @@ Project openProject(FileSystem& files, const QString& path) {
     const ReadReport report = readProject(files, path, project);
     if (!report.isComplete)
         throw TessalyError(error_number::BadProject,
-                           QString("%1 was read up to byte %2 only (%3 records): %4")
-                               .arg(native(path))
+                           QString("%1 was read up to byte %2 only (%3): %4")
+                               .arg(shownPath(path))
                                .arg(report.stoppedAt)
-                               .arg(report.records)
-                               .arg(report.stopReason));
+                               .arg(counted(report.records, "record"), report.stopReason));
     return project;
 }
 

@@ -12,6 +12,7 @@
 #include "model/format_limits.h"
 #include "platform/error_numbers.h"
 #include "platform/local_file_system.h"
+#include "platform/numbers.h"
 
 namespace tessaly::cli {
 
@@ -68,9 +69,8 @@ void printRecords(const ParsedRecords& parsed) {
     }
     printTable(rows, {0});
     print();
-    print(QString("A project file of %1 records, %2 bytes.")
-              .arg(parsed.records.size())
-              .arg(parsed.stoppedAt));
+    print(QString("A project file of %1, %2.")
+              .arg(counted(parsed.records.size(), "record"), counted(parsed.stoppedAt, "byte")));
 }
 
 // ---- images ----------------------------------------------------------------------------------
@@ -246,11 +246,9 @@ int showFirmware(const QByteArray& text, bool json) {
                                     .toJson())
                   .trimmed());
     else
-        print(QString("An Intel HEX file: version %1, %2 records, %3 bytes of data, %4 bad lines.")
-                  .arg(version)
-                  .arg(records)
-                  .arg(dataBytes)
-                  .arg(badLines));
+        print(QString("An Intel HEX file: version %1, %2, %3 of data, %4.")
+                  .arg(version, counted(records, "record"), counted(dataBytes, "byte"),
+                       counted(badLines, "bad line")));
     return badLines == 0 ? Done : Failed;
 }
 

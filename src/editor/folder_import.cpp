@@ -1,6 +1,7 @@
 #include "editor/folder_import.h"
 
 #include <QDir>
+#include <QSet>
 #include <algorithm>
 
 #include "editor/entry_fields.h"
@@ -21,17 +22,22 @@ bool isMp3(const FolderEntry& entry) {
            entry.name.size() > Mp3Ending.size();
 }
 
+// As other systems write the same name: e and accent are one.
+QString composed(const QString& name) {
+    return name.normalized(QString::NormalizationForm_C);
+}
+
 QString withoutEnding(const QString& name) {
-    return name.chopped(Mp3Ending.size()).normalized(QString::NormalizationForm_C);
+    return composed(name.chopped(Mp3Ending.size()));
 }
 
-bool isSpeechFolder(const FolderEntry& entry) {
-    return entry.isFolder && entry.name.compare(u"Speech", Qt::CaseInsensitive) == 0;
-}
+// The two folders of a tour; empty where there is none.
+struct TourFolders {
+    QString speech, music;
+    QStringList others;  // what stands beside them
 
-bool isMusicFolder(const FolderEntry& entry) {
-    return entry.isFolder && entry.name.compare(u"Music", Qt::CaseInsensitive) == 0;
-}
+    bool isTour() const { return !speech.isEmpty() || !music.isEmpty(); }
+};
 
 // The end of a run of digits, from its first digit on.
 qsizetype digitsEnd(const QString& text, qsizetype from) {
@@ -51,6 +57,27 @@ QList<FolderEntry> sortedEntries(const FileSystem& files, const QString& folder)
     return entries;
 }
 
+TourFolders tourFoldersIn(const FileSystem& files, const QString& root) {
+    TourFolders found;
+    const auto take = [](QString& folder, const QString& path) {
+        if (!folder.isEmpty())
+            throw TessalyError(error_number::BadImport,
+                               QString("%1 and %2 are two folders for one thing: make one of them.")
+                                   .arg(shownPath(folder), shownPath(path)));
+        folder = path;
+    };
+    for (const FolderEntry& entry : sortedEntries(files, root)) {
+        const QString path = pathIn(root, entry.name);
+        if (entry.isFolder && entry.name.compare(u"Speech", Qt::CaseInsensitive) == 0)
+            take(found.speech, path);
+        else if (entry.isFolder && entry.name.compare(u"Music", Qt::CaseInsensitive) == 0)
+            take(found.music, path);
+        else
+            found.others.append(path);
+    }
+    return found;
+}
+
 class FolderImport {
  public:
     FolderImport(const FileSystem& files, const Mp3Tags& tags, bool titlesFromTags,
@@ -59,12 +86,14 @@ class FolderImport {
 
     void importSpeech(const QString& folder);
     void importMusic(const QString& folder);
+    void leaveOut(const QString& path, const QString& why);
     ImportReport report;
 
  private:
     QStringList mp3sOf(const QString& folder);
     QStringList foldersOf(const QString& folder, const char* what);
     QString trackName(const QString& path, const QString& file) const;
+    void noteChange(const char* what, const QString& whole, const QString& name);
     void addRecord(const char* kind, const QString& item, const QString& group,
                    const QString& path);
 
@@ -80,8 +109,7 @@ QStringList FolderImport::mp3sOf(const QString& folder) {
         if (isMp3(entry))
             names.append(entry.name);
         else
-            report.notes.append(QString("%1 is no MP3 file and was left out.")
-                                    .arg(QDir::toNativeSeparators(pathIn(folder, entry.name))));
+            leaveOut(pathIn(folder, entry.name), "is no MP3 file");
     }
     return names;
 }
@@ -92,11 +120,18 @@ QStringList FolderImport::foldersOf(const QString& folder, const char* what) {
         if (entry.isFolder)
             names.append(entry.name);
         else
-            report.notes.append(
-                QString("%1 stands in no folder of a %2 and was left out.")
-                    .arg(QDir::toNativeSeparators(pathIn(folder, entry.name)), what));
+            leaveOut(pathIn(folder, entry.name), QString("stands in no folder of a ") + what);
     }
     return names;
+}
+
+void FolderImport::leaveOut(const QString& path, const QString& why) {
+    report.notes.append(QString("%1 %2 and was left out.").arg(shownPath(path), why));
+}
+
+void FolderImport::noteChange(const char* what, const QString& whole, const QString& name) {
+    if (name != whole)
+        report.notes.append(QString("The %1 \"%2\" became \"%3\".").arg(what, elided(whole), name));
 }
 
 void FolderImport::addRecord(const char* kind, const QString& item, const QString& group,
@@ -120,9 +155,18 @@ void FolderImport::importSpeech(const QString& folder) {
     for (const QString& name : foldersOf(folder, "language")) {
         const QString language = languages.add(firstCharacters(name, limits::LanguageName));
         project_.lstLangs.append(language);
+        noteChange("language", composed(name), language);
         const QString languageFolder = pathIn(folder, name);
-        for (const QString& file : mp3sOf(languageFolder))
-            found.append({withoutEnding(file), language, pathIn(languageFolder, file)});
+        QSet<QString> taken;
+        for (const QString& file : mp3sOf(languageFolder)) {
+            const QString title = withoutEnding(file), path = pathIn(languageFolder, file);
+            if (taken.contains(title)) {
+                leaveOut(path, "is a second file for one title and language");
+                continue;
+            }
+            taken.insert(title);
+            found.append({title, language, path});
+        }
     }
     QStringList titles;
     for (const SpeechFile& file : found)
@@ -135,8 +179,7 @@ void FolderImport::importSpeech(const QString& folder) {
         const QString name = unique.add(firstCharacters(title, limits::DisplayText));
         names.insert(title, name);
         project_.lstSpTitles.append(name);
-        if (name != title)
-            report.notes.append(QString("The title \"%1\" became \"%2\".").arg(title, name));
+        noteChange("title", title, name);
     }
     for (const SpeechFile& file : found)
         addRecord("speech", names.value(file.title), file.language, file.path);
@@ -157,19 +200,19 @@ void FolderImport::importMusic(const QString& folder) {
         const QString listFolder = pathIn(folder, name);
         const QStringList found = mp3sOf(listFolder);
         if (found.isEmpty()) {
-            report.notes.append(QString("%1 holds no MP3 file and makes no list.")
-                                    .arg(QDir::toNativeSeparators(listFolder)));
+            report.notes.append(
+                QString("%1 holds no MP3 file and makes no list.").arg(shownPath(listFolder)));
             continue;
         }
         const QString list = addMusicList(project_, firstCharacters(name, limits::DisplayText));
+        noteChange("music list", composed(name), list);
         UniqueNames tracks;
         for (const QString& file : found) {
             const QString path = pathIn(listFolder, file);
             const QString whole = trackName(path, file);
             const QString track =
                 addMusicTrack(project_, firstCharacters(whole, limits::DisplayText), tracks);
-            if (track != whole)
-                report.notes.append(QString("The track \"%1\" became \"%2\".").arg(whole, track));
+            noteChange("track", whole, track);
             addRecord("music", track, list, path);
             ++report.tracks;
         }
@@ -207,34 +250,28 @@ bool comesBefore(const QString& a, const QString& b) {
 }
 
 bool isTourFolder(const FileSystem& files, const QString& folder) {
-    const QList<FolderEntry> entries = sortedEntries(files, folder);
-    return std::any_of(entries.begin(), entries.end(), isSpeechFolder) ||
-           std::any_of(entries.begin(), entries.end(), isMusicFolder);
+    return tourFoldersIn(files, folder).isTour();
 }
 
 ImportReport importFolder(const FileSystem& files, const Mp3Tags& tags, const QString& folder,
                           bool titlesFromTags, Project& project) {
     const QString root = QDir(folder).absolutePath();
     FolderImport run(files, tags, titlesFromTags, project);
-    bool isTour = false;
-    QString music;
-    for (const FolderEntry& entry : sortedEntries(files, root)) {
-        // Speech first, as in a project's file: so numbers stay when the project is opened.
-        if (isSpeechFolder(entry))
-            run.importSpeech(pathIn(root, entry.name));
-        else if (isMusicFolder(entry))
-            music = pathIn(root, entry.name);
-        isTour = isTour || isSpeechFolder(entry) || isMusicFolder(entry);
-    }
-    if (!isTour)
-        throw TessalyError(error_number::BadImport,
-                           QDir::toNativeSeparators(root) +
-                               ": the folder holds neither a Music nor a Speech folder.");
-    if (!music.isEmpty())
-        run.importMusic(music);
+    const TourFolders tour = tourFoldersIn(files, root);
+    if (!tour.isTour())
+        throw TessalyError(
+            error_number::BadImport,
+            shownPath(root) + ": the folder holds neither a Music nor a Speech folder.");
+    for (const QString& other : tour.others)
+        run.leaveOut(other, "stands in neither the Music nor the Speech folder");
+    // Speech first, as in a project's file: so numbers stay when the project is opened.
+    if (!tour.speech.isEmpty())
+        run.importSpeech(tour.speech);
+    if (!tour.music.isEmpty())
+        run.importMusic(tour.music);
     if (run.report.tracks + run.report.speechFiles == 0)
         throw TessalyError(error_number::BadImport,
-                           QDir::toNativeSeparators(root) + ": there is no MP3 file to import.");
+                           shownPath(root) + ": there is no MP3 file to import.");
     return run.report;
 }
 

@@ -20,15 +20,17 @@ struct ImportReport {
     QStringList notes;  ///< one sentence for everything that was passed over or cut
 };
 
-/// Whether a folder holds a Music or a Speech folder, which is what importFolder() takes.
+/// Whether a folder holds a Music or a Speech folder, which is what importFolder() takes. Throws
+/// error 555 when it holds one of them twice.
 bool isTourFolder(const FileSystem& files, const QString& folder);
 
 /// Fills an empty project from a folder tree:
 ///   Music/<list>/*.mp3, Speech/<language>/<title>.mp3
 /// in the order of comesBefore(). Names come from folders and files, for music from the title tag
 /// when `titlesFromTags` is set and there is one. They are cut to 16 characters (languages to 8)
-/// and made unique; a title is the same in several languages when its whole file name is. Throws
-/// error 555 when the folder holds neither Music nor Speech, or no MP3 file at all.
+/// and made unique; a title is the same in several languages when its whole file name is. Of two
+/// files for one title and language the first counts. Throws error 555 when the folder holds
+/// neither Music nor Speech, one of them twice (Music and music), or no MP3 file at all.
 ImportReport importFolder(const FileSystem& files, const Mp3Tags& tags, const QString& folder,
                           bool titlesFromTags, Project& project);
 

@@ -1,5 +1,6 @@
 #include "editor/imported_list.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "editor/entry_fields.h"
@@ -18,6 +19,17 @@ TessalyError tooMuch(const QString& what) {
 }
 
 }  // namespace
+
+QList<ImportMessage> boxesOf(const ImportResult& result) {
+    constexpr qsizetype MostEntries = 10;
+    QList<ImportMessage> boxes = result.leftOut.first(std::min(result.leftOut.size(), MostEntries));
+    if (const qsizetype more = result.leftOut.size() - boxes.size(); more > 0)
+        boxes.append({.title = "Tracks not added",
+                      .text = (more == 1 ? QString("1 more entry was")
+                                         : grouped(more) + " more entries were") +
+                              " left out."});
+    return boxes + result.messages;
+}
 
 ImportResult addImportedList(Project& project, const QString& name,
                              const QList<ImportedTrack>& tracks, RecordNames recordNames) {

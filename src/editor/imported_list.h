@@ -36,7 +36,12 @@ struct ImportResult {
     int listRow = -1;   ///< rows to select after Imported and NoFiles, -1 for none;
     int trackRow = -1;  ///< else the selection stays as it is
     QList<ImportMessage> messages = {};  ///< to show one after the other
+    QList<ImportMessage> leftOut = {};   ///< one for each entry that was left out
 };
+
+/// The boxes of an import: those of the first ten entries that were left out, one that says how
+/// many more there are, then its messages.
+QList<ImportMessage> boxesOf(const ImportResult& result);
 
 struct ImportedTrack {
     QString name;

@@ -48,8 +48,9 @@ std::optional<ImportMessage> rejection(const PlaylistEntry& entry) {
         return ImportMessage{Icon::Information, "File location missing",
                              "File location missing, track not added.\r\nTrack name: " + name};
     if (name.isEmpty())
-        return ImportMessage{Icon::Information, "Track name missing",
-                             "Track name missing, track not added.\r\nFile name: " + location};
+        return ImportMessage{
+            Icon::Information, "Track name missing",
+            "Track name missing, track not added.\r\nFile name: " + elided(location)};
     if (!location.endsWith(u"mp3", Qt::CaseInsensitive))
         return ImportMessage{Icon::Information, "File type not MP3",
                              "File type is not .MP3 or .mp3.\r\nTrack not added: " + name};
@@ -59,7 +60,7 @@ std::optional<ImportMessage> rejection(const PlaylistEntry& entry) {
 TessalyError tooLong(const QString& path) {
     return {error_number::BadImport,
             QString("%1: the playlist is longer than %2 tracks or %3 bytes.")
-                .arg(path, grouped(MostImportedTracks), grouped(MostPlaylistBytes))};
+                .arg(elided(path), grouped(MostImportedTracks), grouped(MostPlaylistBytes))};
 }
 
 }  // namespace
@@ -98,7 +99,7 @@ ImportResult importPlaylist(Project& project, QByteArrayView bytes, const Mp3Tag
         throw tooLong(native);
 
     QList<ImportedTrack> tracks;
-    QList<ImportMessage> messages;
+    QList<ImportMessage> leftOut;
     for (qsizetype i = 0; i < entries; ++i) {
         if (keepGoing && !keepGoing(int(i), int(entries)))
             return {};
@@ -106,13 +107,13 @@ ImportResult importPlaylist(Project& project, QByteArrayView bytes, const Mp3Tag
         if (header.playlistFormat == PlaylistFormat::m3u)
             entry.name = plainName(entry.location, tags);
         if (auto message = rejection(entry))
-            messages.append(*message);
+            leftOut.append(*message);
         else
             tracks.append({entry.name, entry.location});
     }
     ImportResult result =
         addImportedList(project, playlistListName(native), tracks, RecordNames::AsListed);
-    result.messages = messages;
+    result.leftOut = leftOut;
     return result;
 }
 

@@ -1,6 +1,5 @@
 #include "editor/playlist_parser.h"
 
-#include <QDir>
 #include <optional>
 
 #include "editor/entry_fields.h"
@@ -44,17 +43,19 @@ PlaylistEntry columnEntry(const PlaylistHeader& header, QStringView line) {
             .location = (header.locationIsLast ? *location : firstColumn(*location)).toString()};
 }
 
-// Where a path of a playlist in `folder` leads. On Windows one that starts at a root without a
-// drive means the playlist's own drive, unless it names a share.
+bool hasDrive(const QString& path) {
+    return path.indexOf(':') == 1 && path[0].isLetter();
+}
+
+// Where a path of a playlist in `folder` leads. Absolute is, wherever the playlist came from, what
+// begins with a drive or a separator or is an address.
 QString located(const QString& path, const QString& folder) {
-    const bool isWindows = QDir::separator() == u'\\';
-    const bool isRooted = path.startsWith('/') || (isWindows && path.startsWith('\\'));
-    if (path.contains(':') || (isRooted && !isWindows))
-        return path;
+    const bool isRooted = path.startsWith('/') || path.startsWith('\\');
     if (!isRooted)
-        return folder + path;
+        return hasDrive(path) || path.contains(u"://") ? path : folder + path;
+    // A root without a drive is that of the playlist's own drive, unless it names a share.
     const bool isShare = path.startsWith(R"(\\)");
-    return isShare || folder.indexOf(':') != 1 ? path : folder.left(2) + path;
+    return isShare || !hasDrive(folder) ? path : folder.left(2) + path;
 }
 
 PlaylistEntry extendedEntry(QStringView information, std::optional<QStringView> path,

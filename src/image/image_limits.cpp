@@ -8,6 +8,7 @@
 #include "platform/error.h"
 #include "platform/error_numbers.h"
 #include "platform/numbers.h"
+#include "platform/paths.h"
 
 namespace tessaly {
 
@@ -51,7 +52,7 @@ QString referenceProblem(const Project& project, const TrackRecord& item, const 
         const qsizetype title = project.lstSpTitles.indexOf(name) + 1;
         if (title > limits::ReferenceTitle)
             return QString("%1 plays speech title %2 (\"%3\"), it can name titles up to %4 only.")
-                .arg(who, grouped(title), name, grouped(limits::ReferenceTitle));
+                .arg(who, grouped(title), elided(name), grouped(limits::ReferenceTitle));
         return {};
     }
     const QString listName = item.groupName.text();
@@ -60,11 +61,11 @@ QString referenceProblem(const Project& project, const TrackRecord& item, const 
         return {};
     if (list > limits::ReferenceList)
         return QString("%1 plays music list %2 (\"%3\"), it can name lists up to %4 only.")
-            .arg(who, grouped(list), listName, grouped(limits::ReferenceList));
+            .arg(who, grouped(list), elided(listName), grouped(limits::ReferenceList));
     const qsizetype track = tracksOfMusicList(project, listName).indexOf(name) + 1;
     if (name != PlayFullListName && track > limits::ReferenceTrack)
         return QString("%1 plays track %2 of list \"%3\", it can name tracks up to %4 only.")
-            .arg(who, grouped(track), listName, grouped(limits::ReferenceTrack));
+            .arg(who, grouped(track), elided(listName), grouped(limits::ReferenceTrack));
     return {};
 }
 

@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QSet>
+#include <QTimeZone>
 #include <algorithm>
 
 #include "model/format_limits.h"
@@ -23,7 +24,7 @@ const QString TimeFormat = QStringLiteral("yyyyMMdd-HHmmss-zzz");  // in UTC: no
 // The time that the name of a copy tells.
 QDateTime timeOf(const QString& name) {
     QDateTime time = QDateTime::fromString(name.section('.', 0, 0), TimeFormat);
-    time.setTimeSpec(Qt::UTC);
+    time.setTimeZone(QTimeZone::utc());
     return time;
 }
 

@@ -6,7 +6,6 @@
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <cerrno>
@@ -52,8 +51,7 @@ DeviceAttributes attributesOf(QString folder) {
 }
 
 TessalyError notReady(const QString& root) {
-    return {error_number::DriveNotReady,
-            QDir::toNativeSeparators(root) + ": the drive is not ready"};
+    return {error_number::DriveNotReady, shownPath(root) + ": the drive is not ready"};
 }
 
 Mount mountAt(const QString& root) {

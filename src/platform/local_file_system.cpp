@@ -1,22 +1,21 @@
 #include "platform/local_file_system.h"
 
-#include <QDir>
 #include <QFileInfo>
 
 #include "platform/error.h"
 #include "platform/error_numbers.h"
+#include "platform/paths.h"
 #include "platform/replacement.h"
 
 namespace tessaly {
 
 TessalyError notAFile(const QString& path) {
-    return {error_number::NotAFile,
-            QDir::toNativeSeparators(path) + ": this is a device or a pipe, not a file"};
+    return {error_number::NotAFile, shownPath(path) + ": this is a device or a pipe, not a file"};
 }
 
 TessalyError linkInTheWay(const QString& path) {
     return {error_number::WriteFailed,
-            QDir::toNativeSeparators(path) + ": a link stands in the place of the file"};
+            shownPath(path) + ": a link stands in the place of the file"};
 }
 
 void LocalFileSystem::replaceFile(const QString& path, QByteArrayView bytes, Links links) {
@@ -36,10 +35,9 @@ QByteArray readWholeFile(FileSystem& files, const QString& path, qint64 limit) {
     const qint64 size = files.fileSize(path).value_or(0);
     const auto checkSize = [&](qint64 found) {
         if (found > limit)
-            throw TessalyError(error_number::FileTooLarge,
-                               QString("%1: the file is larger than %2 bytes")
-                                   .arg(QDir::toNativeSeparators(path))
-                                   .arg(limit));
+            throw TessalyError(
+                error_number::FileTooLarge,
+                QString("%1: the file is larger than %2 bytes").arg(shownPath(path)).arg(limit));
     };
     checkSize(size);
     QByteArray bytes;

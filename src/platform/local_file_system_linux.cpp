@@ -6,11 +6,12 @@
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
-#include <QDir>
 #include <QStringList>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
+#include <new>
 
 #include "platform/error.h"
 #include "platform/error_numbers.h"
@@ -66,10 +67,14 @@ class LinuxInputFile : public InputFile {
         } else if (!direct_) {
             ::posix_fadvise(fd_.get(), 0, 0, POSIX_FADV_SEQUENTIAL);
         }
-        // O_DIRECT wants a buffer aligned to the device's sectors; a page is enough for all.
-        block_.reset(static_cast<char*>(std::aligned_alloc(4096, BlockBytes)));
-        if (!block_)
+        memory_.reset(new (std::nothrow) char[MemoryBytes]);
+        if (!memory_)
             throw systemError(ENOMEM, path_);
+        // O_DIRECT wants a buffer aligned to the device's sectors; a page is enough for all.
+        // std::aligned_alloc() would have the system map, and clear, new memory for each file.
+        void* block = memory_.get();
+        size_t left = MemoryBytes;
+        block_ = static_cast<char*>(std::align(PageBytes, BlockBytes, block, left));
     }
 
     QByteArrayView nextBlock() override {
@@ -83,7 +88,7 @@ class LinuxInputFile : public InputFile {
         }
         if (count < 0)
             throw lastSystemError(path_);
-        return {block_.get(), count};
+        return {block_, count};
     }
 
     bool isPastCache() const override { return direct_; }
@@ -109,7 +114,7 @@ class LinuxInputFile : public InputFile {
     ssize_t readSome() {
         ssize_t count;
         do
-            count = ::read(fd_.get(), block_.get(), BlockBytes);
+            count = ::read(fd_.get(), block_, BlockBytes);
         while (count < 0 && errno == EINTR);
         return count;
     }
@@ -118,7 +123,10 @@ class LinuxInputFile : public InputFile {
     bool direct_ = false;
     Descriptor fd_;
     QDateTime modified_;
-    std::unique_ptr<char, FreeMemory> block_;
+    static constexpr size_t PageBytes = 4096, MemoryBytes = BlockBytes + PageBytes;
+
+    std::unique_ptr<char[]> memory_;
+    char* block_ = nullptr;  // in that memory
 };
 
 class LinuxOutputFile : public OutputFile {
@@ -289,7 +297,7 @@ class LinuxOpenFolder : public OpenFolder {
 }  // namespace
 
 TessalyError systemError(int code, const QString& path) {
-    return {code, QDir::toNativeSeparators(path) + ": " + QString::fromLocal8Bit(strerror(code))};
+    return {code, shownPath(path) + ": " + QString::fromLocal8Bit(strerror(code))};
 }
 
 TessalyError lastSystemError(const QString& path) {

@@ -2,11 +2,11 @@
 // offer (names of any length and ending, links never followed, reads past the system's cache).
 #include "platform/local_file_system.h"
 
-#include <QDir>
 #include <QFileInfo>
 #include <string>
 
 #include "platform/error_numbers.h"
+#include "platform/paths.h"
 #include "platform/windows_files.h"
 
 namespace tessaly {
@@ -58,7 +58,7 @@ QString systemText(DWORD code) {
 TessalyError systemError(int code, const QString& path) {
     const bool isNotReady = code == ERROR_NOT_READY || code == ERROR_NO_MEDIA_IN_DRIVE;
     return {isNotReady ? int(error_number::DriveNotReady) : code,
-            QDir::toNativeSeparators(path) + ": " + systemText(DWORD(code))};
+            shownPath(path) + ": " + systemText(DWORD(code))};
 }
 
 TessalyError lastSystemError(const QString& path) {

@@ -15,4 +15,11 @@ QString pathIn(const QString& folder, const QString& name);
 /// a file brings may come from another platform. Empty for a drive's root.
 QString lastNameOf(const QString& path);
 
+/// A name or a path as a message shows it: of more than 300 characters the two ends, with "…"
+/// between them, 300 in all; never half a surrogate pair.
+QString elided(const QString& text);
+
+/// `path` as a message shows it: with the platform's own separators, and elided.
+QString shownPath(const QString& path);
+
 }  // namespace tessaly

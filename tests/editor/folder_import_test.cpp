@@ -61,12 +61,14 @@ TEST(FolderImport, NamesAreCutAndMadeUnique) {
          {"Speech/English/A very long title one.mp3", "Speech/English/A very long title two.mp3",
           "Speech/Castellano/A very long title two.MP3", "Speech/Castellano 2/b.mp3",
           "Music/Rock/same name of track 1.mp3", "Music/Rock/same name of track 2.mp3",
-          "Music/Rock/cover.jpg", "music.txt", "Music/loose.mp3", "Music/Nothing/read.me"})
+          "Music/Rock/cover.jpg", "music.txt", "Music/loose.mp3", "Music/Nothing/read.me",
+          "beside.mp3", "Tour 2/c.mp3", "Speech/English/\u00E9.mp3", "Speech/English/e\u0301.mp3"})
         scratch.write(name, "x");
     QStringList notes;
     const Project project = import(scratch.path(), false, &notes);
     EXPECT_EQ(project.lstLangs, (QStringList{"Castella", "01 Castella", "English"}));
-    EXPECT_EQ(project.lstSpTitles, (QStringList{"A very long titl", "01 A very long titl", "b"}));
+    EXPECT_EQ(project.lstSpTitles,
+              (QStringList{"A very long titl", "01 A very long titl", "b", "\u00E9"}));
     QStringList items;
     for (const TrackRecord& record : project.TrackTable.mid(1))
         items.append(itemOf(record));
@@ -74,18 +76,25 @@ TEST(FolderImport, NamesAreCutAndMadeUnique) {
                                   "01 Castella/b <- b.mp3",
                                   "English/A very long titl <- A very long title one.mp3",
                                   "English/01 A very long titl <- A very long title two.mp3",
+                                  "English/\u00E9 <- e\u0301.mp3",
                                   "Rock/same name of tra <- same name of track 1.mp3",
                                   "Rock/01 same name of tra <- same name of track 2.mp3"}));
     const QString all = notes.join('\n');
-    for (const char* passedOver : {"cover.jpg", "loose.mp3", "read.me", "holds no MP3"})
+    for (const char* passedOver :
+         {"cover.jpg", "loose.mp3", "read.me", "holds no MP3", "beside.mp3", "Tour 2", "music.txt",
+          "\u00E9.mp3 is a second file", "The language \"Castellano\" became \"Castella\""})
         EXPECT_TRUE(all.contains(passedOver)) << passedOver;
 }
 
 TEST(FolderImport, AFolderWithoutMusicOrSpeechIsRefused) {
     const ScratchFolder scratch;
     EXPECT_THROW(import(scratch.path()), TessalyError);
-    scratch.makeFolder("Music");
-    EXPECT_THROW(import(scratch.path()), TessalyError);
+    scratch.write("Music/Rock/a.mp3", "x");
+    EXPECT_EQ(import(scratch.path()).TrackTable.size(), 2);
+    // Where case counts, there may be two folders of one meaning.
+    if (QDir(scratch.path()).mkdir("music")) {
+        EXPECT_THROW(import(scratch.path()), TessalyError);
+    }
 }
 
 }  // namespace tessaly

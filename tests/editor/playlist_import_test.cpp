@@ -33,7 +33,7 @@ Taken take(const QByteArray& bytes, const QString& path = "/m/list.txt",
         EXPECT_TRUE(record.groupName.is(result.list));
         taken.tracks.append(record.itemName.text() + " <- " + record.sourcePath.text());
     }
-    for (const ImportMessage& message : result.messages)
+    for (const ImportMessage& message : boxesOf(result))
         taken.messages.append(message.title + ": " + message.text);
     EXPECT_TRUE(project.unsavedChanges);
     EXPECT_EQ(tracksOfMusicList(project, result.list).size(), taken.tracks.size());
@@ -109,10 +109,14 @@ TEST(PlaylistImport, TakesEveryFormat) {
          "#EXTINF:184,Band, The - First\r\nC:\\Music\\1.mp3\r\n"
          "#EXTINF:184,Second\r\nsub\\2.mp3\r\n"
          "#EXTINF:184,Third\r\n/abs/3.mp3\r\n"
+         "#EXTINF:184,Share\r\n\\\\nas\\m\\5.mp3\r\n"
+         "#EXTINF:184,Address\r\nfile:///m/6.mp3\r\n"
+         "#EXTINF:184,Colon\r\nOp. 7: Largo.mp3\r\n"
          "#EXTINF:184\r\n4.mp3\r\n"
          "#EXTINF:184,Fifth\r\n",
          {"Band, The - Firs <- C:\\Music\\1.mp3", "Second <- " + ListFolder + "sub\\2.mp3",
-          "Third <- /abs/3.mp3"},
+          "Third <- /abs/3.mp3", "Share <- \\\\nas\\m\\5.mp3", "Address <- file:///m/6.mp3",
+          "Colon <- " + ListFolder + "Op. 7: Largo.mp3"},
          {"Track name missing: Track name missing, track not added.\r\nFile name: " + ListFolder +
               "4.mp3",
           "File location missing: File location missing, track not added.\r\nTrack name: Fifth"}},
@@ -217,9 +221,12 @@ TEST(PlaylistImport, RefusesWhatNoMemoryHolds) {
         EXPECT_THROW(importPlaylist(project, bytes, FakeTags(), "/p.txt"), TessalyError);
         EXPECT_TRUE(project == expected);
     }
-    EXPECT_EQ(take(header + QByteArray(1'000'000, '\t') + "\n" + QByteArray(5'000'000, 'x'))
-                  .messages.size(),
-              2);
+    // The boxes stay few and small, whatever stands in the lines.
+    const Taken odd = take(header + QByteArray(1'000'000, '\t') + "\n\t" +
+                           QByteArray(3'000'000, 'x') + ".mp3\n" + QByteArray("N\n").repeated(99));
+    ASSERT_EQ(odd.messages.size(), 11);
+    EXPECT_LT(odd.messages.join("").size(), 2000);
+    EXPECT_EQ(odd.messages.last(), "Tracks not added: 91 more entries were left out.");
     // Accents that pile up must not take longer than their number.
     QByteArray accents = header;
     for (int i = 0; i < 500'000; ++i)
