@@ -77,15 +77,16 @@ class TaggedFolder {
             file.save(TagLib::MPEG::File::AllTags);
         }
         QFile written(name);
-        written.open(QIODevice::ReadOnly);
+        if (!written.open(QIODevice::ReadOnly))
+            throw std::runtime_error("the tagged file cannot be read");
         const QByteArray whole = written.readAll();
         // The sound between the tags is not looked at: a little of it will do.
         const QByteArray bytes = whole.left(12'000) + whole.right(1'200);
         for (int i = 0; i < 9000; ++i) {
             const QByteArray number = QByteArray::number(i).rightJustified(5, '0');
             QFile file(pathIn(folder_.path(), number + ".mp3"));
-            file.open(QIODevice::WriteOnly);
-            file.write(QByteArray(bytes).replace("Title 00000", "Title " + number));
+            if (file.open(QIODevice::WriteOnly))
+                file.write(QByteArray(bytes).replace("Title 00000", "Title " + number));
         }
     }
     QString path() const { return folder_.path(); }

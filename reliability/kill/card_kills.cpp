@@ -23,8 +23,7 @@ using Content = QMap<QString, QByteArray>;
 
 QByteArray read(const QString& path) {
     QFile file(path);
-    file.open(QIODevice::ReadOnly);
-    return file.readAll();
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 void write(const QString& path, const QByteArray& bytes) {

@@ -73,8 +73,8 @@ class SaveKills {
         if (!isOld && !isNew)
             return QString("%1 bytes that are neither generation %2 nor %3")
                 .arg(found.size())
-                .arg(progress_->saved)
-                .arg(progress_->begun);
+                .arg(progress_->saved.load())
+                .arg(progress_->begun.load());
         Project project;
         ProjectSession session(project, files_);
         const ReadReport report = session.open(file_);

@@ -93,6 +93,7 @@ TEST(FolderImport, AFolderWithoutMusicOrSpeechIsRefused) {
     EXPECT_EQ(import(scratch.path()).TrackTable.size(), 2);
     // Where case counts, there may be two folders of one meaning.
     if (QDir(scratch.path()).mkdir("music")) {
+        scratch.write("music/Rock/b.mp3", "x");
         EXPECT_THROW(import(scratch.path()), TessalyError);
     }
 }
