@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDir>
 #include <QFileInfo>
 #include <QScreen>
 #include <QStyle>
@@ -20,6 +19,7 @@
 #include "app/triggers_page.h"
 #include "card/firmware.h"
 #include "platform/error.h"
+#include "platform/numbers.h"
 #include "platform/paths.h"
 #include "platform/system_information.h"
 #include "ui_main_window.h"
@@ -194,7 +194,7 @@ void MainWindow::openAtStart(const QString& path) {
         services_.prompts.tell(
             {.text = QString("%1 was not opened, because the recovered project is not saved yet. "
                              "Save that first, then open the file with File > Open.")
-                         .arg(QDir::toNativeSeparators(path))});
+                         .arg(shownPath(path))});
     else
         readProjectFile(path);
 }
@@ -204,13 +204,12 @@ void MainWindow::readProjectFile(const QString& path) {
         const ReadReport report = session_.open(path);
         if (!report.isComplete)
             services_.prompts.tell(
-                {.text = QString("%1 could be read up to byte %2 only: %3.\r%4 records were read. "
+                {.text = QString("%1 could be read up to byte %2 only: %3.\r%4 could be read. "
                                  "The project has no file now, so that the next Save asks for a "
                                  "name and leaves the damaged file as it is.")
-                             .arg(QDir::toNativeSeparators(path))
+                             .arg(shownPath(path))
                              .arg(report.stoppedAt)
-                             .arg(report.stopReason)
-                             .arg(report.records),
+                             .arg(report.stopReason, counted(report.records, "record")),
                  .icon = Message::Icon::Exclamation});
     } catch (const TessalyError& error) {
         services_.prompts.tell({.text = error.description, .icon = Message::Icon::Exclamation});

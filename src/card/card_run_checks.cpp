@@ -29,7 +29,8 @@ void CardRun::checkSources() {
     sources_ = measureSources(snapshot_, files_, [this] { breatheAtTimes(); });
     for (const SourceFile& track : sources_.tracks)
         if (!track.size)
-            throw TessalyError(error_number::SourceMissing, "Cannot find file " + elided(track.path));
+            throw TessalyError(error_number::SourceMissing,
+                               "Cannot find file " + elided(track.path));
     step(201);
     const QString firmware = job_.folders.firmwareFile();
     if (!files_.fileSize(firmware))

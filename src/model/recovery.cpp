@@ -11,6 +11,7 @@
 #include "model/project_snapshot.h"
 #include "platform/error.h"
 #include "platform/error_numbers.h"
+#include "platform/numbers.h"
 #include "platform/paths.h"
 
 namespace tessaly {
@@ -73,9 +74,6 @@ QStringList superfluous(const QStringList& namesNewestFirst) {
 }  // namespace
 
 QString RecoveryCopy::description() const {
-    const auto counted = [](int count, const char* what) {
-        return QString("%1 %2%3").arg(count).arg(what, count == 1 ? "" : "s");
-    };
     return QString("%1   %2, %3, %4%5")
         .arg(time.toString("yyyy-MM-dd HH:mm:ss"), counted(lists, "list"), counted(tracks, "track"),
              counted(titles, "title"), isEarlier ? "   (earlier)" : "");

@@ -159,7 +159,7 @@ int main(int argc, char** argv) {
     about.show();
     shoot(about, pictures, "about");
     about.close();
-    DriveDialog dialog(drives, &window);
+    DriveDialog dialog(drives, {}, &window);
     dialog.show();
     shoot(dialog, pictures, "drive-dialog");
     return 0;
