@@ -1,5 +1,6 @@
 #include "editor/imported_list.h"
 
+#include <QSet>
 #include <algorithm>
 #include <utility>
 
@@ -43,6 +44,7 @@ ImportResult addImportedList(Project& project, const QString& name,
                         .tracks = int(tracks.size())};
     grown.TrackTable.reserve(grown.TrackTable.size() + tracks.size());
     UniqueNames names(grown.lstMuTrack[grown.currentMusicList]);
+    QSet<QString> lines;
     qsizetype characters = 0;
     for (const ImportedTrack& track : tracks) {
         const QString listed = addMusicTrack(grown, track.name, names);
@@ -51,7 +53,11 @@ ImportResult addImportedList(Project& project, const QString& name,
             throw tooMuch("too many of its tracks have the same name.");
         TrackRecord record;
         record.kind = "music";
-        record.itemName = recordNames == RecordNames::AsListed ? listed : track.name;
+        // A name that is only saved as another is has a line of its own, with its file.
+        record.itemName = recordNames == RecordNames::AsListed || !lines.contains(track.name)
+                              ? listed
+                              : track.name;
+        lines.insert(listed);
         record.groupName = result.list;
         record.sourcePath = track.path;
         grown.TrackTable.append(record);

@@ -34,20 +34,29 @@ QHash<QString, Tracks> tracksByList(const Project& project) {
     return tracks;
 }
 
+// A project file has its tracks in the order of their lines: one that the image has too late counts
+// as missing there.
 QStringList linesOf(const QList<DecodedTrack>& entries, const Tracks& tracks) {
-    QHash<std::pair<QByteArray, quint16>, QStringList> names;  // by how the image shows a track
-    for (const TrackRecord* track : tracks) {
-        const QString name = track->itemName.text();
-        names[{imageText(name), trackWord(*track)}].append(name);
-    }
+    QHash<std::pair<QByteArray, quint16>, QList<qsizetype>> places;  // by how the image shows one
+    for (qsizetype i = 0; i < tracks.size(); ++i)
+        places[{imageText(tracks[i]->itemName.text()), trackWord(*tracks[i])}].append(i);
+    QList<bool> isShown(tracks.size(), false);
+    qsizetype next = 0;
     QStringList lines;
     for (const DecodedTrack& entry : entries) {
-        const auto known = names.find({imageText(entry.name), entry.word.value});
-        const bool isTrack = known != names.end() && !known->isEmpty();
-        lines.append(isTrack ? known->takeFirst() : lineWithoutFile(entry.name, lines.size()));
+        const QList<qsizetype> known = places.value({imageText(entry.name), entry.word.value});
+        const auto place = std::lower_bound(known.begin(), known.end(), next);
+        if (place == known.end()) {
+            lines.append(lineWithoutFile(entry.name, lines.size()));
+            continue;
+        }
+        lines.append(tracks[*place]->itemName.text());
+        isShown[*place] = true;
+        next = *place + 1;
     }
-    for (const QStringList& missing : names)
-        lines.append(missing);
+    for (qsizetype i = 0; i < tracks.size(); ++i)
+        if (!isShown[i])
+            lines.append(tracks[i]->itemName.text());
     return lines;
 }
 

@@ -75,6 +75,9 @@ TEST(CardVerifier, FindsWhatIsWrongWithACard) {
              });
          },
          "differ: music list 1 (\"L\")"},
+        {"tracks in another order",
+         [&](CardBench& b) { rewrite(b, [](Project& p) { p.lstMuTrack[0].swapItemsAt(0, 1); }); },
+         "differ: music list 1 (\"L\")"},
         {"another title",
          [&](CardBench& b) { rewrite(b, [](Project& p) { p.txtCardTitle2 = "x"; }); },
          "differ: the card title"},

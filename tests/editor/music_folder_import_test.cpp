@@ -66,6 +66,8 @@ TEST(MusicFolderImport, TracksOfOneNameCanGetTheirFiles) {
         QStringList chosen = {};  // lines that got the file "x" by hand
     } cases[] = {
         {{"a", "b"}, {}, {"0", "1"}},
+        // Saved alike, but not the same.
+        {{"Мечта", "Осень"}, {}, {"0", "1"}},
         {{"T", "T", "a", "T"}, {"01 T", "02 T"}, {"0", "1", "2", "3"}},
         // A title that looks like a number in front of another.
         {{"T", "T", "01 T"}, {"01 01 T"}, {"0", "1", "2"}},
