@@ -6,7 +6,6 @@
 #include <QIODevice>
 #include <QSet>
 #include <algorithm>
-#include <ranges>
 
 namespace tessaly {
 
@@ -228,27 +227,27 @@ bool sameTracks(const Project& a, const Project& b) {
                x.sourcePath == y.sourcePath && x.endlessLoop == y.endlessLoop &&
                x.cancelOnInterrupt == y.cancelOnInterrupt && x.loudVolume == y.loudVolume;
     };
-    const auto filesOf = [](const Project& project) {
-        return project.TrackTable | std::views::filter(isTrackFile);
-    };
-    return a.TrackTable.isSharedWith(b.TrackTable) ||
-           std::ranges::equal(filesOf(a), filesOf(b), sameRecord);
+    if (a.TrackTable.isSharedWith(b.TrackTable))
+        return true;
+    const auto endA = a.TrackTable.end(), endB = b.TrackTable.end();
+    const auto next = [](auto from, auto end) { return std::find_if(from, end, isTrackFile); };
+    auto x = next(a.TrackTable.begin(), endA), y = next(b.TrackTable.begin(), endB);
+    for (; x != endA && y != endB && sameRecord(*x, *y); x = next(x + 1, endA))
+        y = next(y + 1, endB);
+    return x == endA && y == endB;
 }
 
 // The lists with their tracks; slots of lists that were deleted do not count.
 bool sameLists(const Project& a, const Project& b) {
-    const auto slotsOf = [](const Project& project) {
+    const auto listsOf = [](const Project& project) {
         const qsizetype spare = project.MusicListNames.size() - 1;
-        return std::views::iota(qsizetype(0), spare + 1) |
-               std::views::filter([&project, spare](qsizetype slot) {
-                   return slot == spare || !project.MusicListNames[slot].isEmpty();
-               });
+        QList<std::pair<QString, QStringList>> lists;
+        for (qsizetype slot = 0; slot <= spare; ++slot)
+            if (slot == spare || !project.MusicListNames[slot].isEmpty())
+                lists.append({project.MusicListNames[slot], project.lstMuTrack[slot]});
+        return lists;
     };
-    return a.lstMuList == b.lstMuList &&
-           std::ranges::equal(slotsOf(a), slotsOf(b), [&](qsizetype x, qsizetype y) {
-               return a.MusicListNames[x] == b.MusicListNames[y] &&
-                      a.lstMuTrack[x] == b.lstMuTrack[y];
-           });
+    return a.lstMuList == b.lstMuList && listsOf(a) == listsOf(b);
 }
 
 // Everything else, with what no page shows taken out.
