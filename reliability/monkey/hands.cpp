@@ -138,8 +138,12 @@ void composeText(const QString& text) {
 }
 
 void pressKey(QWidget* window, Qt::Key key, Qt::KeyboardModifiers keys) {
-    if (QWindow* target = keyWindow(window))
-        QTest::keyClick(target, key, keys);
+    QWindow* target = keyWindow(window);
+    // Alt closes a popup, and its window may be gone before the key itself would reach it.
+    const bool closesPopup = keys & Qt::AltModifier && QApplication::activePopupWidget();
+    if (target)
+        QTest::keyClick(target, closesPopup ? Qt::Key_Alt : key,
+                        closesPopup ? Qt::KeyboardModifiers() : keys);
 }
 
 void typeText(QWidget* window, const QString& text) {
