@@ -35,7 +35,7 @@ class DeskDrives : public Drives {
                 {"/media/ann/TOUR/", "TOUR", DriveType::Removable, "vfat", 512000000, 498000000},
                 {"/media/ann/Backup/", "Backup", DriveType::Fixed, "ext4", 2000398934016,
                  1204567890123},
-                {"/mnt/music/", "music", DriveType::Network, "cifs", 8000000000000, 3500000000000}};
+                {"/mnt/music/", "music", DriveType::Network, "cifs", -1, -1}};
     }
     VolumeGeometry geometry(const QString&) const override {
         return {.clusterBytes = 8192, .totalBytes = 512000000, .freeBytes = 512000000};
