@@ -146,8 +146,8 @@ void CardVerifier::readToEnd(const QString& name, const QString& source) {
         const ReadBack read = readBack(files_, path, [](qint64) {});
         result_.bytes += read.size;
         if (read.size == 0 && !source.isEmpty() && files_.fileSize(source) == 0)
-            result_.warnings.append(QString("%1 is empty, as %2 is: it plays nothing.")
-                                        .arg(name, QDir::toNativeSeparators(source)));
+            result_.warnings.append(
+                QString("%1 is empty, as %2 is: it plays nothing.").arg(name, shownPath(source)));
         else if (read.size == 0)
             problem(name + " is empty.");
     } catch (const TessalyError& error) {
