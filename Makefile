@@ -64,6 +64,8 @@ pulled: build
 	@reliability/pulled/run.sh
 
 bench: build
+	@cmake --preset release -DTESSALY_BENCH=ON >/dev/null
+	@cmake --build --preset release -j $(JOBS)
 	@build/tessaly-bench
 	@build/tessaly-window-bench
 	@bench/startup.sh
