@@ -2,7 +2,7 @@
 
 #include <QStringList>
 
-#include "platform/prompts.h"
+#include "app/prompts.h"
 #include "platform/single_instance.h"
 
 namespace tessaly {

@@ -9,8 +9,8 @@
 #include <QTemporaryDir>
 #include <stdexcept>
 
+#include "editor/folder_as_list.h"
 #include "editor/music_editor.h"
-#include "editor/music_folder_import.h"
 #include "model/music_lists.h"
 #include "platform/local_file_system.h"
 #include "platform/mp3_tags.h"

@@ -7,7 +7,6 @@
 #include <QtEndian>
 
 #include "platform/error.h"
-#include "platform/error_numbers.h"
 #include "support/scratch_folder.h"
 
 namespace tessaly::fat {

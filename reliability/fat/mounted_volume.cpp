@@ -10,7 +10,6 @@
 
 #include "fat_volume.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
 
 namespace tessaly::fat {
 

@@ -2,7 +2,6 @@
 
 #include "image/intel_hex.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
 #include "targets.h"
 
 namespace tessaly::fuzz {

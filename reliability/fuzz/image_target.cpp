@@ -5,7 +5,6 @@
 #include "model/project.h"
 #include "model/text_codec.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
 #include "targets.h"
 
 namespace tessaly::fuzz {

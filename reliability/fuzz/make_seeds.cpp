@@ -6,7 +6,7 @@
 #include <QStringEncoder>
 #include <cstdio>
 
-#include "editor/folder_import.h"
+#include "editor/tour_import.h"
 #include "image/config_image.h"
 #include "image/intel_hex.h"
 #include "model/card_file.h"

@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "platform/mount_table.h"
+#include "platform/linux/mount_table.h"
 #include "platform/native_path.h"
 #include "targets.h"
 

@@ -5,7 +5,7 @@
 #include <QFile>
 #include <QtEndian>
 
-#include "platform/error_numbers.h"
+#include "platform/error.h"
 #include "platform/local_file_system.h"
 #include "platform/mp3_tags.h"
 #include "support/scratch_folder.h"

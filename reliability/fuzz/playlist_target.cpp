@@ -7,7 +7,6 @@
 #include "model/card_file.h"
 #include "model/music_lists.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
 #include "targets.h"
 
 namespace tessaly::fuzz {

@@ -10,8 +10,8 @@
 #include "kills.h"
 #include "model/project_session.h"
 #include "model/project_snapshot.h"
+#include "platform/atomic_file.h"
 #include "platform/local_file_system.h"
-#include "platform/replacement.h"
 #include "sample_project.h"
 
 namespace tessaly::kill {
@@ -85,7 +85,7 @@ class SaveKills {
         QStringList others = otherFiles();
         leftBehind += int(others.size());
         for (const QString& name : others)
-            if (!isReplacementName(name))
+            if (!isTemporaryName(name))
                 return name + " lies about";
         return others.size() > 1 ? others.join(", ") + " pile up" : QString();
     }

@@ -121,7 +121,8 @@ QStringList Ledger::mark() {
 // What was open and not saved must be the newest recovery copy.
 QStringList Ledger::loss() const {
     const Project& project = world_.bench.current;
-    if (!world_.happenings.letGo || !differed_ || world_.faulty() || sameContent(project, before_))
+    if (!world_.happenings.keepCopyBeforeDiscard || !differed_ || world_.faulty() ||
+        sameContent(project, before_))
         return {};
     const QDir folder(world_.bench.scratch.path("user/recovery"));
     const QStringList names = folder.entryList({"*.recovery"}, QDir::Files, QDir::Name);

@@ -51,7 +51,7 @@ void Monkey::run(qint64 count) {
         step();
 }
 
-// An event of the run that is going on: comes when the run lets the window breathe.
+// An event of the run that is going on: comes when the run lets the window checkForStop.
 bool Monkey::event(QEvent* event) {
     if (event->type() != ActEvent)
         return QObject::event(event);

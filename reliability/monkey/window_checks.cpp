@@ -4,7 +4,7 @@
 
 #include "app/list_view_tools.h"
 #include "card/card_summary.h"
-#include "editor/displays.h"
+#include "editor/file_display.h"
 #include "model/lines.h"
 #include "setup/chime.h"
 #include "setup/default_languages.h"

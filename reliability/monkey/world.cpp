@@ -106,7 +106,7 @@ bool World::isRunning() const {
 }
 
 void World::restart() {
-    happenings.sessionChanged = happenings.letGo = true;
+    happenings.sessionChanged = happenings.keepCopyBeforeDiscard = true;
     bench.window.reset();
     if (dice && dice->oneIn(2)) {  // as if the program had been killed
         QFile mark(bench.scratch.write("user/recovery/running", {}));
@@ -159,7 +159,7 @@ void World::answer(const QString& what) {
         what.startsWith("Tessaly was not closed"))
         happenings.sessionChanged = true;
     if (what.startsWith("open TRL"))
-        happenings.sessionChanged = happenings.letGo = true;
+        happenings.sessionChanged = happenings.keepCopyBeforeDiscard = true;
     ScriptedPrompts& prompts = bench.prompts;
     // Timers run on while a box is open.
     if (auto* timer = bench.window->findChild<QTimer*>("tmrRecovery"); timer && dice->oneIn(10))
@@ -169,9 +169,9 @@ void World::answer(const QString& what) {
     prompts.lines = {dice->oneIn(3) ? -1 : dice->below(qMax(1, prompts.offered.size()))};
     prompts.inputs = {dice->oneIn(5) ? QString() : text()};
     if (what.startsWith("You will lose") && prompts.answers.first())
-        happenings.letGo = true;
+        happenings.keepCopyBeforeDiscard = true;
     if (what == "Recover" && prompts.lines.first() >= 0)
-        happenings.letGo = true;
+        happenings.keepCopyBeforeDiscard = true;
 }
 
 QString World::pathFor(const QString& what) {

@@ -12,8 +12,8 @@ namespace tessaly::monkey {
 /// What happened during an event that the checks after it want to know.
 struct Happenings {
     bool sessionChanged = false;  ///< New, Open, Save As, Recover or a new start were under way
-    bool letGo = false;           ///< the project that was open was given up
-    bool ranCard = false;         ///< a card was written, or tried to be
+    bool keepCopyBeforeDiscard = false;  ///< the project that was open was given up
+    bool ranCard = false;                ///< a card was written, or tried to be
 };
 
 /// The surroundings of the monkey: the window's bench with folders full of things to open, a card

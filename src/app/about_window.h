@@ -4,7 +4,7 @@
 #include <functional>
 #include <memory>
 
-#include "platform/prompts.h"
+#include "app/prompts.h"
 
 namespace Ui {
 class AboutWindow;

@@ -12,7 +12,6 @@
 #include "card/firmware.h"
 #include "editor/give_files.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
 #include "platform/paths.h"
 #include "ui_create_card_page.h"
 

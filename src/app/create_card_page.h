@@ -71,7 +71,7 @@ class CreateCardPage : public Page {
 
     ProjectSession& session_;
     const Services& services_;
-    const AppFolders folders_;
+    const SupportFolders folders_;
     const std::unique_ptr<Ui::CreateCardPage> ui_;
     CardWriter writer_;
     CardTotals& totals_;

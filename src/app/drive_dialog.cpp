@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <tuple>
 
-#include "platform/numbers.h"
+#include "model/numbers.h"
 
 namespace tessaly {
 

@@ -16,12 +16,12 @@
 #include "app/session_status.h"
 #include "app/setup_page.h"
 #include "app/speech_page.h"
+#include "app/system_information.h"
 #include "app/triggers_page.h"
 #include "card/firmware.h"
+#include "model/numbers.h"
 #include "platform/error.h"
-#include "platform/numbers.h"
 #include "platform/paths.h"
-#include "platform/system_information.h"
 #include "ui_main_window.h"
 
 namespace tessaly {

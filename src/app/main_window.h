@@ -80,7 +80,7 @@ class MainWindow : public QMainWindow {
 
     ProjectSession& session_;
     const Services& services_;
-    const AppFolders folders_;
+    const SupportFolders folders_;
     const std::unique_ptr<Ui::MainWindow> ui_;
     ElidedLabel* statusText_;
     SessionStatus* sessionStatus_;

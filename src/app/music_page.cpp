@@ -6,9 +6,9 @@
 
 #include "app/list_view_tools.h"
 #include "app/save_questions.h"
-#include "editor/displays.h"
+#include "editor/file_display.h"
+#include "editor/folder_as_list.h"
 #include "editor/give_files.h"
-#include "editor/music_folder_import.h"
 #include "editor/playlist_import.h"
 #include "model/music_lists.h"
 #include "platform/error.h"

@@ -4,7 +4,7 @@
 #include <QGuiApplication>
 
 #include "app/status_circle.h"
-#include "platform/numbers.h"
+#include "model/numbers.h"
 #include "ui_create_card_page.h"
 
 namespace tessaly {

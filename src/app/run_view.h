@@ -3,9 +3,9 @@
 #include <functional>
 #include <utility>
 
+#include "app/prompts.h"
 #include "card/card_writer.h"
 #include "card/run_estimate.h"
-#include "platform/prompts.h"
 
 namespace Ui {
 class CreateCardPage;

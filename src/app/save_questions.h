@@ -2,8 +2,8 @@
 
 #include <QStringList>
 
+#include "app/prompts.h"
 #include "model/project_session.h"
-#include "platform/prompts.h"
 
 // What a card file cannot hold, said before it is saved and, where an MP3 file would be lost,
 // already when that is added.

@@ -2,12 +2,12 @@
 
 #include <QString>
 
-#include "card/app_folders.h"
+#include "app/prompts.h"
 #include "platform/drives.h"
 #include "platform/file_system.h"
 #include "platform/mp3_tags.h"
-#include "platform/prompts.h"
 #include "platform/single_instance.h"
+#include "support/support_folders.h"
 
 namespace tessaly {
 

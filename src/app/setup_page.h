@@ -46,7 +46,7 @@ class SetupPage : public Page {
 
     Project& project_;
     const Services& services_;
-    const AppFolders folders_;
+    const SupportFolders folders_;
     const std::unique_ptr<Ui::SetupPage> ui_;
     QButtonGroup* const chimeSound_;
     QButtonGroup* const chimeRepeat_;

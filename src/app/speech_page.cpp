@@ -6,7 +6,7 @@
 #include "app/limited_line_edit.h"
 #include "app/list_view_tools.h"
 #include "app/save_questions.h"
-#include "editor/displays.h"
+#include "editor/file_display.h"
 #include "model/format_limits.h"
 #include "ui_speech_page.h"
 

@@ -1,4 +1,4 @@
-#include "platform/system_information.h"
+#include "app/system_information.h"
 
 #include <QFileInfo>
 #include <QProcess>

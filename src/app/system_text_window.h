@@ -4,8 +4,8 @@
 #include <array>
 #include <memory>
 
+#include "app/prompts.h"
 #include "model/project.h"
-#include "platform/prompts.h"
 #include "setup/system_texts.h"
 
 namespace Ui {

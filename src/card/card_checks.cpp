@@ -6,7 +6,6 @@
 #include "model/format_limits.h"
 #include "model/music_lists.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
 
 namespace tessaly {
 

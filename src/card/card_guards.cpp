@@ -8,7 +8,6 @@
 #include "model/card_file.h"
 #include "model/text_codec.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
 #include "platform/paths.h"
 #include "platform/system_folders.h"
 
@@ -147,7 +146,7 @@ void requireErasableFolder(const FileSystem& files, const Drives& drives, const 
                                .arg(native(root), other));
 }
 
-void refuseSystemFolder(const FileSystem& files, const QString& root, const AppFolders& folders,
+void refuseSystemFolder(const FileSystem& files, const QString& root, const SupportFolders& folders,
                         const QStringList& kept) {
     const auto refuse = [&](const QString& why) {
         throw TessalyError(error_number::SystemFolder,

@@ -4,12 +4,12 @@
 #include <QStringList>
 #include <optional>
 
-#include "card/app_folders.h"
 #include "card/card_space.h"
 #include "card/source_files.h"
 #include "model/project.h"
 #include "platform/drives.h"
 #include "platform/file_system.h"
+#include "support/support_folders.h"
 
 // What must be true of a target before the first file on it is deleted. Each function throws a
 // TessalyError with a number of its own when it is not. `root` is the card's root folder.
@@ -44,7 +44,7 @@ void requireErasableFolder(const FileSystem& files, const Drives& drives, const 
 /// Error 531 when `root` is, holds or stands in a folder of the operating system, or is or holds a
 /// folder that people's files stand in, the program or one of `kept`, or is the work tree of a
 /// version control.
-void refuseSystemFolder(const FileSystem& files, const QString& root, const AppFolders& folders,
+void refuseSystemFolder(const FileSystem& files, const QString& root, const SupportFolders& folders,
                         const QStringList& kept);
 
 /// Error 531 when the project's own file is in `root` or below it: it would be deleted or written

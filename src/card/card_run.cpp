@@ -5,7 +5,7 @@
 
 #include "card/card_names.h"
 #include "card/card_summary.h"
-#include "platform/error_numbers.h"
+#include "platform/error.h"
 
 namespace tessaly {
 
@@ -47,10 +47,10 @@ void CardRun::beginPhase(RunPhase phase, qint64 total) {
 void CardRun::advance(qint64 bytes) {
     phaseDone_ += bytes;
     observer_.phaseProgress(phase_, phaseDone_, phaseTotal_);
-    breathe();
+    checkForStop();
 }
 
-void CardRun::breathe() {
+void CardRun::checkForStop() {
     if (!observer_.keepGoing())
         throw TessalyError(error_number::Stopped, "The writing of the card was stopped.");
 }
@@ -58,7 +58,7 @@ void CardRun::breathe() {
 void CardRun::breatheAtTimes() {
     if (breathTimer_.isValid() && breathTimer_.elapsed() < BreatheEveryMs)
         return;
-    breathe();
+    checkForStop();
     breathTimer_.start();
 }
 
@@ -76,7 +76,7 @@ void CardRun::deleteFromCard(const QString& name) {
 
 // The project comes last and is deleted first, so that it seals the card: one that a run did not
 // finish is never taken for a good one.
-void CardRun::trimCard() {
+void CardRun::deleteOldSettings() {
     beginPhase(RunPhase::Erase, 0);
     step(12);
     deleteFromCard(card_name::Project);
@@ -94,7 +94,7 @@ void CardRun::removeTree(const QString& folder) {
             removeTree(inside);
         else
             folder_->removeFile(inside);
-        breathe();
+        checkForStop();
     }
     folder_->removeFolder(folder);
 }
@@ -113,7 +113,7 @@ void CardRun::eraseCard() {
         if (entry.isFolder)
             continue;
         folder_->removeFile(entry.name);
-        breathe();
+        checkForStop();
     }
     step(101);
     for (const FolderEntry& entry : entries) {
@@ -171,7 +171,7 @@ void CardRun::copyTracks() {
             observer_.setCaption(
                 QString("%1 of %2 files transferred").arg(done).arg(sources_.tracks.size()));
         observer_.setBarValue(++done);
-        breathe();
+        checkForStop();
         copyToCard(track.path, card_name::track(track.number()));
     }
 }

@@ -25,16 +25,16 @@ class CardRun {
             Project snapshot, bool settingsOnly, int& stepCode, CardRunObserver& observer,
             CardRunReport& report);
 
-    void checkSources();      ///< sources and the maker's files are there, the limits are kept
-    void buildImage();        ///< image, its HEX text and the project, in the work folder
-    void checkTarget();       ///< every guard; from here on the card is held open
-    void trimCard();          ///< deletes what an update of the settings writes anew
-    void eraseCard();         ///< deletes everything but what the system holds
-    void copyTracks();        ///< the numbered files; none of them in an update
-    void copyFixedFiles();    ///< settings, the maker's files, the chime
-    void writeProjectFile();  ///< in the work folder
-    void copyProjectFile();   ///< seals the card
-    void settleAndVerify();   ///< flushes the card, compares what reads back, lets go of the card
+    void checkSources();       ///< sources and the maker's files are there, the limits are kept
+    void buildImage();         ///< image, its HEX text and the project, in the work folder
+    void checkTarget();        ///< every guard; from here on the card is held open
+    void deleteOldSettings();  ///< deletes what an update of the settings writes anew
+    void eraseCard();          ///< deletes everything but what the system holds
+    void copyTracks();         ///< the numbered files; none of them in an update
+    void copyFixedFiles();     ///< settings, the maker's files, the chime
+    void writeProjectFile();   ///< in the work folder
+    void copyProjectFile();    ///< seals the card
+    void settleAndVerify();    ///< flushes the card, compares what reads back, lets go of the card
     void deleteTemporaryFiles();
 
  private:
@@ -46,7 +46,7 @@ class CardRun {
 
     void beginPhase(RunPhase phase, qint64 total);
     void advance(qint64 bytes);
-    void breathe();
+    void checkForStop();
     void breatheAtTimes();
     void writeWhole(const QString& path, const QByteArray& bytes);
     void copyToCard(const QString& source, const QString& name);

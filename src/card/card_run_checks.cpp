@@ -8,7 +8,7 @@
 #include "image/image_limits.h"
 #include "image/intel_hex.h"
 #include "model/card_file.h"
-#include "platform/error_numbers.h"
+#include "platform/error.h"
 #include "platform/paths.h"
 
 namespace tessaly {
@@ -61,11 +61,11 @@ void CardRun::buildImage() {
     binary->close();
     hex_ = EncodeImageAsHex(image);
     writeWhole(work("tmp.hex"), hex_);
-    breathe();
+    checkForStop();
     projectBytes_ = encodeProject(snapshot_);
     // A work folder without room shall say so now, not when the card is erased.
     writeWhole(work("tmp.crd"), projectBytes_);
-    breathe();
+    checkForStop();
 }
 
 // The files that every run writes, by card name, with the size that they will have. A missing one
@@ -143,7 +143,7 @@ void CardRun::checkTarget() {
     step(316);
     if (settingsOnly_)
         requireSameTracks(files_, root_, sources_.tracks, [this] { breatheAtTimes(); });
-    breathe();
+    checkForStop();
 }
 
 }  // namespace tessaly

@@ -3,9 +3,8 @@
 #include <QRegularExpression>
 #include <algorithm>
 
+#include "model/numbers.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
-#include "platform/numbers.h"
 #include "platform/paths.h"
 
 namespace tessaly {

@@ -1,7 +1,7 @@
 #include "card/card_summary.h"
 
 #include "model/format_limits.h"
-#include "platform/numbers.h"
+#include "model/numbers.h"
 #include "platform/paths.h"
 
 namespace tessaly {

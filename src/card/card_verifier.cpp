@@ -13,7 +13,6 @@
 #include "model/card_file.h"
 #include "model/format_limits.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
 #include "platform/paths.h"
 
 namespace tessaly {

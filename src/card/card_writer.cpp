@@ -5,7 +5,7 @@
 #include "card/card_run.h"
 #include "image/config_image.h"
 #include "model/project_snapshot.h"
-#include "platform/error_numbers.h"
+#include "platform/error.h"
 
 namespace tessaly {
 
@@ -58,7 +58,7 @@ CardRunReport CardWriter::createCard(Project& project, const CardJob& job,
         observer.setBarValue(0);
         run.checkTarget();
         if (updateSettingsOnly)
-            run.trimCard();
+            run.deleteOldSettings();
         else
             run.eraseCard();
         run.copyTracks();

@@ -5,11 +5,11 @@
 #include <QStringList>
 #include <optional>
 
-#include "card/app_folders.h"
 #include "model/project.h"
 #include "platform/drives.h"
 #include "platform/error.h"
 #include "platform/file_system.h"
+#include "support/support_folders.h"
 
 namespace tessaly {
 
@@ -18,7 +18,7 @@ struct CardJob {
     QString root;                     ///< the card's root folder; a missing last separator is added
     bool mustBeRemovableRoot = true;  ///< false for a folder that its owner named on purpose
     bool mayEraseOthers = false;      ///< in such a folder, also what is no file of a card
-    AppFolders folders;               ///< of the program
+    SupportFolders folders;           ///< of the program
     QString workFolder;               ///< for "tmp.bin", "tmp.hex" and "tmp.crd"
     bool verify = true;               ///< read every file back and compare
     std::optional<quint16> identifier;  ///< of the image; drawn at random without it
@@ -44,7 +44,7 @@ class CardRunObserver {
     /// Bytes of a phase that are done, of those that it has in all; called inside long files too.
     virtual void phaseProgress(RunPhase phase, qint64 done, qint64 total) = 0;
 
-    /// Lets the window breathe. False ends the run as an error of its own.
+    /// Lets the window checkForStop. False ends the run as an error of its own.
     virtual bool keepGoing() = 0;
 
     virtual void succeeded(const QString& message) = 0;

@@ -8,7 +8,6 @@
 #include "model/format_limits.h"
 #include "model/text_codec.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
 #include "platform/paths.h"
 
 namespace tessaly {
@@ -26,7 +25,7 @@ bool holdsFirmware(FileSystem& files, const QString& firmwareFile) {
 }
 
 FirmwareComparison compareFirmware(FileSystem& files, const QString& root,
-                                   const AppFolders& folders) {
+                                   const SupportFolders& folders) {
     using Relation = FirmwareComparison::Relation;
     const QString cardFile = pathIn(root, card_name::Firmware);
     if (!files.fileSize(cardFile))
@@ -47,7 +46,7 @@ FirmwareComparison compareFirmware(FileSystem& files, const QString& root,
                 " to version " + own + "?"};
 }
 
-QByteArray requireFirmware(FileSystem& files, const AppFolders& folders) {
+QByteArray requireFirmware(FileSystem& files, const SupportFolders& folders) {
     const QString source = folders.firmwareFile();
     QByteArray bytes = readWholeFile(files, source, limits::HexFileBytes);
     if (!holdsHexData(bytes))
@@ -58,7 +57,7 @@ QByteArray requireFirmware(FileSystem& files, const AppFolders& folders) {
     return bytes;
 }
 
-void updateFirmware(FileSystem& files, const QString& root, const AppFolders& folders) {
+void updateFirmware(FileSystem& files, const QString& root, const SupportFolders& folders) {
     const QByteArray bytes = requireFirmware(files, folders);
     const QString target = pathIn(root, card_name::Firmware);
     files.replaceFile(target, bytes, FileSystem::Links::Refuse);

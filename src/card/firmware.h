@@ -2,8 +2,8 @@
 
 #include <QString>
 
-#include "card/app_folders.h"
 #include "platform/file_system.h"
+#include "support/support_folders.h"
 
 namespace tessaly {
 
@@ -31,18 +31,18 @@ struct FirmwareComparison {
 
 /// Compares versions as texts, character by character. `root` is the card's root folder.
 FirmwareComparison compareFirmware(FileSystem& files, const QString& root,
-                                   const AppFolders& folders);
+                                   const SupportFolders& folders);
 
 /// What to tell the operator once the firmware is on the card.
 inline constexpr QStringView FirmwareUpdatedText = u"Card successfully updated.";
 
 /// The program's firmware. Throws error 540 when it holds no data: the stand-in must replace no
 /// other.
-QByteArray requireFirmware(FileSystem& files, const AppFolders& folders);
+QByteArray requireFirmware(FileSystem& files, const SupportFolders& folders);
 
 /// Puts the program's firmware on the card in one step, flushes the card and reads it back. Throws
 /// as requireFirmware(), and where a link stands in its place, with the card untouched; error 539
 /// when it reads back differently.
-void updateFirmware(FileSystem& files, const QString& root, const AppFolders& folders);
+void updateFirmware(FileSystem& files, const QString& root, const SupportFolders& folders);
 
 }  // namespace tessaly

@@ -94,9 +94,9 @@ class CommandLine {
         option->type_name(type);
     }
 
-    AppFolders folders() const {
+    SupportFolders folders() const {
         return texts_.appFolder.empty() ? foldersOfProgram(path(programFolder_), userFolder())
-                                        : appFoldersIn(path(texts_.appFolder));
+                                        : supportFoldersIn(path(texts_.appFolder));
     }
 
     void addImport() {

@@ -15,9 +15,9 @@
 #include "cli/console.h"
 #include "cli/folder_drives.h"
 #include "cli/run_display.h"
-#include "platform/error_numbers.h"
+#include "model/numbers.h"
+#include "platform/error.h"
 #include "platform/local_file_system.h"
-#include "platform/numbers.h"
 #include "platform/paths.h"
 
 namespace tessaly::cli {
@@ -69,7 +69,7 @@ bool passesChecks(const Project& project, const QString& root, const FileSystem&
     return false;
 }
 
-void printReport(const CardRunReport& report, const AppFolders& folders) {
+void printReport(const CardRunReport& report, const SupportFolders& folders) {
     const auto numbered =
         std::count_if(report.files.begin(), report.files.end(), [](const auto& file) {
             return file.name.endsWith(".mp3") && file.name != card_name::Calibration &&
@@ -114,7 +114,7 @@ void printReport(const CardRunReport& report, const AppFolders& folders) {
 
 }  // namespace
 
-int createCommand(const CreateOptions& options, const AppFolders& folders) {
+int createCommand(const CreateOptions& options, const SupportFolders& folders) {
     LocalFileSystem files;
     const FolderDrives drives;
     Project project = openProject(files, options.project);
@@ -180,7 +180,7 @@ int verifyCommand(const QString& card) {
     return Done;
 }
 
-int firmwareCommand(const FirmwareOptions& options, const AppFolders& folders) {
+int firmwareCommand(const FirmwareOptions& options, const SupportFolders& folders) {
     using Relation = FirmwareComparison::Relation;
     LocalFileSystem files;
     const FolderDrives drives;

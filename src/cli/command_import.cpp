@@ -3,16 +3,16 @@
 
 #include "cli/commands.h"
 #include "cli/console.h"
-#include "editor/folder_import.h"
+#include "editor/folder_as_list.h"
 #include "editor/give_files.h"
-#include "editor/music_folder_import.h"
 #include "editor/playlist_import.h"
+#include "editor/tour_import.h"
 #include "model/card_file.h"
 #include "model/format_limits.h"
-#include "platform/error_numbers.h"
+#include "model/numbers.h"
+#include "platform/error.h"
 #include "platform/local_file_system.h"
 #include "platform/mp3_tags.h"
-#include "platform/numbers.h"
 #include "platform/paths.h"
 
 namespace tessaly::cli {

@@ -14,9 +14,9 @@
 #include "image/intel_hex.h"
 #include "model/card_file.h"
 #include "model/format_limits.h"
-#include "platform/error_numbers.h"
+#include "model/numbers.h"
+#include "platform/error.h"
 #include "platform/local_file_system.h"
-#include "platform/numbers.h"
 #include "platform/paths.h"
 
 namespace tessaly::cli {

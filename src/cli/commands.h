@@ -3,10 +3,10 @@
 #include <QString>
 #include <optional>
 
-#include "card/app_folders.h"
 #include "card/card_checks.h"
 #include "model/project.h"
 #include "platform/file_system.h"
+#include "support/support_folders.h"
 
 // The commands of tessaly-cli. Each prints its result and returns an exit code; what it cannot do
 // it throws as a TessalyError.
@@ -58,9 +58,9 @@ struct ShowOptions {
 int importCommand(const ImportOptions& options);
 int checkCommand(const CheckOptions& options);
 int imageCommand(const ImageOptions& options);
-int createCommand(const CreateOptions& options, const AppFolders& folders);
+int createCommand(const CreateOptions& options, const SupportFolders& folders);
 int verifyCommand(const QString& card);
-int firmwareCommand(const FirmwareOptions& options, const AppFolders& folders);
+int firmwareCommand(const FirmwareOptions& options, const SupportFolders& folders);
 int showCommand(const ShowOptions& options);
 
 /// A project file opened by a command. Throws when it is not read to its end.

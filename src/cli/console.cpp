@@ -7,8 +7,8 @@
 #include <iostream>
 #include <string>
 
-#include "platform/numbers.h"
-#include "platform/terminal.h"
+#include "cli/terminal.h"
+#include "model/numbers.h"
 
 namespace tessaly::cli {
 

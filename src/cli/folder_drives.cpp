@@ -3,7 +3,6 @@
 #include <QDir>
 
 #include "platform/error.h"
-#include "platform/error_numbers.h"
 
 namespace tessaly::cli {
 

@@ -3,8 +3,8 @@
 
 #include "cli/arguments.h"
 #include "cli/console.h"
+#include "cli/terminal.h"
 #include "platform/native_path.h"
-#include "platform/terminal.h"
 #include "platform/write_signals.h"
 
 int main(int argc, char** argv) {

@@ -1,11 +1,11 @@
-#include "platform/terminal.h"
+#include "cli/terminal.h"
 
 #include <QtGlobal>
 
 #ifdef Q_OS_WIN
 #include <io.h>
 
-#include "platform/windows_calls.h"
+#include "platform/windows/calls.h"
 #else
 #include <unistd.h>
 #endif

@@ -1,7 +1,7 @@
-#include "editor/displays.h"
+#include "editor/file_display.h"
 
 #include "editor/item_records.h"
-#include "platform/numbers.h"
+#include "model/numbers.h"
 
 namespace tessaly {
 

@@ -7,9 +7,8 @@
 #include "editor/entry_fields.h"
 #include "model/format_limits.h"
 #include "model/music_lists.h"
+#include "model/numbers.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
-#include "platform/numbers.h"
 
 namespace tessaly {
 

@@ -7,9 +7,8 @@
 #include "editor/playlist_parser.h"
 #include "editor/playlist_text.h"
 #include "model/format_limits.h"
+#include "model/numbers.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
-#include "platform/numbers.h"
 #include "platform/paths.h"
 
 namespace tessaly {

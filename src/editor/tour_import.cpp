@@ -1,4 +1,4 @@
-#include "editor/folder_import.h"
+#include "editor/tour_import.h"
 
 #include <QDir>
 #include <QSet>
@@ -8,7 +8,6 @@
 #include "model/format_limits.h"
 #include "model/music_lists.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
 #include "platform/paths.h"
 
 namespace tessaly {

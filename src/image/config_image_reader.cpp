@@ -7,7 +7,6 @@
 #include "model/project.h"
 #include "model/text_codec.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
 
 namespace tessaly {
 

@@ -5,9 +5,8 @@
 #include "image/config_image.h"
 #include "image/image_layout.h"
 #include "model/format_limits.h"
+#include "model/numbers.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
-#include "platform/numbers.h"
 #include "platform/paths.h"
 
 namespace tessaly {

@@ -4,7 +4,6 @@
 #include <numeric>
 
 #include "platform/error.h"
-#include "platform/error_numbers.h"
 
 namespace tessaly {
 

@@ -6,10 +6,9 @@
 
 #include "model/format_limits.h"
 #include "model/music_lists.h"
+#include "model/numbers.h"
 #include "model/text_codec.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
-#include "platform/numbers.h"
 
 namespace tessaly {
 

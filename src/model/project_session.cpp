@@ -7,7 +7,7 @@ namespace tessaly {
 
 ProjectSession::ProjectSession(Project& theProject, FileSystem& files)
     : project(theProject), files_(files) {
-    settled({});
+    markClean({});
 }
 
 bool ProjectSession::differs() const {
@@ -28,14 +28,14 @@ QString ProjectSession::keepCopy() {
     }
 }
 
-void ProjectSession::settled(const QString& fileName) {
+void ProjectSession::markClean(const QString& fileName) {
     state_ = {.fileName = fileName, .saved = project, .kept = project, .toldUnsavable = {}};
 }
 
 void ProjectSession::startNew() {
     clear();
     startUp(project);
-    settled({});
+    markClean({});
     closed_.reset();
 }
 
@@ -45,7 +45,7 @@ void ProjectSession::clear() {
         closed_ = {.project = project, .state = state_, .work = work};
     reset(project);
     forgetFreeTriggers(project);
-    settled({});
+    markClean({});
 }
 
 bool ProjectSession::canBringBack() const {
@@ -65,7 +65,7 @@ ReadReport ProjectSession::open(const QString& path) {
     const ReadReport report = readProject(files_, path, project);
     closed_.reset();
     if (report.isComplete)
-        settled(path);
+        markClean(path);
     return report;
 }
 
@@ -81,7 +81,7 @@ void ProjectSession::recover(const RecoveryCopy& copy) {
 void ProjectSession::save(const QString& path) {
     saveProject(files_, path, project);
     const QStringList told = state_.toldUnsavable;
-    settled(path);
+    markClean(path);
     state_.toldUnsavable = told;
     if (recovery_)
         recovery_->dropSaved();

@@ -84,7 +84,7 @@ class ProjectSession {
         WorkStretch work;
     };
 
-    void settled(const QString& fileName);
+    void markClean(const QString& fileName);
 
     FileSystem& files_;
     RecoveryFolder* recovery_ = nullptr;

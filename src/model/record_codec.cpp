@@ -5,7 +5,6 @@
 #include "model/format_limits.h"
 #include "model/text_codec.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
 
 namespace tessaly {
 

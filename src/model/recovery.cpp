@@ -8,10 +8,9 @@
 #include <algorithm>
 
 #include "model/format_limits.h"
+#include "model/numbers.h"
 #include "model/project_snapshot.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
-#include "platform/numbers.h"
 #include "platform/paths.h"
 
 namespace tessaly {

@@ -1,4 +1,4 @@
-#include "platform/replacement.h"
+#include "platform/atomic_file.h"
 
 #include <QFileInfo>
 #include <QRandomGenerator>
@@ -21,14 +21,14 @@ QString replacedFile(const QString& path, FileSystem::Links links) {
     return file.exists() ? file.canonicalFilePath() : file.symLinkTarget();
 }
 
-QString replacementPath(const QString& target) {
+QString temporaryPath(const QString& target) {
     QString path = target + '.';
     for (qsizetype i = 0; i < RandomLetters; ++i)
         path += Letters[QRandomGenerator::global()->bounded(int(Letters.size()))];
     return path.append(Ending);
 }
 
-bool isReplacementName(const QString& name) {
+bool isTemporaryName(const QString& name) {
     const qsizetype dot = name.size() - Ending.size() - RandomLetters - 1;
     if (!name.endsWith(Ending) || dot < 1 || name[dot] != '.')
         return false;

@@ -6,25 +6,25 @@
 #include "platform/file_system.h"
 
 #ifdef Q_OS_WIN
-#include "platform/windows_calls.h"
+#include "platform/windows/calls.h"
 #endif
 
 namespace tessaly {
 
 /// A new file beside the one that it is to replace. It is held against everybody else while it is
 /// written, so that what a killed program left can be told from what a living one is writing.
-class Replacement {
+class AtomicFile {
  public:
     /// Removes what killed programs left in the folder, whichever file it was for, and makes the
     /// new file. Where links are followed, the file that one points at is the one to replace, else
     /// the link itself. Throws, with the path of the old file, where that is a folder or cannot be
     /// written.
-    explicit Replacement(const QString& path, FileSystem::Links links = FileSystem::Links::Follow);
+    explicit AtomicFile(const QString& path, FileSystem::Links links = FileSystem::Links::Follow);
 
     /// Removes the new file unless it was put in place.
-    ~Replacement();
-    Replacement(const Replacement&) = delete;
-    Replacement& operator=(const Replacement&) = delete;
+    ~AtomicFile();
+    AtomicFile(const AtomicFile&) = delete;
+    AtomicFile& operator=(const AtomicFile&) = delete;
 
     void write(QByteArrayView bytes);  ///< throws TessalyError, with the path of the old file
 
@@ -52,9 +52,9 @@ class Replacement {
 QString replacedFile(const QString& path, FileSystem::Links links);
 
 /// A name for the new file that is most likely free.
-QString replacementPath(const QString& target);
+QString temporaryPath(const QString& target);
 
-/// Whether a name is one of replacementPath()'s.
-bool isReplacementName(const QString& name);
+/// Whether a name is one of temporaryPath()'s.
+bool isTemporaryName(const QString& name);
 
 }  // namespace tessaly

@@ -2,10 +2,9 @@
 
 #include <QFileInfo>
 
+#include "platform/atomic_file.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
 #include "platform/paths.h"
-#include "platform/replacement.h"
 
 namespace tessaly {
 
@@ -25,7 +24,7 @@ void LocalFileSystem::replaceFile(const QString& path, QByteArrayView bytes, Lin
     // A file would take the place of the device itself.
     if (target.exists() && !target.isFile() && !target.isDir())
         throw notAFile(path);
-    Replacement file(path, links);
+    AtomicFile file(path, links);
     file.write(bytes);
     file.putInPlace();
 }

@@ -10,7 +10,7 @@
 #include <cstring>
 
 #ifdef Q_OS_WIN
-#include "platform/windows_files.h"
+#include "platform/windows/files.h"
 #else
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -103,9 +103,9 @@ using Count = unsigned long;
 // What TagLib gets to see of a file: its two ends, where tags stand. A damaged size, or a file that
 // is no MP3 at all, would otherwise have it read and keep gigabytes. TagLib reads in small pieces;
 // the file is read a page at a time.
-class FileEnds : public TagLib::IOStream {
+class HeadAndTailStream : public TagLib::IOStream {
  public:
-    explicit FileEnds(const PlainFile& file) : file_(file) {}
+    explicit HeadAndTailStream(const PlainFile& file) : file_(file) {}
 
     TagLib::FileName name() const override { return ""; }
     bool readOnly() const override { return true; }
@@ -199,7 +199,7 @@ TagBlocks LocalMp3Tags::read(const QString& path) const {
     const PlainFile plain(path);
     if (plain.size() == 0)
         return {};
-    FileEnds ends(plain);
+    HeadAndTailStream ends(plain);
     FewFrames frames;
 #if TAGLIB_MAJOR_VERSION >= 2
     TagLib::MPEG::File file(&ends, /*readProperties=*/false, TagLib::AudioProperties::Average,

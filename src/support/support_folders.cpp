@@ -1,4 +1,4 @@
-#include "card/app_folders.h"
+#include "support/support_folders.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -19,7 +19,7 @@ QString native(const QString& folder) {
     return QDir::toNativeSeparators(QDir::cleanPath(QDir(folder).absolutePath()));
 }
 
-AppFolders foldersOf(const QString& program, const QString& support, const QString& own) {
+SupportFolders foldersOf(const QString& program, const QString& support, const QString& own) {
     return {.appFolder = native(program),
             .filesFolder = pathIn(native(support), Files),
             .firmwareFolder = pathIn(native(support), Firmware),
@@ -38,44 +38,44 @@ QString ownOr(const QString& ownFolder, const QString& subfolder, const QString&
 
 }  // namespace
 
-AppFolders appFoldersIn(const QString& appFolder, const QString& ownFolder) {
+SupportFolders supportFoldersIn(const QString& appFolder, const QString& ownFolder) {
     return foldersOf(appFolder, appFolder, ownFolder);
 }
 
-AppFolders foldersOfProgram(const QString& programFolder, const QString& ownFolder) {
+SupportFolders foldersOfProgram(const QString& programFolder, const QString& ownFolder) {
     const QString shared = pathIn(programFolder, "../share/tessaly");
     return foldersOf(programFolder, QFileInfo(shared).isDir() ? shared : programFolder, ownFolder);
 }
 
-QString AppFolders::firmwareFile() const {
+QString SupportFolders::firmwareFile() const {
     return ownOr(ownFolder, Firmware, pathIn(firmwareFolder, card_name::Firmware));
 }
 
-QString AppFolders::calibrationFile() const {
+QString SupportFolders::calibrationFile() const {
     return ownOr(ownFolder, Files, pathIn(filesFolder, card_name::Calibration));
 }
 
-QString AppFolders::fixedConfigurationFile() const {
+QString SupportFolders::fixedConfigurationFile() const {
     return ownOr(ownFolder, Files, pathIn(filesFolder, card_name::FixedConfiguration));
 }
 
-QStringList AppFolders::makersFiles() const {
+QStringList SupportFolders::makersFiles() const {
     return {"Firmware: " + firmwareFile(), "Calibration sound: " + calibrationFile(),
             "Configuration: " + fixedConfigurationFile()};
 }
 
-QString AppFolders::chimesStart() const {
+QString SupportFolders::chimesStart() const {
     const QString own = ownFolder.isEmpty() ? QString() : pathIn(ownFolder, Chimes);
     return !own.isEmpty() && QFileInfo(own).isDir() ? own : chimesFolder;
 }
 
-QString AppFolders::projectsStart(const FileSystem& files) const {
+QString SupportFolders::projectsStart(const FileSystem& files) const {
     return files.isWritableFolder(appFolder)
                ? appFolder
                : QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
 }
 
-QStringList AppFolders::protectedFolders() const {
+QStringList SupportFolders::protectedFolders() const {
     QStringList folders = {appFolder, filesFolder, firmwareFolder, chimesFolder};
     if (ownFolder.isEmpty())
         return folders;

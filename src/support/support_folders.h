@@ -9,7 +9,7 @@ namespace tessaly {
 
 /// Where the program finds what it needs. Paths have the platform's separators and none at the
 /// end. A file is looked for anew at every call: the user's own comes before the program's.
-struct AppFolders {
+struct SupportFolders {
     QString appFolder;       ///< where the program stands
     QString filesFolder;     ///< "9998.mp3" and "0007.cfg"
     QString firmwareFolder;  ///< "0000.hex"
@@ -38,10 +38,10 @@ struct AppFolders {
 
 /// The folders of a program whose support folders stand in `appFolder` itself. They need not
 /// exist. `ownFolder` is the user's; without one only the program's files count.
-AppFolders appFoldersIn(const QString& appFolder, const QString& ownFolder = {});
+SupportFolders supportFoldersIn(const QString& appFolder, const QString& ownFolder = {});
 
 /// The folders of the program in `programFolder`: "../share/tessaly" where it was installed into a
 /// system, else beside it.
-AppFolders foldersOfProgram(const QString& programFolder, const QString& ownFolder);
+SupportFolders foldersOfProgram(const QString& programFolder, const QString& ownFolder);
 
 }  // namespace tessaly

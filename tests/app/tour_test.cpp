@@ -4,7 +4,7 @@
 #include <QLineEdit>
 #include <QProcess>
 
-#include "editor/folder_import.h"
+#include "editor/tour_import.h"
 #include "image/intel_hex.h"
 #include "support/window_bench.h"
 

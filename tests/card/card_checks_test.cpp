@@ -3,7 +3,7 @@
 #include "card/firmware.h"
 #include "model/format_limits.h"
 #include "model/music_lists.h"
-#include "platform/numbers.h"
+#include "model/numbers.h"
 #include "support/card_bench.h"
 
 namespace tessaly {

@@ -33,7 +33,7 @@ TEST(CardGuards, EachEndsTheRunBeforeTheFirstDeletion) {
     } cases[] = {
         {"the program's folder", error_number::SystemFolder, 311,
          [](CardBench& b) {
-             b.job.folders = appFoldersIn(b.scratch.makeFolder("card/prog"));
+             b.job.folders = supportFoldersIn(b.scratch.makeFolder("card/prog"));
              b.scratch.write("card/prog/files/9998.mp3", "x");
              b.scratch.write("card/prog/firmware/0000.hex", "x");
          }},
@@ -86,8 +86,8 @@ TEST(CardGuards, EachEndsTheRunBeforeTheFirstDeletion) {
 TEST(CardGuards, SystemAndPersonalFoldersAreNoCards) {
     const ScratchFolder scratch;
     LocalFileSystem files;
-    const AppFolders folders =
-        appFoldersIn(scratch.makeFolder("program"), scratch.makeFolder("user/own"));
+    const SupportFolders folders =
+        supportFoldersIn(scratch.makeFolder("program"), scratch.makeFolder("user/own"));
     scratch.write("user/own/firmware/0000.hex", "x");
     const auto refused = [&](const QString& root) {
         return numberOf([&] { refuseSystemFolder(files, root, folders, {}); }) ==

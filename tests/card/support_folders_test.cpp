@@ -1,4 +1,4 @@
-#include "card/app_folders.h"
+#include "support/support_folders.h"
 
 #include "platform/local_file_system.h"
 #include "support/scratch_folder.h"
@@ -7,23 +7,23 @@ namespace tessaly {
 
 using namespace test;
 
-TEST(AppFolders, StandBesideTheProgramOrInTheSystem) {
+TEST(SupportFolders, StandBesideTheProgramOrInTheSystem) {
     const ScratchFolder scratch;
     const QString program = scratch.makeFolder("usr/bin");
     EXPECT_EQ(foldersOfProgram(program, {}).firmwareFile(),
               scratch.path("usr/bin/firmware/0000.hex"));
     scratch.makeFolder("usr/share/tessaly");
-    const AppFolders installed = foldersOfProgram(program, {});
+    const SupportFolders installed = foldersOfProgram(program, {});
     EXPECT_EQ(installed.appFolder, program);
     EXPECT_EQ(installed.firmwareFile(), scratch.path("usr/share/tessaly/firmware/0000.hex"));
     EXPECT_EQ(installed.manualFile, scratch.path("usr/share/tessaly/manual/manual.html"));
     // A folder that was named is meant, whatever stands near it.
-    EXPECT_EQ(appFoldersIn(program).firmwareFile(), scratch.path("usr/bin/firmware/0000.hex"));
+    EXPECT_EQ(supportFoldersIn(program).firmwareFile(), scratch.path("usr/bin/firmware/0000.hex"));
 }
 
-TEST(AppFolders, TheUsersOwnFileComesFirstFileByFile) {
+TEST(SupportFolders, TheUsersOwnFileComesFirstFileByFile) {
     const ScratchFolder scratch;
-    const AppFolders folders = appFoldersIn(scratch.makeFolder("app"), scratch.path("own"));
+    const SupportFolders folders = supportFoldersIn(scratch.makeFolder("app"), scratch.path("own"));
     EXPECT_EQ(folders.firmwareFile(), scratch.path("app/firmware/0000.hex"));
     EXPECT_EQ(folders.chimesStart(), scratch.path("app/Chimes"));
     scratch.write("own/firmware/0000.hex", "x");
@@ -39,11 +39,11 @@ TEST(AppFolders, TheUsersOwnFileComesFirstFileByFile) {
     EXPECT_EQ(folders.firmwareFile(), scratch.path("app/firmware/0000.hex"));
 }
 
-TEST(AppFolders, DialogsForProjectsStartWherePeopleMayWrite) {
+TEST(SupportFolders, DialogsForProjectsStartWherePeopleMayWrite) {
     const ScratchFolder scratch;
     const LocalFileSystem files;
-    EXPECT_EQ(appFoldersIn(scratch.path()).projectsStart(files), scratch.path());
-    EXPECT_NE(appFoldersIn(scratch.path("gone")).projectsStart(files), scratch.path("gone"));
+    EXPECT_EQ(supportFoldersIn(scratch.path()).projectsStart(files), scratch.path());
+    EXPECT_NE(supportFoldersIn(scratch.path("gone")).projectsStart(files), scratch.path("gone"));
 }
 
 }  // namespace tessaly

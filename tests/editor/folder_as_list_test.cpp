@@ -1,4 +1,4 @@
-#include "editor/music_folder_import.h"
+#include "editor/folder_as_list.h"
 
 #include "editor/give_files.h"
 #include "editor/music_editor.h"

@@ -1,8 +1,8 @@
 // The session on the speech page has the sixteen languages, moves and files.
 #include "editor/speech_editor.h"
 
-#include "editor/displays.h"
 #include "editor/entry_fields.h"
+#include "editor/file_display.h"
 #include "platform/local_file_system.h"
 #include "support/fake_tags.h"
 #include "support/projects.h"

@@ -1,4 +1,4 @@
-#include "editor/folder_import.h"
+#include "editor/tour_import.h"
 
 #include <algorithm>
 

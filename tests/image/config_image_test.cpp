@@ -9,7 +9,6 @@
 #include "image/intel_hex.h"
 #include "model/music_lists.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
 #include "support/projects.h"
 #include "support/scratch_folder.h"
 

@@ -3,7 +3,6 @@
 #include "model/format_limits.h"
 #include "model/music_lists.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
 #include "platform/local_file_system.h"
 #include "support/projects.h"
 #include "support/scratch_folder.h"

@@ -3,7 +3,7 @@
 
 #include <cerrno>
 
-#include "platform/error_numbers.h"
+#include "platform/error.h"
 #include "platform/native_path.h"
 #include "support/file_questions.h"
 #include "support/scratch_folder.h"

@@ -2,12 +2,11 @@
 
 #include <algorithm>
 
+#include "platform/atomic_file.h"
 #include "platform/drives.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
 #include "platform/mp3_tags.h"
 #include "platform/native_path.h"
-#include "platform/replacement.h"
 #include "support/file_questions.h"
 #include "support/scratch_folder.h"
 
@@ -129,7 +128,7 @@ TEST(LocalFileSystem, AReplacementTidiesUpAfterKilledOnesAndNothingElse) {
         scratch.write(name, "somebody's");
     scratch.makeFolder("folder.a1b2c3.tessaly-new");
     {
-        Replacement living(scratch.path("other.crd2"));
+        AtomicFile living(scratch.path("other.crd2"));
         living.write("half");
         files.replaceFile(scratch.path("tour.crd2"), "whole");
         QStringList expected =
@@ -139,7 +138,7 @@ TEST(LocalFileSystem, AReplacementTidiesUpAfterKilledOnesAndNothingElse) {
         living.write(" and half");
         living.putInPlace();
         EXPECT_EQ(scratch.read("other.crd2"), "half and half");
-        Replacement(scratch.path("other.crd2")).write("given up");
+        AtomicFile(scratch.path("other.crd2")).write("given up");
     }
     EXPECT_EQ(scratch.read("other.crd2"), "half and half");
     EXPECT_EQ(scratch.read("tour.crd2"), "whole");

@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "card/card_writer.h"
-#include "platform/error_numbers.h"
+#include "platform/error.h"
 #include "support/faulty_file_system.h"
 #include "support/projects.h"
 #include "support/scratch_folder.h"
@@ -105,7 +105,7 @@ struct CardBench {
         scratch.write("chime.mp3", "ding");
         scratch.makeFolder("card");
         job.root = scratch.path("card");
-        job.folders = appFoldersIn(scratch.path("app"));
+        job.folders = supportFoldersIn(scratch.path("app"));
         job.workFolder = scratch.makeFolder("work");
         job.identifier = 0x3A07;
     }

@@ -6,7 +6,7 @@
 #include <QStringList>
 #include <functional>
 
-#include "platform/prompts.h"
+#include "app/prompts.h"
 
 namespace tessaly::test {
 

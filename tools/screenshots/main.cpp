@@ -16,7 +16,7 @@
 #include "app/main_window.h"
 #include "app/qt_prompts.h"
 #include "app/splash_window.h"
-#include "editor/folder_import.h"
+#include "editor/tour_import.h"
 #include "platform/local_file_system.h"
 #include "platform/paths.h"
 
@@ -154,7 +154,7 @@ int main(int argc, char** argv) {
     shoot(*systemTexts, pictures, "system-text");
     systemTexts->hide();
     AboutWindow about(
-        "0000", appFoldersIn("/usr/share/tessaly").makersFiles(), prompts, [] { return true; },
+        "0000", supportFoldersIn("/usr/share/tessaly").makersFiles(), prompts, [] { return true; },
         &window);
     about.show();
     shoot(about, pictures, "about");

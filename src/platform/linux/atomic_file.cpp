@@ -8,9 +8,9 @@
 #include <cerrno>
 #include <memory>
 
+#include "platform/atomic_file.h"
 #include "platform/error.h"
 #include "platform/native_path.h"
-#include "platform/replacement.h"
 
 namespace tessaly {
 
@@ -39,13 +39,13 @@ void removeAbandoned(const QByteArray& folder) {
     if (!stream)
         return;
     while (const dirent* entry = ::readdir(stream.get()))
-        if (isReplacementName(fromNativePath(entry->d_name)))
+        if (isTemporaryName(fromNativePath(entry->d_name)))
             removeUnlessWritten(::dirfd(stream.get()), entry->d_name);
 }
 
 }  // namespace
 
-Replacement::Replacement(const QString& path, FileSystem::Links links)
+AtomicFile::AtomicFile(const QString& path, FileSystem::Links links)
     : shown_(path), target_(replacedFile(path, links)) {
     struct stat old {};
     const QByteArray target = toNativePath(target_);
@@ -61,16 +61,16 @@ Replacement::Replacement(const QString& path, FileSystem::Links links)
         ::fchmod(file_, old.st_mode & 07777);  // may fail where there are no rights
 }
 
-Replacement::~Replacement() {
+AtomicFile::~AtomicFile() {
     if (file_ < 0)
         return;
     ::unlink(toNativePath(path_).constData());
     ::close(file_);
 }
 
-void Replacement::create() {
+void AtomicFile::create() {
     while (true) {
-        path_ = replacementPath(target_);
+        path_ = temporaryPath(target_);
         const QByteArray name = toNativePath(path_);
         file_ = ::open(name.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
         if (file_ < 0 && errno == EEXIST)
@@ -86,7 +86,7 @@ void Replacement::create() {
     }
 }
 
-void Replacement::write(QByteArrayView bytes) {
+void AtomicFile::write(QByteArrayView bytes) {
     while (!bytes.isEmpty()) {
         const ssize_t count = ::write(file_, bytes.data(), size_t(bytes.size()));
         if (count < 0 && errno == EINTR)
@@ -97,7 +97,7 @@ void Replacement::write(QByteArrayView bytes) {
     }
 }
 
-void Replacement::putInPlace() {
+void AtomicFile::putInPlace() {
     // A device that cannot take the bytes says so here at the latest. EINVAL: it is no such device.
     if (::fsync(file_) != 0 && errno != EINVAL)
         throw lastSystemError(shown_);

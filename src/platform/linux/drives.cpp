@@ -12,8 +12,7 @@
 
 #include "platform/drives.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
-#include "platform/mount_table.h"
+#include "platform/linux/mount_table.h"
 #include "platform/native_path.h"
 #include "platform/paths.h"
 

@@ -14,7 +14,6 @@
 #include <new>
 
 #include "platform/error.h"
-#include "platform/error_numbers.h"
 #include "platform/local_file_system.h"
 #include "platform/native_path.h"
 #include "platform/paths.h"

@@ -2,11 +2,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/atomic_file.h"
 #include "platform/error.h"
 #include "platform/local_file_system.h"
 #include "platform/paths.h"
-#include "platform/replacement.h"
-#include "platform/windows_calls.h"
+#include "platform/windows/calls.h"
 
 namespace tessaly {
 
@@ -16,7 +16,7 @@ namespace {
 void removeAbandoned(const QString& folder) {
     try {
         for (const FolderEntry& entry : LocalFileSystem().entries(folder))
-            if (!entry.isFolder && !entry.isLink && isReplacementName(entry.name))
+            if (!entry.isFolder && !entry.isLink && isTemporaryName(entry.name))
                 ::DeleteFileW(systemPath(pathIn(folder, entry.name)).c_str());
     } catch (const TessalyError&) {
         // A folder that cannot be listed can be written all the same.
@@ -25,7 +25,7 @@ void removeAbandoned(const QString& folder) {
 
 }  // namespace
 
-Replacement::Replacement(const QString& path, FileSystem::Links links)
+AtomicFile::AtomicFile(const QString& path, FileSystem::Links links)
     : shown_(path), target_(replacedFile(path, links)) {
     const NoDiskPrompt quiet;
     constexpr DWORD Refused = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY;
@@ -36,7 +36,7 @@ Replacement::Replacement(const QString& path, FileSystem::Links links)
     create();
 }
 
-Replacement::~Replacement() {
+AtomicFile::~AtomicFile() {
     if (file_ == INVALID_HANDLE_VALUE)
         return;
     const NoDiskPrompt quiet;
@@ -44,9 +44,9 @@ Replacement::~Replacement() {
     ::DeleteFileW(systemPath(path_).c_str());
 }
 
-void Replacement::create() {
+void AtomicFile::create() {
     do {
-        path_ = replacementPath(target_);
+        path_ = temporaryPath(target_);
         file_ = ::CreateFileW(systemPath(path_).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
                               FILE_ATTRIBUTE_NORMAL, nullptr);
     } while (file_ == INVALID_HANDLE_VALUE && ::GetLastError() == ERROR_FILE_EXISTS);
@@ -54,7 +54,7 @@ void Replacement::create() {
         throw lastSystemError(shown_);
 }
 
-void Replacement::write(QByteArrayView bytes) {
+void AtomicFile::write(QByteArrayView bytes) {
     constexpr qsizetype MostAtOnce = 1 << 30;
     const NoDiskPrompt quiet;
     while (!bytes.isEmpty()) {
@@ -66,7 +66,7 @@ void Replacement::write(QByteArrayView bytes) {
     }
 }
 
-void Replacement::putInPlace() {
+void AtomicFile::putInPlace() {
     const NoDiskPrompt quiet;
     if (!::FlushFileBuffers(file_))
         throw lastSystemError(shown_);

@@ -1,4 +1,4 @@
-#include "platform/windows_calls.h"
+#include "platform/windows/calls.h"
 
 #include <QDir>
 #include <algorithm>

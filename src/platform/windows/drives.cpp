@@ -4,9 +4,8 @@
 
 #include "platform/drives.h"
 #include "platform/error.h"
-#include "platform/error_numbers.h"
 #include "platform/paths.h"
-#include "platform/windows_calls.h"
+#include "platform/windows/calls.h"
 
 namespace tessaly {
 

@@ -1,4 +1,4 @@
-#include "platform/windows_files.h"
+#include "platform/windows/files.h"
 
 namespace tessaly {
 

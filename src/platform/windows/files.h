@@ -6,7 +6,7 @@
 
 #include "platform/error.h"
 #include "platform/file_system.h"
-#include "platform/windows_calls.h"
+#include "platform/windows/calls.h"
 
 // The parts of the file system of Windows. `name` is a name as the system knows it, of any length
 // and ending; `path` is what people are told.

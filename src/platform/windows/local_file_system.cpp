@@ -5,9 +5,9 @@
 #include <QFileInfo>
 #include <string>
 
-#include "platform/error_numbers.h"
+#include "platform/error.h"
 #include "platform/paths.h"
-#include "platform/windows_files.h"
+#include "platform/windows/files.h"
 
 namespace tessaly {
 

@@ -5,7 +5,7 @@
 
 #include "platform/local_file_system.h"
 #include "platform/paths.h"
-#include "platform/windows_files.h"
+#include "platform/windows/files.h"
 
 namespace tessaly {
 

@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "platform/local_file_system.h"
-#include "platform/windows_files.h"
+#include "platform/windows/files.h"
 
 namespace tessaly {
 
