@@ -8,7 +8,6 @@
 #include "card/file_copier.h"
 #include "image/config_image.h"
 #include "image/config_image_reader.h"
-#include "image/image_lines.h"
 #include "image/intel_hex.h"
 #include "model/card_file.h"
 #include "model/format_limits.h"

@@ -14,32 +14,41 @@ namespace tessaly {
 
 namespace {
 
-TrackRecord listRecord(const char* kind, const QString& text) {
-    TrackRecord record;
-    record.kind = kind;
-    record.sourcePath = text;
-    return record;
+QList<TrackRecord> listRecords(const char* kind, const QStringList& texts) {
+    QList<TrackRecord> records;
+    for (const QString& text : texts) {
+        TrackRecord& record = records.emplaceBack();
+        record.kind = kind;
+        record.sourcePath = text;
+    }
+    return records;
 }
 
-TrackRecord setupRecord(const char* key, Variant value) {
-    TrackRecord record;
-    record.kind = "setup";
-    record.groupName = key;
-    record.sourcePath = std::move(value);
-    return record;
-}
+// The settings of a project in the order of its file.
+struct Setting {
+    QStringView key;
+    QString Project::*text;
+    bool Project::*option = nullptr;  ///< one of the chime's, written as a Boolean
+};
+constexpr Setting Settings[] = {
+    {u"title1", &Project::txtCardTitle1},
+    {u"title2", &Project::txtCardTitle2},
+    {u"chimealways", nullptr, &Project::buttChimeAlways},
+    {u"chimeonce", nullptr, &Project::buttChimeOnce},
+    {u"extchime", nullptr, &Project::buttPlayExtChime},
+    {u"intchime", nullptr, &Project::buttPlayIntChime},
+    {u"disablechime", nullptr, &Project::buttDisableChime},
+    {u"chimefile", &Project::txtChimeFileName},
+    {u"cfdrive", &Project::cfDrive},
+};
 
 void appendSetup(QList<TrackRecord>& records, const Project& project) {
-    const auto flag = [](bool selected) { return Boolean16::of(selected); };
-    records << setupRecord("title1", project.txtCardTitle1)
-            << setupRecord("title2", project.txtCardTitle2)
-            << setupRecord("chimealways", flag(project.buttChimeAlways))
-            << setupRecord("chimeonce", flag(project.buttChimeOnce))
-            << setupRecord("extchime", flag(project.buttPlayExtChime))
-            << setupRecord("intchime", flag(project.buttPlayIntChime))
-            << setupRecord("disablechime", flag(project.buttDisableChime))
-            << setupRecord("chimefile", project.txtChimeFileName)
-            << setupRecord("cfdrive", project.cfDrive);
+    for (const auto& [key, text, option] : Settings) {
+        TrackRecord& record = records.emplaceBack();
+        record.kind = "setup";
+        record.groupName = key.toString();
+        record.sourcePath = text ? Variant(project.*text) : Variant(Boolean16::of(project.*option));
+    }
 }
 
 void appendPowerUp(QList<TrackRecord>& records, const Project& project) {
@@ -136,33 +145,16 @@ class RecordApplier {
     }
 
     QString applySetup(const TrackRecord& record) {
-        struct TextKey {
-            QStringView key;
-            QString Project::*member;
-        };
-        struct OptionKey {
-            QStringView key;
-            bool Project::*member;
-        };
-        static constexpr TextKey Texts[] = {{u"title1", &Project::txtCardTitle1},
-                                            {u"title2", &Project::txtCardTitle2},
-                                            {u"chimefile", &Project::txtChimeFileName},
-                                            {u"cfdrive", &Project::cfDrive}};
-        static constexpr OptionKey Options[] = {{u"chimealways", &Project::buttChimeAlways},
-                                                {u"chimeonce", &Project::buttChimeOnce},
-                                                {u"extchime", &Project::buttPlayExtChime},
-                                                {u"intchime", &Project::buttPlayIntChime},
-                                                {u"disablechime", &Project::buttDisableChime}};
-        for (const auto& [key, member] : Texts)
-            if (record.groupName.is(key))
-                project_.*member = record.sourcePath.text();
-        for (const auto& [key, member] : Options) {
+        for (const auto& [key, text, option] : Settings) {
             if (!record.groupName.is(key))
                 continue;
             const auto selected = record.sourcePath.truth();
-            if (!selected)
+            if (text)
+                project_.*text = record.sourcePath.text();
+            else if (selected)
+                setChimeOption(project_, option, *selected);
+            else
                 return QString("the setting \"%1\" is neither True nor False").arg(key);
-            setChimeOption(project_, member, *selected);
         }
         return {};
     }
@@ -203,10 +195,8 @@ QList<TrackRecord> projectRecords(const Project& project) {
     QList<TrackRecord> records;
     records.reserve(project.TrackTable.size() + 64);
     records << TrackRecord{};
-    for (const QString& title : project.lstSpTitles)
-        records << listRecord("lstSpTitles", title);
-    for (const QString& language : project.lstLangs)
-        records << listRecord("lstLangs", language);
+    records << listRecords("lstSpTitles", project.lstSpTitles)
+            << listRecords("lstLangs", project.lstLangs);
     records << project.DefaultLanguageTable;
     for (int slot = 0; slot < SystemTextsUsed; ++slot)
         records << project.SystemTextTable[size_t(slot)];
@@ -276,29 +266,6 @@ ReadReport readProject(FileSystem& files, const QString& path, Project& project)
 void saveProject(FileSystem& files, const QString& path, Project& project) {
     files.replaceFile(path, encodeProject(project));
     project.unsavedChanges = false;
-}
-
-QStringList textsOutsideCodePage(const Project& project) {
-    const MusicListIndex musicLists(project);
-    QStringList texts = project.lstMuList + project.lstSpTitles + project.lstLangs;
-    for (const QString& list : project.lstMuList)
-        texts += musicLists.tracks(list);
-    for (int slot = 0; slot < SystemTextsUsed; ++slot)
-        texts += systemText(project, slot);
-    texts += {project.txtCardTitle1, project.txtCardTitle2, project.cfDrive};
-    texts.removeIf(fitsCodePage);
-    texts.removeDuplicates();
-    return texts;
-}
-
-QStringList pathsOutsideCodePage(const Project& project) {
-    QStringList paths = {project.txtChimeFileName};
-    for (const TrackRecord& record : project.TrackTable)
-        if (isTrackFile(record))
-            paths += record.sourcePath.text();
-    paths.removeIf(fitsCodePage);
-    paths.removeDuplicates();
-    return paths;
 }
 
 QStringList tracksWithoutFile(const Project& project) {

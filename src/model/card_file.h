@@ -58,13 +58,6 @@ ReadReport readProject(FileSystem& files, const QString& path, Project& project)
 /// old file and the flag as they were when that fails.
 void saveProject(FileSystem& files, const QString& path, Project& project);
 
-/// Names and texts of the project that its file's code page cannot hold, each once.
-QStringList textsOutsideCodePage(const Project& project);
-
-/// The paths of those MP3 files, the chime's among them, that it cannot hold, each once: read back
-/// from the file, they name no file any more.
-QStringList pathsOutsideCodePage(const Project& project);
-
 /// Silent tracks that reading the saved file would not show, as shortName() has them: no save keeps
 /// them.
 QStringList tracksWithoutFile(const Project& project);

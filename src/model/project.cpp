@@ -1,5 +1,7 @@
 #include "model/project.h"
 
+#include "model/text_codec.h"
+
 namespace tessaly {
 
 namespace {
@@ -161,6 +163,29 @@ const TrackRecord* TrackIndex::music(const QString& list, const QString& track) 
 
 const TrackRecord* TrackIndex::speech(const QString& title, const QString& language) const {
     return speech_.value({title, language}, nullptr);
+}
+
+QStringList textsOutsideCodePage(const Project& project) {
+    const MusicListIndex musicLists(project);
+    QStringList texts = project.lstMuList + project.lstSpTitles + project.lstLangs;
+    for (const QString& list : project.lstMuList)
+        texts += musicLists.tracks(list);
+    for (int slot = 0; slot < SystemTextsUsed; ++slot)
+        texts += systemText(project, slot);
+    texts += {project.txtCardTitle1, project.txtCardTitle2, project.cfDrive};
+    texts.removeIf(fitsCodePage);
+    texts.removeDuplicates();
+    return texts;
+}
+
+QStringList pathsOutsideCodePage(const Project& project) {
+    QStringList paths = {project.txtChimeFileName};
+    for (const TrackRecord& record : project.TrackTable)
+        if (isTrackFile(record))
+            paths += record.sourcePath.text();
+    paths.removeIf(fitsCodePage);
+    paths.removeDuplicates();
+    return paths;
 }
 
 }  // namespace tessaly

@@ -134,4 +134,12 @@ class TrackIndex {
     QHash<QString, bool> languages_;
 };
 
+/// Names and texts of the project that Windows-1252, the code page of its file, cannot hold,
+/// each once.
+QStringList textsOutsideCodePage(const Project& project);
+
+/// The paths of those MP3 files, the chime's among them, that it cannot hold, each once: read back
+/// from the file, they name no file any more.
+QStringList pathsOutsideCodePage(const Project& project);
+
 }  // namespace tessaly
