@@ -2,10 +2,11 @@
 
 JOBS ?= $(shell nproc)
 SOURCES := $(shell find src tests reliability bench tools -name '*.cpp' -o -name '*.h')
+SCRIPTS = .ci/run $(shell git ls-files '*.sh')
 
 .PHONY: build run demo test fuzz large-files monkey kill disks fat targets pulled full-size \
   memcheck sparse-card bench screenshots deb package-check windows windows-test windows-packages \
-  lint format clean dependencies
+  lint tidy coverage format clean dependencies
 
 build: dependencies
 	@test -f build/build.ninja || cmake --preset release
@@ -119,12 +120,29 @@ windows-packages:
 
 lint: dependencies
 	@clang-format --dry-run -Werror $(SOURCES)
+	@tools/install-dependencies.sh shellcheck
+	@shellcheck $(SCRIPTS)
+
+# What clang-tidy says of the sources that changed: make tidy ALL=all looks at every one.
+tidy: build
+	@tools/install-dependencies.sh clang-tidy
+	@tools/tidy.sh $(ALL)
+
+# Which lines no test reaches: build-coverage/coverage/index.html
+coverage: dependencies
+	@tools/install-dependencies.sh gcovr
+	@cmake --preset coverage
+	@cmake --build --preset coverage -j $(JOBS)
+	@ctest --preset coverage -j $(JOBS)
+	@mkdir -p build-coverage/coverage
+	@gcovr --root . --filter src/ --exclude-throw-branches --gcov-ignore-parse-errors \
+	  --html-details build-coverage/coverage/index.html --print-summary build-coverage
 
 format: dependencies
 	@clang-format -i $(SOURCES)
 
 clean:
-	@rm -rf build build-debug build-asan build-fuzz build-windows demo
+	@rm -rf build build-debug build-asan build-coverage build-fuzz build-windows demo
 
 dependencies:
 	@tools/install-dependencies.sh
