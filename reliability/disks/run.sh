@@ -37,11 +37,11 @@ firmware() { card_run firmware "$disk/card"; }
 import() { "${through[@]}" "$cli" import "$work/tour" -o "$disk/p.crd2"; }
 # Files may hold $1 KiB. Messages go through pipes, which have no such limit.
 limited() { (ulimit -f "$1"; shift; "$@" 2>&1 >/dev/null) | cat >&2; }
-# The volume turns read-only behind the file $at.mp3.
+# The volume turns read-only behind the file $at.mp3 of a run that takes its time.
 while_it_turns_read_only() {
   local end=0
   until [ -e "$disk/card/$at.mp3" ] && mount -o remount,ro "$disk" 2>/dev/null; do :; done &
-  "$@" || end=$?
+  strace -qq -o /dev/null -e trace=openat -e inject=openat:delay_enter=3000 "$@" || end=$?
   kill $! 2>/dev/null || true
   wait
   return "$end"

@@ -73,7 +73,7 @@ places=(
   /vol                         # a part of it is mounted elsewhere
   /over                        # a drive is in it
   /checkout /checkout/.git/..
-  'C:\' '\\?\C:\' # drives of Windows
+  $'C:\\' $'\\\\?\\C:\\' # drives of Windows
 )
 for place in "${places[@]}"; do
   for options in "--erase --yes" "--yes" "--settings-only --erase --yes"; do
