@@ -41,8 +41,9 @@ offer() {
 
 # project FILE CODE: what the code prints, with record(KIND, ITEM, GROUP, PATH), is a project.
 records='sub text { pack("vva*", 8, length($_[0]), $_[0]) }
-sub record { join("", map { text($_) } @_) . pack("vvva4", 0, 0, 0, "") } binmode STDOUT;'
-project() { perl -e "$records $2" >"$1"; }
+sub record { join("", map { text($_) } @_) . pack("vvva4", 0, 0, 0, $tag) } binmode STDOUT;'
+# Every save ends with the last trigger.
+project() { perl -e "$records $2; \$tag = '6   '; print record('empty', '', '', '')" >"$1"; }
 
 mkdir card folder
 mkfifo pipe.crd2 pipe.m3u
@@ -94,10 +95,9 @@ expect 3 1000 "BLOCKS" check languages.crd2
 
 echo "== equal names"
 project equal.crd2 'print map { record("music", "The very same one", "L", "p$_") } 1 .. 100_000'
-expect 3 400 "BLOCKS" check equal.crd2
-grep -q "the same name" err || { echo "100,000 equal names: nothing was said"; failures=$((failures + 1)); }
+expect 1 400 "the same name" check equal.crd2
 { printf 'Name\tLocation\n'; perl -e 'print "N\ta.mp3\n" x 9995'; } >equal.txt
-expect 0 400 "9995 tracks" import equal.txt --output equal-list.crd2
+expect 0 450 "9995 tracks" import equal.txt --output equal-list.crd2
 { printf 'Name\tLocation\n'; perl -e 'print "N\ta.mp3\n" x 50000'; } >equal.txt
 expect 1 350 "the same name" import equal.txt --output equal-list.crd2
 
