@@ -53,7 +53,7 @@ disks: build
 # Card runs on real FAT volumes.
 FAT_KERNEL := $(if $(filter x86_64 i686,$(shell uname -m)),user-mode-linux kmod)
 fat: build
-	@tools/install-dependencies.sh dosfstools mtools fuse fusefat $(FAT_KERNEL)
+	@tools/install-dependencies.sh dosfstools mtools $(FAT_KERNEL)
 	@reliability/fat/run.sh
 
 # Places that must never be erased, with real mounts, and cards that are really pulled out.
@@ -61,7 +61,7 @@ targets: build
 	@reliability/targets/run.sh
 
 pulled: build
-	@tools/install-dependencies.sh strace
+	@tools/install-dependencies.sh strace dosfstools fuse fusefat
 	@reliability/pulled/run.sh
 
 bench: build

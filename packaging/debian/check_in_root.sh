@@ -136,6 +136,7 @@ for path in "${owned[@]}"; do
 done
 left=$(comm -13 <(sort <<<"$before") <(traces | sort))
 [ -z "$left" ] || fail "left behind: $left"
-[ -s "/home/ann/my tour.crd2" ] && [ -s /home/ann/card/0000.crd2 ] &&
-  [ -s /home/ann/.local/share/Tessaly/firmware/0000.hex ] || fail "the user's own files"
+for own in "my tour.crd2" card/0000.crd2 .local/share/Tessaly/firmware/0000.hex; do
+  [ -s "/home/ann/$own" ] || fail "the user's own files"
+done
 echo "${#owned[@]} paths are gone; the user's own files are untouched"

@@ -15,7 +15,7 @@ say() { printf '\n== %s\n' "$*"; }
 run() { printf '$ %s\n' "$*"; "$@"; }
 
 say "The package"
-ls -l "$deb" | awk '{print $5 " bytes"}'
+stat -c '%s bytes' "$deb"
 dpkg-deb --field "$deb" Package Version Architecture Installed-Size Depends Recommends
 [ "$(dpkg-parsechangelog -l "$here/changelog" -S Version)" = "$(dpkg-deb --field "$deb" Version)" ]
 say "Lintian"
@@ -26,6 +26,7 @@ run appstreamcli validate --no-net "$here/tessaly.metainfo.xml"
 say "A clean root"
 # From where this machine takes its own packages.
 codename=$(. /etc/os-release && echo "$VERSION_CODENAME")
+# shellcheck disable=SC2016 # the words in $() are those of apt-get
 mapfile -t sources < <(apt-get indextargets --format '$(REPO_URI) $(CODENAME) $(COMPONENT)' \
   'Identifier: Packages' 'Origin: Debian' | sort -u)
 archive=$(printf '%s\n' "${sources[@]}" | awk -v c="$codename" '$2 == c { print $1; exit }')
@@ -34,7 +35,7 @@ if ! [ -f "$work/root.tar" ]; then
   mkdir -p "$work"
   "${as_root[@]}" rm -rf --one-file-system "$root"
   "${as_root[@]}" debootstrap --variant=minbase "$codename" "$root" "$archive" >"$work/debootstrap.log"
-  printf 'deb %s %s %s\n' $(printf '%s\n' "${sources[@]}") |
+  printf 'deb %s\n' "${sources[@]}" |
     "${as_root[@]}" tee "$root/etc/apt/sources.list" >/dev/null
   "${as_root[@]}" tar -C "$root" -cf "$work/root.tar" .
 fi

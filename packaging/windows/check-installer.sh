@@ -33,13 +33,13 @@ echo "installed: $(find "$folder" -type f | wc -l) files, tessaly-cli $version"
 
 # The maker's firmware, a project and a half-done run.
 firmware=':0201200001A438\r\n:00000001FF\r\n'
-printf "$firmware" > "$folder/firmware/0000.hex"
+printf %b "$firmware" > "$folder/firmware/0000.hex"
 echo project > "$folder/mine.crd2"
 touch "$folder/files/tmp.bin"
 rm "$folder/files/0007.cfg"
 wine "$setup" /S
 [ -f "$folder/files/0007.cfg" ] || fail "a second installation did not put a lost file back"
-printf "$firmware" | cmp - "$folder/firmware/0000.hex" || fail "the maker's firmware is gone"
+printf %b "$firmware" | cmp - "$folder/firmware/0000.hex" || fail "the maker's firmware is gone"
 
 # The uninstaller goes on as a copy of itself, so that it can delete itself.
 wine "$folder/Uninstall.exe" /S

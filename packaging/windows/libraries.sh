@@ -1,7 +1,7 @@
+# shellcheck shell=bash
 # Sourced by build.sh: the libraries of the Windows programs, built once from Debian's sources into
 # a cache folder outside the tree. An interrupted build goes on where it was. Sets `prefix`.
 
-triplet=x86_64-w64-mingw32
 jobs=${JOBS:-$(nproc)}
 
 # The libraries have the versions of the packages installed here: Qt's own build needs tools of

@@ -9,7 +9,7 @@ root=$(cd "$(dirname "$0")/../.." && pwd)
 scratch=$(mktemp -d)
 export HOME=$scratch/home WINEPREFIX=$scratch/wine WINEDEBUG=-all
 export WINEDLLOVERRIDES="mscoree=;mshtml="  # no offer to install what nobody here needs
-export TESSALY_CARD_DRIVE='E:\' TESSALY_CARD_FOLDER=$scratch/card
+export TESSALY_CARD_DRIVE=E:\\ TESSALY_CARD_FOLDER=$scratch/card
 mkdir "$HOME" "$TESSALY_CARD_FOLDER"
 trap 'wineserver -k || true; rm -rf "$scratch"' EXIT
 

@@ -7,41 +7,258 @@
 #   a failure is exit code 1 and a line that names a file. A signal is never the answer.
 set -euo pipefail
 cd "$(dirname "$0")/../.."
-if [ "$(id -u)" -ne 0 ]; then exec unshare -Urm "$0" "$@"; fi
+# shellcheck source=reliability/lib.sh
+. reliability/lib.sh
+own_mounts "$@"
+shopt -s nullglob
 
 cli=$PWD/build/tessaly-cli
 work=$(mktemp -d "${TMPDIR:-/tmp}/tessaly disks XXXXXX")
 disk=$work/disk
-mkdir "$disk"
+mkdir "$disk" "$work/tmp"
 trap 'umount -q "$disk" "$work/tmp" 2>/dev/null || true; rm -rf "$work"' EXIT
-# shellcheck source=reliability/disks/lib.sh
-. reliability/disks/lib.sh
 
-# Sources in a place of their own: music, two projects, two sets of support files.
+# Music, two projects, two sets of support files, and the cards to begin with.
 cp -r samples/tour "$work/tour"
-head -c 30000 /dev/urandom > "$work/chime.mp3"
-for app in old new; do
-  mkdir -p "$work/$app/files" "$work/$app/firmware"
-  head -c 9000 /dev/urandom > "$work/$app/files/9998.mp3"
-  head -c 5000 /dev/urandom > "$work/$app/files/0007.cfg"
-done
-printf ':0201100001A448\r\n:00000001FF\r\n' > "$work/old/firmware/0000.hex"
-{ for _ in $(seq 900); do printf ':0201200001A438\r\n'; done; printf ':00000001FF\r\n'; } \
-  > "$work/new/firmware/0000.hex"
+mkdir -p "$work"/{old,new}/{files,firmware}
+head -c 9000 /dev/urandom | tee "$work/old/files/9998.mp3" >"$work/new/files/9998.mp3"
+head -c 5000 /dev/urandom | tee "$work/old/files/0007.cfg" >"$work/new/files/0007.cfg"
+printf ':0201100001A448\r\n:00000001FF\r\n' >"$work/old/firmware/0000.hex"
+{ printf ':0201200001A438\r\n%.0s' {1..900}; printf ':00000001FF\r\n'; } >"$work/new/firmware/0000.hex"
 "$cli" import "$work/tour" -o "$work/new.crd2" >"$work/out" 2>&1
 "$cli" import "$work/tour/Music/Harbour Morning" -o "$work/old.crd2" >"$work/out" 2>&1
-mkdir "$work/card"
-"$cli" --app-folder "$work/new" create "$work/new.crd2" --card "$work/card" --yes >"$work/out" 2>&1
-cp -r "$work/card" "$work/reference"
 
-save_sizes
-save_faults
-card_sizes
-card_faults
-card_turns_read_only
-firmware_sizes
+# What is tried. Each goes through a command that may stand in the way.
+through=()
+card_run() { "${through[@]}" "$cli" --app-folder "$work/new" "$@" --yes; }
+create() { card_run create "$work/new.crd2" --card "$disk/card"; }
+update() { card_run create "$work/new.crd2" --card "$disk/card" --settings-only; }
+firmware() { card_run firmware "$disk/card"; }
+import() { "${through[@]}" "$cli" import "$work/tour" -o "$disk/p.crd2"; }
+# Files may hold $1 KiB. Messages go through pipes, which have no such limit.
+limited() { (ulimit -f "$1"; shift; "$@" 2>&1 >/dev/null) | cat >&2; }
+# The volume turns read-only behind the file $at.mp3 of a run that takes its time.
+while_it_turns_read_only() {
+  local end=0
+  until [ -e "$disk/card/$at.mp3" ] && mount -o remount,ro "$disk" 2>/dev/null; do :; done &
+  strace -qq -o /dev/null -e trace=openat -e inject=openat:delay_enter=3000 "$@" || end=$?
+  kill $! 2>/dev/null || true
+  wait
+  return "$end"
+}
 
-echo
-if [ "$failures" -eq 0 ]; then echo "$checks runs, nothing was lost."; else
-  echo "$checks runs, $failures FAILURES"; exit 1
-fi
+mkdir "$work"/card-{none,old,new,done}
+for made in old:old:old new:old:new new:new:done; do
+  IFS=: read -r project app card <<<"$made"
+  "$cli" --app-folder "$work/$app" create "$work/$project.crd2" --card "$work/card-$card" --yes \
+    >"$work/out" 2>&1
+done
+
+declare -A outcomes=()
+count() { outcomes[$1]=$((${outcomes[$1]:-0} + 1)); }
+# Ends a group of scenes with how often each outcome came.
+summary() {
+  local outcome text=""
+  for outcome in "${!outcomes[@]}"; do text+=", $outcome ${outcomes[$outcome]}"; done
+  printf '%-52s %s\n' "$1" "${text#, }"
+  outcomes=()
+}
+
+volume() { # tmpfs OPTIONS, or ext4 KIB BLOCK, where the machine offers loop devices
+  case $1 in
+    tmpfs) mount -t tmpfs -o "$2" tmpfs "$disk" ;;
+    ext4)
+      rm -f "$work/image"
+      truncate -s "${2}K" "$work/image"
+      mkfs.ext4 -q -F -b "$3" -N 64 -m 0 -O ^has_journal "$work/image" >"$work/err" 2>&1 &&
+        mount -o loop "$work/image" "$disk" 2>>"$work/err" && rmdir "$disk/lost+found" ;;
+  esac
+}
+
+run() {
+  checks=$((checks + 1))
+  code=0
+  "$@" >"$work/out" 2>"$work/err" </dev/null || code=$?
+  [ "$code" -le 1 ] || fail "exit code $code" # a signal, or a check that has no say here
+}
+
+# attempt SCENE VOLUME BEFORE FREE COMMAND: on a volume with a project, or the card BEFORE, and with
+# FREE blocks left, if that is said.
+attempt() {
+  local before=$work/card-$3 size
+  scene=$1
+  : >"$work/trace"
+  # shellcheck disable=SC2086 # words
+  volume $2 || { count "not tried"; return 0; }
+  if [ "$3" = project ]; then cp "$work/old.crd2" "$disk/p.crd2"; else cp -r "$before" "$disk/card"; fi
+  if [ -n "$4" ]; then
+    size=$((($(stat -f -c %a "$disk") - $4) * $(stat -f -c %S "$disk")))
+    head -c $((size > 0 ? size : 0)) /dev/zero >"$disk/filler" 2>/dev/null || true
+  fi
+  run "$5"
+  if [ "$3" = project ]; then judge_save; else judge_card; finish_card "${2%% *}"; fi
+  umount "$disk"
+}
+
+# Whoever fails says so; where the message itself was to fail, it may be missing.
+failed_with() {
+  [ "$code" -eq 1 ] || fail "nothing was finished, and it says nothing"
+  grep -q 'write(2.*INJECTED' "$work/trace" || grep -qE "$1" "$work/err" || fail "no file is named"
+}
+
+judge_save() {
+  local name
+  if cmp -s "$disk/p.crd2" "$work/new.crd2"; then
+    count saved
+  elif cmp -s "$disk/p.crd2" "$work/old.crd2"; then
+    count "old kept"
+    failed_with 'p.crd2.*: [A-Z]'
+  else
+    fail "the project is neither the old nor the new one"
+  fi
+  for name in "$disk"/*; do
+    case ${name##*/} in
+      p.crd2 | filler) ;;
+      p.crd2.bak) cmp -s "$name" "$work/old.crd2" || fail "half a .bak" ;;
+      *) fail "${name##*/} lies about" ;;
+    esac
+  done
+}
+
+# Of settings the number in the first record, which every run draws anew, and with it that record's
+# checksum are left out.
+same_file() {
+  case $1 in
+    *.xd3) [ -s "$1" ] && cmp -s <(sed '1d;2d' "$1") <(sed '1d;2d' "$2") &&
+             [ "$(stat -c %s "$1")" = "$(stat -c %s "$2")" ] ;;
+    *) cmp -s "$1" "$2" ;;
+  esac
+}
+same_card() {
+  local name
+  [ "$(ls "$disk/card")" = "$(ls "$1")" ] || return 1
+  for name in "$1"/*; do same_file "$disk/card/${name##*/}" "$name" || return 1; done
+}
+
+judge_card() {
+  local name good=yes whole=yes
+  if same_card "$before"; then
+    count "card untouched"
+    [ -e "$before/0000.xd3" ] || whole=""
+    failed_with '/|\(error 534|standard output'
+  elif same_card "$work/card-done"; then
+    count written
+  else
+    count "stopped half-way"
+    whole=""
+    failed_with '/|\(error 534|standard output'
+    for name in "$disk/card"/*; do
+      same_file "$name" "$work/card-done/${name##*/}" || same_file "$name" "$before/${name##*/}" ||
+        fail "${name##*/} is short"
+    done
+  fi
+  "$cli" verify "$disk/card" >/dev/null 2>&1 || good=""
+  [ "$good" = "$whole" ] || fail "verify says good: '$good'; it is whole: '$whole'"
+}
+
+# What a failed run left is finished by the next one that has room.
+finish_card() {
+  local through=()
+  scene+=", second run"
+  rm -f "$disk/filler"
+  if [ "$1" = tmpfs ]; then mount -o remount,rw,size=16m,nr_inodes=1000 "$disk"; fi
+  run create
+  if [ "$code" -ne 0 ] || ! same_card "$work/card-done"; then fail "it does not finish the card"; fi
+}
+
+# each_fault BEFORE STEP COMMAND CALL:ERROR...: the n-th call of a kind fails, for every STEP-th n
+# until there are no more.
+each_fault() {
+  local before=$1 step=$2 command=$3 fault n
+  shift 3
+  for fault; do
+    for ((n = 1; ; n += step)); do
+      through=(strace -qq -o "$work/trace" -e "trace=${fault%:*}"
+        -e "inject=${fault%:*}:error=${fault#*:}:when=$n")
+      attempt "$command with $fault number $n" "tmpfs size=8m" "$before" "" "$command"
+      grep -q INJECTED "$work/trace" || break
+    done
+  done
+  through=()
+  summary "$command with calls failing in turn"
+}
+
+# The room that files take, in blocks of $1 bytes.
+room() {
+  local block=$1
+  shift
+  stat -c %s "$@" | awk -v block="$block" '{ sum += int(($1 + block - 1) / block) } END { print sum + 0 }'
+}
+
+least=$(room 4096 "$work/old.crd2")
+most=$((2 * least + $(room 4096 "$work/new.crd2") + 2))
+for size in $(seq "$least" "$most"); do
+  attempt "save onto $size pages" "tmpfs size=$((size * 4096))" project "" import
+done
+for size in 2 3 4 5 6; do
+  attempt "save with $size inodes" "tmpfs size=1m,nr_inodes=$size" project "" import
+done
+for size in $(seq 0 14); do
+  attempt "save with $size blocks of ext4" "ext4 400 1024" project "$size" import
+done
+for size in $(seq 0 8); do
+  through=(limited "$size")
+  attempt "save with files of at most $size KiB" "tmpfs size=1m" project "" import
+done
+through=()
+summary "saves with little room"
+each_fault project 1 import write:ENOSPC write:EDQUOT write:EIO fsync:EIO fsync:EDQUOT rename:EROFS
+
+need=$(room 4096 "$work/card-done"/*)
+for before in none old; do
+  held=$(room 4096 "$work/card-$before"/* /dev/null)
+  for size in 0 $((need / 2)) $(seq $((need - 12)) $((need + 3))); do
+    attempt "card of $need pages, $size free, before: $before" "tmpfs size=8m" "$before" \
+      $((size - held)) create
+  done
+done
+files=$(find "$work/card-done" -type f | wc -l)
+for size in $(seq 0 $((files + 1))); do
+  attempt "card with $size files to spare" "tmpfs size=8m,nr_inodes=$((size + 2))" none "" create
+done
+need=$(room 1024 "$work/card-done"/*)
+for size in $(seq $((need - 20)) $((need + 20))); do
+  attempt "card with $size of $need blocks on ext4" "ext4 8192 1024" none "$size" create
+done
+summary "cards with little room"
+for size in $(seq 0 20); do
+  attempt "settings with $size pages free" "tmpfs size=8m" new "$size" update
+done
+summary "settings with little room"
+for size in $(seq 0 6); do
+  attempt "firmware with $size pages free" "tmpfs size=8m" new "$size" firmware
+done
+summary "firmware with little room"
+for size in $(seq 1 14); do
+  mount -t tmpfs -o "size=$((size * 4096))" tmpfs "$work/tmp"
+  through=(env "TMPDIR=$work/tmp")
+  attempt "work folder of $size pages" "tmpfs size=8m" old "" create
+  umount "$work/tmp"
+done
+[ -z "${outcomes[stopped half-way]:-}" ] || fail "a full work folder showed after the card was touched"
+summary "cards with a small work folder"
+for size in $(seq 0 8 64); do
+  through=(limited "$size")
+  attempt "card with files of at most $size KiB" "tmpfs size=8m" old "" create
+done
+through=()
+summary "cards with small files"
+each_fault new 2 update write:ENOSPC write:EDQUOT openat:EROFS sync_file_range:ENOSPC syncfs:EIO
+each_fault old 7 create write:EDQUOT openat:EIO unlink,unlinkat:EROFS sync_file_range:EDQUOT
+
+for at in 0001 0010 0030; do
+  through=(while_it_turns_read_only)
+  attempt "card that turns read-only behind $at.mp3" "tmpfs size=8m" none "" create
+done
+summary "cards that turn read-only"
+verdict

@@ -12,7 +12,7 @@ class Corpus : public testing::TestWithParam<Target> {};
 
 TEST_P(Corpus, KeepsEveryPromise) {
     const Target target = GetParam();
-    const QDir folder(QString(TESSALY_CORPUS "/") + target.name);
+    const QDir folder(QLatin1String(TESSALY_CORPUS "/") + QLatin1String(target.name));
     const QStringList names = folder.entryList(QDir::Files, QDir::Name);
     EXPECT_GT(names.size(), 10);
     for (const QString& name : names) {

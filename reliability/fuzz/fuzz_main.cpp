@@ -1,11 +1,16 @@
-// One program a target: TESSALY_FUZZ_TARGET is its function.
+// What libFuzzer calls. TARGET in the environment names the target.
 #include <cstdint>
+#include <cstdlib>
+#include <cstring>
 
 #include "targets.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    tessaly::fuzz::TESSALY_FUZZ_TARGET(QByteArrayView(data, qsizetype(size)));
+    static const char* const name = std::getenv("TARGET");
+    for (const tessaly::fuzz::Target& target : tessaly::fuzz::Targets)
+        if (std::strcmp(target.name, name) == 0)
+            target.run(QByteArrayView(data, qsizetype(size)));
     return 0;
 }

@@ -43,7 +43,7 @@ void fuzzTags(QByteArrayView bytes);      ///< an MP3 file whose tags are read
 void fuzzSnapshot(QByteArrayView bytes);  ///< what a recovery copy holds behind its checksum
 
 struct Target {
-    const char* name;  ///< also the folder of its corpus
+    const char* name;  ///< also that of its corpus
     void (*run)(QByteArrayView bytes);
 };
 
@@ -52,7 +52,13 @@ inline constexpr Target Targets[] = {{"project", fuzzProject},  {"image", fuzzIm
                                      {"mounts", fuzzMounts},    {"tags", fuzzTags},
                                      {"snapshot", fuzzSnapshot}};
 
+/// The path of a file in memory that holds `bytes` until the next call. Linux only.
+QString fileOf(QByteArrayView bytes);
+
 /// What holds for every project, wherever it came from.
 void requireConsistent(const Project& project);
+
+/// A project is saved and opened as it is.
+void requireSaved(const Project& project);
 
 }  // namespace tessaly::fuzz

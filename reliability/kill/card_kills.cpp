@@ -1,19 +1,11 @@
-#include <sys/stat.h>
-
-#include <QDir>
-#include <QDirIterator>
-#include <QElapsedTimer>
-#include <QFile>
-#include <QMap>
-#include <cstdio>
-#include <cstdlib>
+#include <filesystem>
 
 #include "image/intel_hex.h"
-#include "killed_process.h"
-#include "kills.h"
+#include "killer.h"
 #include "model/card_file.h"
 #include "platform/error.h"
 #include "platform/local_file_system.h"
+#include "support/scratch_folder.h"
 
 namespace tessaly::kill {
 
@@ -21,239 +13,126 @@ namespace {
 
 using Content = QMap<QString, QByteArray>;
 
-QByteArray read(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void write(const QString& path, const QByteArray& bytes) {
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
-        qFatal("cannot write %s", qPrintable(path));
-}
-
-Content contentOf(const QString& folder) {
-    Content content;
-    QDirIterator it(folder, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
-    while (it.hasNext()) {
-        const QString path = it.next();
-        content.insert(path.mid(folder.size() + 1), read(path));
-    }
-    return content;
-}
-
-// A card's files; of the settings without the number that every run draws anew.
-Content cardContent(const QString& folder) {
-    Content content = contentOf(folder);
-    if (content.contains("0000.xd3")) {
-        try {
-            const QByteArray image = decodeHexFile(content["0000.xd3"]).image;
-            content["0000.xd3"] = "image " + image.mid(2);
-        } catch (const TessalyError&) {
-            // Cut off: it equals nothing.
-        }
-    }
-    return content;
-}
-
-// A run that is killed: what it is run with, and what stands on the card before it.
-struct Scene {
-    const char* name;
-    QStringList before;  // arguments of the run that makes the card of the beginning; or none
-    QStringList run;
-    Content oldCard{}, newCard{};
-    qint64 before_us = 0;    // until the card changes for the first time
-    qint64 changing_us = 0;  // from then to the end
-};
-
 class CardKills {
  public:
-    explicit CardKills(const QString& folder)
-        : folder_(folder), card_(folder + "/card"), start_(folder + "/start") {
-        QDir().mkpath(folder + "/tmp");
-        ::setenv("TMPDIR", qPrintable(folder + "/tmp"), 1);
-        prepareSources();
-        const auto with = [&](const QString& app, const QString& project, const QStringList& more) {
-            return QStringList{"--app-folder", folder + '/' + app,
-                               "create",       folder + '/' + project,
-                               "--card",       card_,
-                               "--yes"} +
-                   more;
+    CardKills() {
+        ::setenv("TMPDIR", qPrintable(scratch_.makeFolder("tmp")), 1);
+        makeSources();
+        precious_ = scratch_.content("pc");
+    }
+
+    // The arguments of a run that makes or renews the card.
+    QStringList with(const char* app, const QString& project, bool onlySettings = false) const {
+        QStringList arguments = {
+            "--app-folder", scratch_.path(app),    "create", scratch_.path("pc/" + project),
+            "--card",       scratch_.path("card"), "--yes"};
+        return onlySettings ? arguments << "--settings-only" : arguments;
+    }
+
+    // A run that is killed, on the card that the run `before` made, or on an empty one.
+    int kill(const QString& name, const QStringList& before, const QStringList& change, int runs,
+             std::mt19937& random) {
+        copyCard("empty", "card");
+        call(before);
+        copyCard("card", "start");
+        const Content oldCard = card();
+        call(change);
+        const Content newCard = card();
+        if (newCard == oldCard || !isGood())
+            qFatal("the cards to begin with could not be made");
+
+        Victim victim;
+        victim.name = name;
+        victim.begin = [this] { copyCard("start", "card"); };
+        victim.work = command(change);
+        victim.look = [&](bool wasKilled) -> Finding {
+            const Content now = card();
+            const bool isNew = now == newCard, isOld = now == oldCard;
+            Finding found{isOld ? "untouched" : isNew ? "finished" : "half-written", {}};
+            if (isGood() != (isNew || (isOld && !now.isEmpty())))
+                found.problem = isNew || isOld ? "a whole card is refused"
+                                               : "verify calls a half-written card good";
+            else if (!wasKilled && !isNew)
+                found.problem = "a run that came to its end left another card";
+            return found;
         };
-        const QStringList old = with("old app", "old.crd2", {});
-        scenes_ = {
-            {"a full card onto an empty one", {}, with("new app", "new.crd2", {})},
-            {"a full card onto a full one", old, with("new app", "new.crd2", {})},
-            {"new settings", old, with("old app", "new.crd2", {"--settings-only"})},
-            // Here nothing that the settings tell of changes.
-            {"new firmware and sounds", old, with("new app", "old.crd2", {"--settings-only"})}};
-    }
-
-    bool prepareScenes() {
-        bool isGood = true;
-        for (Scene& scene : scenes_) {
-            QDir(card_).removeRecursively();
-            QDir().mkpath(card_);
-            isGood = isGood && (scene.before.isEmpty() || call(scene.before) == 0);
-            scene.oldCard = cardContent(card_);
-            copyCard(card_, start_ + '/' + scene.name);
-            QElapsedTimer timer;
-            timer.start();
-            const pid_t run = startProgram(command(scene.run));
-            waitForChange(run);
-            scene.before_us = timer.nsecsElapsed() / 1000;
-            isGood = isGood && waitFor(run) == 0;
-            scene.changing_us = timer.nsecsElapsed() / 1000 - scene.before_us;
-            scene.newCard = cardContent(card_);
-            isGood = isGood && isGoodCard() && scene.newCard != scene.oldCard;
-        }
-        precious_ = contentOf(folder_ + "/pc");
-        for (const char* project : {"old.crd2", "new.crd2"})
-            precious_.insert(project, read(folder_ + '/' + project));
-        return isGood;
-    }
-
-    void begin(const Scene& scene) { copyCard(start_ + '/' + scene.name, card_); }
-
-    // Returns when the run changes the card's root folder for the first time.
-    void waitForChange(pid_t run) const {
-        const auto stamp = [&] {
-            struct stat status {};
-            ::stat(card_.toUtf8().constData(), &status);
-            return std::pair(status.st_mtim.tv_sec, status.st_mtim.tv_nsec);
+        victim.finish = [&]() -> QString {
+            if (run(command(change)) != 0 || card() != newCard || !isGood())
+                return "the second run left another card";
+            return scratch_.content("pc") == precious_ ? QString()
+                                                       : "a project or a source was changed";
         };
-        const auto before = stamp();
-        waitUntil(run, [&] { return stamp() != before; });
+        return killEverywhere(victim, runs, random);
     }
-
-    // What is wrong after a kill; empty when nothing is.
-    QString problem(const Scene& scene) {
-        const Content now = cardContent(card_);
-        const bool isWhole = now == scene.newCard || (now == scene.oldCard && !now.isEmpty());
-        const bool looksGood = isGoodCard();
-        (now == scene.oldCard ? untouched : isWhole ? finished : halfWritten) += 1;
-        if (looksGood != isWhole)
-            return looksGood ? "verify calls a half-written card good" : "a whole card is refused";
-        return {};
-    }
-
-    QString problemAfterSecondRun(const Scene& scene) {
-        if (call(scene.run) != 0)
-            return "the second run failed";
-        if (cardContent(card_) != scene.newCard || !isGoodCard())
-            return "the second run left another card";
-        Content now = contentOf(folder_ + "/pc");
-        for (const char* project : {"old.crd2", "new.crd2"})
-            now.insert(project, read(folder_ + '/' + project));
-        return now == precious_ ? QString() : "a project or a source file was changed";
-    }
-
-    QList<Scene>& scenes() { return scenes_; }
-    static QStringList command(const QStringList& arguments) {
-        return QStringList(TESSALY_CLI) + arguments;
-    }
-
-    int untouched = 0, halfWritten = 0, finished = 0;
 
  private:
-    static int call(const QStringList& arguments) {
-        return waitFor(startProgram(command(arguments)));
+    static Work command(const QStringList& arguments) {
+        return program(QStringList(TESSALY_CLI) + arguments);
     }
-    bool isGoodCard() const { return call({"verify", card_}) == 0; }
+    static void call(const QStringList& arguments) {
+        if (!arguments.isEmpty() && run(command(arguments)) != 0)
+            qFatal("tessaly-cli %s failed", qPrintable(arguments.join(' ')));
+    }
+    bool isGood() const { return run(command({"verify", scratch_.path("card")})) == 0; }
 
-    static void copyCard(const QString& from, const QString& to) {
-        QDir(to).removeRecursively();
-        QDir().mkpath(to);
-        for (const QString& name : QDir(from).entryList(QDir::Files))
-            QFile::copy(from + '/' + name, to + '/' + name);
+    // Of the settings without the number that every run draws anew.
+    Content card() const {
+        Content content = scratch_.content("card");
+        if (content.contains("0000.xd3")) {
+            try {
+                content["0000.xd3"] = decodeHexFile(content["0000.xd3"]).image.mid(2);
+            } catch (const TessalyError&) {
+                // Cut off: it equals nothing.
+            }
+        }
+        return content;
+    }
+
+    void copyCard(const char* from, const char* to) const {
+        const std::filesystem::path target(scratch_.path(to).toStdString());
+        std::filesystem::remove_all(target);
+        std::filesystem::copy(scratch_.makeFolder(from).toStdString(), target);
     }
 
     // The sample tour, imported twice: the new project has another title and a chime.
-    void prepareSources() {
-        const QString tour = TESSALY_SAMPLES "/tour";
-        for (const auto& [name, bytes] : contentOf(tour).toStdMap())
-            write(folder_ + "/pc/tour/" + name, bytes);
-        write(folder_ + "/pc/chime.mp3", QByteArray(3000000, 'c'));
-        for (const char* project : {"/old.crd2", "/new.crd2"})
-            call({"import", folder_ + "/pc/tour", "--output", folder_ + project});
+    void makeSources() const {
+        std::filesystem::copy(TESSALY_SAMPLES "/tour", scratch_.makeFolder("pc").toStdString(),
+                              std::filesystem::copy_options::recursive);
+        const QString chime = scratch_.write("pc/chime.mp3", QByteArray(3000000, 'c'));
+        const QString newProject = scratch_.path("pc/new.crd2");
+        for (const QString& project : {scratch_.path("pc/old.crd2"), newProject})
+            call({"import", TESSALY_SAMPLES "/tour", "--output", project});
         LocalFileSystem files;
         Project project;
-        readProject(files, folder_ + "/new.crd2", project);
+        readProject(files, newProject, project);
         project.txtCardTitle1 = "NEW";
         setChimeOption(project, &Project::buttPlayIntChime, true);
-        project.txtChimeFileName = folder_ + "/pc/chime.mp3";
-        saveProject(files, folder_ + "/new.crd2", project);
-        for (const char letter : {'o', 'n'}) {
-            const QString app = folder_ + (letter == 'o' ? "/old app" : "/new app");
-            write(app + "/files/9998.mp3", QByteArray(2000000, letter));
-            write(app + "/files/0007.cfg", QByteArray(10000, letter));
-            write(app + "/firmware/0000.hex",
-                  QByteArray(":0201200001A438\r\n").repeated(5000) + ":00000001FF\r\n");
+        project.txtChimeFileName = chime;
+        saveProject(files, newProject, project);
+        for (const QString app : {"old", "new"}) {
+            scratch_.write(app + "/files/9998.mp3", QByteArray(2000000, app[0].toLatin1()));
+            scratch_.write(app + "/files/0007.cfg", QByteArray(10000, app[0].toLatin1()));
+            scratch_.write(app + "/firmware/0000.hex",
+                           QByteArray(":0201200001A438\r\n").repeated(5000) + ":00000001FF\r\n");
         }
     }
 
-    const QString folder_, card_, start_;
-    QList<Scene> scenes_;
+    const test::ScratchFolder scratch_;
     Content precious_;
 };
 
 }  // namespace
 
-int killCardRuns(int runs, std::mt19937& random, const QString& folder) {
-    CardKills kills(folder);
-    if (!kills.prepareScenes()) {
-        std::printf("FAILED: the cards to begin with could not be made\n");
-        return 1;
-    }
-    int failures = 0;
-    const auto judge = [&](const QString& problem, const Scene& scene, const QString& when) {
-        if (problem.isEmpty())
-            return;
-        ++failures;
-        std::printf("FAILED, %s, killed %s: %s\n", scene.name, qUtf8Printable(when),
-                    qUtf8Printable(problem));
-    };
-    const auto dice = [&](qint64 most) {
-        return std::uniform_int_distribution<qint64>(0, most)(random);
-    };
-    for (const Scene& scene : kills.scenes())
-        std::printf("card runs: %s, %lld us and %lld us from the first change\n", scene.name,
-                    (long long)scene.before_us, (long long)scene.changing_us);
-    int done = 0;
-    while (done < runs) {
-        const Scene& scene = kills.scenes()[dice(kills.scenes().size() - 1)];
-        kills.begin(scene);
-        // The run that repairs a half-written card may be killed as well.
-        for (qint64 inARow = dice(2); inARow >= 0 && done < runs; --inARow) {
-            const pid_t run = startProgram(CardKills::command(scene.run));
-            // Most of a small run is its start: three in four are killed behind that.
-            const bool isChanging = dice(3) > 0;
-            if (isChanging)
-                kills.waitForChange(run);
-            const qint64 moment = dice(isChanging ? scene.changing_us : scene.before_us);
-            killAfter(run, moment);
-            judge(kills.problem(scene), scene,
-                  QString("in run %1, %2 us behind its %3")
-                      .arg(done++)
-                      .arg(moment)
-                      .arg(isChanging ? "first change" : "start"));
-        }
-        judge(kills.problemAfterSecondRun(scene), scene, QString("in run %1").arg(done - 1));
-    }
-    std::printf("%d kills at random moments: card untouched %d, half-written %d, finished %d\n",
-                runs, kills.untouched, kills.halfWritten, kills.finished);
-    for (const Scene& scene : kills.scenes()) {
-        int change = 0;
-        for (kills.begin(scene); killAtChange(CardKills::command(scene.run), change);
-             kills.begin(scene)) {
-            const QString when = QString("before change %1").arg(change++);
-            judge(kills.problem(scene), scene, when);
-            judge(kills.problemAfterSecondRun(scene), scene, when);
-        }
-        std::printf("%d kills, one before each change: %s\n", change, scene.name);
-    }
-    return failures;
+int killCardRuns(int runs, std::mt19937& random) {
+    CardKills kills;
+    const QStringList old = kills.with("old", "old.crd2"), fresh = kills.with("new", "new.crd2");
+    const int each = (runs + 3) / 4;
+    return kills.kill("a full card onto an empty one", {}, fresh, each, random) +
+           kills.kill("a full card onto a full one", old, fresh, each, random) +
+           kills.kill("new settings", old, kills.with("old", "new.crd2", true), each, random) +
+           // Here nothing that the settings tell of changes.
+           kills.kill("new firmware and sounds", old, kills.with("new", "old.crd2", true), each,
+                      random);
 }
 
 }  // namespace tessaly::kill

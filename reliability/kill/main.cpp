@@ -1,11 +1,9 @@
 // tessaly-kill: processes that save and write cards are killed; nothing may be lost.
 #include <QCommandLineParser>
 #include <QCoreApplication>
-#include <QDir>
-#include <QTemporaryDir>
 #include <cstdio>
 
-#include "kills.h"
+#include "killer.h"
 
 int main(int argc, char** argv) {
     using namespace tessaly::kill;
@@ -13,22 +11,18 @@ int main(int argc, char** argv) {
     QCommandLineParser parser;
     const QCommandLineOption saves("save", "Kill N saves.", "N", "0");
     const QCommandLineOption cards("card", "Kill N card runs.", "N", "0");
-    const QCommandLineOption seedOption("seed", "Draw the moments from this seed.", "SEED");
-    const QCommandLineOption folderOption("folder", "Work below this folder.", "DIR",
-                                          QDir::tempPath());
-    parser.addOptions({saves, cards, seedOption, folderOption});
+    const QCommandLineOption seed("seed", "Draw the moments from this seed.", "SEED",
+                                  QString::number(std::random_device()()));
+    parser.addOptions({saves, cards, seed});
     parser.addHelpOption();
     parser.process(app);
-    const uint seed =
-        parser.isSet(seedOption) ? parser.value(seedOption).toUInt() : std::random_device()();
-    std::printf("seed %u\n", seed);
-    const QTemporaryDir folder(parser.value(folderOption) + "/tessaly kill XXXXXX");
-    int failures = folder.isValid() ? 0 : 1;
-    std::mt19937 random(seed);
+    std::printf("seed %s\n", qPrintable(parser.value(seed)));
+    std::mt19937 random(parser.value(seed).toUInt());
+    int failures = 0;
     if (const int runs = parser.value(saves).toInt(); runs > 0)
-        failures += killSaves(runs, random, folder.filePath("saves"));
+        failures += killSaves(runs, random);
     if (const int runs = parser.value(cards).toInt(); runs > 0)
-        failures += killCardRuns(runs, random, folder.filePath("cards"));
+        failures += killCardRuns(runs, random);
     std::printf(failures == 0 ? "Nothing was lost.\n" : "%d FAILURES\n", failures);
     return failures == 0 ? 0 : 1;
 }

@@ -24,9 +24,9 @@ run() {
   /usr/bin/time -q -f '%M %e' -o "$work/took" "$cli" "$@" >"$work/out" 2>"$work/err" || code=$?
   [ "$code" = "$expected" ] || fail "tessaly-cli $1 ended with $code: $(tail -3 "$work/err")"
   read -r peak seconds <"$work/took"
-  if [ $promised_kb = 0 ]; then
+  if [ "$promised_kb" = 0 ]; then
     verdict="nothing promised"
-  elif [ "$peak" -gt $promised_kb ]; then
+  elif [ "$peak" -gt "$promised_kb" ]; then
     verdict="promised 150  MISSED"
     missed=1
   fi

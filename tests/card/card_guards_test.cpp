@@ -5,23 +5,11 @@
 #include "card/card_writer.h"
 #include "platform/system_folders.h"
 #include "support/card_bench.h"
+#include "support/file_questions.h"
 
 namespace tessaly {
 
 using namespace test;
-
-namespace {
-
-int numberOf(const std::function<void()>& guard) {
-    try {
-        guard();
-        return 0;
-    } catch (const TessalyError& error) {
-        return error.number;
-    }
-}
-
-}  // namespace
 
 // Each guard through a real run: its number, its step, and not one file less on the card. Those of
 // step 310 are in wrong_targets_test.cpp.
@@ -90,7 +78,7 @@ TEST(CardGuards, SystemAndPersonalFoldersAreNoCards) {
         supportFoldersIn(scratch.makeFolder("program"), scratch.makeFolder("user/own"));
     scratch.write("user/own/firmware/0000.hex", "x");
     const auto refused = [&](const QString& root) {
-        return numberOf([&] { refuseSystemFolder(files, root, folders, {}); }) ==
+        return errorOf([&] { refuseSystemFolder(files, root, folders, {}); }).number ==
                error_number::SystemFolder;
     };
     for (const QString& folder : systemFolders() + personalFolders())
@@ -117,8 +105,9 @@ TEST(CardGuards, SystemAndPersonalFoldersAreNoCards) {
 TEST(CardGuards, SpaceIsCountedInWholeClusters) {
     VolumeGeometry volume{.clusterBytes = 512, .totalBytes = 0, .freeBytes = 1024};
     const auto fits = [&](const QList<qint64>& sizes, qint64 freed = 0) {
-        return numberOf([&] { requireSpace({.newFiles = sizes, .freedBytes = freed}, volume); }) ==
-               0;
+        return errorOf([&] {
+                   requireSpace({.newFiles = sizes, .freedBytes = freed}, volume);
+               }).number == 0;
     };
     EXPECT_TRUE(fits({1, 1}));
     EXPECT_FALSE(fits({1, 1, 1}));
@@ -129,8 +118,9 @@ TEST(CardGuards, SpaceIsCountedInWholeClusters) {
     volume.isFat = true;
     const auto growsInto = [&](int entries, qint64 freeBytes) {
         volume.freeBytes = freeBytes;
-        return numberOf([&] { requireSpace({.newFiles = {}, .newEntries = entries}, volume); }) ==
-               0;
+        return errorOf([&] {
+                   requireSpace({.newFiles = {}, .newEntries = entries}, volume);
+               }).number == 0;
     };
     EXPECT_TRUE(growsInto(15, 0));
     EXPECT_FALSE(growsInto(16, 0));

@@ -5,6 +5,7 @@
 #include <random>
 
 #include "platform/error.h"
+#include "support/file_questions.h"
 #include "support/scratch_folder.h"
 
 namespace tessaly {
@@ -20,13 +21,8 @@ QByteArray randomBytes(std::mt19937& random, int size) {
     return bytes;
 }
 
-QString errorOf(const QByteArray& text) {
-    try {
-        decodeHexFile(text);
-        return {};
-    } catch (const TessalyError& error) {
-        return error.description;
-    }
+QString problemOf(const QByteArray& text) {
+    return errorOf([&] { decodeHexFile(text); }).description;
 }
 
 }  // namespace
@@ -87,8 +83,8 @@ TEST(IntelHex, EveryLengthReadsBackAndOthersAgree) {
 TEST(IntelHex, AWrongLineIsNamed) {
     std::mt19937 random(1);
     const QByteArray good = EncodeImageAsHex(randomBytes(random, 40));
-    EXPECT_EQ(errorOf(good), "");
-    EXPECT_EQ(errorOf(QByteArray(good).replace("\r\n", "\n").toLower().replace(0, 1, "S")), "");
+    EXPECT_EQ(problemOf(good), "");
+    EXPECT_EQ(problemOf(QByteArray(good).replace("\r\n", "\n").toLower().replace(0, 1, "S")), "");
     const auto lineCut = [&](int line) {
         QList<QByteArray> lines = good.split('\n');
         lines.removeAt(line - 1);
@@ -109,12 +105,12 @@ TEST(IntelHex, AWrongLineIsNamed) {
         {QByteArray(good).replace(":00000001FF", ":0000000000"), "Line 5 "},
     };
     for (const auto& [text, start] : cases)
-        EXPECT_TRUE(errorOf(text).startsWith(start))
-            << errorOf(text).toStdString() << " / " << start;
+        EXPECT_TRUE(problemOf(text).startsWith(start))
+            << problemOf(text).toStdString() << " / " << start;
     for (qsizetype at = 8; at < good.size(); ++at) {
         QByteArray text = good;
         text[at] = text[at] == '0' ? '1' : '0';
-        EXPECT_NE(errorOf(text), "") << "a change of byte " << at << " went unseen";
+        EXPECT_NE(problemOf(text), "") << "a change of byte " << at << " went unseen";
     }
 }
 

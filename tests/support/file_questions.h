@@ -1,7 +1,5 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <QStringList>
 #include <functional>
 
@@ -10,14 +8,13 @@
 
 namespace tessaly::test {
 
-/// What `action` throws; a failure of the test when it throws nothing.
+/// What `action` throws; an error of number 0 and no text when it throws nothing.
 inline TessalyError errorOf(const std::function<void()>& action) {
     try {
         action();
     } catch (const TessalyError& error) {
         return error;
     }
-    ADD_FAILURE() << "nothing was thrown";
     return {0, {}};
 }
 

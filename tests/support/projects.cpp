@@ -203,7 +203,7 @@ Project randomProject(std::mt19937& random, int tracks, Names names) {
     return project;
 }
 
-QStringList inconsistencies(const Project& project) {
+QStringList inconsistencies(const Project& project, Origin origin) {
     QStringList wrong;
     const auto require = [&](bool holds, const QString& sentence) {
         if (!holds)
@@ -216,24 +216,34 @@ QStringList inconsistencies(const Project& project) {
     require(hasSpareSlot(project.DefaultLanguageTable), "slot 0 of the languages is not blank");
     require(project.lstMuTrack.size() == project.MusicListNames.size(),
             "lists and their names differ in number");
-    require(project.MusicListNames.last().isEmpty() && project.lstMuTrack.last().isEmpty(),
-            "the spare list is in use");
     require(
         project.currentMusicList >= 0 && project.currentMusicList < project.MusicListNames.size(),
         "there is no such current list");
     QStringList used = project.MusicListNames, shown = project.lstMuList;
     used.removeAll("");
+    // A list without a name, which only a file brings, lives in the spare slot.
+    const bool hasNameless = origin == Origin::AnyFile && shown.removeAll("") > 0;
+    require(project.MusicListNames.last().isEmpty() &&
+                (hasNameless || project.lstMuTrack.last().isEmpty()),
+            "the spare list is in use");
     used.sort();
     shown.sort();
     require(used == shown, "lists " + shown.join('|') + " are not slots " + used.join('|'));
     require(shown.removeDuplicates() == 0, "two lists have the same name");
-    require(project.lstLangs.size() <= limits::Languages, "there are too many languages");
+    for (QStringList lines : project.lstMuTrack)
+        require(lines.removeDuplicates() == 0, "two tracks of a list have one name");
+    const int sounds =
+        project.buttPlayExtChime + project.buttPlayIntChime + project.buttDisableChime;
+    require(!(project.buttChimeAlways && project.buttChimeOnce) && sounds <= 1,
+            "the chime has two settings");
+    if (origin == Origin::AnyFile)
+        return wrong;
 
+    require(project.lstLangs.size() <= limits::Languages, "there are too many languages");
     QHash<QString, QSet<QString>> tracks;
     for (const QString& list : project.lstMuList) {
         const QStringList lines = tracksOfMusicList(project, list);
         tracks[list] = {lines.begin(), lines.end()};
-        require(tracks[list].size() == lines.size(), "two tracks of " + list + " have one name");
     }
     const QSet<QString> titles(project.lstSpTitles.begin(), project.lstSpTitles.end());
     const QSet<QString> languages(project.lstLangs.begin(), project.lstLangs.end());
@@ -253,11 +263,8 @@ QStringList inconsistencies(const Project& project) {
     for (int slot = 0; slot < TriggerSlots; ++slot)
         require(typeTagNumber(project.TriggerTable[size_t(slot)]) == slot,
                 QString("trigger %1 has another's number").arg(slot));
-    require(project.buttChimeAlways != project.buttChimeOnce, "the chime's repeat is not one");
-    require(int(project.buttPlayExtChime) + int(project.buttPlayIntChime) +
-                    int(project.buttDisableChime) ==
-                1,
-            "the chime's sound is not one");
+    require((project.buttChimeAlways || project.buttChimeOnce) && sounds == 1,
+            "the chime has no setting");
     return wrong;
 }
 

@@ -47,8 +47,13 @@ bool isMarkedBy(Project& project, const Handler& handler) {
     return project.unsavedChanges;
 }
 
+enum class Origin {
+    Operator,  ///< made by the handlers
+    AnyFile,   ///< read from a file, which may hold what no handler makes
+};
+
 /// What does not fit together in the tables of a project, one sentence each; empty when all does,
-/// whatever the operator does.
-QStringList inconsistencies(const Project& project);
+/// whatever the operator does and whatever a file holds.
+QStringList inconsistencies(const Project& project, Origin origin = Origin::Operator);
 
 }  // namespace tessaly::test
