@@ -15,7 +15,7 @@
 #include <ctime>
 #include <vector>
 
-#include "platform/native_path.h"
+#include "platform/paths.h"
 
 namespace tessaly::kill {
 

@@ -6,7 +6,7 @@
 
 #include "cli/commands.h"
 #include "cli/console.h"
-#include "platform/native_path.h"
+#include "platform/paths.h"
 #include "platform/system_folders.h"
 
 namespace tessaly::cli {

@@ -4,8 +4,8 @@
 #include "cli/arguments.h"
 #include "cli/console.h"
 #include "cli/terminal.h"
-#include "platform/native_path.h"
-#include "platform/write_signals.h"
+#include "platform/paths.h"
+#include "platform/process.h"
 
 int main(int argc, char** argv) {
     using namespace tessaly;

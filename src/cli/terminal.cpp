@@ -5,7 +5,7 @@
 #ifdef Q_OS_WIN
 #include <io.h>
 
-#include "platform/windows/calls.h"
+#include "platform/windows/files.h"
 #else
 #include <unistd.h>
 #endif
