@@ -21,7 +21,9 @@ const QString Folder = QStringLiteral(TESSALY_TRANSCRIPTS);
 // What differs from machine to machine and from run to run.
 QString withPlaceholders(QString text, const QString& here) {
     const QString program = QFileInfo(QStringLiteral(TESSALY_CLI)).path();
-    text.replace(here, QLatin1String("<here>")).replace(program, QLatin1String("<program>"));
+    text.remove('\r')
+        .replace(here, QLatin1String("<here>"))
+        .replace(program, QLatin1String("<program>"));
     static const std::pair<QRegularExpression, QString> replacements[] = {
         {QRegularExpression(QStringLiteral("settings 0x[0-9A-F]{4}")),
          QStringLiteral("settings 0x****")},

@@ -91,10 +91,10 @@ void LocalFileSystem::replaceFile(const QString& path, QByteArrayView bytes, Lin
     if (isThere && ::access(given.constData(), W_OK) != 0)
         throw lastSystemError(path);
 
-    const QByteArray target = isThere ? toNativePath(canonicalPath(path)) : given;
+    const QByteArray target = toNativePath(isThere ? canonicalPath(path) : absolutePath(path));
     const qsizetype slash = target.lastIndexOf('/');
-    const Descriptor folder(::open(slash < 0 ? "." : target.left(slash + 1).constData(),
-                                   O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    const Descriptor folder(
+        ::open(target.left(slash + 1).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     // QSaveFile knows names in UTF-8 only. Any other file is saved under a name of this process in
     // the same folder, and gets its own name last.
     const bool isUtf8 = QString::fromUtf8(target).toUtf8() == target;
