@@ -3,7 +3,7 @@
 #include <QStringList>
 
 #include "app/prompts.h"
-#include "platform/single_instance.h"
+#include "platform/process.h"
 
 namespace tessaly {
 

@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "platform/linux/mount_table.h"
-#include "platform/native_path.h"
+#include "platform/paths.h"
 #include "targets.h"
 
 namespace tessaly::fuzz {

@@ -7,7 +7,7 @@
 #include <QStandardPaths>
 #include <csignal>
 
-#include "platform/native_path.h"
+#include "platform/paths.h"
 #include "support/window_bench.h"
 
 namespace tessaly {

@@ -4,8 +4,7 @@
 #include "app/program.h"
 #include "app/qt_prompts.h"
 #include "app/start_arguments.h"
-#include "platform/command_line.h"
-#include "platform/write_signals.h"
+#include "platform/process.h"
 
 using namespace tessaly;
 

@@ -1,6 +1,6 @@
 #include "app/start_arguments.h"
 
-#include "platform/command_line.h"
+#include "platform/paths.h"
 
 namespace tessaly {
 

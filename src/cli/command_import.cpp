@@ -1,5 +1,4 @@
 #include <QDir>
-#include <QFileInfo>
 
 #include "cli/commands.h"
 #include "cli/console.h"
@@ -75,7 +74,7 @@ int importList(const ImportOptions& options, FileSystem& files, const Mp3Tags& t
     if (options.append)
         project = openProject(files, options.output);
     // The records name their files wherever the project is used from.
-    const QString source = QFileInfo(options.source).absoluteFilePath();
+    const QString source = QDir::cleanPath(absolutePath(options.source));
     const ImportResult result = isFolder ? importMusicFolder(project, files, tags, source)
                                          : importPlaylist(project, files, tags, source);
     if (result.outcome == ImportResult::Outcome::NoFiles)

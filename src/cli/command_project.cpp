@@ -1,6 +1,6 @@
 #include <QDir>
+#include <QHash>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <algorithm>
 
@@ -27,32 +27,17 @@ QString native(const QString& path) {
     return QDir::toNativeSeparators(path);
 }
 
-QString verdictName(Verdict verdict) {
-    switch (verdict) {
-        case Verdict::Green:
-            return "green";
-        case Verdict::Red:
-            return "red";
-        case Verdict::Yellow:
-            return "yellow";
-        case Verdict::Grey:
-            break;
-    }
-    return "grey";
-}
+// By Verdict: in JSON, and in a table.
+struct VerdictWords {
+    const char *json, *text;
+};
 
-QString verdictWord(Verdict verdict) {
-    switch (verdict) {
-        case Verdict::Green:
-            return "ok";
-        case Verdict::Red:
-            return "BLOCKS";
-        case Verdict::Yellow:
-            return "warning";
-        case Verdict::Grey:
-            break;
-    }
-    return "-";
+VerdictWords wordsOf(Verdict verdict) {
+    static const QHash<Verdict, VerdictWords> words = {{Verdict::Green, {"green", "ok"}},
+                                                       {Verdict::Red, {"red", "BLOCKS"}},
+                                                       {Verdict::Yellow, {"yellow", "warning"}},
+                                                       {Verdict::Grey, {"grey", "-"}}};
+    return words[verdict];
 }
 
 struct NamedCheck {
@@ -80,21 +65,19 @@ void printChecksJson(const CardChecks& checks, bool blocked) {
     QJsonObject verdicts;
     for (const NamedCheck& check : projectChecks(checks) + driveChecks(checks))
         verdicts[check.name] =
-            QJsonObject{{"verdict", verdictName(check.result->verdict)},
+            QJsonObject{{"verdict", wordsOf(check.result->verdict).json},
                         {"text", check.result->text},
                         {"offenders", QJsonArray::fromStringList(check.result->offenders)},
                         {"enabled", check.result->isEnabled}};
-    const QJsonObject document{
-        {"checks", verdicts},
-        {"hasItems", checks.hasItems},
-        {"exceededLimits", QJsonArray::fromStringList(checks.exceededLimits)},
-        {"missingFiles", QJsonArray::fromStringList(checks.missingFiles)},
-        {"warnings", warnings},
-        {"totalCardBytes", checks.totals.totalCardBytes},
-        {"trackCount", checks.totals.trackCount},
-        {"missingFileFlag", checks.totals.missingFileFlag},
-        {"blocked", blocked}};
-    print(QString::fromUtf8(QJsonDocument(document).toJson()).trimmed());
+    printJson({{"checks", verdicts},
+               {"hasItems", checks.hasItems},
+               {"exceededLimits", QJsonArray::fromStringList(checks.exceededLimits)},
+               {"missingFiles", QJsonArray::fromStringList(checks.missingFiles)},
+               {"warnings", warnings},
+               {"totalCardBytes", checks.totals.totalCardBytes},
+               {"trackCount", checks.totals.trackCount},
+               {"missingFileFlag", checks.totals.missingFileFlag},
+               {"blocked", blocked}});
 }
 
 void printChecksText(const CardChecks& checks, bool withDrive) {
@@ -107,7 +90,7 @@ void printChecksText(const CardChecks& checks, bool withDrive) {
          projectChecks(checks) + (withDrive ? driveChecks(checks) : QList<NamedCheck>())) {
         if (check.result->text.isEmpty())
             continue;
-        rows.append({verdictWord(check.result->verdict), check.result->text});
+        rows.append({wordsOf(check.result->verdict).text, check.result->text});
         addItems(check.result->offenders);
     }
     if (!checks.hasItems)

@@ -1,6 +1,5 @@
 #include <QDir>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 #include "cli/commands.h"
@@ -22,6 +21,17 @@ using Kind = DecodedReference::Kind;
 
 QString hexWord(quint16 value) {
     return "0x" + QString::fromLatin1(Hex4(value));
+}
+
+QStringList flagNames(bool endlessLoop, bool cancelOnInterrupt, bool loudVolume) {
+    QStringList names;
+    if (endlessLoop)
+        names << "loop";
+    if (cancelOnInterrupt)
+        names << "cancel";
+    if (loudVolume)
+        names << "loud";
+    return names;
 }
 
 // ---- project files ---------------------------------------------------------------------------
@@ -56,15 +66,11 @@ void printRecords(const ParsedRecords& parsed) {
     };
     QList<QStringList> rows = {{"#", "kind", "item", "group", "source", "flags", "tag"}};
     for (const TrackRecord& record : parsed.records) {
-        QStringList flags;
-        if (record.endlessLoop.isTrue())
-            flags << "loop";
-        if (record.cancelOnInterrupt.isTrue())
-            flags << "cancel";
-        if (record.loudVolume.isTrue())
-            flags << "loud";
         rows.append({QString::number(rows.size()), shown(record.kind), shown(record.itemName),
-                     shown(record.groupName), shown(record.sourcePath), flags.join(','),
+                     shown(record.groupName), shown(record.sourcePath),
+                     flagNames(record.endlessLoop.isTrue(), record.cancelOnInterrupt.isTrue(),
+                               record.loudVolume.isTrue())
+                         .join(','),
                      typeTagText(record).remove(QChar(0)).trimmed()});
     }
     printTable(rows, {0});
@@ -76,27 +82,25 @@ void printRecords(const ParsedRecords& parsed) {
 // ---- images ----------------------------------------------------------------------------------
 
 QString describe(const DecodedReference& reference, const DecodedImage& image) {
+    const auto numbered = [](int number, const QString& name) {
+        return QString::number(number) + " \"" + name + '"';
+    };
+    const DecodedList list = image.lists.value(reference.list - 1);
+    const QString listText = "music list " + numbered(reference.list, list.name);
     switch (reference.kind) {
         case Kind::None:
             return "nothing";
         case Kind::ContinuousMix:
             return "<Continuous Mix>";
         case Kind::SpeechTitle:
-            return QString("speech title %1 \"%2\"")
-                .arg(reference.title)
-                .arg(image.titles.value(reference.title - 1));
+            return "speech title " +
+                   numbered(reference.title, image.titles.value(reference.title - 1));
         case Kind::WholeList:
-            return QString("music list %1 \"%2\"")
-                .arg(reference.list)
-                .arg(image.lists.value(reference.list - 1).name);
-        case Kind::Track: {
-            const DecodedList list = image.lists.value(reference.list - 1);
-            return QString("track %1 \"%2\" of music list %3 \"%4\"")
-                .arg(reference.track + 1)
-                .arg(list.tracks.value(reference.track).name)
-                .arg(reference.list)
-                .arg(list.name);
-        }
+            return listText;
+        case Kind::Track:
+            return "track " +
+                   numbered(reference.track + 1, list.tracks.value(reference.track).name) + " of " +
+                   listText;
         case Kind::Invalid:
             break;
     }
@@ -178,14 +182,10 @@ QJsonObject toJson(const DecodedImage& image) {
 QString shown(const DecodedWord& word) {
     if (!word.hasFile)
         return "no file";
-    QString text = QString("%1.mp3").arg(word.fileNumber, 4, 10, QChar('0'));
-    if (word.endlessLoop)
-        text += " loop";
-    if (word.cancelOnInterrupt)
-        text += " cancel";
-    if (word.loudVolume)
-        text += " loud";
-    return text;
+    const QString file = QString("%1.mp3").arg(word.fileNumber, 4, 10, QChar('0'));
+    return (QStringList(file) +
+            flagNames(word.endlessLoop, word.cancelOnInterrupt, word.loudVolume))
+        .join(' ');
 }
 
 void printImage(const DecodedImage& image) {
@@ -239,12 +239,10 @@ int showFirmware(const QByteArray& text, bool json) {
     }
     const QString version = QString::fromLatin1(text.left(text.indexOf('\n')).trimmed().mid(2, 4));
     if (json)
-        print(QString::fromUtf8(QJsonDocument(QJsonObject{{"firmwareVersion", version},
-                                                          {"records", records},
-                                                          {"dataBytes", dataBytes},
-                                                          {"badLines", badLines}})
-                                    .toJson())
-                  .trimmed());
+        printJson({{"firmwareVersion", version},
+                   {"records", records},
+                   {"dataBytes", dataBytes},
+                   {"badLines", badLines}});
     else
         print(QString("An Intel HEX file: version %1, %2, %3 of data, %4.")
                   .arg(version, counted(records, "record"), counted(dataBytes, "byte"),
@@ -260,7 +258,7 @@ int showImage(const DecodedImage& image, const HexFile* hex, bool json) {
     QJsonObject object = toJson(image);
     if (hex)
         object["hexRecordCount"] = int(hex->recordCount);
-    print(QString::fromUtf8(QJsonDocument(object).toJson()).trimmed());
+    printJson(object);
     return Done;
 }
 
@@ -289,7 +287,7 @@ int showCommand(const ShowOptions& options) {
                            QDir::toNativeSeparators(options.file) +
                                ": this is no project file, no image and no HEX file");
     if (options.json)
-        print(QString::fromUtf8(QJsonDocument(toJson(parsed)).toJson()).trimmed());
+        printJson(toJson(parsed));
     else
         printRecords(parsed);
     if (!parsed.isComplete)

@@ -1,5 +1,6 @@
 #include "cli/console.h"
 
+#include <QJsonDocument>
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -7,8 +8,15 @@
 #include <iostream>
 #include <string>
 
-#include "cli/terminal.h"
 #include "model/numbers.h"
+
+#ifdef Q_OS_WIN
+#include <io.h>
+
+#include "platform/windows/files.h"
+#else
+#include <unistd.h>
+#endif
 
 namespace tessaly::cli {
 
@@ -25,10 +33,25 @@ void writeLine(FILE* stream, const QString& line) {
         outputError = errno;
 }
 
+bool isTerminal(FILE* stream) {
+#ifdef Q_OS_WIN
+    // _isatty() takes NUL for a terminal.
+    const auto handle = reinterpret_cast<HANDLE>(::_get_osfhandle(::_fileno(stream)));
+    DWORD mode = 0;
+    return ::GetConsoleMode(handle, &mode) != 0;
+#else
+    return ::isatty(::fileno(stream)) != 0;
+#endif
+}
+
 }  // namespace
 
 void print(const QString& line) {
     writeLine(stdout, line);
+}
+
+void printJson(const QJsonObject& object) {
+    print(QString::fromUtf8(QJsonDocument(object).toJson()).trimmed());
 }
 
 QString outputProblem() {
@@ -58,6 +81,30 @@ bool inputIsTerminal() {
 bool outputIsTerminal() {
     return isTerminal(stdout);
 }
+
+#ifdef Q_OS_WIN
+
+Utf8Terminal::Utf8Terminal() : codePageBefore_(::GetConsoleOutputCP()) {
+    ::SetConsoleOutputCP(CP_UTF8);
+    const HANDLE output = ::GetStdHandle(STD_OUTPUT_HANDLE);
+    DWORD mode = 0;
+    if (::GetConsoleMode(output, &mode))
+        ::SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+}
+
+Utf8Terminal::~Utf8Terminal() {
+    if (codePageBefore_ != 0)
+        ::SetConsoleOutputCP(codePageBefore_);
+}
+
+#else
+
+Utf8Terminal::Utf8Terminal() = default;
+Utf8Terminal::~Utf8Terminal() {
+    Q_UNUSED(codePageBefore_);
+}
+
+#endif
 
 bool askYesNo(const QString& question) {
     const QByteArray prompt = question.toUtf8() + " [y/N] ";

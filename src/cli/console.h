@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonObject>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -17,14 +18,31 @@ void print(const QString& line = {});
 /// or when the reader had enough and left.
 QString outputProblem();
 
+/// A JSON document on standard output.
+void printJson(const QJsonObject& object);
+
 /// One line on standard error, behind the program's name.
 void printError(const QString& line);
 
 /// The line for an error: what happened, its number, and the step of a card run if there was one.
 QString errorLine(const TessalyError& error, int stepCode = 0);
 
+/// Whether a person sits at the stream, and not a file or another program.
 bool inputIsTerminal();
 bool outputIsTerminal();
+
+/// While it lives, a terminal shows UTF-8 and obeys the codes that redraw a line. Only Windows
+/// needs to be told; its console gets its former code page back, as that outlives the program.
+class Utf8Terminal {
+ public:
+    Utf8Terminal();
+    ~Utf8Terminal();
+    Utf8Terminal(const Utf8Terminal&) = delete;
+    Utf8Terminal& operator=(const Utf8Terminal&) = delete;
+
+ private:
+    unsigned codePageBefore_ = 0;
+};
 
 /// Asks on the terminal; only "y" or "yes" is a yes.
 bool askYesNo(const QString& question);

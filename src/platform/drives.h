@@ -12,14 +12,17 @@ namespace tessaly {
 enum class DriveType { Unknown, Removable, Fixed, Network, CdRom, RamDisk };
 
 /// "Unknown", "Removable", "Fixed", "Network", "CD-ROM" or "RAM Disk".
-QString driveTypeName(DriveType type);
+inline QString driveTypeName(DriveType type) {
+    static constexpr const char* Names[] = {"Unknown", "Removable", "Fixed",
+                                            "Network", "CD-ROM",    "RAM Disk"};
+    return QLatin1String(Names[int(type)]);
+}
 
 /// One mounted volume.
 struct Volume {
     QString root;  ///< ends in its separator
     QString name;  ///< its label, else its device, for people to recognise it by
     DriveType type = DriveType::Unknown;
-    QString fileSystem;
     qint64 totalBytes = -1;  ///< -1 where the volume was not asked
     qint64 freeBytes = -1;   ///< likewise
     bool isReady = true;     ///< false for a reader without a card
@@ -69,12 +72,12 @@ class Drives {
     /// The geometry of the volume that holds `path`. Throws when there is none.
     virtual VolumeGeometry geometry(const QString& path) const = 0;
 
-    /// Tells the medium that `path` leads to now from any other that is put into the same drive
-    /// later. Empty where the system tells nothing beyond the identity of the folder.
+    /// Names the medium that `path` leads to: another card in the same drive has another name.
+    /// Empty on systems where FileIdentity::volume differs then.
     virtual QString medium(const QString& path) const = 0;
 
-    /// Places that would lose something with the content of `folder`: the mount points inside it,
-    /// and those elsewhere that show a part of it. None where mount points are links.
+    /// Mount points that erasing the content of `folder` would reach: those inside it, and those
+    /// elsewhere where a part of it is mounted. None on systems where mount points are links.
     virtual QStringList mountsInside(const QString& folder) const = 0;
 };
 

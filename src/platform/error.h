@@ -53,8 +53,8 @@ enum : int {
 /// The one failure that the core throws: what the operator will read, in three parts.
 ///
 /// `number` is the program's own error number (error_number) or, for a failure that
-/// the operating system reported, the system's own code; `source` names who reported it, always
-/// "Tessaly" here; `description` is one sentence that names the file it is about.
+/// the operating system reported, the system's own code; `source` names the program that reported
+/// it; `description` is one sentence that names the file it is about.
 class TessalyError : public std::exception {
  public:
     TessalyError(int errorNumber, QString sentence)
@@ -62,8 +62,8 @@ class TessalyError : public std::exception {
 
     const char* what() const noexcept override { return text_.constData(); }
 
+    static constexpr QLatin1String source{"Tessaly"};
     int number;
-    QString source = QStringLiteral("Tessaly");
     QString description;
 
  private:

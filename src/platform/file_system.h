@@ -103,7 +103,8 @@ class FileSystem {
     /// nothing.
     virtual QString canonicalPath(const QString& path) const = 0;
 
-    /// Whether files may be made in `folder`: neither its volume nor its rights forbid it.
+    /// Whether this user may make files in `folder`: it is there, its volume is not read-only, and
+    /// its access rights allow it.
     virtual bool isWritableFolder(const QString& folder) const = 0;
 
     /// Removes a file, even a read-only one; of a link the link itself, never its target.
@@ -118,21 +119,23 @@ class FileSystem {
     /// Makes a new file or empties the one that is there. Fails where a link stands.
     virtual std::unique_ptr<OutputFile> create(const QString& path) = 0;
 
-    /// What becomes of a file that is replaced and is a link.
+    /// What replaceFile() does where a link stands.
     enum class Links {
-        Follow,  ///< the file that it leads to is replaced
-        Refuse,  ///< nothing is: it may lead out of a card
+        Follow,  ///< replaces the file that the link leads to
+        Refuse,  ///< throws, because the link may lead out of a card
     };
 
-    /// Puts `bytes` at `path` in one step: until the whole new file is on disk the old one stays.
+    /// Replaces the file at `path`, or makes it, in one step: whenever this fails or is killed, the
+    /// whole old file is there, and on success the whole new one, on its device and with the old
+    /// one's rights. Throws where a folder, a device or a read-only file stands.
     virtual void replaceFile(const QString& path, QByteArrayView bytes,
                              Links links = Links::Follow) = 0;
 
-    /// Returns when the content of a file has left for its device; the volume must still be
-    /// flushed. Does nothing where closing a file has done it already.
+    /// Waits until the content of a file was sent to its device. Its metadata are not: that takes
+    /// flushVolume(). Does nothing on systems where OutputFile::close() flushes the file.
     virtual void settle(const QString& path) = 0;
 
-    /// Returns when everything written to the volume that holds `path` has reached its device.
+    /// Waits until everything written to the volume that holds `path` is on its device.
     virtual void flushVolume(const QString& path) = 0;
 };
 

@@ -1,8 +1,7 @@
 #include "platform/local_file_system.h"
 
-#include <QFileInfo>
+#include <algorithm>
 
-#include "platform/atomic_file.h"
 #include "platform/error.h"
 #include "platform/paths.h"
 
@@ -15,18 +14,6 @@ TessalyError notAFile(const QString& path) {
 TessalyError linkInTheWay(const QString& path) {
     return {error_number::WriteFailed,
             shownPath(path) + ": a link stands in the place of the file"};
-}
-
-void LocalFileSystem::replaceFile(const QString& path, QByteArrayView bytes, Links links) {
-    const QFileInfo target(path);
-    if (links == Links::Refuse && target.isSymLink())
-        throw linkInTheWay(path);
-    // A file would take the place of the device itself.
-    if (target.exists() && !target.isFile() && !target.isDir())
-        throw notAFile(path);
-    AtomicFile file(path, links);
-    file.write(bytes);
-    file.putInPlace();
 }
 
 QByteArray readWholeFile(FileSystem& files, const QString& path, qint64 limit) {
@@ -50,11 +37,10 @@ QByteArray readWholeFile(FileSystem& files, const QString& path, qint64 limit) {
 
 QByteArray readFirstLine(FileSystem& files, const QString& path) {
     const auto file = files.openForReading(path, FileSystem::ReadMode::Normal);
-    QByteArray line = file->nextBlock().toByteArray();
-    for (qsizetype i = 0; i < line.size(); ++i)
-        if (line[i] == '\r' || line[i] == '\n')
-            line.truncate(i);
-    return line;
+    const QByteArrayView block = file->nextBlock();
+    const auto isLineEnd = [](char c) { return c == '\r' || c == '\n'; };
+    return QByteArray(block.begin(),
+                      std::find_if(block.begin(), block.end(), isLineEnd) - block.begin());
 }
 
 }  // namespace tessaly

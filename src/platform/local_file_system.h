@@ -24,10 +24,10 @@ class LocalFileSystem : public FileSystem {
     void flushVolume(const QString& path) override;
 };
 
-/// Error 557: what stands at `path` can be read and written only in a way that may never end.
+/// Error 557: at `path` stands a device or a pipe; reading or writing it might never end.
 TessalyError notAFile(const QString& path);
 
-/// Error 550: a link stands where a file is to be written, and would lead the bytes elsewhere.
+/// Error 550: at `path` stands a link; writing through it would change a file elsewhere.
 TessalyError linkInTheWay(const QString& path);
 
 }  // namespace tessaly

@@ -1,9 +1,20 @@
 #include "platform/paths.h"
 
 #include <QDir>
+#include <QFileInfo>
+#include <QStringDecoder>
 #include <algorithm>
+#include <filesystem>
 
 namespace tessaly {
+
+namespace {
+
+bool isByteMark(QChar c) {
+    return c.unicode() >= 0xDC80 && c.unicode() <= 0xDCFF;
+}
+
+}  // namespace
 
 QString withLastSeparator(const QString& folder) {
     if (folder.isEmpty() || folder.endsWith('/') || folder.endsWith(QDir::separator()))
@@ -31,6 +42,50 @@ QString elided(const QString& text) {
 
 QString shownPath(const QString& path) {
     return elided(QDir::toNativeSeparators(path));
+}
+
+QString absolutePath(const QString& path) {
+#ifdef Q_OS_WIN
+    return QFileInfo(path).absoluteFilePath();
+#else
+    if (path.startsWith('/'))
+        return path;
+    std::error_code failed;  // then the relative path is as good as any
+    const std::filesystem::path folder = std::filesystem::current_path(failed);
+    return failed ? path : pathIn(fromNativePath(QByteArray::fromStdString(folder.native())), path);
+#endif
+}
+
+QByteArray toNativePath(const QString& path) {
+    if (std::none_of(path.begin(), path.end(), isByteMark))
+        return path.toUtf8();
+    QByteArray bytes;
+    qsizetype start = 0;
+    for (qsizetype i = 0; i <= path.size(); ++i) {
+        const bool mark =
+            i < path.size() && isByteMark(path[i]) && !(i > 0 && path[i - 1].isHighSurrogate());
+        if (i < path.size() && !mark)
+            continue;
+        bytes += QStringView(path).sliced(start, i - start).toUtf8();
+        if (mark)
+            bytes += char(path[i].unicode() & 0xFF);
+        start = i + 1;
+    }
+    return bytes;
+}
+
+QString fromNativePath(const QByteArray& name) {
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless |
+                                                     QStringDecoder::Flag::ConvertInitialBom);
+    const QString text = decoder(name);
+    if (!decoder.hasError())
+        return text;
+    QString marked;
+    for (const char c : name) {
+        const auto byte = static_cast<unsigned char>(c);
+        marked += QChar(char16_t(byte < 0x80 ? byte : 0xDC00 + byte));
+    }
+    return marked;
 }
 
 }  // namespace tessaly

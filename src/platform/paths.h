@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 
 namespace tessaly {
@@ -21,5 +22,17 @@ QString elided(const QString& text);
 
 /// `path` as a message shows it: with the platform's own separators, and elided.
 QString shownPath(const QString& path);
+
+/// `path` as it is found from any folder, seen from the current one. An absolute path stays as it
+/// is; the file need not exist.
+QString absolutePath(const QString& path);
+
+/// The bytes by which Linux knows `path`: UTF-8, and for names that came from fromNativePath()
+/// their very own bytes.
+QByteArray toNativePath(const QString& path);
+
+/// The text of a name that Linux reports. A name that is no UTF-8 keeps each of its bytes above
+/// 0x7F as the lone low surrogate U+DC00 + byte, so that toNativePath() finds the file again.
+QString fromNativePath(const QByteArray& name);
 
 }  // namespace tessaly

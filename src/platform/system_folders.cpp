@@ -7,7 +7,6 @@
 #include <QDir>
 #include <QStandardPaths>
 
-#include "platform/native_path.h"
 #include "platform/paths.h"
 
 namespace tessaly {

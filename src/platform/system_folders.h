@@ -4,11 +4,12 @@
 
 namespace tessaly {
 
-/// Folders of the operating system: a card must be none of them, hold none and stand in none.
+/// Folders of the operating system, such as /usr. None of them, no folder inside one and no folder
+/// that contains one may be erased as a card.
 QStringList systemFolders();
 
-/// Folders that people's files stand in: a card must be none of them and hold none, but may be a
-/// folder inside one.
+/// Folders that hold people's files, such as /home and the desktop. None of them and no folder that
+/// contains one may be erased as a card; a folder inside one may.
 QStringList personalFolders();
 
 /// The folder for what the program keeps for its user: recovery copies, the user's own support

@@ -170,11 +170,11 @@ TEST(CreateCardPage, OnlyRemovableDrivesAreTaken) {
 }
 
 TEST(DriveDialog, OffersTheCardThatIsMeant) {
-    const QList<Volume> others = {{"/", "disk", DriveType::Fixed, "ext4", 9, 1},
-                                  {"/empty", "e", DriveType::Removable, "", -1, -1, false},
-                                  {"/net", "n", DriveType::Network, "nfs"}};
-    const Volume big{"/big", "b", DriveType::Removable, "vfat", 64, 1};
-    const Volume small{"/cf", "c", DriveType::Removable, "vfat", 2, 1};
+    const QList<Volume> others = {{"/", "disk", DriveType::Fixed, 9, 1},
+                                  {"/empty", "e", DriveType::Removable, -1, -1, false},
+                                  {"/net", "n", DriveType::Network}};
+    const Volume big{"/big", "b", DriveType::Removable, 64, 1};
+    const Volume small{"/cf", "c", DriveType::Removable, 2, 1};
     const struct {
         QList<Volume> volumes;
         QString current, roots, chosen;

@@ -5,7 +5,7 @@
 
 #include "app/start_arguments.h"
 #include "model/project_snapshot.h"
-#include "platform/native_path.h"
+#include "platform/paths.h"
 #include "support/window_bench.h"
 
 namespace tessaly {

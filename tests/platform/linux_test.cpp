@@ -4,7 +4,7 @@
 #include <cerrno>
 
 #include "platform/error.h"
-#include "platform/native_path.h"
+#include "platform/paths.h"
 #include "support/file_questions.h"
 #include "support/scratch_folder.h"
 

@@ -2,11 +2,10 @@
 
 #include <algorithm>
 
-#include "platform/atomic_file.h"
 #include "platform/drives.h"
 #include "platform/error.h"
 #include "platform/mp3_tags.h"
-#include "platform/native_path.h"
+#include "platform/paths.h"
 #include "support/file_questions.h"
 #include "support/scratch_folder.h"
 
@@ -115,34 +114,6 @@ TEST(LocalFileSystem, AFileIsReplacedWholeOrNotAtAll) {
     }
     EXPECT_EQ(scratch.read("a"), "second");
     EXPECT_THROW(readWholeFile(files, scratch.path("a"), 5), TessalyError);
-}
-
-TEST(LocalFileSystem, AReplacementTidiesUpAfterKilledOnesAndNothingElse) {
-    const ScratchFolder scratch;
-    LocalFileSystem files;
-    for (const char* name : {"tour.crd2.a1b2c3.tessaly-new", "gone.crd2.000000.tessaly-new"})
-        scratch.write(name, "what a killed save left");
-    const QStringList others = {"tour.crd2", "tour.crd2.backup", "tour.crd2.A1b2c4.tessaly-new",
-                                "tour.crd2.a1b2.tessaly-new"};
-    for (const QString& name : others)
-        scratch.write(name, "somebody's");
-    scratch.makeFolder("folder.a1b2c3.tessaly-new");
-    {
-        AtomicFile living(scratch.path("other.crd2"));
-        living.write("half");
-        files.replaceFile(scratch.path("tour.crd2"), "whole");
-        QStringList expected =
-            others + QStringList{"folder.a1b2c3.tessaly-new", QFileInfo(living.path()).fileName()};
-        expected.sort();
-        EXPECT_EQ(namesIn(files, scratch.path()), expected);
-        living.write(" and half");
-        living.putInPlace();
-        EXPECT_EQ(scratch.read("other.crd2"), "half and half");
-        AtomicFile(scratch.path("other.crd2")).write("given up");
-    }
-    EXPECT_EQ(scratch.read("other.crd2"), "half and half");
-    EXPECT_EQ(scratch.read("tour.crd2"), "whole");
-    EXPECT_EQ(namesIn(files, scratch.path()).size(), others.size() + 2);
 }
 
 TEST(LocalFileSystem, PlacesAreKnownByIdentity) {

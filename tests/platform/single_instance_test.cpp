@@ -1,4 +1,4 @@
-#include "platform/single_instance.h"
+#include "platform/process.h"
 
 #include "support/scratch_folder.h"
 

@@ -8,7 +8,7 @@
 #include "editor/playlist_import.h"
 #include "platform/drives.h"
 #include "platform/mp3_tags.h"
-#include "platform/windows/calls.h"
+#include "platform/windows/files.h"
 #include "support/card_bench.h"
 #include "support/fake_tags.h"
 

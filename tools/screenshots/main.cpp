@@ -31,11 +31,10 @@ class DeskDrives : public Drives {
     DriveType type(const QString&) const override { return DriveType::Removable; }
     qint64 totalBytes(const QString&) const override { return 512000000; }
     QList<Volume> volumes() const override {
-        return {{"/", "System", DriveType::Fixed, "ext4", 512110190592, 301234567890},
-                {"/media/ann/TOUR/", "TOUR", DriveType::Removable, "vfat", 512000000, 498000000},
-                {"/media/ann/Backup/", "Backup", DriveType::Fixed, "ext4", 2000398934016,
-                 1204567890123},
-                {"/mnt/music/", "music", DriveType::Network, "cifs", -1, -1}};
+        return {{"/", "System", DriveType::Fixed, 512110190592, 301234567890},
+                {"/media/ann/TOUR/", "TOUR", DriveType::Removable, 512000000, 498000000},
+                {"/media/ann/Backup/", "Backup", DriveType::Fixed, 2000398934016, 1204567890123},
+                {"/mnt/music/", "music", DriveType::Network, -1, -1}};
     }
     VolumeGeometry geometry(const QString&) const override {
         return {.clusterBytes = 8192, .totalBytes = 512000000, .freeBytes = 512000000};

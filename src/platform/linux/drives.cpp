@@ -4,7 +4,6 @@
 #include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <sys/sysmacros.h>
-#include <unistd.h>
 
 #include <QFile>
 #include <QFileInfo>
@@ -12,8 +11,8 @@
 
 #include "platform/drives.h"
 #include "platform/error.h"
+#include "platform/linux/files.h"
 #include "platform/linux/mount_table.h"
-#include "platform/native_path.h"
 #include "platform/paths.h"
 
 namespace tessaly {
@@ -76,17 +75,15 @@ qint64 folderBytes(const QString& folder) {
 QHash<QString, int> entriesByName(const QString& folder) {
     constexpr qsizetype CharactersPerEntry = 13;
     QHash<QString, int> entries;
-    const int fd = ::open(toNativePath(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (fd < 0)
-        return entries;
+    const Descriptor open(
+        ::open(toNativePath(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     __fat_dirent names[2] = {};  // the short name, then the long one, empty if there is none
-    while (::ioctl(fd, VFAT_IOCTL_READDIR_BOTH, names) > 0 && names[0].d_reclen > 0) {
+    while (::ioctl(open.get(), VFAT_IOCTL_READDIR_BOTH, names) > 0 && names[0].d_reclen > 0) {
         const QString longName = fromNativePath(names[1].d_name);
         const QString name = longName.isEmpty() ? fromNativePath(names[0].d_name) : longName;
         entries.insert(name,
                        int(1 + (longName.size() + CharactersPerEntry - 1) / CharactersPerEntry));
     }
-    ::close(fd);
     return entries;
 }
 
@@ -129,8 +126,7 @@ QList<Volume> LocalDrives::volumes() const {
         Volume volume{.root = withLastSeparator(mount.mountPoint),
                       .name = volumeLabel(
                           contentOf("/run/udev/data/b" + contentOf(device + "/dev").trimmed())),
-                      .type = classifyMount(mount, attributesOf(device)),
-                      .fileSystem = mount.fileSystem};
+                      .type = classifyMount(mount, attributesOf(device))};
         if (volume.name.isEmpty())
             volume.name = QFileInfo(mount.source).fileName();
         if (volume.type == DriveType::RamDisk || !device.isEmpty()) {

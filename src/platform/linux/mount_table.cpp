@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <algorithm>
 
-#include "platform/native_path.h"
+#include "platform/paths.h"
 
 namespace tessaly {
 

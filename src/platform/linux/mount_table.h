@@ -9,7 +9,7 @@
 #include "platform/drives.h"
 
 // What Linux says of its mounts and block devices, read from its text alone. Nothing here looks at
-// the machine; drives_linux.cpp fetches the text.
+// the machine; drives.cpp fetches the text.
 
 namespace tessaly {
 

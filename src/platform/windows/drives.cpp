@@ -5,7 +5,7 @@
 #include "platform/drives.h"
 #include "platform/error.h"
 #include "platform/paths.h"
-#include "platform/windows/calls.h"
+#include "platform/windows/files.h"
 
 namespace tessaly {
 
@@ -114,7 +114,6 @@ Volume volumeAt(const QString& drive) {
     if (!volume.isReady)
         return volume;
     volume.name = description->label;
-    volume.fileSystem = description->fileSystem;
     volume.totalBytes = sizes->totalBytes;
     volume.freeBytes = sizes->freeBytes;
     return volume;

@@ -1,16 +1,48 @@
 #pragma once
 
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#ifndef WIN32_LEAN_AND_MEAN
+#define WIN32_LEAN_AND_MEAN
+#endif
+#include <windows.h>
+
 #include <memory>
 #include <string>
 #include <utility>
 
 #include "platform/error.h"
 #include "platform/file_system.h"
-#include "platform/windows/calls.h"
 
-// The parts of the file system of Windows. `name` is a name as the system knows it, of any length
-// and ending; `path` is what people are told.
+// The parts of the file system of Windows: plain system calls, because erasing and reading back a
+// card need what QFile does not offer (names of any length and ending, links never followed, reads
+// past the system's cache). `name` is a name as the system knows it, of any length and ending;
+// `path` is what people are told. Nothing but the sources of this system may include it.
 namespace tessaly {
+
+/// `path` absolute and in the form "\\?\...": in it no path is too long, and no name on a card is
+/// out of reach for ending in a dot or a blank or for being a device's. Empty stays empty.
+std::wstring systemPath(const QString& path);
+
+/// Root of the volume that holds `path`, with its last separator; empty when there is none. The
+/// reason is the thread's last error.
+QString volumeRoot(const QString& path);
+
+/// While it lives, a reader without a card fails a call instead of putting up a box that asks the
+/// operator to insert a disk.
+class NoDiskPrompt {
+ public:
+    NoDiskPrompt() {
+        ::SetThreadErrorMode(::GetThreadErrorMode() | SEM_FAILCRITICALERRORS, &before_);
+    }
+    ~NoDiskPrompt() { ::SetThreadErrorMode(before_, nullptr); }
+    NoDiskPrompt(const NoDiskPrompt&) = delete;
+    NoDiskPrompt& operator=(const NoDiskPrompt&) = delete;
+
+ private:
+    DWORD before_ = 0;
+};
 
 /// Closes what a call of the system has opened.
 class Handle {

@@ -1,8 +1,9 @@
-// Windows: plain system calls, because erasing and reading back a card need what QFile does not
-// offer (names of any length and ending, links never followed, reads past the system's cache).
 #include "platform/local_file_system.h"
 
+#include <io.h>
+
 #include <QFileInfo>
+#include <QSaveFile>
 #include <string>
 
 #include "platform/error.h"
@@ -123,6 +124,28 @@ std::unique_ptr<InputFile> LocalFileSystem::openForReading(const QString& path, 
 
 std::unique_ptr<OutputFile> LocalFileSystem::create(const QString& path) {
     return createOutputFile(systemPath(path), path);
+}
+
+void LocalFileSystem::replaceFile(const QString& path, QByteArrayView bytes, Links links) {
+    const NoDiskPrompt quiet;
+    const QFileInfo old(path);
+    if (links == Links::Refuse && old.isSymLink())
+        throw linkInTheWay(path);
+    // A file would take the place of the device itself.
+    if (old.exists() && !old.isFile() && !old.isDir())
+        throw notAFile(path);
+    if (old.exists() && (old.isDir() || !old.isWritable()))
+        throw systemError(ERROR_ACCESS_DENIED, path);
+    QSaveFile file(path);
+    ::SetLastError(0);
+    const auto isOnDevice = [&] {
+        return ::FlushFileBuffers(reinterpret_cast<HANDLE>(::_get_osfhandle(file.handle()))) != 0;
+    };
+    // A device that cannot take the bytes says so when they are flushed at the latest, which
+    // QSaveFile does not heed.
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) ||
+        file.write(bytes.data(), bytes.size()) != bytes.size() || !isOnDevice() || !file.commit())
+        throw systemError(int(::GetLastError() ? ::GetLastError() : ERROR_WRITE_FAULT), path);
 }
 
 void LocalFileSystem::settle(const QString&) {

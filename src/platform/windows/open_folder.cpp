@@ -23,7 +23,7 @@ class WindowsOpenFolder : public OpenFolder {
         : path_(path), folder_(pinFolder(systemPath(path), 0)) {
         if (!folder_.isOpen())
             throw lastSystemError(path_);
-        // Links on the way to the folder count no more once its final name is known.
+        // The final name has no links in it: whoever changes one later does not redirect us.
         std::wstring name(MaxPathLength, L'\0');
         const DWORD length =
             ::GetFinalPathNameByHandleW(folder_.get(), name.data(), DWORD(name.size()), 0);
@@ -80,7 +80,8 @@ class WindowsOpenFolder : public OpenFolder {
                                 : name_ + L'\\' + QDir::toNativeSeparators(inside).toStdWString();
     }
 
-    // Every folder on the way, held so that no link can take its place.
+    // Opens every folder on the way to `inside` without FILE_SHARE_DELETE, so that none can be
+    // exchanged for a link while it is used.
     std::vector<Handle> pinWayTo(const QString& inside) const {
         std::vector<Handle> pinned;
         QString way;
@@ -93,8 +94,8 @@ class WindowsOpenFolder : public OpenFolder {
         return pinned;
     }
 
-    // For drivers that know no final names, such as those of some RAM disks: then the folder has to
-    // stay where its own name says, and no link may lead there.
+    // Some drivers, as of RAM disks, know no final names. Then every folder of the given path is
+    // held open, so that none can be renamed, and must be no link.
     void pinWayFromRoot() {
         const size_t root = systemPath(volumeRoot(path_)).size();
         for (size_t end = root; end < name_.size(); ++end) {
