@@ -1,4 +1,4 @@
-#include "card/card_names.h"
+#include "card/card_files.h"
 #include "card/firmware.h"
 #include "stages.h"
 

@@ -1,6 +1,6 @@
 #include <cstdio>
 
-#include "card/card_names.h"
+#include "card/card_files.h"
 #include "image/config_image.h"
 #include "image/intel_hex.h"
 #include "model/card_file.h"
@@ -35,8 +35,7 @@ void TrackBench::useTracks(int count, qint64 lastBytes) {
 }
 
 bool TrackBench::guardsPass() {
-    constexpr int BehindTheGuards = 316;
-    observer.keepGoingNow = [this] { return writer.stepCode != BehindTheGuards; };
+    observer.keepGoingNow = [this] { return observer.progress.stepCode != step_code::GuardTracks; };
     const CardRunReport report = create();
     observer.keepGoingNow = [] { return true; };
     require(report.outcome == CardRunReport::Outcome::Failed, "the run did not stop");
@@ -73,7 +72,7 @@ QStringList TrackBench::writeElsewhere() {
     const CardRunReport report = create();
     require(report.outcome == CardRunReport::Outcome::Done, observer.text);
     QStringList written;
-    for (const CardRunReport::File& file : report.files)
+    for (const WrittenFile& file : report.files)
         written.append(scratch.path("elsewhere/" + file.name));
     job.root = root;
     drives.volume = volume;

@@ -42,7 +42,7 @@ TEST(CardGuards, EachEndsTheRunBeforeTheFirstDeletion) {
         {"the project file", error_number::SystemFolder, 311,
          [](CardBench& b) { b.job.projectFile = b.scratch.write("card/my.crd2", ""); }},
         {"what is kept", error_number::SystemFolder, 311,
-         [](CardBench& b) { b.job.kept = {b.scratch.makeFolder("card/mine")}; }},
+         [](CardBench& b) { b.job.protectedPaths = {b.scratch.makeFolder("card/mine")}; }},
         {"a source", error_number::HoldsSource, 312,
          [](CardBench& b) {
              b.project.TrackTable[2].sourcePath = b.scratch.write("card/deep/in/a.mp3", "x");
@@ -117,8 +117,10 @@ TEST(CardGuards, SystemAndPersonalFoldersAreNoCards) {
 TEST(CardGuards, SpaceIsCountedInWholeClusters) {
     VolumeGeometry volume{.clusterBytes = 512, .totalBytes = 0, .freeBytes = 1024};
     const auto fits = [&](const QList<qint64>& sizes, qint64 freed = 0) {
-        return numberOf([&] { requireSpace({.newFiles = sizes, .freedBytes = freed}, volume); }) ==
-               0;
+        SpacePlan plan{.newFiles = {}, .freedBytes = freed};
+        for (const qint64 size : sizes)
+            plan.newFiles.append({{}, size, {}});
+        return numberOf([&] { requireSpace(plan, volume); }) == 0;
     };
     EXPECT_TRUE(fits({1, 1}));
     EXPECT_FALSE(fits({1, 1, 1}));

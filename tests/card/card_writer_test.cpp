@@ -17,7 +17,8 @@ namespace {
 QStringList operationsWithSteps(CardBench& bench, const std::function<CardRunReport()>& run) {
     QStringList noted;
     bench.files.onOperation = [&] {
-        noted.append(bench.files.operations.last() + ':' + QString::number(bench.writer.stepCode));
+        noted.append(bench.files.operations.last() + ':' +
+                     QString::number(bench.observer.progress.stepCode));
     };
     EXPECT_EQ(run().outcome, Outcome::Done) << bench.observer.text.toStdString();
     bench.files.onOperation = [] {};
@@ -168,8 +169,8 @@ TEST(CardWriter, AFullCreationLeavesExactlyTheCardsFiles) {
     EXPECT_EQ(bench.observer.captions,
               (QStringList{"Preparing to create card...", "1 of 3 files transferred",
                            "2 of 3 files transferred"}));
-    EXPECT_EQ(bench.observer.barMaximum, 4);
-    EXPECT_EQ(bench.observer.bar, (QList<int>{0, 1, 2, 3}));
+    EXPECT_EQ(bench.observer.files, (QList<int>{0, 1, 2, 3}));
+    EXPECT_EQ(bench.observer.progress.trackFileCount, 3);
     EXPECT_EQ(bench.observer.messages, QStringList("Card successfully created!"));
     EXPECT_TRUE(report.isVerified);
     EXPECT_TRUE(bench.scratch.content("work").isEmpty());
