@@ -50,7 +50,7 @@ void CheckPanel::setNames(const QString& names) {
             policy.setHorizontalStretch(1);
             label->setSizePolicy(policy);
             widget = rows_.last().label = label;
-            grid_->addWidget(label, grid_->rowCount() - 1, SentenceColumn);
+            grid_->addWidget(label, grid_->rowCount() - 1, SentenceColumn, 1, 2);
         } else {
             auto* list = new QListWidget(this);
             list->setFont(fixedFont(font()));
@@ -78,6 +78,8 @@ void CheckPanel::showResult(const CheckResult& result, int row) {
 }
 
 void CheckPanel::addBeside(QAbstractButton* button) {
+    for (int row = 0; row < rows_.size(); ++row)  // no longer across the button's column
+        grid_->addWidget(rows_[row].label, row + 1, SentenceColumn);
     const bool hasList = rows_.first().list;
     grid_->addWidget(button, 1, ButtonColumn, hasList ? 1 : int(rows_.size()), 1,
                      hasList ? Qt::AlignTop : Qt::AlignVCenter);

@@ -30,7 +30,8 @@ CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services
     ui_->fraCC4->addAbove(ui_->lblSelectPrompt, ui_->buttSelectCF);
     ui_->fraCC5->addBeside(ui_->buttCFCheckAgain);
     auto* problems = ui_->fraCC7->findChild<QListWidget*>();
-    problems->setResizeMode(QListView::Adjust);  // a sentence can be read to its end
+    problems->setFont(font());  // sentences, to be read to their end
+    problems->setResizeMode(QListView::Adjust);
     problems->setWordWrap(true);
     ui_->fraProgress->hide();
     ui_->crcFirmware->setVerdict(Verdict::Yellow);

@@ -109,12 +109,12 @@ struct CardBench {
         setChimeOption(project, &Project::buttPlayIntChime, true);
         project.txtChimeFileName = scratch.path("chime.mp3");
     }
-    CardRunReport create() { return writer.createCard(project, job, observer); }
-    CardRunReport update() {
-        CardJob update = job;
-        update.settingsOnly = true;
-        return writer.createCard(project, update, observer);
+    CardRunReport run(bool settingsOnly) {
+        job.settingsOnly = settingsOnly;
+        return writer.createCard(project, job, observer);
     }
+    CardRunReport create() { return run(false); }
+    CardRunReport update() { return run(true); }
     QMap<QString, QByteArray> card() const { return scratch.content("card"); }
 };
 
