@@ -79,7 +79,7 @@ TEST(CardVerifier, FindsWhatIsWrongWithACard) {
         {withSettingsOf([](Project& p) { p.lstLangs[0] = "German"; }), "differ: the languages"},
         {withSettingsOf([](Project& p) { addDefaultLanguage(p, "English"); }),
          "differ: the default languages"},
-        {withSettingsOf([](Project& p) { setChimeOption(p, &Project::buttDisableChime, true); }),
+        {withSettingsOf([](Project& p) { setChimeOption(p, &Project::buttChimeOnce, true); }),
          "differ: the chime"},
         {withSettingsOf([](Project& p) { setTypeTag(p.TrackTable[3], "0009"); }),
          "differ: the files of the speech titles"},
