@@ -89,7 +89,7 @@ void CheckPanel::addBeside(QAbstractButton* button) {
 
 void CheckPanel::addAbove(QLabel* label, QAbstractButton* button) {
     grid_->addWidget(label, 0, 0, 1, ButtonColumn);
-    grid_->addWidget(button, 0, ButtonColumn);
+    grid_->addWidget(button, 0, ButtonColumn, Qt::AlignRight);
 }
 
 }  // namespace tessaly
