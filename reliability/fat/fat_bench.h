@@ -1,6 +1,6 @@
 #pragma once
 
-#include "card/card_names.h"
+#include "card/card_files.h"
 #include "card/firmware.h"
 #include "fat_volume.h"
 #include "image/config_image.h"
@@ -41,8 +41,7 @@ class FatBench : public test::CardBench {
 
     /// Whether the guards let the project onto the card; nothing is written.
     bool guardsPass() {
-        constexpr int BehindTheGuards = 316;
-        observer.keepGoingNow = [this] { return writer.stepCode != BehindTheGuards; };
+        observer.keepGoingNow = [this] { return observer.progress.stepCode != step_code::GuardTracks; };
         const CardRunReport report = create();
         observer.keepGoingNow = [] { return true; };
         const int number = report.error ? report.error->number : 0;
@@ -78,7 +77,7 @@ class FatBench : public test::CardBench {
         const CardRunReport report = create();
         require(report.outcome == Outcome::Done, observer.text);
         QStringList written;
-        for (const CardRunReport::File& file : report.files)
+        for (const WrittenFile& file : report.files)
             written.append(scratch.path("elsewhere/" + file.name));
         job.root = root;
         drives.volume = geometry;

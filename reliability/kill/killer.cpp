@@ -12,7 +12,7 @@
 #include <cstdio>
 #include <vector>
 
-#include "platform/native_path.h"
+#include "platform/paths.h"
 
 namespace tessaly::kill {
 

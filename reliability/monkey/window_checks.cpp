@@ -3,7 +3,7 @@
 #include <QRadioButton>
 
 #include "app/list_view_tools.h"
-#include "card/card_summary.h"
+#include "card/card_files.h"
 #include "editor/file_display.h"
 #include "model/lines.h"
 #include "setup/chime.h"

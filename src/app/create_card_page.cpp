@@ -5,7 +5,6 @@
 #include <QListWidget>
 #include <QTimer>
 
-#include "app/list_view_tools.h"
 #include "app/run_view.h"
 #include "app/status_circle.h"
 #include "card/card_guards.h"
@@ -17,31 +16,6 @@
 
 namespace tessaly {
 
-namespace {
-
-constexpr int ProblemsShown = 200;
-constexpr int RowsShown = 12;
-
-void showResult(const CheckResult& result, StatusCircle* circle, QLabel* label) {
-    circle->setVerdict(result.verdict);
-    label->setText(result.text);
-    label->setEnabled(result.isEnabled);
-}
-
-void showOffenders(const QStringList& offenders, QListWidget* list) {
-    list->clear();
-    for (const QString& offender : offenders)
-        list->addItem(elided(offender));
-    list->setVisible(!offenders.isEmpty());
-    if (offenders.isEmpty())
-        return;
-    list->setCurrentRow(0);
-    const int rows = int(std::min<qsizetype>(offenders.size() + 1, RowsShown));
-    list->setMaximumHeight(rows * list->sizeHintForRow(0) + 2 * list->frameWidth());
-}
-
-}  // namespace
-
 CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services,
                                CardTotals& totals, QWidget* parent)
     : Page(parent),
@@ -52,15 +26,15 @@ CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services
       writer_(services.files, services.drives),
       totals_(totals) {
     ui_->setupUi(widget());
-    for (QListWidget* list : {ui_->lstBadMuLists, ui_->lstBadLangs, ui_->lstBadSpTitles,
-                              ui_->lstSilentTracks, ui_->lstEmptyFiles}) {
-        list->setFont(fixedFont(font()));
-        list->hide();
-    }
-    ui_->fraCC7->hide();
+    ui_->fraSilentTracks->addBeside(ui_->buttGiveFiles);
+    ui_->fraCC4->addAbove(ui_->lblSelectPrompt, ui_->buttSelectCF);
+    ui_->fraCC5->addBeside(ui_->buttCFCheckAgain);
+    auto* problems = ui_->fraCC7->findChild<QListWidget*>();
+    problems->setFont(font());  // sentences, to be read to their end
+    problems->setResizeMode(QListView::Adjust);
+    problems->setWordWrap(true);
     ui_->fraProgress->hide();
     ui_->crcFirmware->setVerdict(Verdict::Yellow);
-    ui_->crcProblems->setVerdict(Verdict::Red);
     ui_->crcUpdateBegun->setVerdict(Verdict::Yellow);
     showUpdateBegun();
 
@@ -83,77 +57,49 @@ void CreateCardPage::showProject() {
     if (isRunning())
         checksDue_ = true;
     else
-        runCardChecks();
+        renewChecks();
 }
 
-void CreateCardPage::runCardChecks() {
+void CreateCardPage::renewChecks() {
     checksDue_ = false;
     const CardChecks checks =
-        tessaly::runCardChecks(session_.project, measureSources(session_.project, services_.files),
-                               session_.project.cfDrive, services_.drives, totals_.totalCardBytes);
+        runCardChecks(session_.project, measureSources(session_.project, services_.files),
+                      session_.project.cfDrive, services_.drives, totals_.totalCardBytes);
     totals_ = checks.totals;
     showChecks(checks);
     emit totalsMeasured();
 }
 
 void CreateCardPage::showChecks(const CardChecks& checks) {
+    ui_->fraCC1->showResult(checks.musicLists);
+    ui_->fraCC2->showResult(checks.languages);
+    ui_->fraCC3->showResult(checks.speechTitles);
+    ui_->fraSilentTracks->showResult(checks.silentTracks);
+    ui_->fraCC4->showResult(checks.driveSelected);
+    ui_->fraCC5->showResult(checks.cardPresent, 0);
+    ui_->fraCC5->showResult(checks.cardBigEnough, 1);
+    ui_->fraCC6->showResult(checks.trackCount, 0);
+    ui_->fraCC6->showResult(checks.fileNumbers, 1);
+    ui_->fraEmptyFiles->showResult(checks.emptyFiles);
+    ui_->fraCC7->showResult(problemsOf(checks));
+
+    const CardControls controls =
+        cardControls(checks, ui_->buttUpdateFirmware->isEnabled(),
+                     canGiveEachItsFile(session_.project, session_.project.lstMuList));
+    ui_->buttCreateCard->setEnabled(controls.buttCreateCard);
+    ui_->buttCreateXD3->setEnabled(controls.buttCreateXD3);
+    ui_->buttUpdateFirmware->setEnabled(controls.buttUpdateFirmware);
+    ui_->buttGiveFiles->setEnabled(controls.buttGiveFiles);
     for (QWidget* widget :
          std::initializer_list<QWidget*>{ui_->fraCC1, ui_->fraCC2, ui_->fraCC3, ui_->fraCC5,
                                          ui_->fraCC6, ui_->buttCreateCard, ui_->buttCreateXD3})
         widget->setVisible(checks.hasItems);
     ui_->fraCCnone->setVisible(!checks.hasItems);
     ui_->fraProgress->hide();
-
-    showResult(checks.musicLists, ui_->crcMuListCheck, ui_->lblMuListCheck);
-    showOffenders(checks.musicLists.offenders, ui_->lstBadMuLists);
-    showResult(checks.languages, ui_->crcLangCheck, ui_->lblLangCheck);
-    showOffenders(checks.languages.offenders, ui_->lstBadLangs);
-    showResult(checks.speechTitles, ui_->crcSpTitleCheck, ui_->lblSpTitleCheck);
-    showOffenders(checks.speechTitles.offenders, ui_->lstBadSpTitles);
-    showResult(checks.driveSelected, ui_->crcSelectCF, ui_->lblSelectCF);
-    showResult(checks.cardPresent, ui_->crcCFCardPresent, ui_->lblCFCardPresent);
-    showResult(checks.cardBigEnough, ui_->crcCFCardBigEnough, ui_->lblCFCardBigEnough);
-    showResult(checks.trackCount, ui_->crcCheckTrackCount, ui_->lblCheckTrackCount);
-    showWarnings(checks);
-    showProblems(checks);
-
-    if (checks.updateFirmwareEnabled)
-        ui_->buttUpdateFirmware->setEnabled(*checks.updateFirmwareEnabled);
-    ui_->buttCreateCard->setEnabled(!checks.blocked);
-    ui_->buttCreateXD3->setEnabled(!checks.blocked);
-}
-
-// What is shown only when there is something to say.
-void CreateCardPage::showWarnings(const CardChecks& checks) {
-    showResult(checks.silentTracks, ui_->crcSilentTracks, ui_->lblSilentTracks);
-    showOffenders(checks.silentTracks.offenders, ui_->lstSilentTracks);
-    const bool isAnySilent = checks.silentTracks.verdict == Verdict::Yellow;
-    ui_->fraSilentTracks->setVisible(checks.hasItems && isAnySilent);
-    ui_->buttGiveFiles->setEnabled(
-        isAnySilent && canGiveEachItsFile(session_.project, session_.project.lstMuList));
-    showResult(checks.emptyFiles, ui_->crcEmptyFiles, ui_->lblEmptyFiles);
-    showOffenders(checks.emptyFiles.offenders, ui_->lstEmptyFiles);
-    ui_->fraEmptyFiles->setVisible(checks.emptyFiles.verdict == Verdict::Yellow);
-    showResult(checks.fileNumbers, ui_->crcFileNumbers, ui_->lblFileNumbers);
-    for (QWidget* widget :
-         {static_cast<QWidget*>(ui_->crcFileNumbers), static_cast<QWidget*>(ui_->lblFileNumbers)})
-        widget->setVisible(checks.fileNumbers.verdict == Verdict::Yellow);
-}
-
-// What blocks without a panel of its own: source files that are gone and limits of the formats.
-void CreateCardPage::showProblems(const CardChecks& checks) {
-    QStringList problems = checks.exceededLimits;
-    for (const QString& path : checks.missingFiles)
-        problems.append(tr("Cannot find file ") + path);
-    if (problems.size() > ProblemsShown) {
-        const qsizetype more = problems.size() - ProblemsShown;
-        problems.resize(ProblemsShown);
-        problems.append(tr("... and %1 more").arg(more));
-    }
-    showOffenders(problems, ui_->lstProblems);
-    ui_->fraCC7->setVisible(!problems.isEmpty());
-    ui_->fraFirmware->setVisible(services_.files.fileSize(folders_.firmwareFile()) &&
-                                 !holdsFirmware(services_.files, folders_.firmwareFile()));
+    ui_->fraSilentTracks->setVisible(controls.fraSilentTracks);
+    ui_->fraEmptyFiles->setVisible(controls.fraEmptyFiles);
+    ui_->fraCC7->setVisible(controls.fraCC7);
+    ui_->fraFirmware->setVisible(isStandIn(services_.files, folders_.firmwareFile()));
 }
 
 void CreateCardPage::buttSelectCF_Click() {
@@ -163,18 +109,9 @@ void CreateCardPage::buttSelectCF_Click() {
     emit projectChanged();
     if (root.isEmpty())
         return;
-    try {
-        const DriveType type = services_.drives.type(root);
-        if (type == DriveType::Removable)
-            session_.project.cfDrive = root;
-        else
-            services_.prompts.tell({.text = "Sorry, that is a " + driveTypeName(type) + " drive!",
-                                    .icon = Message::Icon::Exclamation});
-    } catch (const TessalyError& error) {
-        if (error.number != error_number::DriveNotReady)
-            return;
-        session_.project.cfDrive = root;
-    }
+    const QString problem = selectCardDrive(session_.project, services_.drives, root);
+    if (!problem.isEmpty())
+        services_.prompts.tell({.text = problem, .icon = Message::Icon::Exclamation});
     emit projectChanged();
     showProject();
 }
@@ -201,13 +138,8 @@ void CreateCardPage::afterRun(std::function<void()> action) {
         action();
         return;
     }
-    if (!askToStop())
-        return;
-    if (!isRunning()) {  // it ended while the question stood
-        action();
-        return;
-    }
-    stopThen(std::move(action));
+    if (askToStop())
+        stopThen(std::move(action));
 }
 
 void CreateCardPage::stopThen(std::function<void()> action) {
@@ -228,7 +160,7 @@ void CreateCardPage::buttCancelWrite_Click() {
         stopRequested_ = true;
 }
 
-CardJob CreateCardPage::job() const {
+CardJob CreateCardPage::job(bool settingsOnly) const {
     QString workFolder = folders_.filesFolder;
     if (!services_.files.isWritableFolder(workFolder)) {
         workFolder = QDir::toNativeSeparators(pathIn(services_.userFolder, "work"));
@@ -236,10 +168,11 @@ CardJob CreateCardPage::job() const {
     }
     CardJob job;
     job.root = session_.project.cfDrive;
+    job.settingsOnly = settingsOnly;
     job.folders = folders_;
     job.workFolder = workFolder;
     job.verify = ui_->chkVerify->isChecked();
-    job.kept = {services_.userFolder};
+    job.protectedPaths = {services_.userFolder};
     job.projectFile = session_.fileName();
     return job;
 }
@@ -258,14 +191,11 @@ void CreateCardPage::write(bool settingsOnly) {
     ui_->fraUpdateBegun->hide();
     markShown_ = session_.project.unsavedChanges;
     RunView view(*ui_, services_.prompts, stopRequested_, [this] { showMark(); });
-    if (settingsOnly)
-        writer_.updateSettings(session_.project, job(), view);
-    else
-        writer_.createCard(session_.project, job(), view);
+    writer_.createCard(session_.project, job(settingsOnly), view);
     showUpdateBegun();
     emit projectChanged();
     if (checksDue_)
-        runCardChecks();
+        renewChecks();
     // The next action starts from the event loop, when nothing of this run is left on the stack.
     if (const auto next = std::exchange(afterRun_, nullptr))
         QTimer::singleShot(0, this, next);
@@ -289,31 +219,21 @@ void CreateCardPage::buttUpdateFirmware_Click() {
 }
 
 void CreateCardPage::updateFirmwareOnCard() {
-    using Relation = FirmwareComparison::Relation;
-    Prompts& prompts = services_.prompts;
+    using Outcome = FirmwareResult::Outcome;
     const QString root = session_.project.cfDrive;
-    requireRemovableRoot(services_.drives, root);  // it may mean another disk today
-    const CardIdentity card = cardAt(services_.files, services_.drives, root);
-    const FirmwareComparison comparison = compareFirmware(services_.files, root, folders_);
-    switch (comparison.relation) {
-        case Relation::NoCard:
-            prompts.tell({.text = comparison.message, .icon = Message::Icon::Critical});
-            return;
-        case Relation::SameAsCard:
-            prompts.tell({.text = comparison.message, .icon = Message::Icon::Information});
-            return;
-        case Relation::CardNewer:
-        case Relation::CardOlder:
-            break;
-    }
-    requireFirmware(services_.files, folders_);
-    const auto icon = comparison.relation == Relation::CardNewer ? Message::Icon::Question
-                                                                 : Message::Icon::Information;
-    if (!prompts.ask({.text = comparison.message, .icon = icon}))
-        return;
-    requireCardAt(services_.files, services_.drives, root, card);
-    updateFirmware(services_.files, root, folders_);
-    prompts.tell({.text = FirmwareUpdatedText.toString()});
+    requireRemovableRoot(services_.drives, root);
+    const auto ask = [this](const QString& question, bool isDowngrade) {
+        return services_.prompts.ask(
+            {.text = question,
+             .icon = isDowngrade ? Message::Icon::Question : Message::Icon::Information});
+    };
+    const FirmwareResult result =
+        offerFirmware(services_.files, services_.drives, root, folders_, ask);
+    if (result.outcome != Outcome::Declined)
+        services_.prompts.tell({.text = result.message,
+                                .icon = result.outcome == Outcome::NoCard
+                                            ? Message::Icon::Critical
+                                            : Message::Icon::Information});
 }
 
 }  // namespace tessaly

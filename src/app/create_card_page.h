@@ -15,8 +15,6 @@ class CreateCardPage;
 
 namespace tessaly {
 
-class StatusCircle;
-
 /// The page that checks a project, picks the card's drive and writes the card.
 ///
 /// A run keeps the window alive: whatever is clicked meanwhile comes back here. What must not go on
@@ -58,15 +56,13 @@ class CreateCardPage : public Page {
     void buttGiveFiles_Click();
     void buttCancelWrite_Click();
 
-    void runCardChecks();
+    void renewChecks();
     void showChecks(const CardChecks& checks);
-    void showProblems(const CardChecks& checks);
-    void showWarnings(const CardChecks& checks);
     void showUpdateBegun();
     bool askToStop();
     void write(bool settingsOnly);
     void showMark();
-    CardJob job() const;
+    CardJob job(bool settingsOnly) const;
     void updateFirmwareOnCard();
 
     ProjectSession& session_;

@@ -127,7 +127,7 @@ QString MainWindow::readFirmwareVersion() {
     try {
         if (!services_.files.fileSize(file))
             return "Cannot find TRL740 firmware file " + file + ". Please reinstall Tessaly.";
-        firmwareVersion_ = tessaly::readFirmwareVersion(services_.files, file);
+        firmwareVersion_ = firmwareVersion(services_.files, file);
         statusText_->setText(QString(40, ' ') + "TRL740 firmware version: " + firmwareVersion_);
         return {};
     } catch (const TessalyError& error) {

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "app/services.h"
-#include "card/card_summary.h"
+#include "card/card_files.h"
 #include "model/project_session.h"
 #include "model/recovery.h"
 

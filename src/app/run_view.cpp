@@ -3,7 +3,6 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 
-#include "app/status_circle.h"
 #include "model/numbers.h"
 #include "ui_create_card_page.h"
 
@@ -11,19 +10,25 @@ namespace tessaly {
 
 namespace {
 
+// What takes long in a phase; empty where it is not measured.
 QString phaseWords(RunPhase phase) {
-    switch (phase) {
-        case RunPhase::Copy:
-            return QStringLiteral("Copying");
-        case RunPhase::Flush:
-            return QStringLiteral("Writing to the card");
-        case RunPhase::Verify:
-            return QStringLiteral("Verifying");
-        case RunPhase::Prepare:
-        case RunPhase::Erase:
-            break;
-    }
-    return {};
+    const QString words[] = {{},
+                             {},
+                             QStringLiteral("Copying"),
+                             QStringLiteral("Writing to the card"),
+                             QStringLiteral("Verifying")};
+    return words[size_t(phase)];
+}
+
+QString timeLeft(const RunProgress& progress) {
+    if (progress.bytesTotal == 0)
+        return {};
+    QString text = QStringLiteral("%1: %2 of %3")
+                       .arg(phaseWords(progress.phase), megabytes(progress.bytesDone),
+                            megabytes(progress.bytesTotal));
+    if (const qint64 left = progress.millisecondsLeft(); left > 0)
+        text += QStringLiteral(", %1 left").arg(durationText(left));
+    return text;
 }
 
 }  // namespace
@@ -33,59 +38,34 @@ bool RunView::confirm(const QString& question) {
     return prompts_.ask({.text = question, .icon = Message::Icon::Exclamation});
 }
 
-void RunView::showProgress(const QString& caption) {
+void RunView::begin() {
+    showProgress({});
     ui_.fraProgress->show();
-    ui_.Bar1->setValue(0);
-    ui_.lblCopyProgress->setText(caption);
-    ui_.lblTimeLeft->clear();
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     QCoreApplication::processEvents();
 }
 
-void RunView::hideProgress() {
-    QGuiApplication::restoreOverrideCursor();
-    ui_.fraProgress->hide();
+void RunView::showProgress(const RunProgress& progress) {
+    ui_.Bar1->setMaximum(progress.trackFileCount + 1);
+    ui_.Bar1->setValue(progress.trackFile);
+    ui_.lblCopyProgress->setText(progress.caption());
+    ui_.lblTimeLeft->setText(timeLeft(progress));
 }
 
-void RunView::setBarMaximum(int maximum) {
-    ui_.Bar1->setMaximum(maximum);
-}
-
-void RunView::setBarValue(int value) {
-    ui_.Bar1->setValue(value);
-}
-
-void RunView::setCaption(const QString& caption) {
-    ui_.lblCopyProgress->setText(caption);
-}
-
-void RunView::phaseProgress(RunPhase phase, qint64 done, qint64 total) {
-    if (done == 0)
-        estimate_.start();
-    if (total == 0) {
-        ui_.lblTimeLeft->clear();
-        return;
-    }
-    QString text =
-        QString("%1: %2 of %3").arg(phaseWords(phase), megabytes(done), megabytes(total));
-    if (const qint64 left = estimate_.millisecondsLeft(done, total); left > 0)
-        text += ", " + durationText(left) + " left";
-    ui_.lblTimeLeft->setText(text);
-}
-
-bool RunView::keepGoing() {
+bool RunView::checkForStop() {
     beforeLook_();
     QCoreApplication::processEvents();
-    return !stopRequested_;
+    return stopRequested_;
 }
 
-void RunView::succeeded(const QString& message) {
-    prompts_.tell({.text = message});
-}
-
-void RunView::failed(const QString& title, const QString& text, const QString& second) {
-    prompts_.tell({.text = text, .icon = Message::Icon::Exclamation, .title = title});
-    prompts_.tell({.text = second});
+void RunView::finished(const CardRunReport& report) {
+    QGuiApplication::restoreOverrideCursor();
+    ui_.fraProgress->hide();
+    if (report.error)
+        prompts_.tell({.text = report.errorText(),
+                       .icon = Message::Icon::Exclamation,
+                       .title = report.errorTitle()});
+    prompts_.tell({.text = report.message()});
 }
 
 }  // namespace tessaly

@@ -5,7 +5,6 @@
 
 #include "app/prompts.h"
 #include "card/card_writer.h"
-#include "card/run_estimate.h"
 
 namespace Ui {
 class CreateCardPage;
@@ -26,22 +25,16 @@ class RunView : public CardRunObserver {
           beforeLook_(std::move(beforeLook)) {}
 
     bool confirm(const QString& question) override;
-    void showProgress(const QString& caption) override;
-    void hideProgress() override;
-    void setBarMaximum(int maximum) override;
-    void setBarValue(int value) override;
-    void setCaption(const QString& caption) override;
-    void phaseProgress(RunPhase phase, qint64 done, qint64 total) override;
-    bool keepGoing() override;
-    void succeeded(const QString& message) override;
-    void failed(const QString& title, const QString& text, const QString& second) override;
+    void begin() override;
+    void showProgress(const RunProgress& progress) override;
+    bool checkForStop() override;
+    void finished(const CardRunReport& report) override;
 
  private:
     Ui::CreateCardPage& ui_;
     Prompts& prompts_;
     const bool& stopRequested_;
     const std::function<void()> beforeLook_;
-    RunEstimate estimate_;
 };
 
 }  // namespace tessaly

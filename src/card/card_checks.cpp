@@ -17,130 +17,152 @@ constexpr qint64 CapacityMargin = 500000;
 // the ten thousand.
 constexpr qsizetype MostPairs = 32768;
 
-CheckResult judged(Verdict bad, const QStringList& offenders, const char* badText,
-                   const char* goodText) {
+constexpr qsizetype MostProblems = 200;
+
+CheckResult judged(Verdict bad, const QStringList& offenders, const QString& badText,
+                   const QString& goodText) {
     if (offenders.isEmpty())
         return {Verdict::Green, goodText, {}, true};
     return {bad, badText, offenders, true};
 }
 
-void checkItems(const Project& project, CardChecks& checks) {
-    const TrackIndex index(project);
-    QStringList lists, languages, pairs;
+CheckResult judged(bool isGood, const QString& badText, const QString& goodText) {
+    return {isGood ? Verdict::Green : Verdict::Red, isGood ? goodText : badText, {}, true};
+}
+
+CheckResult checkMusicLists(const Project& project, const TrackIndex& index) {
+    QStringList empty;
     for (const QString& list : project.lstMuList)
         if (!index.hasMusicList(list))
-            lists.append(list);
+            empty.append(list);
+    return judged(Verdict::Red, empty,
+                  QStringLiteral("The following Music List(s) contain no music tracks:"),
+                  QStringLiteral("Music Lists OK - All Music Lists contain at least one track."));
+}
+
+CheckResult checkLanguages(const Project& project, const TrackIndex& index) {
+    QStringList empty;
     for (const QString& language : project.lstLangs)
         if (!index.hasLanguage(language))
-            languages.append(language);
+            empty.append(language);
+    return judged(
+        Verdict::Red, empty, QStringLiteral("The following Language(s) contain no Speech Titles:"),
+        QStringLiteral("Languages OK - All languages contain at least one speech title."));
+}
+
+CheckResult checkSpeechTitles(const Project& project, const TrackIndex& index) {
+    QStringList pairs;
     for (const QString& title : project.lstSpTitles)
         for (const QString& language : project.lstLangs)
             if (pairs.size() < MostPairs && !index.speech(title, language))
-                pairs.append(title + " - " + language);
-    checks.musicLists =
-        judged(Verdict::Red, lists, "The following Music List(s) contain no music tracks:",
-               "Music Lists OK - All Music Lists contain at least one track.");
-    checks.languages =
-        judged(Verdict::Red, languages, "The following Language(s) contain no Speech Titles:",
-               "Languages OK - All languages contain at least one speech title.");
-    checks.speechTitles =
-        judged(Verdict::Yellow, pairs,
-               "The following Speech Title - Language pairs have no corresponding MP3 file.  This "
-               "IS allowable, just make sure it's what you want!",
-               "Speech Titles OK - All speech titles are present in all languages.");
+                pairs.append(title + QStringLiteral(" - ") + language);
+    return judged(
+        Verdict::Yellow, pairs,
+        QStringLiteral("The following Speech Title - Language pairs have no corresponding MP3 "
+                       "file.  This IS allowable, just make sure it's what you want!"),
+        QStringLiteral("Speech Titles OK - All speech titles are present in all languages."));
+}
+
+CheckResult checkSilentTracks(const Project& project, const TrackIndex& index) {
     QStringList silent;
     for (const MusicLine& line : silentTracks(project, index))
         silent.append(shortName(line));
-    checks.silentTracks =
-        judged(Verdict::Yellow, silent, "These tracks have no MP3 file and stay silent:", "");
+    return judged(Verdict::Yellow, silent,
+                  QStringLiteral("These tracks have no MP3 file and stay silent:"), {});
 }
 
-void checkSources(const SourceFiles& sources, CardChecks& checks) {
+CheckResult checkEmptyFiles(const SourceFiles& sources) {
     QStringList empty;
-    const auto look = [&](const SourceFile& source) {
+    for (const SourceFile& source : sources.tracks)
         if (source.size == 0)
             empty.append(QDir::toNativeSeparators(source.path));
-    };
-    for (const SourceFile& source : sources.tracks) {
-        look(source);
-        if (!source.size)
-            checks.missingFiles.append(source.path);
-    }
-    if (sources.chime)
-        look(*sources.chime);
+    if (sources.chime && sources.chime->size == 0)
+        empty.append(QDir::toNativeSeparators(sources.chime->path));
     empty.removeDuplicates();
-    checks.emptyFiles =
-        judged(Verdict::Yellow, empty, "These MP3 files are empty and play nothing:", "");
+    return judged(Verdict::Yellow, empty,
+                  QStringLiteral("These MP3 files are empty and play nothing:"), {});
 }
 
-void checkTrackCount(CardChecks& checks) {
-    const int count = checks.totals.trackCount;
-    checks.trackCount =
-        count > limits::TrackFiles
-            ? CheckResult{Verdict::Red, "Too many tracks, limit is 9995", {}, true}
-            : CheckResult{Verdict::Green, "Number of tracks is within limit", {}, true};
-    checks.fileNumbers = {Verdict::Green, {}, {}, true};
-    if (count > limits::FlagFreeNumber)
-        checks.fileNumbers = {Verdict::Yellow,
-                              QString("File numbers above %1 run into the player's playback flags: "
-                                      "the project has %2 files")
-                                  .arg(limits::FlagFreeNumber)
-                                  .arg(count),
-                              {},
-                              true};
+CheckResult checkFileNumbers(int trackCount) {
+    if (trackCount <= limits::FlagFreeNumber)
+        return {Verdict::Green, {}, {}, true};
+    return {Verdict::Yellow,
+            QStringLiteral("File numbers above %1 run into the player's playback flags: the "
+                           "project has %2 files")
+                .arg(limits::FlagFreeNumber)
+                .arg(trackCount),
+            {},
+            true};
 }
 
-// Whether the drive keeps the card from being written.
-bool checkDrive(const QString& cfDrive, const Drives& drives, qint64 totalCardBytes,
-                CardChecks& checks) {
-    checks.cardPresent = {Verdict::Grey, "CF drive not ready - check card", {}, false};
-    checks.cardBigEnough = {Verdict::Grey, "CF card too small - delete tracks", {}, false};
+struct DriveChecks {
+    CheckResult selected;
+    CheckResult present{
+        Verdict::Grey, QStringLiteral("CF drive not ready - check card"), {}, false};
+    CheckResult bigEnough{
+        Verdict::Grey, QStringLiteral("CF card too small - delete tracks"), {}, false};
+    std::optional<bool> updateFirmwareEnabled{};
+};
+
+DriveChecks checkDrive(const QString& cfDrive, const Drives& drives, qint64 totalCardBytes) {
+    DriveChecks checks;
+    checks.selected = judged(!cfDrive.isEmpty(), QStringLiteral("CF Card Drive is NOT SELECTED"),
+                             QStringLiteral("CF Card Drive is ") + cfDrive);
     if (cfDrive.isEmpty()) {
-        checks.driveSelected = {Verdict::Red, "CF Card Drive is NOT SELECTED", {}, true};
         checks.updateFirmwareEnabled = false;
-        return true;
+        return checks;
     }
-    checks.driveSelected = {Verdict::Green, "CF Card Drive is " + cfDrive, {}, true};
     qint64 size = 0;
     try {
         size = drives.totalBytes(cfDrive);
     } catch (const TessalyError& error) {
         if (error.number == error_number::DriveNotReady) {
-            checks.cardPresent = {Verdict::Red, "CF Card not inserted", {}, true};
-            return true;
+            checks.present = judged(false, QStringLiteral("CF Card not inserted"), {});
+            return checks;
         }
     }
     checks.updateFirmwareEnabled = true;
-    checks.cardPresent = {Verdict::Green, "CF Card detected", {}, true};
-    if (size > totalCardBytes + CapacityMargin) {
-        checks.cardBigEnough = {Verdict::Green, "CF Card can hold selected tracks.", {}, true};
-        return false;
-    }
-    checks.cardBigEnough = {Verdict::Red, "CF card too small - delete tracks", {}, true};
-    return true;
+    checks.present = judged(true, {}, QStringLiteral("CF Card detected"));
+    checks.bigEnough = judged(size > totalCardBytes + CapacityMargin, checks.bigEnough.text,
+                              QStringLiteral("CF Card can hold selected tracks."));
+    return checks;
 }
 
 }  // namespace
 
 CardChecks runCardChecks(const Project& project, const SourceFiles& sources, const QString& cfDrive,
                          const Drives& drives, qint64 totalCardBytes) {
+    const TrackIndex index(project);
+    const DriveChecks drive = checkDrive(cfDrive, drives, totalCardBytes);
     CardChecks checks;
     checks.hasItems = !sources.tracks.isEmpty();
-    checkItems(project, checks);
-    const bool driveBlocks = checkDrive(cfDrive, drives, totalCardBytes, checks);
     checks.totals = updateSummary(sources);
-    checkSources(sources, checks);
-    checkTrackCount(checks);
+    checks.musicLists = checkMusicLists(project, index);
+    checks.languages = checkLanguages(project, index);
+    checks.speechTitles = checkSpeechTitles(project, index);
+    checks.driveSelected = drive.selected;
+    checks.cardPresent = drive.present;
+    checks.cardBigEnough = drive.bigEnough;
+    checks.trackCount = judged(checks.totals.trackCount <= limits::TrackFiles,
+                               QStringLiteral("Too many tracks, limit is 9995"),
+                               QStringLiteral("Number of tracks is within limit"));
+    checks.silentTracks = checkSilentTracks(project, index);
+    checks.emptyFiles = checkEmptyFiles(sources);
+    checks.fileNumbers = checkFileNumbers(checks.totals.trackCount);
+    for (const SourceFile& source : sources.tracks)
+        if (!source.size)
+            checks.missingFiles.append(source.path);
     for (const LimitViolation& violation : limitViolations(project))
         if (violation.errorNumber != error_number::TooManyFiles)
             checks.exceededLimits.append(violation.text);
     checks.exceededLimits.append(checks.totals.tooLargeFiles);
 
+    checks.updateFirmwareEnabled = drive.updateFirmwareEnabled;
     checks.projectBlocked = checks.musicLists.verdict == Verdict::Red ||
                             checks.languages.verdict == Verdict::Red ||
                             checks.trackCount.verdict == Verdict::Red ||
                             checks.totals.missingFileFlag || !checks.exceededLimits.isEmpty();
-    checks.blocked = checks.projectBlocked || driveBlocks;
+    checks.blocked = checks.projectBlocked || drive.bigEnough.verdict != Verdict::Green;
     return checks;
 }
 
@@ -151,6 +173,43 @@ QList<CheckResult> warningsOf(const CardChecks& checks) {
         if (check->verdict == Verdict::Yellow)
             warnings.append(*check);
     return warnings;
+}
+
+CardControls cardControls(const CardChecks& checks, bool updateFirmware, bool canGiveFiles) {
+    const bool isAnySilent = checks.silentTracks.verdict == Verdict::Yellow;
+    return {.buttCreateCard = !checks.blocked,
+            .buttCreateXD3 = !checks.blocked,
+            .buttUpdateFirmware = checks.updateFirmwareEnabled.value_or(updateFirmware),
+            .buttGiveFiles = isAnySilent && canGiveFiles,
+            .fraSilentTracks = checks.hasItems && isAnySilent,
+            .fraEmptyFiles = checks.emptyFiles.verdict == Verdict::Yellow,
+            .fraCC7 = problemsOf(checks).verdict == Verdict::Red};
+}
+
+CheckResult problemsOf(const CardChecks& checks) {
+    QStringList lines = checks.exceededLimits;
+    for (const QString& path : checks.missingFiles)
+        lines.append(QStringLiteral("Cannot find file ") + path);
+    const qsizetype more = lines.size() - MostProblems;
+    if (more > 0) {
+        lines.resize(MostProblems);
+        lines.append(QStringLiteral("... and %1 more").arg(more));
+    }
+    return judged(Verdict::Red, lines, QStringLiteral("These keep the card from being written:"),
+                  {});
+}
+
+QString selectCardDrive(Project& project, const Drives& drives, const QString& root) {
+    try {
+        const DriveType type = drives.type(root);
+        if (type != DriveType::Removable)
+            return QStringLiteral("Sorry, that is a %1 drive!").arg(driveTypeName(type));
+    } catch (const TessalyError& error) {
+        if (error.number != error_number::DriveNotReady)
+            return {};
+    }
+    project.cfDrive = root;
+    return {};
 }
 
 }  // namespace tessaly

@@ -4,9 +4,7 @@
 #include <QStringList>
 #include <optional>
 
-#include "card/card_summary.h"
-#include "model/project.h"
-#include "platform/drives.h"
+#include "card/card_files.h"
 
 namespace tessaly {
 
@@ -35,7 +33,7 @@ struct CardChecks {
     CheckResult cardPresent;
     CheckResult cardBigEnough;
     CheckResult trackCount;
-    // These three are yellow, or green without a text.
+    // Yellow, or green without a text
     CheckResult silentTracks;  ///< tracks that the player shows but has no file for
     CheckResult emptyFiles;    ///< source files of 0 bytes
     CheckResult fileNumbers;   ///< numbers that the player mistakes for attributes
@@ -60,5 +58,27 @@ CardChecks runCardChecks(const Project& project, const SourceFiles& sources, con
 /// Everything that is allowed but that an operator wants to know before a card is written: the
 /// yellow results.
 QList<CheckResult> warningsOf(const CardChecks& checks);
+
+/// What of the Create Card page can be used and what is shown only when it has something to say,
+/// named as it is there.
+struct CardControls {
+    bool buttCreateCard = false, buttCreateXD3 = false, buttUpdateFirmware = false;
+    bool buttGiveFiles = false;
+    bool fraSilentTracks = false, fraEmptyFiles = false, fraCC7 = false;
+
+    bool operator==(const CardControls&) const = default;
+};
+
+/// The one rule for them. `updateFirmware` is the state of the firmware button before, which stays
+/// while the card is not inserted; `canGiveFiles`: a silent track has a namesake with a file.
+CardControls cardControls(const CardChecks& checks, bool updateFirmware, bool canGiveFiles);
+
+/// What blocks without a panel of its own: limits, then files that are gone. Of more than 200 the
+/// rest is counted in a last line.
+CheckResult problemsOf(const CardChecks& checks);
+
+/// Makes the drive with this root the project's, if it is a removable one or holds no medium now.
+/// Returns what to tell the operator of a drive of another type, else nothing.
+QString selectCardDrive(Project& project, const Drives& drives, const QString& root);
 
 }  // namespace tessaly

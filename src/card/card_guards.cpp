@@ -3,9 +3,10 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QSet>
+#include <algorithm>
 
-#include "card/card_names.h"
 #include "model/card_file.h"
+#include "model/numbers.h"
 #include "model/text_codec.h"
 #include "platform/error.h"
 #include "platform/paths.h"
@@ -15,9 +16,7 @@ namespace tessaly {
 
 namespace {
 
-QString native(const QString& path) {
-    return shownPath(path);
-}
+constexpr int VolumeLabelEntry = 1;  // of a FAT root folder
 
 // Whether a folder is or holds other places, by identity, so that links and second mounts of the
 // same folder are seen through.
@@ -87,22 +86,25 @@ std::optional<DriveType> typeOfDriveAt(const Drives& drives, const QString& root
     }
 }
 
-// File names by card number from the project on the card; `isComplete` tells whether it was read
-// to its end.
-QHash<QString, QByteArray> numbersOnCard(FileSystem& files, const QString& root, bool& isComplete) {
-    QHash<QString, QByteArray> numbers;
+// What the project on a card says of its numbered files.
+struct CardTracks {
+    QHash<QString, QByteArray> sourceNames;  // file names of the sources, by card name
+    bool isComplete = false;                 // the project was read to its end
+};
+
+CardTracks tracksOnCard(FileSystem& files, const QString& root) {
+    CardTracks tracks;
     Project onCard;
-    isComplete = false;
     try {
-        const ReadReport report = readProject(files, pathIn(root, card_name::Project), onCard);
-        isComplete = report.isComplete;
+        tracks.isComplete = readProject(files, pathIn(root, card_name::Project), onCard).isComplete;
     } catch (const TessalyError&) {
-        return numbers;
+        return tracks;
     }
     for (const TrackRecord& record : onCard.TrackTable)
         if (isTrackFile(record))
-            numbers.insert(typeTagText(record), storedFileName(record.sourcePath.text()));
-    return numbers;
+            tracks.sourceNames.insert(card_name::track(typeTagText(record)),
+                                      storedFileName(record.sourcePath.text()));
+    return tracks;
 }
 
 }  // namespace
@@ -112,10 +114,11 @@ CardIdentity cardAt(const FileSystem& files, const Drives& drives, const QString
 }
 
 void requireCardAt(const FileSystem& files, const Drives& drives, const QString& root,
-                   const CardIdentity& card) {
-    if (!card.folder || cardAt(files, drives, root) != card)
+                   const CardIdentity& card, const OpenFolder* handle) {
+    if (!card.folder || cardAt(files, drives, root) != card ||
+        (handle && handle->identity() != card.folder))
         throw TessalyError(error_number::DriveNotReady,
-                           native(root) + ": the card is no longer there or was changed.");
+                           shownPath(root) + ": the card is no longer there or was changed.");
 }
 
 void requireRemovableRoot(const Drives& drives, const QString& root) {
@@ -124,7 +127,7 @@ void requireRemovableRoot(const Drives& drives, const QString& root) {
         throw TessalyError(
             error_number::NotRemovable,
             QString("%1 is a %2 drive, not the removable drive of a card. Select the card's drive.")
-                .arg(native(root), driveTypeName(type)));
+                .arg(shownPath(root), driveTypeName(type)));
 }
 
 void requireErasableFolder(const FileSystem& files, const Drives& drives, const QString& root,
@@ -138,19 +141,19 @@ void requireErasableFolder(const FileSystem& files, const Drives& drives, const 
             error_number::NotRemovable,
             QString("%1 is a whole %2 drive and holds \"%3\", which is no file of a card: it "
                     "will not be erased.")
-                .arg(native(root), driveTypeName(*type), other));
+                .arg(shownPath(root), driveTypeName(*type), other));
     if (!mayEraseOthers)
         throw TessalyError(error_number::BadTarget,
                            QString("%1 holds \"%2\", which is no file of a card: say --erase "
                                    "to erase everything in it")
-                               .arg(native(root), other));
+                               .arg(shownPath(root), other));
 }
 
 void refuseSystemFolder(const FileSystem& files, const QString& root, const SupportFolders& folders,
-                        const QStringList& kept) {
+                        const QStringList& protectedPaths) {
     const auto refuse = [&](const QString& why) {
         throw TessalyError(error_number::SystemFolder,
-                           QString("%1 %2 and will not be erased.").arg(native(root), why));
+                           QString("%1 %2 and will not be erased.").arg(shownPath(root), why));
     };
     HoldingFolder target(files, root);
     for (const QString& folder : systemFolders()) {
@@ -161,13 +164,13 @@ void refuseSystemFolder(const FileSystem& files, const QString& root, const Supp
     }
     for (const QString& folder : personalFolders())
         if (target.isOrHolds(folder))
-            refuse("is no card (it is or holds " + native(folder) + ")");
+            refuse("is no card (it is or holds " + shownPath(folder) + ")");
     for (const QString& folder : folders.protectedFolders())
         if (target.isOrHolds(folder))
             refuse("holds the program");
-    for (const QString& path : kept)
+    for (const QString& path : protectedPaths)
         if (target.isOrHolds(path))
-            refuse("holds " + native(path));
+            refuse("holds " + shownPath(path));
     for (const char* name : {".git", ".hg", ".svn"})
         if (files.identity(pathIn(root, name)))
             refuse(QString("is under version control (it holds %1)").arg(name));
@@ -179,7 +182,7 @@ void refuseHoldingProject(const FileSystem& files, const QString& root,
         throw TessalyError(error_number::SystemFolder,
                            QString("%1 holds the project file %2, which must stay: save the "
                                    "project to another folder first.")
-                               .arg(native(root), native(projectFile)));
+                               .arg(shownPath(root), shownPath(projectFile)));
 }
 
 void refuseHoldingMounts(const Drives& drives, const QString& root) {
@@ -187,7 +190,7 @@ void refuseHoldingMounts(const Drives& drives, const QString& root) {
     if (!mounts.isEmpty())
         throw TessalyError(error_number::SystemFolder,
                            QString("%1 holds what is mounted at %2 and will not be erased.")
-                               .arg(native(root), native(mounts.first())));
+                               .arg(shownPath(root), shownPath(mounts.first())));
 }
 
 void refuseHoldingSources(const FileSystem& files, const QString& root, const SourceFiles& sources,
@@ -197,7 +200,7 @@ void refuseHoldingSources(const FileSystem& files, const QString& root, const So
         if (source.size ? target.holdsFile(source.path) : target.isOrHolds(source.path))
             throw TessalyError(error_number::HoldsSource,
                                QString("%1 holds the source file %2: erasing it would lose that.")
-                                   .arg(native(root), native(source.path)));
+                                   .arg(shownPath(root), shownPath(source.path)));
         fileDone();
     };
     for (const SourceFile& source : sources.tracks)
@@ -209,28 +212,57 @@ void refuseHoldingSources(const FileSystem& files, const QString& root, const So
 void requireWritable(const FileSystem& files, const Drives& drives, const QString& root) {
     if (drives.geometry(root).isReadOnly || !files.isWritableFolder(root))
         throw TessalyError(error_number::WriteProtected,
-                           native(root) + ": the card is write-protected.");
+                           shownPath(root) + ": the card is write-protected.");
+}
+
+void requireSpace(const SpacePlan& plan, const VolumeGeometry& geometry) {
+    qint64 needed = 0;
+    for (const SourceFile& file : plan.newFiles)
+        needed += inWholeClusters(file.size.value_or(0), geometry.clusterBytes);
+    if (geometry.isFat && !geometry.rootEntries) {
+        // The folder itself grows in clusters; what it has already it keeps.
+        const qint64 before =
+            std::max(geometry.folderBytes, fatFolderBytes(plan.presentEntries, geometry));
+        const qint64 after =
+            fatFolderBytes(VolumeLabelEntry + plan.stayingEntries + plan.newEntries, geometry);
+        needed += std::max<qint64>(0, after - before);
+    }
+    const qint64 available = geometry.freeBytes + plan.freedBytes;
+    if (needed > available)
+        throw TessalyError(error_number::DoesNotFit,
+                           QString("The card's files need %1 bytes, the card has room for %2.")
+                               .arg(grouped(needed), grouped(available)));
+}
+
+void requireRootEntries(const SpacePlan& plan, const VolumeGeometry& geometry) {
+    if (!geometry.rootEntries)
+        return;
+    const int room = *geometry.rootEntries - VolumeLabelEntry - plan.stayingEntries;
+    if (plan.newEntries > room)
+        throw TessalyError(
+            error_number::TooManyRootEntries,
+            QString("The card's root folder has room for %1, the project's "
+                    "files need %2. Format the card as FAT32.")
+                .arg(counted(std::max(room, 0), "entry", "entries"), grouped(plan.newEntries)));
 }
 
 void requireSameTracks(FileSystem& files, const QString& root, const QList<SourceFile>& tracks,
                        const FileDone& fileDone) {
-    bool isComplete = false;
-    const QHash<QString, QByteArray> numbers = numbersOnCard(files, root, isComplete);
+    const CardTracks onCard = tracksOnCard(files, root);
     for (const SourceFile& track : tracks) {
-        const QString number = track.number();
-        const QString cardFile = pathIn(root, card_name::track(number));
-        const auto size = files.fileSize(cardFile);
+        const QString& name = track.cardName;
+        const auto size = files.fileSize(pathIn(root, name));
         if (!size)
-            cardDiffers(QString("The card has no file %1.").arg(card_name::track(number)));
+            cardDiffers(QString("The card has no file %1.").arg(name));
         if (size != track.size)
             cardDiffers(QString("%1 on the card has another size than %2.")
-                            .arg(card_name::track(number), native(track.path)));
-        const auto known = numbers.constFind(number);
-        const bool isOther =
-            known != numbers.constEnd() ? *known != storedFileName(track.path) : isComplete;
+                            .arg(name, shownPath(track.path)));
+        const auto known = onCard.sourceNames.constFind(name);
+        const bool isOther = known != onCard.sourceNames.constEnd()
+                                 ? *known != storedFileName(track.path)
+                                 : onCard.isComplete;
         if (isOther)
-            cardDiffers(QString("%1 on the card is not %2.")
-                            .arg(card_name::track(number), native(track.path)));
+            cardDiffers(QString("%1 on the card is not %2.").arg(name, shownPath(track.path)));
         fileDone();
     }
 }

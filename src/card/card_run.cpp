@@ -2,70 +2,113 @@
 
 #include <QDir>
 #include <algorithm>
+#include <numeric>
 
-#include "card/card_names.h"
-#include "card/card_summary.h"
-#include "platform/error.h"
+#include "image/config_image.h"
+#include "model/project_snapshot.h"
 
 namespace tessaly {
 
 namespace {
 
+const QString UpdateQuestion = QStringLiteral(
+    "This will only update card settings, attributes, triggers, and TRL-740 firmware.  DO NOT "
+    "continue if you have added or deleted MP3 tracks.  Continue?");
+const QString EraseQuestion =
+    QStringLiteral("This will erase the contents of the CF card.  Continue?");
+
 // While thousands of files are only looked at, the observer is asked this often.
-constexpr qint64 BreatheEveryMs = 20;
+constexpr qint64 CheckForStopEveryMs = 20;
 
 }  // namespace
 
-QString rootOf(const CardJob& job) {
-    return withLastSeparator(QDir::toNativeSeparators(job.root));
-}
-
-CardRun::CardRun(FileSystem& files, const Drives& drives, CardJob job, CardIdentity card,
-                 Project snapshot, bool settingsOnly, int& stepCode, CardRunObserver& observer,
-                 CardRunReport& report)
+CardRun::CardRun(FileSystem& files, const Drives& drives, CardJob job, CardRunObserver& observer)
     : files_(files),
       drives_(drives),
       job_(std::move(job)),
-      root_(rootOf(job_)),
-      card_(std::move(card)),
-      snapshot_(std::move(snapshot)),
-      settingsOnly_(settingsOnly),
-      stepCode_(stepCode),
-      observer_(observer),
-      report_(report) {}
+      root_(withLastSeparator(QDir::toNativeSeparators(job_.root))),
+      observer_(observer) {}
+
+CardRunReport CardRun::run(Project& project) {
+    project.unsavedChanges = true;
+    // The question is about this card and no other that takes its place before the answer.
+    card_ = cardAt(files_, drives_, root_);
+    if (!observer_.confirm(job_.settingsOnly ? UpdateQuestion : EraseQuestion))
+        return report_;
+    progress_.trackFileCount = numberTrackFiles(project);
+    snapshot_ = project;
+    try {
+        observer_.begin();
+        checkSources();
+        buildImage();
+        checkTarget();
+        if (job_.settingsOnly)
+            deleteOldSettings();
+        else
+            eraseCard();
+        copyTracks();
+        copyFixedFiles();
+        writeProjectFile();
+        // Writing the project's file clears the flag, unless it was edited since the run began.
+        if (sameContent(project, snapshot_))
+            project.unsavedChanges = false;
+        copyProjectFile();
+        flush();
+        compare();
+        report_.outcome = CardRunReport::Outcome::Done;
+        observer_.finished(report_);
+        deleteTemporaryFiles();
+        report_.stepCode = progress_.stepCode;
+    } catch (const TessalyError& error) {
+        report_.outcome = CardRunReport::Outcome::Failed;
+        report_.error = error;
+        report_.stepCode = progress_.stepCode;
+        observer_.finished(report_);
+    }
+    return report_;
+}
+
+void CardRun::step(int code) {
+    progress_.stepCode = code;
+    showProgress();
+}
 
 void CardRun::beginPhase(RunPhase phase, qint64 total) {
     if (phaseTimer_.isValid())
-        report_.milliseconds[size_t(phase_)] += phaseTimer_.elapsed();
+        report_.milliseconds[size_t(progress_.phase)] += phaseTimer_.elapsed();
     phaseTimer_.start();
-    phase_ = phase;
-    phaseDone_ = 0;
-    phaseTotal_ = total;
-    observer_.phaseProgress(phase_, 0, phaseTotal_);
+    progress_.phase = phase;
+    progress_.bytesDone = 0;
+    progress_.bytesTotal = total;
+    showProgress();
 }
 
 void CardRun::advance(qint64 bytes) {
-    phaseDone_ += bytes;
-    observer_.phaseProgress(phase_, phaseDone_, phaseTotal_);
+    progress_.bytesDone += bytes;
+    showProgress();
     checkForStop();
+}
+
+void CardRun::showProgress() {
+    progress_.milliseconds = phaseTimer_.elapsed();
+    observer_.showProgress(progress_);
 }
 
 void CardRun::checkForStop() {
-    if (!observer_.keepGoing())
-        throw TessalyError(error_number::Stopped, "The writing of the card was stopped.");
+    if (observer_.checkForStop())
+        throw TessalyError(error_number::Stopped,
+                           QStringLiteral("The writing of the card was stopped."));
 }
 
-void CardRun::breatheAtTimes() {
-    if (breathTimer_.isValid() && breathTimer_.elapsed() < BreatheEveryMs)
+void CardRun::checkForStopAtTimes() {
+    if (stopTimer_.isValid() && stopTimer_.elapsed() < CheckForStopEveryMs)
         return;
     checkForStop();
-    breathTimer_.start();
+    stopTimer_.start();
 }
 
-void CardRun::writeWhole(const QString& path, const QByteArray& bytes) {
-    const auto file = files_.create(path);
-    file->write(bytes);
-    file->close();
+void CardRun::requireSameCard() const {
+    requireCardAt(files_, drives_, root_, card_, folder_.get());
 }
 
 void CardRun::deleteFromCard(const QString& name) {
@@ -78,18 +121,18 @@ void CardRun::deleteFromCard(const QString& name) {
 // finish is never taken for a good one.
 void CardRun::deleteOldSettings() {
     beginPhase(RunPhase::Erase, 0);
-    step(12);
+    step(step_code::DeleteOldProject);
     deleteFromCard(card_name::Project);
     deleteFromCard(card_name::Settings);
-    step(13);
+    step(step_code::DeleteOldFirmware);
     deleteFromCard(card_name::Firmware);
-    step(14);
+    step(step_code::DeleteOldCalibration);
     deleteFromCard(card_name::Calibration);
 }
 
 void CardRun::removeTree(const QString& folder) {
     for (const FolderEntry& entry : folder_->entries(folder)) {
-        const QString inside = folder + '/' + entry.name;
+        const QString inside = folder + u'/' + entry.name;
         if (entry.isFolder)
             removeTree(inside);
         else
@@ -101,21 +144,21 @@ void CardRun::removeTree(const QString& folder) {
 
 void CardRun::eraseCard() {
     beginPhase(RunPhase::Erase, 0);
-    step(10);
+    step(step_code::ListCard);
     requireSameCard();
     QList<FolderEntry> entries = folder_->entries();
     // Without its settings a player does not start on what is left.
     std::stable_partition(entries.begin(), entries.end(), [](const FolderEntry& entry) {
         return entry.name.compare(card_name::Settings, Qt::CaseInsensitive) == 0;
     });
-    step(100);
+    step(step_code::DeleteFiles);
     for (const FolderEntry& entry : entries) {
         if (entry.isFolder)
             continue;
         folder_->removeFile(entry.name);
         checkForStop();
     }
-    step(101);
+    step(step_code::DeleteFolders);
     for (const FolderEntry& entry : entries) {
         if (!entry.isFolder)
             continue;
@@ -128,120 +171,122 @@ void CardRun::eraseCard() {
     }
 }
 
-// The card is still what the operator was asked about and what is held open.
-void CardRun::requireSameCard() const {
-    requireCardAt(files_, drives_, root_, card_);
-    if (folder_ && folder_->identity() != card_.folder)
-        throw TessalyError(error_number::DriveNotReady,
-                           root_ + ": the card is no longer there or was changed.");
+void CardRun::beginFile(const QString& name) {
+    progress_.fileName = name;
+    requireSameCard();
 }
 
 void CardRun::copyToCard(const QString& source, const QString& name) {
-    requireSameCard();
+    beginFile(name);
     noteWritten(copyFile(files_, source, *folder_, name, [this](qint64 bytes) { advance(bytes); }));
 }
 
 // What was composed for this card goes there from memory: another program that uses the same work
 // folder may have changed or removed the file.
 void CardRun::writeToCard(const QByteArray& bytes, const QString& name) {
-    requireSameCard();
+    beginFile(name);
     noteWritten(writeFile(bytes, *folder_, name, [this](qint64 block) { advance(block); }));
 }
 
 void CardRun::noteWritten(const WrittenFile& file) {
-    written_.append(file);
-    report_.files.append({file.name, file.size});
+    report_.files.append(file);
     report_.bytes += file.size;
 }
 
 void CardRun::copyTracks() {
-    qint64 total = 0;
-    for (const auto& file : settingsFiles())
-        total += file.second;
-    if (!settingsOnly_)
-        for (const SourceFile& track : sources_.tracks)
-            total += track.size.value_or(0);
-    beginPhase(RunPhase::Copy, total);
-    if (settingsOnly_)
+    const QList<SourceFile> files = filesToWrite();
+    beginPhase(RunPhase::Copy, std::accumulate(files.begin(), files.end(), qint64(0),
+                                               [](qint64 sum, const SourceFile& file) {
+                                                   return sum + file.size.value_or(0);
+                                               }));
+    if (job_.settingsOnly)
         return;
-    step(11);
-    int done = 0;
+    step(step_code::CopyTracks);
     for (const SourceFile& track : sources_.tracks) {
-        if (done > 0)
-            observer_.setCaption(
-                QString("%1 of %2 files transferred").arg(done).arg(sources_.tracks.size()));
-        observer_.setBarValue(++done);
+        ++progress_.trackFile;
+        showProgress();
         checkForStop();
-        copyToCard(track.path, card_name::track(track.number()));
+        copyToCard(track.path, track.cardName);
     }
 }
 
 void CardRun::copyFixedFiles() {
-    step(15);
+    step(step_code::WriteSettings);
     writeToCard(hex_, card_name::Settings);
-    step(16);
+    step(step_code::CopyFirmware);
     copyToCard(job_.folders.firmwareFile(), card_name::Firmware);
-    step(17);
+    step(step_code::CopyCalibration);
     copyToCard(job_.folders.calibrationFile(), card_name::Calibration);
-    step(69);
+    step(step_code::CopyFixedConfiguration);
     copyToCard(job_.folders.fixedConfigurationFile(), card_name::FixedConfiguration);
-    step(18);
-    if (hasChime())
-        copyToCard(snapshot_.txtChimeFileName, card_name::Chime);
+    step(step_code::CopyChime);
+    if (sources_.chime)
+        copyToCard(sources_.chime->path, card_name::Chime);
 }
 
 void CardRun::writeProjectFile() {
-    step(19);
+    step(step_code::CreateProjectCopy);
     projectFile_ = files_.create(work("tmp.crd"));
-    step(20);
+    step(step_code::WriteProjectCopy);
     projectFile_->write(projectBytes_);
 }
 
 void CardRun::copyProjectFile() {
-    step(21);
+    step(step_code::CloseProjectCopy);
     projectFile_->close();
-    step(22);
+    step(step_code::WriteProject);
     writeToCard(projectBytes_, card_name::Project);
 }
 
-void CardRun::settleAndVerify() {
+void CardRun::flush() {
     beginPhase(RunPhase::Flush, report_.bytes);
-    step(320);
-    for (const WrittenFile& file : written_) {
+    step(step_code::Settle);
+    for (const WrittenFile& file : report_.files) {
+        progress_.fileName = file.name;
         files_.settle(pathIn(root_, file.name));
         advance(file.size);
     }
     files_.flushVolume(root_);
-    beginPhase(RunPhase::Verify, job_.verify ? report_.bytes : 0);
-    step(321);
-    bool pastCache = true;
-    for (const WrittenFile& file : job_.verify ? written_ : QList<WrittenFile>()) {
-        const QString path = pathIn(root_, file.name);
-        const TessalyError differs(
-            error_number::VerifyFailed,
-            path + ": what reads back from the card differs from what was written.");
-        qint64 left = file.size;
-        const ReadBack back = readBack(files_, path, [&](qint64 bytes) {
-            left -= bytes;
-            if (left < 0)  // a broken card may go on for ever
-                throw differs;
-            advance(bytes);
-        });
-        if (left > 0 || back.hash != file.hash)
+}
+
+bool CardRun::compareFile(const WrittenFile& file) {
+    progress_.fileName = file.name;
+    const QString path = pathIn(root_, file.name);
+    const TessalyError differs(
+        error_number::VerifyFailed,
+        path + ": what reads back from the card differs from what was written.");
+    qint64 left = file.size;
+    const ReadBack back = readBack(files_, path, [&](qint64 bytes) {
+        left -= bytes;
+        if (left < 0)  // a broken card may go on for ever
             throw differs;
-        pastCache = pastCache && back.isPastCache;
-    }
+        advance(bytes);
+    });
+    if (left > 0 || back.hash != file.hash)
+        throw differs;
+    return back.isPastCache;
+}
+
+void CardRun::compare() {
+    beginPhase(RunPhase::Verify, job_.verify ? report_.bytes : 0);
+    step(step_code::Compare);
+    bool isPastCache = job_.verify;
+    if (job_.verify)
+        for (const WrittenFile& file : report_.files)
+            isPastCache = compareFile(file) && isPastCache;
     requireSameCard();  // else another volume was flushed, or other files were read
     folder_.reset();    // the operator ejects the card while the last message stands
     report_.isVerified = job_.verify;
-    report_.isVerifiedPastCache = job_.verify && pastCache;
+    report_.isVerifiedPastCache = isPastCache;
     beginPhase(RunPhase::Verify, 0);
 }
 
 void CardRun::deleteTemporaryFiles() {
-    int code = 23;
-    for (const char* name : {"tmp.bin", "tmp.hex", "tmp.crd"}) {
-        step(code++);
+    const std::pair<int, const char*> temporary[] = {{step_code::DeleteTemporaryImage, "tmp.bin"},
+                                                     {step_code::DeleteTemporaryHex, "tmp.hex"},
+                                                     {step_code::DeleteProjectCopy, "tmp.crd"}};
+    for (const auto& [code, name] : temporary) {
+        step(code);
         try {
             files_.removeFile(work(name));
         } catch (const TessalyError&) {

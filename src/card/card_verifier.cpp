@@ -4,7 +4,7 @@
 #include <QSet>
 #include <algorithm>
 
-#include "card/card_names.h"
+#include "card/card_files.h"
 #include "card/file_copier.h"
 #include "image/config_image.h"
 #include "image/config_image_reader.h"
@@ -92,24 +92,22 @@ void CardVerifier::explainDifference(const DecodedImage& found, const DecodedIma
         problem(
             QString("%1 and %2 differ: %3.").arg(card_name::Settings, card_name::Project, what));
     };
-    if (found.languages != expected.languages)
-        differs("the languages");
-    if (found.titles != expected.titles)
-        differs("the speech titles");
-    if (found.displayTexts != expected.displayTexts)
-        differs("the system texts");
-    if (found.cardTitle1 != expected.cardTitle1 || found.cardTitle2 != expected.cardTitle2)
-        differs("the card title");
-    if (found.powerUp != expected.powerUp || found.triggers != expected.triggers)
-        differs("the power-up item or a trigger");
-    if (found.defaultLanguageMask != expected.defaultLanguageMask)
-        differs("the default languages");
-    if (found.chimeOptions != expected.chimeOptions)
-        differs("the chime");
-    if (found.speech != expected.speech)
-        differs("the files of the speech titles");
-    if (found.lists.size() != expected.lists.size())
-        differs("the number of music lists");
+    const std::pair<bool, QString> parts[] = {
+        {found.languages != expected.languages, QStringLiteral("the languages")},
+        {found.titles != expected.titles, QStringLiteral("the speech titles")},
+        {found.displayTexts != expected.displayTexts, QStringLiteral("the system texts")},
+        {found.cardTitle1 != expected.cardTitle1 || found.cardTitle2 != expected.cardTitle2,
+         QStringLiteral("the card title")},
+        {found.powerUp != expected.powerUp || found.triggers != expected.triggers,
+         QStringLiteral("the power-up item or a trigger")},
+        {found.defaultLanguageMask != expected.defaultLanguageMask,
+         QStringLiteral("the default languages")},
+        {found.chimeOptions != expected.chimeOptions, QStringLiteral("the chime")},
+        {found.speech != expected.speech, QStringLiteral("the files of the speech titles")},
+        {found.lists.size() != expected.lists.size(), QStringLiteral("the number of music lists")}};
+    for (const auto& [isDifferent, what] : parts)
+        if (isDifferent)
+            differs(what);
     const qsizetype lists = std::min(found.lists.size(), expected.lists.size());
     for (qsizetype i = 0; i < lists; ++i) {
         const auto same = [](const DecodedTrack& a, const DecodedTrack& b) {
@@ -124,7 +122,7 @@ void CardVerifier::explainDifference(const DecodedImage& found, const DecodedIma
         differs("bytes that mean nothing");
 }
 
-// One sentence for a card that was pulled out, not one for each of its files.
+// Throws 71 once the card was pulled out or exchanged; else each of its files would be reported.
 void CardVerifier::requireSameCard() const {
     if (!card_ || files_.identity(root_) != card_)
         throw TessalyError(

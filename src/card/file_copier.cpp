@@ -27,7 +27,7 @@ class Hasher {
     std::unique_ptr<XXH3_state_t, XXH_errorcode (*)(XXH3_state_t*)> state_;
 };
 
-// What a full card has cut off must not look like the file that it is a part of.
+// Removes what a failed copy has left: part of an MP3 file plays like a whole one.
 void removeShortFile(OpenFolder& folder, const QString& name) {
     try {
         folder.removeFile(name);
@@ -36,7 +36,7 @@ void removeShortFile(OpenFolder& folder, const QString& name) {
     }
 }
 
-// Writes what `nextBlock` returns until that is empty; `finish` comes before the file is closed.
+// Writes what `nextBlock` returns until that is empty, then calls `finish` and closes the file.
 template <typename NextBlock, typename Finish>
 WrittenFile writeBlocks(OpenFolder& folder, const QString& name, const BlockDone& blockDone,
                         const NextBlock& nextBlock, const Finish& finish) {

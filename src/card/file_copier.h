@@ -25,8 +25,8 @@ struct WrittenFile {
 using BlockDone = std::function<void(qint64 bytes)>;
 
 /// Copies a file in blocks of 1 MiB over whatever is at `name` in `folder`; the copy keeps the
-/// modification time. Returns what the copy holds. Throws as the file system and `blockDone` do,
-/// and leaves no short file there then, as far as that can still be removed.
+/// modification time. Returns what the copy holds. Throws as the file system and `blockDone` do;
+/// what was written until then is removed, if that can still be done.
 WrittenFile copyFile(FileSystem& files, const QString& from, OpenFolder& folder,
                      const QString& name, const BlockDone& blockDone);
 

@@ -2,7 +2,7 @@
 
 #include <QDir>
 
-#include "card/card_names.h"
+#include "card/card_guards.h"
 #include "card/file_copier.h"
 #include "image/intel_hex.h"
 #include "model/format_limits.h"
@@ -12,15 +12,16 @@
 
 namespace tessaly {
 
-QString readFirmwareVersion(FileSystem& files, const QString& firmwareFile) {
+QString firmwareVersion(FileSystem& files, const QString& firmwareFile) {
     return fromCodePage(readFirstLine(files, firmwareFile)).mid(2, 4);
 }
 
-bool holdsFirmware(FileSystem& files, const QString& firmwareFile) {
+bool isStandIn(FileSystem& files, const QString& firmwareFile) {
     try {
-        return holdsHexData(readWholeFile(files, firmwareFile, limits::HexFileBytes));
+        return files.fileSize(firmwareFile) &&
+               !holdsHexData(readWholeFile(files, firmwareFile, limits::HexFileBytes));
     } catch (const TessalyError&) {
-        return false;
+        return true;
     }
 }
 
@@ -29,21 +30,21 @@ FirmwareComparison compareFirmware(FileSystem& files, const QString& root,
     using Relation = FirmwareComparison::Relation;
     const QString cardFile = pathIn(root, card_name::Firmware);
     if (!files.fileSize(cardFile))
-        return {Relation::NoCard, {}, "Card does not have a valid TRL740 format."};
-    const QString card = readFirmwareVersion(files, cardFile);
-    const QString own = readFirmwareVersion(files, folders.firmwareFile());
+        return {Relation::NoCard, QStringLiteral("Card does not have a valid TRL740 format.")};
+    const QString card = firmwareVersion(files, cardFile);
+    const QString own = firmwareVersion(files, folders.firmwareFile());
     if (card == own)
-        return {Relation::SameAsCard, card,
-                "Your card already contains TRL740 firmware version " + card +
-                    ".  No update has been done."};
+        return {Relation::SameAsCard,
+                QStringLiteral("Your card already contains TRL740 firmware version ") + card +
+                    QStringLiteral(".  No update has been done.")};
     if (card > own)
-        return {Relation::CardNewer, card,
-                "Your card  contains TRL740 firmware version " + card +
-                    " but Tessaly is about to install version " + own +
-                    ".  Do you really want to downgrade?"};
-    return {Relation::CardOlder, card,
-            "Do you want to update your card from TRL740 firmware version " + card +
-                " to version " + own + "?"};
+        return {Relation::CardNewer,
+                QStringLiteral("Your card  contains TRL740 firmware version ") + card +
+                    QStringLiteral(" but Tessaly is about to install version ") + own +
+                    QStringLiteral(".  Do you really want to downgrade?")};
+    return {Relation::CardOlder,
+            QStringLiteral("Do you want to update your card from TRL740 firmware version ") + card +
+                QStringLiteral(" to version ") + own + u'?'};
 }
 
 QByteArray requireFirmware(FileSystem& files, const SupportFolders& folders) {
@@ -66,6 +67,24 @@ void updateFirmware(FileSystem& files, const QString& root, const SupportFolders
         throw TessalyError(
             error_number::VerifyFailed,
             QDir::toNativeSeparators(target) + ": what reads back differs from what was written.");
+}
+
+FirmwareResult offerFirmware(FileSystem& files, const Drives& drives, const QString& root,
+                             const SupportFolders& folders, const FirmwareQuestion& ask) {
+    using Relation = FirmwareComparison::Relation;
+    using Outcome = FirmwareResult::Outcome;
+    const CardIdentity card = cardAt(files, drives, root);
+    const FirmwareComparison comparison = compareFirmware(files, root, folders);
+    if (comparison.relation == Relation::NoCard)
+        return {Outcome::NoCard, comparison.message};
+    if (comparison.relation == Relation::SameAsCard)
+        return {Outcome::UpToDate, comparison.message};
+    requireFirmware(files, folders);
+    if (!ask(comparison.message, comparison.relation == Relation::CardNewer))
+        return {Outcome::Declined, {}};
+    requireCardAt(files, drives, root, card);
+    updateFirmware(files, root, folders);
+    return {Outcome::Updated, QStringLiteral("Card successfully updated.")};
 }
 
 }  // namespace tessaly

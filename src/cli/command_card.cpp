@@ -2,15 +2,12 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QTemporaryDir>
-#include <algorithm>
 
 #include "card/card_checks.h"
 #include "card/card_guards.h"
-#include "card/card_names.h"
 #include "card/card_verifier.h"
 #include "card/card_writer.h"
 #include "card/firmware.h"
-#include "card/run_estimate.h"
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/folder_drives.h"
@@ -70,30 +67,21 @@ bool passesChecks(const Project& project, const QString& root, const FileSystem&
 }
 
 void printReport(const CardRunReport& report, const SupportFolders& folders) {
-    const auto numbered =
-        std::count_if(report.files.begin(), report.files.end(), [](const auto& file) {
-            return file.name.endsWith(".mp3") && file.name != card_name::Calibration &&
-                   file.name != card_name::Chime;
-        });
-    QList<QStringList> rows;
+    QList<QStringList> rows = {{"written", "files", "bytes"}};
+    const auto add = [&rows](const QString& name, qsizetype files, qint64 bytes) {
+        rows.append({name, QString::number(files), QString::number(bytes)});
+    };
+    // The numbered files come first.
+    qsizetype numbered = 0;
     qint64 numberedBytes = 0;
-    for (const auto& file : report.files)
-        numberedBytes += file.name.endsWith(".mp3") ? file.size : 0;
+    while (report.files[numbered].name.endsWith(u".mp3"))
+        numberedBytes += report.files[numbered++].size;
     if (numbered > 0)
-        rows.append({QString("0001.mp3 to %1.mp3").arg(numbered, 4, 10, QChar('0')),
-                     QString::number(numbered), ""});
-    for (const auto& file : report.files) {
-        const bool isNumbered = file.name.endsWith(".mp3") && file.name != card_name::Calibration &&
-                                file.name != card_name::Chime;
-        if (isNumbered)
-            continue;
-        numberedBytes -= file.name.endsWith(".mp3") ? file.size : 0;
-        rows.append({file.name, "1", QString::number(file.size)});
-    }
-    if (numbered > 0)
-        rows.first()[2] = QString::number(numberedBytes);
-    rows.append({"in all", QString::number(report.files.size()), QString::number(report.bytes)});
-    rows.prepend({"written", "files", "bytes"});
+        add(QString("0001.mp3 to %1.mp3").arg(numbered, 4, 10, QChar('0')), numbered,
+            numberedBytes);
+    for (const WrittenFile& file : report.files.mid(numbered))
+        add(file.name, 1, file.size);
+    add("in all", report.files.size(), report.bytes);
     print();
     printTable(rows, {1, 2});
     print();
@@ -125,7 +113,7 @@ int createCommand(const CreateOptions& options, const SupportFolders& folders) {
     if (!isDrive && !options.settingsOnly)
         requireErasableFolder(files, drives, root, options.erase);
     requireAnswer(options.yes);
-    if (files.fileSize(folders.firmwareFile()) && !holdsFirmware(files, folders.firmwareFile()))
+    if (isStandIn(files, folders.firmwareFile()))
         printError("note: " + folders.firmwareFile() +
                    " is a stand-in that holds no firmware data: the card will update no player.");
 
@@ -133,18 +121,17 @@ int createCommand(const CreateOptions& options, const SupportFolders& folders) {
     if (!work.isValid())
         throw TessalyError(error_number::WriteFailed, work.errorString());
     const CardJob job{.root = root,
+                      .settingsOnly = options.settingsOnly,
                       .mustBeRemovableRoot = isDrive,
                       .mayEraseOthers = options.erase,
                       .folders = folders,
                       .workFolder = native(work.path()),
                       .verify = !options.noVerify,
                       .identifier = {},
-                      .kept = {QCoreApplication::applicationDirPath()},
+                      .protectedPaths = {QCoreApplication::applicationDirPath()},
                       .projectFile = QFileInfo(options.project).absoluteFilePath()};
     RunDisplay display(options.yes);
-    CardWriter writer(files, drives);
-    const CardRunReport report = options.settingsOnly ? writer.updateSettings(project, job, display)
-                                                      : writer.createCard(project, job, display);
+    const CardRunReport report = CardWriter(files, drives).createCard(project, job, display);
     switch (report.outcome) {
         case CardRunReport::Outcome::Done:
             printReport(report, folders);
@@ -181,33 +168,28 @@ int verifyCommand(const QString& card) {
 }
 
 int firmwareCommand(const FirmwareOptions& options, const SupportFolders& folders) {
-    using Relation = FirmwareComparison::Relation;
     LocalFileSystem files;
-    const FolderDrives drives;
     const QString root = cardRoot(files, options.card);
-    const CardIdentity card = cardAt(files, drives, root);
-    const FirmwareComparison comparison = compareFirmware(files, root, folders);
-    switch (comparison.relation) {
-        case Relation::NoCard:
-            printError(comparison.message + ' ' + root);
+    const auto ask = [&](const QString& question, bool) {
+        requireAnswer(options.yes);
+        return options.yes || askYesNo(question);
+    };
+    const FirmwareResult result = offerFirmware(files, FolderDrives(), root, folders, ask);
+    switch (result.outcome) {
+        case FirmwareResult::Outcome::NoCard:
+            printError(result.message + u' ' + root);
             return Failed;
-        case Relation::SameAsCard:
-            print(comparison.message);
+        case FirmwareResult::Outcome::Declined:
+            printError(QStringLiteral("Nothing was written."));
+            return Failed;
+        case FirmwareResult::Outcome::UpToDate:
+            print(result.message);
             return Done;
-        case Relation::CardNewer:
-        case Relation::CardOlder:
+        case FirmwareResult::Outcome::Updated:
             break;
     }
-    requireFirmware(files, folders);
-    requireAnswer(options.yes);
-    if (!options.yes && !askYesNo(comparison.message)) {
-        printError("Nothing was written.");
-        return Failed;
-    }
-    requireCardAt(files, drives, root, card);
-    updateFirmware(files, root, folders);
-    print(FirmwareUpdatedText.toString());
-    print("Firmware: " + folders.firmwareFile());
+    print(result.message);
+    print(QStringLiteral("Firmware: ") + folders.firmwareFile());
     return Done;
 }
 

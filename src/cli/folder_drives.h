@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QDir>
+
 #include "platform/drives.h"
+#include "platform/error.h"
 
 namespace tessaly::cli {
 
@@ -8,10 +11,22 @@ namespace tessaly::cli {
 /// that of the volume it stands on. A folder that does not exist is a drive without a medium.
 class FolderDrives : public LocalDrives {
  public:
-    qint64 totalBytes(const QString& root) const override;
+    qint64 totalBytes(const QString& root) const override {
+        if (!QDir(root).exists())
+            throw TessalyError(
+                error_number::DriveNotReady,
+                QDir::toNativeSeparators(root) + QStringLiteral(": there is no such folder"));
+        return geometry(root).totalBytes;
+    }
 };
 
 /// Whether `folder` is the root of a removable drive.
-bool isRemovableRoot(const Drives& drives, const QString& folder);
+inline bool isRemovableRoot(const Drives& drives, const QString& folder) {
+    try {
+        return drives.type(folder) == DriveType::Removable;
+    } catch (const TessalyError&) {
+        return false;
+    }
+}
 
 }  // namespace tessaly::cli

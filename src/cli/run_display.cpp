@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <utility>
 
 #include "cli/console.h"
 
@@ -23,19 +24,10 @@ void onInterrupt(int) {
 }  // namespace
 
 QString phaseName(RunPhase phase) {
-    switch (phase) {
-        case RunPhase::Prepare:
-            return "Checking";
-        case RunPhase::Erase:
-            return "Erasing";
-        case RunPhase::Copy:
-            return "Copying";
-        case RunPhase::Flush:
-            return "Settling";
-        case RunPhase::Verify:
-            break;
-    }
-    return "Verifying";
+    const QString names[] = {QStringLiteral("Checking"), QStringLiteral("Erasing"),
+                             QStringLiteral("Copying"), QStringLiteral("Settling"),
+                             QStringLiteral("Verifying")};
+    return names[size_t(phase)];
 }
 
 RunDisplay::RunDisplay(bool answerYes) : answerYes_(answerYes), isTerminal_(outputIsTerminal()) {}
@@ -48,71 +40,65 @@ bool RunDisplay::confirm(const QString& question) {
     return answerYes_ || askYesNo(question);
 }
 
-void RunDisplay::showProgress(const QString& caption) {
+void RunDisplay::begin() {
     interrupted = 0;
     std::signal(SIGINT, onInterrupt);
-    print(caption);
+    print(RunProgress().caption());
 }
 
-void RunDisplay::hideProgress() {
-    if (isTerminal_) {
-        std::fputs("\r\x1b[K", stdout);
-        std::fflush(stdout);
-    }
-}
-
-void RunDisplay::phaseProgress(RunPhase phase, qint64 done, qint64 total) {
-    if (done == 0) {
-        phase_ = phase;
-        estimate_.start();
+void RunDisplay::showProgress(const RunProgress& progress) {
+    if (std::exchange(phase_, progress.phase) != progress.phase) {
         drawTimer_.invalidate();
         lastQuarter_ = -1;
     }
-    if (total == 0)
+    if (progress.bytesTotal == 0)
         return;
     if (isTerminal_)
-        drawBar(done, total);
+        drawBar(progress);
     else
-        printStep(done, total);
+        printStep(progress);
 }
 
-void RunDisplay::drawBar(qint64 done, qint64 total) {
+void RunDisplay::drawBar(const RunProgress& progress) {
+    const qint64 done = progress.bytesDone, total = progress.bytesTotal;
     if (drawTimer_.isValid() && drawTimer_.elapsed() < DrawEveryMs && done < total)
         return;
     drawTimer_.start();
     const int filled = int(BarWidth * done / total);
-    QString line = phaseName(phase_).leftJustified(10) + '[' + QString(filled, '#') +
-                   QString(BarWidth - filled, '.') + "] ";
+    QString line = phaseName(phase_).leftJustified(10) + u'[' + QString(filled, u'#') +
+                   QString(BarWidth - filled, u'.') + QStringLiteral("] ");
     if (phase_ == RunPhase::Copy)
-        line += QString("%1 of %2 files  ").arg(file_).arg(files_);
-    line += QString("%1 of %2  %3/s")
-                .arg(size(done), size(total), size(estimate_.bytesPerSecond(done)));
-    if (const qint64 left = estimate_.millisecondsLeft(done, total); left >= 0)
-        line += "  " + durationText(left) + " left";
+        line +=
+            QStringLiteral("%1 of %2 files  ").arg(progress.trackFile).arg(progress.trackFileCount);
+    line += QStringLiteral("%1 of %2  %3/s")
+                .arg(size(done), size(total), size(progress.bytesPerSecond()));
+    if (const qint64 left = progress.millisecondsLeft(); left >= 0)
+        line += QStringLiteral("  %1 left").arg(durationText(left));
     const QByteArray bytes = '\r' + line.toUtf8() + "\x1b[K";
     std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout);
     std::fflush(stdout);
 }
 
-void RunDisplay::printStep(qint64 done, qint64 total) {
-    const int quarter = int(4 * done / total);
-    if (quarter == lastQuarter_)
-        return;
-    lastQuarter_ = quarter;
-    print(QString("%1: %2 % of %3").arg(phaseName(phase_)).arg(25 * quarter).arg(size(total)));
+void RunDisplay::printStep(const RunProgress& progress) {
+    const int quarter = int(4 * progress.bytesDone / progress.bytesTotal);
+    if (std::exchange(lastQuarter_, quarter) != quarter)
+        print(QStringLiteral("%1: %2 % of %3")
+                  .arg(phaseName(phase_))
+                  .arg(25 * quarter)
+                  .arg(size(progress.bytesTotal)));
 }
 
-bool RunDisplay::keepGoing() {
-    return interrupted == 0;
+bool RunDisplay::checkForStop() {
+    return interrupted != 0;
 }
 
-void RunDisplay::succeeded(const QString& message) {
-    print(message);
-}
-
-void RunDisplay::failed(const QString&, const QString&, const QString& second) {
-    // What failed, and where, is the command's one line on standard error.
-    print(second);
+// What failed, and where, is the command's one line on standard error.
+void RunDisplay::finished(const CardRunReport& report) {
+    if (isTerminal_) {
+        std::fputs("\r\x1b[K", stdout);
+        std::fflush(stdout);
+    }
+    print(report.message());
 }
 
 }  // namespace tessaly::cli

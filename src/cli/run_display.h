@@ -4,7 +4,6 @@
 #include <QString>
 
 #include "card/card_writer.h"
-#include "card/run_estimate.h"
 
 namespace tessaly::cli {
 
@@ -17,26 +16,18 @@ class RunDisplay : public CardRunObserver {
     ~RunDisplay() override;
 
     bool confirm(const QString& question) override;
-    void showProgress(const QString& caption) override;
-    void hideProgress() override;
-    void setBarMaximum(int maximum) override { files_ = maximum - 1; }
-    void setBarValue(int value) override { file_ = value; }
-    void setCaption(const QString&) override {}
-    void phaseProgress(RunPhase phase, qint64 done, qint64 total) override;
-    bool keepGoing() override;
-    void succeeded(const QString& message) override;
-    void failed(const QString& title, const QString& text, const QString& second) override;
+    void begin() override;
+    void showProgress(const RunProgress& progress) override;
+    bool checkForStop() override;
+    void finished(const CardRunReport& report) override;
 
  private:
-    void drawBar(qint64 done, qint64 total);
-    void printStep(qint64 done, qint64 total);
+    void drawBar(const RunProgress& progress);
+    void printStep(const RunProgress& progress);
 
     const bool answerYes_;
     const bool isTerminal_;
-    int files_ = 0;
-    int file_ = 0;
     RunPhase phase_ = RunPhase::Prepare;
-    RunEstimate estimate_;
     QElapsedTimer drawTimer_;
     int lastQuarter_ = -1;
 };

@@ -6,6 +6,7 @@
 #include "image/image_layout.h"
 #include "image/image_limits.h"
 #include "model/text_codec.h"
+#include "platform/error.h"
 
 namespace tessaly {
 
@@ -166,7 +167,7 @@ quint16 trackWord(const TrackRecord& record) {
 
 QByteArray BuildConfigImage(Project& project, quint16 identifier, const StepReporter& step) {
     if (step)
-        step(203);
+        step(step_code::BeginImage);
     numberTrackFiles(project);
     return composeConfigImage(project, identifier, step);
 }
@@ -177,32 +178,32 @@ QByteArray composeConfigImage(const Project& project, quint16 identifier,
         if (step)
             step(code);
     };
-    stage(203);
+    stage(step_code::BeginImage);
     throwFirst(imageLimitViolations(project));
     const TrackIndex index(project);
     ImageBytes image;
     image.put16(Identifier, identifier);
-    stage(204);
+    stage(step_code::BuildLanguageMask);
     image.put16(DefaultLanguageMask, defaultLanguageMask(project));
-    stage(205);
+    stage(step_code::BuildCardTitle);
     putTitle(image, CardTitle1, project.txtCardTitle1);
     putTitle(image, CardTitle2, project.txtCardTitle2);
-    stage(206);
+    stage(step_code::BuildPowerUpItem);
     image.put16(PowerUpItem, powerUpReference(project));
-    stage(207);
+    stage(step_code::BuildChimeOptions);
     image.put8(ChimeOptions, chimeOptions(project));
-    stage(208);
+    stage(step_code::BuildLanguages);
     appendTable(image, LanguageTable, project.lstLangs, LanguageWidth);
-    stage(209);
+    stage(step_code::BuildTitlesAndLists);
     appendTable(image, TitleTable, project.lstSpTitles, TitleWidth);
     appendTable(image, ListTable, project.lstMuList, TitleWidth);
-    stage(210);
+    stage(step_code::BuildTracks);
     appendTrackSections(image, project, index);
-    stage(211);
+    stage(step_code::BuildSpeech);
     appendSpeechColumns(image, project, index);
-    stage(212);
+    stage(step_code::BuildDisplayTexts);
     appendDisplayTexts(image, project);
-    stage(213);
+    stage(step_code::BuildTriggers);
     appendTriggers(image, project);
     return image.bytes();
 }

@@ -8,7 +8,8 @@
 
 namespace tessaly {
 
-/// Called with the step code of each stage of the builder, 203 to 213, before the stage begins.
+/// Called with the step code of each stage of the builder (step_code::BeginImage to BuildTriggers)
+/// before the stage begins.
 using StepReporter = std::function<void(int stepCode)>;
 
 /// Numbers every music and speech record in table order: `typeTag` becomes "0001", "0002", ...

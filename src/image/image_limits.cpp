@@ -94,21 +94,22 @@ QList<LimitViolation> imageLimitViolations(const Project& project) {
     const qsizetype size = imageSizeWith(project, tracks);
     const qsizetype excess = size - limits::ImageBytes;
     if (excess > 0)
-        found.append({ImageTooLarge, 300,
+        found.append({ImageTooLarge, step_code::LimitImage,
                       QString("The settings of this project take %1 bytes, the player can hold %2: "
                               "%3 too many. %4")
                           .arg(grouped(size), grouped(limits::ImageBytes), grouped(excess),
                                howToShrink(project, tracks, excess))});
     if (project.lstLangs.size() > limits::Languages)
-        found.append({TooManyLanguages, 301,
+        found.append({TooManyLanguages, step_code::LimitLanguages,
                       tooMany("languages", project.lstLangs.size(), limits::Languages)});
     if (project.lstMuList.size() > limits::MusicLists)
-        found.append({TooManyLists, 302,
+        found.append({TooManyLists, step_code::LimitLists,
                       tooMany("music lists", project.lstMuList.size(), limits::MusicLists)});
     const auto files =
         std::count_if(project.TrackTable.begin(), project.TrackTable.end(), isTrackFile);
     if (files > limits::TrackFiles)
-        found.append({TooManyFiles, 303, tooMany("MP3 files", files, limits::TrackFiles)});
+        found.append(
+            {TooManyFiles, step_code::LimitFiles, tooMany("MP3 files", files, limits::TrackFiles)});
     return found;
 }
 
@@ -117,7 +118,7 @@ QList<LimitViolation> limitViolations(const Project& project) {
     const auto check = [&](const TrackRecord& item, const Variant& kind, const QString& who) {
         const QString problem = referenceProblem(project, item, kind.text(), who);
         if (!problem.isEmpty())
-            found.append({error_number::ReferenceTooHigh, 304, problem});
+            found.append({error_number::ReferenceTooHigh, step_code::LimitReferences, problem});
     };
     if (hasPowerUpItem(project))
         check(project.PowerUpRecord, project.PowerUpRecord.kind, "The power-up item");

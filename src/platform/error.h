@@ -78,4 +78,68 @@ TessalyError systemError(int code, const QString& path);
 /// straight after the call that failed.
 TessalyError lastSystemError(const QString& path);
 
+/// The steps of a card run, for the title of its error box: names, not an order.
+namespace step_code {
+
+enum : int {
+    ListCard = 10,
+    CopyTracks = 11,
+    DeleteOldProject = 12,  ///< and its settings
+    DeleteOldFirmware = 13,
+    DeleteOldCalibration = 14,
+    WriteSettings = 15,
+    CopyFirmware = 16,
+    CopyCalibration = 17,
+    CopyChime = 18,
+    CreateProjectCopy = 19,  ///< "tmp.crd" in the work folder, with the next two
+    WriteProjectCopy = 20,
+    CloseProjectCopy = 21,
+    WriteProject = 22,
+    DeleteTemporaryImage = 23,
+    DeleteTemporaryHex = 24,
+    DeleteProjectCopy = 25,
+    CopyFixedConfiguration = 69,
+    DeleteFiles = 100,
+    DeleteFolders = 101,
+
+    FindSources = 200,
+    FindFirmware = 201,
+    FindCalibration = 202,
+
+    // Stages of the image's builder
+    BeginImage = 203,
+    BuildLanguageMask = 204,
+    BuildCardTitle = 205,
+    BuildPowerUpItem = 206,
+    BuildChimeOptions = 207,
+    BuildLanguages = 208,
+    BuildTitlesAndLists = 209,
+    BuildTracks = 210,
+    BuildSpeech = 211,
+    BuildDisplayTexts = 212,
+    BuildTriggers = 213,
+
+    // Limits of the formats
+    LimitImage = 300,
+    LimitLanguages = 301,
+    LimitLists = 302,
+    LimitFiles = 303,
+    LimitReferences = 304,
+    LimitSourceBytes = 305,
+
+    // Guards of the card
+    GuardTarget = 310,
+    GuardFolders = 311,
+    GuardSources = 312,
+    GuardWritable = 313,
+    GuardSpace = 314,
+    GuardRootEntries = 315,
+    GuardTracks = 316,
+
+    Settle = 320,
+    Compare = 321,
+};
+
+}  // namespace step_code
+
 }  // namespace tessaly

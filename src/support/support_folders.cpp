@@ -4,7 +4,7 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
-#include "card/card_names.h"
+#include "card/card_files.h"
 #include "platform/paths.h"
 
 namespace tessaly {

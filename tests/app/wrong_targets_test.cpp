@@ -238,7 +238,7 @@ TEST(WrongTargets, ErasingFollowsNoLinkThatAppears) {
             bool isErasing = false;
             bool isSwapped = false;
             bench.files.onOperation = [&] {
-                isErasing = isErasing || bench.writer.stepCode == 10;
+                isErasing = isErasing || bench.observer.progress.stepCode == step_code::ListCard;
                 if (!isErasing || isSwapped || bench.files.operations.last() != moment)
                     return;
                 const QString place = bench.scratch.path("card/" + victim);

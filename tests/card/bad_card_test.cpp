@@ -2,7 +2,6 @@
 #include <random>
 
 #include "card/card_verifier.h"
-#include "card/firmware.h"
 #include "support/card_bench.h"
 
 namespace tessaly {
@@ -54,24 +53,18 @@ struct BadCardBench : CardBench {
         }
     }
 
-    // Whether a creation on a card that reads back as `damage` says ends in the box for `victim`.
-    void expectNamed(const QString& victim, const std::string& what, const Damaged& damaged) {
-        SCOPED_TRACE(victim.toStdString() + ": " + what);
+    // Whether a creation on a card that reads back as `damaged` says ends in the box for `victim`.
+    void expectNamed(const QString& victim, const Damaged& damaged) {
         files.readsBackAs = [&](const QString& path, const QByteArray& content) {
             return nameOf(path) == victim ? damaged : content;
         };
-        expectFailure(victim, damaged ? error_number::VerifyFailed : FaultyFileSystem::NoSuchFile);
-    }
-
-    void expectFailure(const QString& victim, int number) {
-        observer.messages.clear();
         const CardRunReport report = create();
         ASSERT_EQ(report.outcome, Outcome::Failed);
-        EXPECT_EQ(report.error->number, number);
+        EXPECT_EQ(report.error->number,
+                  damaged ? error_number::VerifyFailed : FaultyFileSystem::NoSuchFile);
         EXPECT_EQ(observer.title, "Tessaly Error 321");
         EXPECT_TRUE(observer.text.contains(scratch.path("card/" + victim) + ": "))
             << observer.text.toStdString();
-        EXPECT_EQ(observer.messages, QStringList("Card has NOT been created"));
     }
 };
 
@@ -79,22 +72,20 @@ struct BadCardBench : CardBench {
 QMap<std::string, Damaged> damagesOf(const QString& name, const Content& written,
                                      const Content& earlier) {
     const QByteArray bytes = written[name];
-    const qsizetype size = bytes.size(), middle = size / 2;
+    const qsizetype size = bytes.size();
     QMap<std::string, Damaged> damages = {
         {"the first byte", flipped(bytes, 0)},
-        {"the middle byte", flipped(bytes, middle, 3)},
         {"the last byte", flipped(bytes, size - 1, 7)},
         {"no last byte", bytes.chopped(1)},
-        {"no second half", bytes.left(middle)},
-        {"nothing but the first byte", size > 1 ? bytes.left(1) : QByteArray("?")},
+        {"no second half", bytes.left(size / 2)},
         {"empty", QByteArray()},
         {"a byte more", bytes + '\0'},
         {"a block more", bytes + QByteArray(Block, '\0')},
         {"gone", std::nullopt},
-        {"zeros", QByteArray(size, '\0')},
+        // A counterfeit has less room than it says: its end lands at its start.
+        {"wrapped around", bytes.right(size / 3) + bytes.mid(size / 3)},
     };
     if (size > 2 * Block) {
-        damages["no last block"] = bytes.chopped(Block);
         damages["cut to one block"] = bytes.left(Block);
         for (const qsizetype at : {qsizetype(0), Block, size - Block}) {
             const std::string where = std::to_string(at);
@@ -123,74 +114,13 @@ TEST(BadCards, EveryDamageToEveryFileIsFoundAndNamed) {
         // What happens to blocks, to the long file; everything else, to each.
         for (const QString& name : isLong ? QStringList("0001.mp3") : written.keys()) {
             const auto damages = damagesOf(name, written, bench.earlier);
-            for (auto damage = damages.begin(); damage != damages.end(); ++damage)
-                bench.expectNamed(name, damage.key(), damage.value());
+            for (auto damage = damages.begin(); damage != damages.end(); ++damage) {
+                SCOPED_TRACE(name.toStdString() + ": " + damage.key());
+                bench.expectNamed(name, damage.value());
+            }
         }
         bench.files.readsBackAs = nullptr;
         EXPECT_EQ(bench.create().outcome, Outcome::Done);
-    }
-}
-
-// A counterfeit reports more room than it has: what is written beyond its end lands at its start.
-TEST(BadCards, ACardThatIsSmallerThanItSaysIsFound) {
-    BadCardBench bench;
-    QByteArray chip;
-    QMap<QString, std::pair<qsizetype, qsizetype>> places;  // where a file starts, and its size
-    qsizetype end = 0;
-    bench.files.onWrite = [&](const QString& name, QByteArrayView block) {
-        if (name.startsWith("tmp."))
-            return;
-        if (!places.contains(name))
-            places[name] = {end, 0};
-        for (const char c : block)
-            chip[end++ % chip.size()] = c;
-        places[name].second += block.size();
-    };
-    const auto readFromChip = [&](const QString& path) {
-        const auto [start, size] = places[nameOf(path)];
-        QByteArray bytes;
-        for (qsizetype at = start; at < start + size; ++at)
-            bytes += chip[at % chip.size()];
-        return bytes;
-    };
-    bench.files.readsBackAs = [&](const QString& path, const QByteArray&) -> Damaged {
-        return readFromChip(path);
-    };
-    const auto run = [&](qsizetype realBytes) {
-        chip = QByteArray(realBytes, '\0');
-        places.clear();
-        end = 0;
-        return bench.create();
-    };
-    ASSERT_EQ(run(1 << 20).outcome, Outcome::Done) << bench.observer.text.toStdString();
-    const qsizetype all = end;
-    EXPECT_EQ(run(all).outcome, Outcome::Done);
-    for (const qsizetype real : {all - 1, all - 512, all / 2, all / 3, qsizetype(512)}) {
-        ASSERT_EQ(run(real).outcome, Outcome::Failed) << real << " of " << all;
-        EXPECT_EQ(bench.observer.title, "Tessaly Error 321");
-        const QString victim = nameOf(
-            QDir::fromNativeSeparators(bench.observer.text.section(": ", 0, 0).section('\r', 1)));
-        EXPECT_NE(readFromChip(victim), bench.card()[victim]) << victim.toStdString();
-    }
-}
-
-TEST(BadCards, FirmwareAloneIsComparedToo) {
-    BadCardBench bench;
-    ASSERT_EQ(bench.create().outcome, Outcome::Done);
-    const QString target = bench.scratch.path("card/0000.hex");
-    const QByteArray own = bench.scratch.read("app/firmware/0000.hex");
-    for (const QByteArray& damaged : {flipped(own, 0), flipped(own, own.size() - 1), own.chopped(1),
-                                      own + '\n', QByteArray()}) {
-        bench.files.readsBackAs = [&](const QString& path, const QByteArray& content) -> Damaged {
-            return path == target ? damaged : content;
-        };
-        try {
-            updateFirmware(bench.files, bench.job.root, bench.job.folders);
-            ADD_FAILURE() << damaged.toStdString();
-        } catch (const TessalyError& error) {
-            EXPECT_EQ(error.number, error_number::VerifyFailed);
-            EXPECT_TRUE(error.description.startsWith(target + ": "));
-        }
     }
 }
 
@@ -225,11 +155,10 @@ TEST(BadCards, ACardMayBePulledOutAtAnyMoment) {
             bench.scratch.write("disk/0001.mp3", "precious");
             const auto disk = bench.scratch.content("disk");
             const CardRunReport report = bench.create();
-            const bool isTidyingUp = bench.files.operations.value(at).startsWith("remove tmp.");
-            const bool wasPulled = at < bench.files.operations.size() && !isTidyingUp;
-            EXPECT_EQ(report.outcome, wasPulled ? Outcome::Failed : Outcome::Done);
-            EXPECT_EQ(bench.observer.messages.last(),
-                      wasPulled ? "Card has NOT been created" : "Card successfully created!");
+            const QString operation = bench.files.operations.value(at);
+            EXPECT_EQ(report.outcome, operation.isEmpty() || operation.startsWith("remove tmp.")
+                                          ? Outcome::Done
+                                          : Outcome::Failed);
             EXPECT_EQ(bench.scratch.content("disk"), disk);
         }
     }
@@ -242,13 +171,7 @@ TEST(BadCards, ACardPulledOutWhileItIsJudgedIsSaidToBeGone) {
         if (bench.files.operations.last() == "reopen 0002.mp3")
             QFile::rename(bench.scratch.path("card"), bench.scratch.path("pulled"));
     };
-    try {
-        verifyCard(bench.files, bench.job.root);
-        ADD_FAILURE() << "it should be missed";
-    } catch (const TessalyError& error) {
-        EXPECT_EQ(error.number, error_number::DriveNotReady);
-        EXPECT_TRUE(error.description.startsWith(bench.scratch.path("card")));
-    }
+    EXPECT_THROW(verifyCard(bench.files, bench.job.root), TessalyError);
 }
 
 #endif

@@ -20,18 +20,10 @@ CardChecks check(CardBench& bench, const QString& drive = "E:\\") {
 
 }  // namespace
 
-TEST(CardSummary, SizesAreShownInMegabytes) {
-    const std::pair<qint64, const char*> cases[] = {{0, "0.0 MB"},
-                                                    {49999, "0.0 MB"},
-                                                    {50000, "0.1 MB"},
-                                                    {123456789, "123.5 MB"},
-                                                    {12345678901, "12345.7 MB"}};
-    for (const auto& [bytes, text] : cases)
-        EXPECT_EQ(megabytes(bytes), text);
-}
-
 TEST(CardSummary, AMissingFileCountsAndIsFlagged) {
     CardBench bench;
+    EXPECT_EQ(megabytes(49999), "0.0 MB");
+    EXPECT_EQ(megabytes(12345650000), "12345.7 MB");
     EXPECT_EQ(updateSummary(bench.project, bench.files), (CardTotals{5008, 3, false}));
     EXPECT_FALSE(check(bench).blocked);
     QFile::remove(bench.scratch.path("src/first.mp3"));
@@ -100,33 +92,89 @@ TEST(CardChecks, LimitsBlockToo) {
     }
 }
 
-TEST(Firmware, VersionsAreComparedAsTexts) {
-    using Relation = FirmwareComparison::Relation;
+TEST(CardChecks, DecideWhatThePageOffers) {
+    CardBench bench;
+    const CardControls good{
+        .buttCreateCard = true, .buttCreateXD3 = true, .buttUpdateFirmware = true};
+    EXPECT_EQ(cardControls(check(bench), false, true), good);
+    EXPECT_EQ(cardControls(check(bench, ""), true, true), CardControls());
+    // The state of the firmware button stays while the drive is empty.
+    bench.drives.isReady = false;
+    for (const bool before : {false, true})
+        EXPECT_EQ(cardControls(check(bench), before, true).buttUpdateFirmware, before);
+    bench.drives.isReady = true;
+    bench.project.lstMuTrack[0].append("silent");
+    bench.scratch.write("src/hello.mp3", "");
+    QFile::remove(bench.scratch.path("src/first.mp3"));
+    for (const bool canGive : {false, true})
+        EXPECT_EQ(cardControls(check(bench), false, canGive),
+                  (CardControls{.buttUpdateFirmware = true,
+                                .buttGiveFiles = canGive,
+                                .fraSilentTracks = true,
+                                .fraEmptyFiles = true,
+                                .fraCC7 = true}));
+    bench.project.TrackTable.append(QList<TrackRecord>(200, bench.project.TrackTable[1]));
+    const CheckResult problems = problemsOf(check(bench));
+    EXPECT_EQ(problems.offenders.size(), 201);
+    EXPECT_EQ(problems.offenders.last(), "... and 1 more");
+}
+
+TEST(CardChecks, OnlyARemovableDriveIsSelected) {
     const struct {
-        const char* card;
-        Relation relation;
-        const char* message;
+        DriveType type;
+        bool isReady;
+        const char *drive, *said;
+    } cases[] = {{DriveType::Removable, true, "E:", ""},
+                 {DriveType::Fixed, false, "E:", ""},  // it may become one with a card
+                 {DriveType::Fixed, true, "D:", "Sorry, that is a Fixed drive!"},
+                 {DriveType::CdRom, true, "D:", "Sorry, that is a CD-ROM drive!"}};
+    for (const auto& [type, isReady, drive, said] : cases) {
+        CardBench bench;
+        bench.project.cfDrive = "D:";
+        bench.drives.driveType = type;
+        bench.drives.isReady = isReady;
+        EXPECT_EQ(selectCardDrive(bench.project, bench.drives, "E:"), said);
+        EXPECT_EQ(bench.project.cfDrive, drive);
+    }
+}
+
+// The version starts at the third character: behind the colon and one digit.
+TEST(Firmware, IsOfferedByItsVersionAsText) {
+    using Outcome = FirmwareResult::Outcome;
+    const struct {
+        QByteArray card;
+        Outcome outcome;  // after a yes
+        QString said;
     } cases[] = {
-        {":040110000102", Relation::SameAsCard,
+        {"", Outcome::NoCard, "Card does not have a valid TRL740 format."},
+        {":040110000102", Outcome::UpToDate,
          "Your card already contains TRL740 firmware version 4011.  No update has been done."},
-        {":00999", Relation::CardOlder,
+        {":00999", Outcome::Updated,
          "Do you want to update your card from TRL740 firmware version 0999 to version 4011?"},
-        {":04012\r\n:00", Relation::CardNewer,
+        {":04012\r\n:00", Outcome::Updated,
          "Your card  contains TRL740 firmware version 4012 but Tessaly is about to install version "
          "4011.  Do you really want to downgrade?"},
-        {":0", Relation::CardOlder, nullptr},
-    };
-    CardBench bench;
-    bench.scratch.write("app/firmware/0000.hex", ":04011000010203\r\n");
-    EXPECT_EQ(compareFirmware(bench.files, bench.job.root, bench.job.folders).message,
-              "Card does not have a valid TRL740 format.");
-    for (auto [card, relation, message] : cases) {
-        // The version starts at the third character: behind the colon and one digit.
-        bench.scratch.write("card/0000.hex", card);
-        const auto comparison = compareFirmware(bench.files, bench.job.root, bench.job.folders);
-        EXPECT_EQ(comparison.relation, relation) << card;
-        if (message) {
-            EXPECT_EQ(comparison.message, message);
+        {":0", Outcome::Updated,
+         "Do you want to update your card from TRL740 firmware version  to version 4011?"}};
+    for (const auto& [card, outcome, said] : cases) {
+        for (const bool yes : {false, true}) {
+            CardBench bench;
+            if (!card.isEmpty())
+                bench.scratch.write("card/0000.hex", card);
+            QString asked;
+            const auto ask = [&](const QString& question, bool isDowngrade) {
+                EXPECT_EQ(isDowngrade, question.contains("downgrade"));
+                asked = question;
+                return yes;
+            };
+            const FirmwareResult result =
+                offerFirmware(bench.files, bench.drives, bench.job.root, bench.job.folders, ask);
+            EXPECT_EQ(asked.isEmpty() ? result.message : asked, said);
+            EXPECT_EQ(result.outcome, yes || asked.isEmpty() ? outcome : Outcome::Declined);
+            EXPECT_EQ(bench.card().value("0000.hex"),
+                      result.outcome == Outcome::Updated
+                          ? bench.scratch.read("app/firmware/0000.hex")
+                          : card);
         }
     }
 }
@@ -142,6 +190,10 @@ TEST(Firmware, AnUpdateReplacesOneFileOrNothing) {
     update();
     const QByteArray updated = bench.scratch.read("app/firmware/0000.hex");
     EXPECT_EQ(bench.card(), (QMap<QString, QByteArray>{{"0000.hex", updated}}));
+    for (const QByteArray& damaged : {updated.chopped(1), updated + '\n', updated.toLower()}) {
+        bench.files.readsBackAs = [&](auto&, auto&) { return std::optional(damaged); };
+        EXPECT_THROW(update(), TessalyError) << damaged.toStdString();
+    }
     bench.scratch.write("app/firmware/0000.hex", ":00000001FF\r\n");
     EXPECT_THROW(update(), TessalyError) << "a stand-in went onto the card";
     EXPECT_EQ(bench.card()["0000.hex"], updated);

@@ -50,38 +50,33 @@ class NotingObserver : public CardRunObserver {
     std::function<void()> onSuccess = [] {};
     QStringList questions, captions, messages;
     QString title, text;
-    QList<int> bar;
-    int barMaximum = 0;
+    QList<int> files;  ///< numbers of the MP3 files that were begun
     bool isShown = false;
-    QList<qint64> copied;
+    RunProgress progress;  ///< as it was shown last
 
     bool confirm(const QString& question) override {
         questions.append(question);
         return answer;
     }
-    void showProgress(const QString& caption) override {
-        isShown = true;
-        captions.append(caption);
+    void begin() override { isShown = true; }
+    void showProgress(const RunProgress& now) override {
+        EXPECT_TRUE(now.bytesTotal == 0 || now.bytesDone <= now.bytesTotal);
+        if (captions.isEmpty() || captions.last() != now.caption())
+            captions.append(now.caption());
+        if (files.isEmpty() || files.last() != now.trackFile)
+            files.append(now.trackFile);
+        progress = now;
     }
-    void hideProgress() override { isShown = false; }
-    void setBarMaximum(int maximum) override { barMaximum = maximum; }
-    void setBarValue(int value) override { bar.append(value); }
-    void setCaption(const QString& caption) override { captions.append(caption); }
-    void phaseProgress(RunPhase phase, qint64 done, qint64 total) override {
-        EXPECT_TRUE(total == 0 || done <= total);
-        if (phase == RunPhase::Copy)
-            copied.append(done);
-    }
-    bool keepGoing() override { return keepGoingNow(); }
-    void succeeded(const QString& message) override {
-        messages.append(message);
-        onSuccess();
-    }
-    void failed(const QString& errorTitle, const QString& errorText,
-                const QString& second) override {
-        title = errorTitle;
-        text = errorText;
-        messages.append(second);
+    bool checkForStop() override { return !keepGoingNow(); }
+    void finished(const CardRunReport& report) override {
+        isShown = false;
+        messages.append(report.message());
+        if (!report.error) {
+            onSuccess();
+            return;
+        }
+        title = report.errorTitle();
+        text = report.errorText();
     }
 };
 
@@ -114,8 +109,12 @@ struct CardBench {
         setChimeOption(project, &Project::buttPlayIntChime, true);
         project.txtChimeFileName = scratch.path("chime.mp3");
     }
-    CardRunReport create() { return writer.createCard(project, job, observer); }
-    CardRunReport update() { return writer.updateSettings(project, job, observer); }
+    CardRunReport run(bool settingsOnly) {
+        job.settingsOnly = settingsOnly;
+        return writer.createCard(project, job, observer);
+    }
+    CardRunReport create() { return run(false); }
+    CardRunReport update() { return run(true); }
     QMap<QString, QByteArray> card() const { return scratch.content("card"); }
 };
 

@@ -30,9 +30,6 @@ class FaultyFileSystem : public LocalFileSystem {
     /// what is read instead; nothing for a file that is gone.
     std::function<std::optional<QByteArray>(const QString& path, const QByteArray& content)>
         readsBackAs;
-    /// Is told what is written, block by block.
-    std::function<void(const QString& name, QByteArrayView block)> onWrite;
-
     mutable QHash<QString, int> sizesAsked;  ///< how often, by path
 
     std::optional<qint64> fileSize(const QString& path) const override {
@@ -164,8 +161,6 @@ class FaultyFileSystem : public LocalFileSystem {
                 file_->write(bytes.first(bytes.size() / 2));
                 throw;
             }
-            if (owner_.onWrite)
-                owner_.onWrite(lastNameOf(path_), bytes);
             file_->write(bytes);
         }
         void setModificationTime(const QDateTime& time) override {
