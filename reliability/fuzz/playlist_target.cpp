@@ -1,9 +1,8 @@
 #include <QSet>
 #include <algorithm>
 
-#include "editor/playlist_import.h"
+#include "editor/list_import.h"
 #include "editor/playlist_parser.h"
-#include "editor/playlist_text.h"
 #include "model/card_file.h"
 #include "model/music_lists.h"
 #include "platform/error.h"

@@ -3,7 +3,7 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 
-#include "app/status_circle.h"
+#include "app/small_widgets.h"
 #include "model/numbers.h"
 #include "ui_create_card_page.h"
 

@@ -3,7 +3,7 @@
 #include <QStatusBar>
 #include <QTimer>
 
-#include "app/start_arguments.h"
+#include "app/program.h"
 #include "model/project_snapshot.h"
 #include "platform/native_path.h"
 #include "support/window_bench.h"

@@ -1,6 +1,4 @@
-#include "editor/folder_as_list.h"
-
-#include "editor/give_files.h"
+#include "editor/list_import.h"
 #include "editor/music_editor.h"
 #include "model/music_lists.h"
 #include "platform/error.h"

@@ -1,5 +1,5 @@
 // reliability/fuzz imports any bytes, and cancels them half-way.
-#include "editor/playlist_import.h"
+#include "editor/list_import.h"
 
 #include <QStringEncoder>
 

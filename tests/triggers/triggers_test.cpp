@@ -5,8 +5,7 @@
 #include "model/music_lists.h"
 #include "support/projects.h"
 #include "support/scratch_folder.h"
-#include "triggers/discrete_triggers.h"
-#include "triggers/playback_attributes.h"
+#include "triggers/item_settings.h"
 
 namespace tessaly {
 
@@ -51,12 +50,9 @@ QStringList filesWith(const Project& project, Boolean16 TrackRecord::*flag) {
     return files;
 }
 
-// A row as letters: C checked, E box and label enabled, V View enabled, ! item gone; "-" if none.
+// A row as letters: C checked, E enabled; "-" if neither.
 QString shortForm(const TriggerRow& row) {
-    EXPECT_EQ(row.buttTrigEnabled, row.lblTrigEnabled);
-    const QString letters = QString(row.buttTrigChecked ? "C" : "") +
-                            (row.buttTrigEnabled ? "E" : "") +
-                            (row.buttViewTrigEnabled ? "V" : "") + (row.isGone ? "!" : "");
+    const QString letters = QString(row.isAssigned ? "C" : "") + (row.isEnabled ? "E" : "");
     return letters.isEmpty() ? "-" : letters;
 }
 
@@ -101,10 +97,9 @@ TEST(PlaybackAttributes, ControlsAreEnabledBySelection) {
     addTrack(project, "Pop", "<Play Full List>", "d.mp3");
     TriggerSelector misleading = clickSelector(project, Music, "Pop");
     selectTriggerRight(misleading, 2);
-    const AttributeControls none, playable{.chkPowerUp = true, .triggerRows = true};
-    const AttributeControls all{true, true, true, true, true, true, true};
-    AttributeControls allButLoop = all;
-    allButLoop.chkEndlessLoop = false;
+    const AttributeControls none, playable{.play = true};
+    const AttributeControls all{.attributes = true, .endlessLoop = true, .play = true};
+    const AttributeControls allButLoop{.attributes = true, .play = true};
     const struct {
         const char* name;
         TriggerSelection selection;
@@ -129,11 +124,12 @@ TEST(PlaybackAttributes, ReachEveryRecordOfTheItemAndNoOther) {
     project.TrackTable[2].kind = "empty";  // a deleted track
     const auto rockA = selectTrack(project, "Rock", "Song A");
     const auto welcome = selectTitle(project, "Welcome");
-    setLoudVolume(project, rockA, true);
-    setCancelOnInterrupt(project, welcome, true);
-    setCancelOnInterrupt(project, selectTitle(project, "Song A"), true);  // no track
     setEndlessLoop(project, rockA, true);
     setEndlessLoop(project, welcome, true);  // titles do not loop
+    EXPECT_FALSE(project.unsavedChanges);
+    EXPECT_TRUE(isMarkedBy(project, [&] { setLoudVolume(project, rockA, true); }));
+    EXPECT_TRUE(isMarkedBy(project, [&] { setCancelOnInterrupt(project, welcome, true); }));
+    setCancelOnInterrupt(project, selectTitle(project, "Song A"), true);  // no track
     EXPECT_EQ(filesWith(project, &TrackRecord::loudVolume), QStringList({"a.mp3", "a again.mp3"}));
     EXPECT_EQ(filesWith(project, &TrackRecord::cancelOnInterrupt),
               QStringList({"e.mp3", "g.mp3", "s.mp3"}));
@@ -153,11 +149,7 @@ TEST(PlaybackAttributes, ReachEveryRecordOfTheItemAndNoOther) {
 TEST(PlaybackAttributes, AreShownAsTheFirstRecordHasThem) {
     Project project = tour();
     const auto welcome = selectTitle(project, "Welcome");
-    const AttributeDisplay loud{.buttPlayNormVolume = false,
-                                .buttPlayLoudVolume = true,
-                                .buttResumeOnInt = false,
-                                .buttCancelOnInt = true,
-                                .hasRecord = true};
+    const AttributeDisplay loud{.loud = true, .cancel = true, .hasRecord = true};
     setLoudVolume(project, welcome, true);
     setCancelOnInterrupt(project, welcome, true);
     EXPECT_EQ(displayedAttributes(project, welcome), loud);
@@ -172,7 +164,7 @@ TEST(PlaybackAttributes, AreShownAsTheFirstRecordHasThem) {
 
     setEndlessLoop(project, selectTrack(project, "Rock", "Song B"), true);
     for (const QString track : {"Song B", "Song A", "<Play Full List>"})
-        EXPECT_EQ(displayedAttributes(project, selectTrack(project, "Rock", track)).chkEndlessLoop,
+        EXPECT_EQ(displayedAttributes(project, selectTrack(project, "Rock", track)).loop,
                   track == "Song B");
     project.lstSpTitles.append("No file");
     EXPECT_EQ(displayedAttributes(project, selectTitle(project, "No file")), AttributeDisplay{});
@@ -187,7 +179,7 @@ TEST(PowerUpItem, IsOneOfTheWholeProject) {
     for (const TriggerSelection& chosen : items) {
         setPowerUpItem(project, chosen, true);
         for (const TriggerSelection& item : items) {
-            EXPECT_EQ(displayedAttributes(project, item).chkPowerUp, &item == &chosen);
+            EXPECT_EQ(displayedAttributes(project, item).powerUp, &item == &chosen);
             if (&item != &chosen)
                 setPowerUpItem(project, item, false);  // another's box changes nothing
         }
@@ -197,6 +189,7 @@ TEST(PowerUpItem, IsOneOfTheWholeProject) {
     EXPECT_EQ(powerUpItem(project).words, "At power-up: Welcome");
     setPowerUpItem(project, items[5], false);
     EXPECT_EQ(powerUpItem(project).words, "At power-up: nothing");
+    EXPECT_FALSE(project.unsavedChanges);
 }
 
 TEST(PowerUpItem, ThatIsGoneIsSaidAndCleared) {
@@ -241,12 +234,12 @@ TEST(DiscreteTriggers, RowsFollowTheSelection) {
         TriggerSelection selection;
         QStringList rows;
     } cases[] = {
-        {"nothing assignable", selectTrack(project, "Rock"), {"CV", "CV", "-"}},
-        {"held by trigger 1", selectTrack(project, "Rock", "Song A"), {"CE", "CV", "E"}},
-        {"same track of another list", selectTrack(project, "Pop", "Song A"), {"CV", "CV", "E"}},
-        {"title called like the track", selectTitle(project, "Song A"), {"CV", "CE", "E"}},
-        {"the whole list", selectTrack(project, "Rock", "<Play Full List>"), {"CV", "CV", "E"}},
-        {"continuous mix", selectTrack(project, "<Continuous Mix>"), {"CV", "CV", "E"}},
+        {"nothing assignable", selectTrack(project, "Rock"), {"C", "C", "-"}},
+        {"held by trigger 1", selectTrack(project, "Rock", "Song A"), {"CE", "C", "E"}},
+        {"same track of another list", selectTrack(project, "Pop", "Song A"), {"C", "C", "E"}},
+        {"title called like the track", selectTitle(project, "Song A"), {"C", "CE", "E"}},
+        {"the whole list", selectTrack(project, "Rock", "<Play Full List>"), {"C", "C", "E"}},
+        {"continuous mix", selectTrack(project, "<Continuous Mix>"), {"C", "C", "E"}},
     };
     for (const auto& [name, selection, rows] : cases)
         EXPECT_EQ(shortForms(project, selection), rows) << name;
@@ -288,21 +281,6 @@ TEST(DiscreteTriggers, SlotsKeepWhatTheFormatKnows) {
     EXPECT_EQ(slot, before);
 }
 
-TEST(DiscreteTriggers, EndlessLoopAndPowerUpItemDoNotMarkTheProject) {
-    Project p = crossNamedProject();
-    const auto track = selectTrack(p, "Rock", "Song A");
-    EXPECT_TRUE(isMarkedBy(p, [&] { setLoudVolume(p, track, true); }));
-    EXPECT_TRUE(isMarkedBy(p, [&] { setLoudVolume(p, {}, false); })) << "nothing selected";
-    EXPECT_TRUE(isMarkedBy(p, [&] { setCancelOnInterrupt(p, track, true); }));
-    EXPECT_TRUE(isMarkedBy(p, [&] { assignTrigger(p, track, 0); }));
-    EXPECT_TRUE(isMarkedBy(p, [&] { viewTrigger(p, 0); }));
-    EXPECT_TRUE(isMarkedBy(p, [&] { clearTrigger(p, 0); }));
-    EXPECT_TRUE(isMarkedBy(p, [&] { clearPowerUpItem(p); }));
-    EXPECT_FALSE(isMarkedBy(p, [&] { setEndlessLoop(p, track, true); }));
-    EXPECT_FALSE(isMarkedBy(p, [&] { setPowerUpItem(p, track, true); }));
-    EXPECT_FALSE(isMarkedBy(p, [&] { selectTitle(p, "Welcome"); }));
-}
-
 // Whatever happened to its item, a trigger can be freed: at its item, where View leads, or in its
 // own row.
 TEST(DiscreteTriggers, NoTriggerIsEverStuck) {
@@ -324,14 +302,15 @@ TEST(DiscreteTriggers, NoTriggerIsEverStuck) {
                 continue;
             TriggerSelection selection;
             TriggerRow row = triggerRows(project, selection)[size_t(slot)];
-            EXPECT_NE(row.isGone, row.buttViewTrigEnabled) << row.words.toStdString();
-            if (row.buttViewTrigEnabled) {
+            const bool isGone = row.isEnabled;  // no selection leads to it
+            EXPECT_EQ(isGone, row.words.endsWith(')')) << row.words.toStdString();
+            if (!isGone) {
                 selection = selectionOf(*viewTrigger(project, slot));
                 row = triggerRows(project, selection)[size_t(slot)];
             }
-            ASSERT_EQ(shortForm(row), row.isGone ? "CE!" : "CE") << row.words.toStdString();
-            ++(row.isGone ? gone : viewed);
-            clearTrigger(project, slot);
+            ASSERT_EQ(shortForm(row), "CE") << row.words.toStdString();
+            ++(isGone ? gone : viewed);
+            EXPECT_TRUE(isMarkedBy(project, [&] { clearTrigger(project, slot); }));
             row = triggerRows(project, selection)[size_t(slot)];
             EXPECT_EQ(shortForm(row), selection.item == SelectedItem::None ? "-" : "E");
             EXPECT_FALSE(viewTrigger(project, slot));
