@@ -120,8 +120,8 @@ ListSection::ListSection(const Names& names, QWidget* parent)
     side->addSpacing(8);
     side->addLayout(moves);
     side->addItem(new QSpacerItem(20, 20, QSizePolicy::Minimum, QSizePolicy::Expanding));
-    for (QPushButton* button : more_)
-        side->addWidget(button);
+    for (QPushButton* further : more_)
+        side->addWidget(further);
     moves->addWidget(up);
     moves->addWidget(down);
     moves->addStretch();

@@ -68,38 +68,31 @@ FileDisplay MusicPage::display() const {
     return musicDisplay(project_, selection(), services_.files, services_.tags);
 }
 
-// ---- showing -----------------------------------------------------------------------------------
-
 void MusicPage::projectReplaced() {
     trackRows_.clear();
     clearEntries();
     const int row = currentListRow();
     showLists(row);
-    if (row >= 0) {
-        lstMuList_Click();
-    } else {
-        showTracks(-1);
-        showSelection();
-    }
+    if (row >= 0)
+        return lstMuList_Click();
+    showTracks(-1);
+    showSelection();
 }
 
 int MusicPage::currentListRow() const {
-    return int(
-        project_.lstMuList.indexOf(project_.MusicListNames.value(project_.currentMusicList)));
+    const QString list = project_.MusicListNames.value(project_.currentMusicList);
+    return int(project_.lstMuList.indexOf(list));
 }
 
 void MusicPage::showProject() {
     const int row = lists_.list()->row();
     showLists(row);
-    if (shownSlot_ == project_.currentMusicList) {
-        showTracks(tracks_.list()->row());
-    } else if (row >= 0 && currentListRow() >= 0) {  // another page brought another list on view
+    const bool isOnView = shownSlot_ == project_.currentMusicList;
+    if (!isOnView && row >= 0 && currentListRow() >= 0) {  // another page brought it on view
         showLists(currentListRow());
-        lstMuList_Click();
-        return;
-    } else {
-        showTracks(trackRows_.value(project_.currentMusicList, -1));
+        return lstMuList_Click();
     }
+    showTracks(isOnView ? tracks_.list()->row() : trackRows_.value(project_.currentMusicList, -1));
     showSelection();
 }
 
@@ -138,8 +131,6 @@ void MusicPage::lstMuTrack_Click() {
     emit summaryDue();
 }
 
-// ---- entry fields ------------------------------------------------------------------------------
-
 void MusicPage::txtNewMuList_Change() {
     lists_.list()->selectRow(-1);
     entered(lists_);
@@ -158,14 +149,19 @@ void MusicPage::clearEntries() {
 
 // ---- lists -------------------------------------------------------------------------------------
 
-void MusicPage::buttAddMuList_Click() {
-    const EditResult result = addNewMusicList(project_, lists_.entry());
+void MusicPage::listEdited(const EditResult& result) {
     if (result.isDone) {
-        lists_.clearEntry();
         showLists(result.row);
         lstMuList_Click();
     }
     emit projectChanged();
+}
+
+void MusicPage::buttAddMuList_Click() {
+    const EditResult result = addNewMusicList(project_, lists_.entry());
+    if (result.isDone)
+        lists_.clearEntry();
+    listEdited(result);
 }
 
 void MusicPage::buttEditMuList_Click() {
@@ -176,24 +172,24 @@ void MusicPage::buttEditMuList_Click() {
 }
 
 void MusicPage::buttDelMuList_Click() {
-    const EditResult result = deleteMusicList(project_, lists_.list()->row());
-    if (result.isDone) {
-        showLists(result.row);
-        lstMuList_Click();
-    }
-    emit projectChanged();
+    listEdited(deleteMusicList(project_, selection().list));
 }
 
 void MusicPage::moveList(Direction direction) {
-    const EditResult result = moveMusicList(project_, lists_.list()->row(), direction);
-    if (!result.isDone)
-        return;
-    showLists(result.row);
-    lstMuList_Click();
-    emit projectChanged();
+    const EditResult result = moveMusicList(project_, selection().list, direction);
+    if (result.isDone)
+        listEdited(result);
 }
 
 // ---- tracks ------------------------------------------------------------------------------------
+
+void MusicPage::trackEdited(const EditResult& result) {
+    if (result.isDone) {
+        showTracks(result.row);
+        lstMuTrack_Click();
+    }
+    emit projectChanged();
+}
 
 void MusicPage::buttAddMuTrack_Click() {
     const EditResult result = addNewMusicTrack(project_, selection(), tracks_.entry());
@@ -209,30 +205,16 @@ void MusicPage::buttAddMuTrack_Click() {
 
 void MusicPage::buttEditMuTrack_Click() {
     const QString answer = askForName(tracks_, QStringLiteral("Enter new text for Music Track:"));
-    const EditResult result = renameMusicTrack(project_, selection(), answer);
-    if (result.isDone) {
-        showTracks(result.row);
-        lstMuTrack_Click();
-    }
-    emit projectChanged();
+    trackEdited(renameMusicTrack(project_, selection(), answer));
 }
 
 void MusicPage::buttDelMuTrack_Click() {
-    const EditResult result = deleteMusicTrack(project_, selection());
-    if (result.isDone) {
-        showTracks(result.row);
-        lstMuTrack_Click();
-    }
-    emit projectChanged();
+    trackEdited(deleteMusicTrack(project_, selection()));
 }
 
 void MusicPage::moveTrack(Direction direction) {
-    const EditResult result = moveMusicTrack(project_, selection(), direction);
-    if (!result.isDone)
-        return;
-    showTracks(result.row);
-    lstMuTrack_Click();
-    emit projectChanged();
+    if (const EditResult result = moveMusicTrack(project_, selection(), direction); result.isDone)
+        trackEdited(result);
 }
 
 void MusicPage::buttAddMuFile_Click() {
@@ -245,7 +227,7 @@ void MusicPage::buttAddMuFile_Click() {
 
 // ---- imports -----------------------------------------------------------------------------------
 
-// Runs an import behind a dialog that appears when it takes long, and shows what came of it.
+// Runs an import behind a dialog that appears when it takes long, and shows its list.
 void MusicPage::importList(const std::function<ImportResult(const KeepGoing&)>& run) {
     QProgressDialog progress("Reading the tracks...", "Cancel", 0, 0, window());
     progress.setWindowModality(Qt::ApplicationModal);
@@ -259,23 +241,15 @@ void MusicPage::importList(const std::function<ImportResult(const KeepGoing&)>& 
     try {
         const ImportResult result = run(keepGoing);
         progress.reset();
+        const bool isMade = result.outcome == ImportResult::Outcome::Imported;
+        const auto icon = isMade ? Message::Icon::Information : Message::Icon::Exclamation;
         for (const ImportMessage& message : boxesOf(result))
-            services_.prompts.tell({.text = message.text,
-                                    .icon = message.icon == ImportMessage::Icon::Exclamation
-                                                ? Message::Icon::Exclamation
-                                                : Message::Icon::Information,
-                                    .title = message.title});
-        if (result.outcome == ImportResult::Outcome::Imported)
+            services_.prompts.tell({.text = message.text, .icon = icon, .title = message.title});
+        if (isMade)
             clearEntries();
-        if (result.listRow >= 0) {
-            showLists(result.listRow);
-            lstMuList_Click();
-            if (result.trackRow >= 0) {
-                showTracks(result.trackRow);
-                lstMuTrack_Click();
-            }
-        }
-        if (result.outcome == ImportResult::Outcome::Imported)
+        listEdited({.isDone = result.listRow >= 0, .row = result.listRow});
+        trackEdited({.isDone = result.trackRow >= 0, .row = result.trackRow});
+        if (isMade)
             offerFiles(result.list);
     } catch (const TessalyError& error) {
         progress.reset();

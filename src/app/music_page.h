@@ -47,6 +47,8 @@ class MusicPage : public EditorPage {
     MusicSelection selection() const;
     int currentListRow() const;
     void clearEntries();
+    void listEdited(const EditResult& result);
+    void trackEdited(const EditResult& result);
     void showLists(int row);
     void showTracks(int row);
     void offerFiles(const QString& list);

@@ -7,6 +7,7 @@
 #include "platform/file_system.h"
 #include "platform/mp3_tags.h"
 #include "platform/single_instance.h"
+#include "support/support_folders.h"
 
 namespace tessaly {
 

@@ -13,8 +13,6 @@ namespace tessaly {
 
 /// A message box for the operator, with an OK button.
 struct ImportMessage {
-    enum class Icon { Information, Exclamation };
-    Icon icon = Icon::Information;
     QString title = {};  ///< empty: the program's own
     QString text = {};   ///< lines end in CR LF
 };

@@ -21,9 +21,7 @@ constexpr qsizetype MostLines = 2 * qsizetype(MostImportedTracks) + 1;
 
 ImportResult invalidPlaylist() {
     return {.outcome = ImportResult::Outcome::Invalid,
-            .messages = {{.icon = ImportMessage::Icon::Exclamation,
-                          .title = {},
-                          .text = "Invalid playlist format, cannot open"}}};
+            .messages = {{.text = "Invalid playlist format, cannot open"}}};
 }
 
 // A plain list has paths only: the name is the title tag, else the file's own.
@@ -39,20 +37,19 @@ QString plainName(const QString& location, const Mp3Tags& tags) {
 
 // Why an entry cannot be taken; nothing when it can.
 std::optional<ImportMessage> rejection(const PlaylistEntry& entry) {
-    using Icon = ImportMessage::Icon;
     const auto& [name, location] = entry;
     if (location.isEmpty() && name.isEmpty())
-        return ImportMessage{Icon::Information, "Track Name and File location missing",
+        return ImportMessage{"Track Name and File location missing",
                              "Both Track Name and File Location missing, track not added."};
     if (location.isEmpty())
-        return ImportMessage{Icon::Information, "File location missing",
+        return ImportMessage{"File location missing",
                              "File location missing, track not added.\r\nTrack name: " + name};
     if (name.isEmpty())
         return ImportMessage{
-            Icon::Information, "Track name missing",
+            "Track name missing",
             "Track name missing, track not added.\r\nFile name: " + elided(location)};
     if (!location.endsWith(u"mp3", Qt::CaseInsensitive))
-        return ImportMessage{Icon::Information, "File type not MP3",
+        return ImportMessage{"File type not MP3",
                              "File type is not .MP3 or .mp3.\r\nTrack not added: " + name};
     return std::nullopt;
 }
@@ -157,9 +154,7 @@ ImportResult importMusicFolder(Project& project, const FileSystem& files, const 
     const QStringList names = mp3FilesIn(files, root);
     if (names.isEmpty()) {
         ImportResult result{.outcome = ImportResult::Outcome::NoFiles,
-                            .messages = {{.icon = ImportMessage::Icon::Exclamation,
-                                          .title = {},
-                                          .text = "Folder contains no MP3 files"}}};
+                            .messages = {{.text = "Folder contains no MP3 files"}}};
         selectLastRows(project, result);
         return result;
     }

@@ -14,7 +14,7 @@ namespace tessaly {
 
 namespace {
 
-TrackRecord listRecord(const char* kind, const QString& text) {
+TrackRecord listRecord(QStringView kind, const QString& text) {
     TrackRecord record;
     record.kind = kind;
     record.sourcePath = text;
@@ -23,7 +23,7 @@ TrackRecord listRecord(const char* kind, const QString& text) {
 
 TrackRecord setupRecord(const char* key, Variant value) {
     TrackRecord record;
-    record.kind = "setup";
+    record.kind = kind::Setting;
     record.groupName = key;
     record.sourcePath = std::move(value);
     return record;
@@ -43,14 +43,14 @@ void appendSetup(QList<TrackRecord>& records, const Project& project) {
 }
 
 void appendPowerUp(QList<TrackRecord>& records, const Project& project) {
-    if (project.PowerUpRecord.kind.is(u"empty"))
+    if (project.PowerUpRecord.kind.is(kind::Empty))
         return;
     TrackRecord record = project.PowerUpRecord;
     if (isSpeech(record))
         setTypeTag(record, "spee");
     else if (isMusic(record))
         setTypeTag(record, "musi");
-    record.kind = "powerup";
+    record.kind = kind::PowerUp;
     records << record;
 }
 
@@ -84,23 +84,23 @@ class RecordApplier {
     /// Empty when the record was carried out or is one to ignore.
     QString apply(const TrackRecord& record) {
         const QString kind = record.kind.text();
-        if (kind == u"music")
+        if (kind == kind::Music)
             return applyMusic(record);
-        else if (kind == u"speech")
+        else if (kind == kind::Speech)
             applySpeech(record);
-        else if (kind == u"lstSpTitles")
+        else if (kind == kind::Title)
             project_.lstSpTitles.append(record.sourcePath.text());
-        else if (kind == u"lstLangs")
+        else if (kind == kind::Language)
             project_.lstLangs.append(record.sourcePath.text());
-        else if (kind == u"lstDefaultLangs")
+        else if (kind == kind::DefaultLanguage)
             project_.DefaultLanguageTable.append(record);
-        else if (kind == u"stext")
+        else if (kind == kind::SystemText)
             return applySystemText(record);
-        else if (kind == u"setup")
+        else if (kind == kind::Setting)
             return applySetup(record);
-        else if (kind == u"powerup")
+        else if (kind == kind::PowerUp)
             applyPowerUp(record);
-        else if (kind == u"dtrig")
+        else if (kind == kind::Trigger)
             return applyTrigger(record);
         return {};
     }
@@ -171,9 +171,9 @@ class RecordApplier {
         project_.PowerUpRecord = record;
         const QString tag = typeTagText(record);
         if (tag == u"musi")
-            project_.PowerUpRecord.kind = "music";
+            project_.PowerUpRecord.kind = kind::Music;
         else if (tag == u"spee")
-            project_.PowerUpRecord.kind = "speech";
+            project_.PowerUpRecord.kind = kind::Speech;
     }
 
     QString applyTrigger(const TrackRecord& record) {
@@ -193,7 +193,7 @@ class RecordApplier {
 
 // A trigger that nothing was assigned to since the project was emptied is of kind "empty".
 bool isLastTrigger(const TrackRecord& record) {
-    return (record.kind.is(u"dtrig") || record.kind.is(u"empty")) &&
+    return (record.kind.is(kind::Trigger) || record.kind.is(kind::Empty)) &&
            typeTagNumber(record) == TriggerSlots - 1;
 }
 
@@ -204,9 +204,9 @@ QList<TrackRecord> projectRecords(const Project& project) {
     records.reserve(project.TrackTable.size() + 64);
     records << TrackRecord{};
     for (const QString& title : project.lstSpTitles)
-        records << listRecord("lstSpTitles", title);
+        records << listRecord(kind::Title, title);
     for (const QString& language : project.lstLangs)
-        records << listRecord("lstLangs", language);
+        records << listRecord(kind::Language, language);
     records << project.DefaultLanguageTable;
     for (int slot = 0; slot < SystemTextsUsed; ++slot)
         records << project.SystemTextTable[size_t(slot)];

@@ -89,7 +89,7 @@ void setCancelOnInterrupt(Project& project, const TriggerSelection& selection, b
 }
 
 void setEndlessLoop(Project& project, const TriggerSelection& selection, bool loop) {
-    if (selection.mode == TriggerMode::Music)
+    if (selection.item == SelectedItem::Track)
         setFlag(project, selection, &TrackRecord::endlessLoop, loop);
 }
 

@@ -17,8 +17,6 @@ struct AttributeControls {
     bool attributes = false;   ///< volume, and what an interruption does
     bool endlessLoop = false;  ///< chkEndlessLoop
     bool play = false;         ///< chkPowerUp, and a trigger that is free
-
-    bool operator==(const AttributeControls&) const = default;
 };
 
 /// The one rule for it: a track can have everything, a title everything but the endless loop, the
@@ -73,8 +71,6 @@ struct TriggerRow {
     bool isAssigned = false;  ///< buttTrig is checked
     bool isEnabled = false;  ///< buttTrig and lblTrig; an assigned one that is not has View instead
     QString words;           ///< "Trigger 2: Rock / Song A", "Trigger 2: free"
-
-    bool operator==(const TriggerRow&) const = default;
 };
 
 /// The rows for a selection. A trigger that holds another item is checked and greyed, and View

@@ -55,7 +55,6 @@ void selectTriggerRight(TriggerSelector& selector, int row) {
 
 TriggerSelection selectionOf(const TriggerSelector& selector) {
     TriggerSelection selection;
-    selection.mode = selector.mode;
     selection.left = lineAt(selector.lstTrigLeft, selector.leftRow);
     selection.right = lineAt(selector.lstTrigRight, selector.rightRow);
     if (!selection.left)

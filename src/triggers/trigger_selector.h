@@ -32,12 +32,9 @@ enum class SelectedItem { None, ContinuousMix, WholeList, Track, Title };
 
 /// What a selector's rows come to.
 struct TriggerSelection {
-    TriggerMode mode = TriggerMode::Music;
     std::optional<QString> left;   ///< music list, "<Continuous Mix>" or title
     std::optional<QString> right;  ///< track or "<Play Full List>"
     SelectedItem item = SelectedItem::None;
-
-    bool operator==(const TriggerSelection&) const = default;
 };
 
 /// The selector right after a click on buttTrigMusic or buttTrigSpeech, and whenever the page comes

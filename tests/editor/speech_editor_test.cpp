@@ -1,6 +1,8 @@
 // The session on the speech page has the sixteen languages, moves and files.
 #include "editor/speech_editor.h"
 
+#include <functional>
+
 #include "editor/file_display.h"
 #include "platform/local_file_system.h"
 #include "support/fake_tags.h"
@@ -65,41 +67,43 @@ TEST(SpeechEditor, LanguagesLeaveTriggersAlone) {
     EXPECT_EQ(project.PowerUpRecord, before.PowerUpRecord);
 }
 
+TEST(SpeechEditor, ButtonsFollowTheSelectionAndTheEntries) {
+    using Controls = EditorControls;
+    Project project;
+    EXPECT_EQ(speechControls(project, {}, "", ""), Controls{});
+    EXPECT_EQ(speechControls(project, {0, -1}, "x", "x"),
+              (Controls{{true, true}, {true, false}, false}));
+    EXPECT_EQ(speechControls(project, {-1, 0}, "", ""), (Controls{{}, {false, true}, false}));
+    project.lstLangs = QStringList(16, "x");
+    EXPECT_EQ(speechControls(project, {0, 0}, "", "x"),
+              (Controls{{false, true}, {false, true}, true}));
+}
+
 // Each by itself, also one that has nothing to do.
 TEST(SpeechEditor, EveryEditMarksTheProject) {
-    using Edit = EditResult (*)(Project&);
-    const Edit edits[] = {[](Project& p) { return addSpeechTitle(p, "x"); },
-                          [](Project& p) { return addSpeechTitle(p, ""); },
-                          [](Project& p) { return addLanguage(p, "x"); },
-                          [](Project& p) { return addLanguage(p, ""); },
-                          [](Project& p) {
-                              return chooseSpeechFile(p, {0, 0}, "x");
-                          },
-                          [](Project& p) {
-                              return chooseSpeechFile(p, {0, 0}, "");
-                          },
-                          [](Project& p) {
-                              return chooseSpeechFile(p, {0, -1}, "x");
-                          },
-                          [](Project& p) {
-                              return chooseSpeechFile(p, {-1, 0}, "x");
-                          },
-                          [](Project& p) { return renameSpeechTitle(p, 0, "x"); },
-                          [](Project& p) { return renameSpeechTitle(p, 0, ""); },
-                          [](Project& p) { return renameSpeechTitle(p, -1, "x"); },
-                          [](Project& p) { return renameLanguage(p, 0, "x"); },
-                          [](Project& p) { return renameLanguage(p, 2, "x"); },
-                          [](Project& p) { return deleteSpeechTitle(p, 0); },
-                          [](Project& p) { return deleteSpeechTitle(p, -1); },
-                          [](Project& p) { return deleteLanguage(p, 0); },
-                          [](Project& p) { return deleteLanguage(p, -1); }};
-    for (size_t i = 0; i < std::size(edits); ++i) {
-        Project project = tour();
-        const bool isDone = edits[i](project).isDone;
-        EXPECT_TRUE(project.unsavedChanges) << i;
-        project.unsavedChanges = false;
-        EXPECT_NE(isDone, project == tour()) << i;
-    }
+    for (const int row : {-1, 0})
+        for (const QString text : {"", "x"}) {
+            const std::function<EditResult(Project&)> edits[] = {
+                [&](Project& p) { return addSpeechTitle(p, text); },
+                [&](Project& p) { return addLanguage(p, text); },
+                [&](Project& p) {
+                    return chooseSpeechFile(p, {0, row}, text);
+                },
+                [&](Project& p) {
+                    return chooseSpeechFile(p, {row, 0}, text);
+                },
+                [&](Project& p) { return renameSpeechTitle(p, row, text); },
+                [&](Project& p) { return renameLanguage(p, row, text); },
+                [&](Project& p) { return deleteSpeechTitle(p, row); },
+                [&](Project& p) { return deleteLanguage(p, row); }};
+            for (const auto& edit : edits) {
+                Project project = tour();
+                EditResult result;
+                EXPECT_TRUE(isMarkedBy(project, [&] { result = edit(project); }));
+                project.unsavedChanges = false;
+                EXPECT_NE(result.isDone, project == tour());
+            }
+        }
 }
 
 TEST(Displays, ShowTheFileBehindTheSelection) {

@@ -76,7 +76,6 @@ TEST(TriggerSelector, ShowsWhatAModeAndALineCallFor) {
         {clickSelector(project, Music), {Music, music, lists, 0, {}, -1, true}},
         {clickSelector(project, Music, "Rock"),
          {Music, music, lists, 1, {"<Play Full List>", "Song A", "Song B"}, -1, true}},
-        {clickSelector(project, Music, "Nothing yet"), {Music, music, lists, 3, {}, -1, true}},
         {clickSelector(project, Music, "Pop", "Song A"),
          {Music, music, lists, 2, {"<Play Full List>", "Song A"}, 1, true}},
         {clickSelector(project, Speech, "Song A"), {Speech, speech, titles, 1, {}, -1, false}},
@@ -92,30 +91,45 @@ TEST(TriggerSelector, ShowsWhatAModeAndALineCallFor) {
     EXPECT_EQ(selectionOf(selector).item, SelectedItem::ContinuousMix);
 }
 
-TEST(PlaybackAttributes, ControlsAreEnabledBySelection) {
+// What can be set, as letters: attributes, loop, play. Trigger 1 holds Rock / Song A, 2 the title
+// Song A.
+TEST(TriggerPage, ControlsFollowTheSelection) {
     Project project = tour(), empty;
+    assignTrigger(project, selectTrack(project, "Rock", "Song A"), 0);
+    assignTrigger(project, selectTitle(project, "Song A"), 1);
     addTrack(project, "Pop", "<Play Full List>", "d.mp3");
     TriggerSelector misleading = clickSelector(project, Music, "Pop");
     selectTriggerRight(misleading, 2);
-    const AttributeControls none, playable{.play = true};
-    const AttributeControls all{.attributes = true, .endlessLoop = true, .play = true};
-    const AttributeControls allButLoop{.attributes = true, .play = true};
     const struct {
         const char* name;
         TriggerSelection selection;
-        AttributeControls expected;
+        QString controls;
+        QStringList rows;
     } cases[] = {
-        {"no lists", selectTrack(empty, {}), none},
-        {"no titles", selectTitle(empty, {}), none},
-        {"continuous mix", selectTrack(project, {}), playable},
-        {"list", selectTrack(project, "Rock"), none},
-        {"whole list", selectTrack(project, "Rock", "<Play Full List>"), playable},
-        {"track", selectTrack(project, "Rock", "Song B"), all},
-        {"track called like the whole list", selectionOf(misleading), all},
-        {"title", selectTitle(project, "Welcome"), allButLoop},
+        {"no lists", selectTrack(empty, {}), "", {"C", "C", "-"}},
+        {"no titles", selectTitle(empty, {}), "", {"C", "C", "-"}},
+        {"list", selectTrack(project, "Rock"), "", {"C", "C", "-"}},
+        {"continuous mix", selectTrack(project, "<Continuous Mix>"), "p", {"C", "C", "E"}},
+        {"whole list", selectTrack(project, "Rock", "<Play Full List>"), "p", {"C", "C", "E"}},
+        {"track", selectTrack(project, "Rock", "Song A"), "alp", {"CE", "C", "E"}},
+        {"track of another list", selectTrack(project, "Pop", "Song A"), "alp", {"C", "C", "E"}},
+        {"track called like the whole list", selectionOf(misleading), "alp", {"C", "C", "E"}},
+        {"title called like the track", selectTitle(project, "Song A"), "ap", {"C", "CE", "E"}},
     };
-    for (const auto& [name, selection, expected] : cases)
-        EXPECT_EQ(enabledControls(selection), expected) << name;
+    for (const auto& [name, selection, controls, rows] : cases) {
+        const AttributeControls enabled = enabledControls(selection);
+        EXPECT_EQ(QString(enabled.attributes ? "a" : "") + (enabled.endlessLoop ? "l" : "") +
+                      (enabled.play ? "p" : ""),
+                  controls)
+            << name;
+        EXPECT_EQ(shortForms(project, selection), rows) << name;
+    }
+    const auto rows = triggerRows(project, cases[0].selection);
+    EXPECT_EQ(rows[0].words, "Trigger 1: Rock / Song A");
+    EXPECT_EQ(rows[1].words, "Trigger 2: Song A");
+    EXPECT_EQ(rows[2].words, "Trigger 3: free");
+    reset(project);  // the names stay in the slots, the triggers are free
+    EXPECT_EQ(shortForms(project, selectTrack(project, {})), QStringList({"-", "-", "-"}));
 }
 
 TEST(PlaybackAttributes, ReachEveryRecordOfTheItemAndNoOther) {
@@ -225,32 +239,6 @@ TEST(PowerUpItem, ThatIsGoneIsSaidAndCleared) {
     }
 }
 
-TEST(DiscreteTriggers, RowsFollowTheSelection) {
-    Project project = crossNamedProject();
-    assignTrigger(project, selectTrack(project, "Rock", "Song A"), 0);
-    assignTrigger(project, selectTitle(project, "Song A"), 1);
-    const struct {
-        const char* name;
-        TriggerSelection selection;
-        QStringList rows;
-    } cases[] = {
-        {"nothing assignable", selectTrack(project, "Rock"), {"C", "C", "-"}},
-        {"held by trigger 1", selectTrack(project, "Rock", "Song A"), {"CE", "C", "E"}},
-        {"same track of another list", selectTrack(project, "Pop", "Song A"), {"C", "C", "E"}},
-        {"title called like the track", selectTitle(project, "Song A"), {"C", "CE", "E"}},
-        {"the whole list", selectTrack(project, "Rock", "<Play Full List>"), {"C", "C", "E"}},
-        {"continuous mix", selectTrack(project, "<Continuous Mix>"), {"C", "C", "E"}},
-    };
-    for (const auto& [name, selection, rows] : cases)
-        EXPECT_EQ(shortForms(project, selection), rows) << name;
-    const auto rows = triggerRows(project, cases[0].selection);
-    EXPECT_EQ(rows[0].words, "Trigger 1: Rock / Song A");
-    EXPECT_EQ(rows[1].words, "Trigger 2: Song A");
-    EXPECT_EQ(rows[2].words, "Trigger 3: free");
-    reset(project);  // the names stay in the slots, the triggers are free
-    EXPECT_EQ(shortForms(project, selectTrack(project, {})), QStringList({"-", "-", "-"}));
-}
-
 TEST(DiscreteTriggers, SlotsKeepWhatTheFormatKnows) {
     Project project = crossNamedProject();
     const struct {
@@ -302,8 +290,10 @@ TEST(DiscreteTriggers, NoTriggerIsEverStuck) {
                 continue;
             TriggerSelection selection;
             TriggerRow row = triggerRows(project, selection)[size_t(slot)];
-            const bool isGone = row.isEnabled;  // no selection leads to it
-            EXPECT_EQ(isGone, row.words.endsWith(')')) << row.words.toStdString();
+            const TrackRecord& trigger = project.TriggerTable[size_t(slot)];
+            const bool isGone =
+                itemState(project, trigger, trigger.sourcePath) != ItemState::Present;
+            EXPECT_EQ(row.isEnabled, isGone) << row.words.toStdString();
             if (!isGone) {
                 selection = selectionOf(*viewTrigger(project, slot));
                 row = triggerRows(project, selection)[size_t(slot)];
