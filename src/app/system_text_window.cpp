@@ -57,6 +57,7 @@ SystemTextWindow::SystemTextWindow(Project& project, Prompts& prompts, QWidget* 
 
 QScrollArea* SystemTextWindow::makeRows(Prompts& prompts) {
     auto* scroll = new QScrollArea(this);
+    scroll->setObjectName(QStringLiteral("scrollRows"));
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll->setWidgetResizable(true);

@@ -111,7 +111,9 @@ ImportResult addImportedList(Project& project, const QString& name,
             throw tooMuch("too many of its tracks have the same name.");
         TrackRecord record;
         record.kind = kind::Music;
-        // A name that is only saved as another is has a line of its own, with its file.
+        // A name may be numbered although no line has it, as a project file holds two Cyrillic
+        // names as the same question marks. Such a track has a line of its own, so it gets its
+        // file.
         record.itemName = recordNames == RecordNames::AsListed || !lines.contains(track.name)
                               ? listed
                               : track.name;
