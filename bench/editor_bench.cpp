@@ -9,7 +9,7 @@
 #include <QTemporaryDir>
 #include <stdexcept>
 
-#include "editor/folder_as_list.h"
+#include "editor/list_import.h"
 #include "editor/music_editor.h"
 #include "model/music_lists.h"
 #include "platform/local_file_system.h"

@@ -1,8 +1,7 @@
 #include <algorithm>
 
-#include "editor/playlist_import.h"
+#include "editor/list_import.h"
 #include "editor/playlist_parser.h"
-#include "editor/playlist_text.h"
 #include "model/music_lists.h"
 #include "platform/error.h"
 #include "platform/mp3_tags.h"

@@ -6,8 +6,6 @@
 
 #include "dice.h"
 
-class QListWidget;
-
 // What an operator's hands can do to the windows that are there, as events of the platform: they
 // find their own way to the widget below the mouse or with the focus, menus and modal windows
 // first.

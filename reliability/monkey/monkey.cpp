@@ -5,7 +5,7 @@
 #include <QClipboard>
 #include <QCryptographicHash>
 #include <QDialog>
-#include <QListWidget>
+#include <QListView>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTabBar>
@@ -188,16 +188,17 @@ bool Monkey::clickButton(QWidget* window, Dice& dice) {
 }
 
 bool Monkey::workOnList(QWidget* window, Dice& dice) {
-    const auto lists = reachable<QListWidget>(window);
+    const auto lists = reachable<QListView>(window);
     if (lists.isEmpty())
         return false;
-    QListWidget* list = dice.anyOf(lists);
+    QListView* list = dice.anyOf(lists);
     QWidget* view = list->viewport();
     const auto rowPoint = [&](int row) {
-        const QPoint at = list->visualItemRect(list->item(row)).center();
+        const QPoint at = list->visualRect(list->model()->index(row, 0)).center();
         return view->rect().contains(at) ? at : view->rect().center();
     };
-    const int row = list->count() > 0 ? dice.below(list->count()) : -1;
+    const int rows = list->model()->rowCount();
+    const int row = rows > 0 ? dice.below(rows) : -1;
     const QPoint at = row >= 0 ? rowPoint(row) : somePoint(view, dice);
     const QString where = nameOf(list) + ' ' + QString::number(row);
     switch (dice.below(12)) {
@@ -211,8 +212,7 @@ bool Monkey::workOnList(QWidget* window, Dice& dice) {
             click(view, at, Qt::LeftButton, Qt::ControlModifier);
             break;
         case 3: {
-            const QPoint to =
-                row >= 0 ? rowPoint(dice.below(list->count())) : somePoint(view, dice);
+            const QPoint to = row >= 0 ? rowPoint(dice.below(rows)) : somePoint(view, dice);
             note("drag from " + where);
             press(view, at);
             moveTo(view, (at + to) / 2);

@@ -2,14 +2,12 @@
 
 #include <QRadioButton>
 
-#include "app/list_view_tools.h"
+#include "app/list_section.h"
 #include "card/card_files.h"
 #include "editor/file_display.h"
-#include "model/lines.h"
-#include "setup/chime.h"
-#include "setup/default_languages.h"
-#include "triggers/discrete_triggers.h"
-#include "triggers/playback_attributes.h"
+#include "model/music_lists.h"
+#include "setup/setup_items.h"
+#include "triggers/item_settings.h"
 
 namespace tessaly::monkey {
 
@@ -40,7 +38,7 @@ class Comparison {
     void field(const char* widget, const QString& expected) {
         same(widget, bench_.field(widget), expected);
     }
-    int row(const char* list) const { return selectedRow(bench_.find<QListWidget>(list)); }
+    int row(const char* list) const { return bench_.find<LineList>(list)->row(); }
 
     QStringList wrong;
 
@@ -113,17 +111,17 @@ void compareTriggers(const test::WindowBench& bench, Comparison& page) {
     }
     const TriggerSelection selection = selectionOf(shown);
     const AttributeControls enabled = enabledControls(selection);
-    page.enabled("buttPlayNormVolume", enabled.buttPlayNormVolume);
-    page.enabled("buttCancelOnInt", enabled.buttCancelOnInt);
-    page.enabled("chkEndlessLoop", enabled.chkEndlessLoop);
-    page.enabled("chkPowerUp", enabled.chkPowerUp);
+    page.enabled("buttPlayNormVolume", enabled.attributes);
+    page.enabled("buttCancelOnInt", enabled.attributes);
+    page.enabled("chkEndlessLoop", enabled.endlessLoop);
+    page.enabled("chkPowerUp", enabled.play);
     const AttributeDisplay display = displayedAttributes(project, selection);
-    page.checked("buttPlayNormVolume", display.buttPlayNormVolume);
-    page.checked("buttPlayLoudVolume", display.buttPlayLoudVolume);
-    page.checked("buttResumeOnInt", display.buttResumeOnInt);
-    page.checked("buttCancelOnInt", display.buttCancelOnInt);
-    page.checked("chkEndlessLoop", display.chkEndlessLoop);
-    page.checked("chkPowerUp", display.chkPowerUp);
+    page.checked("buttPlayNormVolume", !display.loud);
+    page.checked("buttPlayLoudVolume", display.loud);
+    page.checked("buttResumeOnInt", !display.cancel);
+    page.checked("buttCancelOnInt", display.cancel);
+    page.checked("chkEndlessLoop", display.loop);
+    page.checked("chkPowerUp", display.powerUp);
     const PowerUpItem powerUp = powerUpItem(project);
     page.same("lblPowerUpItem", bench.text("lblPowerUpItem"), powerUp.words);
     page.same("buttClearPowerUp", bench.isShown("buttClearPowerUp"), powerUp.isGone);
@@ -132,10 +130,10 @@ void compareTriggers(const test::WindowBench& bench, Comparison& page) {
         const TriggerRow& row = rows[size_t(slot)];
         const QString number = QString::number(slot);
         page.same("lblTrig", bench.text("lblTrig_" + number), row.words);
-        page.same("buttTrig", bench.isChecked("buttTrig_" + number), row.buttTrigChecked);
-        page.same("buttTrig enabled", bench.isEnabled("buttTrig_" + number), row.buttTrigEnabled);
+        page.same("buttTrig", bench.isChecked("buttTrig_" + number), row.isAssigned);
+        page.same("buttTrig enabled", bench.isEnabled("buttTrig_" + number), row.isEnabled);
         page.same("buttViewTrig", bench.isEnabled("buttViewTrig_" + number),
-                  row.buttViewTrigEnabled);
+                  row.isAssigned && !row.isEnabled);
     }
 }
 
@@ -150,10 +148,10 @@ void compareSetup(const test::WindowBench& bench, Comparison& page) {
     page.checked("buttChimeAlways", project.buttChimeAlways);
     page.checked("buttChimeOnce", project.buttChimeOnce);
     const ChimeControls enabled = chimeControls(project);
-    page.enabled("txtChimeFileName", enabled.txtChimeFileName);
-    page.enabled("buttGetChimeFile", enabled.buttGetChimeFile);
-    page.enabled("buttChimeAlways", enabled.buttChimeAlways);
-    page.enabled("buttChimeOnce", enabled.buttChimeOnce);
+    page.enabled("txtChimeFileName", enabled.file);
+    page.enabled("buttGetChimeFile", enabled.file);
+    page.enabled("buttChimeAlways", enabled.repetition);
+    page.enabled("buttChimeOnce", enabled.repetition);
     page.items("lstDefaultLangs", project.lstLangs);
     QStringList chosen;
     const auto* list = bench.find<QListWidget>("lstDefaultLangs");

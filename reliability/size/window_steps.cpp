@@ -5,7 +5,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QLineEdit>
-#include <QListWidget>
+#include <QListView>
 #include <QTabWidget>
 #include <QTest>
 #include <QTimer>
@@ -62,7 +62,8 @@ class Operator {
         require(widget, QString("there is no ") + name);
         return widget;
     }
-    QListWidget* list(const char* name) const { return find<QListWidget>(name); }
+    QListView* list(const char* name) const { return find<QListView>(name); }
+    int lines(const char* name) const { return list(name)->model()->rowCount(); }
     void click(const char* button) const {
         auto* widget = find<QAbstractButton>(button);
         require(widget->isVisible() && widget->isEnabled(), QString("cannot click ") + button);
@@ -78,13 +79,15 @@ class Operator {
         QTest::keyClicks(find<QWidget>(field), text);
     }
     void clickRow(const char* name, int row) const {
-        QListWidget* widget = list(name);
+        QListView* widget = list(name);
+        const QModelIndex line = widget->model()->index(row, 0);
         QTest::mouseClick(widget->viewport(), Qt::LeftButton, {},
-                          widget->visualItemRect(widget->item(row)).center());
-        require(widget->currentRow() == row, QString("cannot click line %1 of ").arg(row) + name);
+                          widget->visualRect(line).center());
+        require(widget->currentIndex() == line,
+                QString("cannot click line %1 of ").arg(row) + name);
     }
     void bringIntoView(const char* name, int row) const {
-        list(name)->scrollToItem(list(name)->item(row));
+        list(name)->scrollTo(list(name)->model()->index(row, 0));
     }
     // What is not timed: a row selected as a click does it.
     void select(const char* name, int row) const {
@@ -149,7 +152,7 @@ void Operator::openAndSave(const std::string& what, const char* file) {
 
 // First, middle and last line with the mouse, then along with the keys.
 void Operator::clicksInList(const std::string& what, const char* name) {
-    const int last = list(name)->count() - 1;
+    const int last = lines(name) - 1;
     for (const auto& [where, row] :
          {std::pair("first", 0), std::pair("middle", last / 2), std::pair("last", last)})
         table_->time(
@@ -157,7 +160,7 @@ void Operator::clicksInList(const std::string& what, const char* name) {
             [&, line = row] { clickRow(name, line); },
             [&, line = row] {
                 list(name)->clearSelection();
-                list(name)->setCurrentRow(-1);
+                list(name)->setCurrentIndex({});
                 bringIntoView(name, line);
             });
     select(name, last / 2);
@@ -170,11 +173,11 @@ void Operator::clicksInList(const std::string& what, const char* name) {
 
 void Operator::musicPage(const std::string& what, int musicList) {
     showPage(Music);
-    if (list("lstMuList")->count() > 1)
+    if (lines("lstMuList") > 1)
         clicksInList(what, "lstMuList");
     select("lstMuList", musicList);
     clicksInList(what, "lstMuTrack");
-    const auto lastTrack = [&] { return list("lstMuTrack")->count() - 1; };
+    const auto lastTrack = [&] { return lines("lstMuTrack") - 1; };
     const auto middle = [&] { select("lstMuTrack", lastTrack() / 2); };
     table_->time(what + "type the name of a track", [&] { press("txtNewMuTrack", Qt::Key_X); });
     table_->time(
@@ -213,10 +216,10 @@ void Operator::musicPage(const std::string& what, int musicList) {
         [&] { type("txtNewMuList", "One more"); });
     table_->time(
         what + "move a list up", [&] { click("imgMuListUp"); },
-        [&] { select("lstMuList", list("lstMuList")->count() - 1); });
+        [&] { select("lstMuList", lines("lstMuList") - 1); });
     table_->time(
         what + "delete an empty list", [&] { click("buttDelMuList"); },
-        [&] { select("lstMuList", list("lstMuList")->count() - 1); });
+        [&] { select("lstMuList", lines("lstMuList") - 1); });
     select("lstMuList", musicList);
 }
 
@@ -226,7 +229,7 @@ void Operator::speechPage(const std::string& what) {
     clicksInList(what, "lstLangs");
     const auto pair = [&] {
         select("lstLangs", 3);
-        select("lstSpTitles", list("lstSpTitles")->count() / 2);
+        select("lstSpTitles", lines("lstSpTitles") / 2);
     };
     prompts_.path = folder_ + "/sources/00009.mp3";
     table_->time(
@@ -258,7 +261,7 @@ void Operator::speechPage(const std::string& what) {
         [&] { type("txtNewSpTitle", "One more"); });
     table_->time(
         what + "delete an empty title", [&] { click("buttDelSpTitle"); },
-        [&] { select("lstSpTitles", list("lstSpTitles")->count() - 1); });
+        [&] { select("lstSpTitles", lines("lstSpTitles") - 1); });
 }
 
 void Operator::triggersPage(const std::string& what, int musicList) {
@@ -268,7 +271,7 @@ void Operator::triggersPage(const std::string& what, int musicList) {
             what + "triggers: show the titles", [&] { click("buttTrigSpeech"); },
             [&] { click("buttTrigMusic"); });
         clicksInList(what + "triggers: titles: ", "lstTrigLeft");
-        select("lstTrigLeft", std::min(509, list("lstTrigLeft")->count() - 1));
+        select("lstTrigLeft", std::min(509, lines("lstTrigLeft") - 1));
         table_->time(
             what + "triggers: title loud", [&] { click("buttPlayLoudVolume"); },
             [&] { click("buttPlayNormVolume"); });
@@ -284,7 +287,7 @@ void Operator::triggersPage(const std::string& what, int musicList) {
             bringIntoView("lstTrigLeft", musicList + 1);
         });
     clicksInList(what + "triggers: tracks: ", "lstTrigRight");
-    select("lstTrigRight", std::min(510, list("lstTrigRight")->count() - 1));
+    select("lstTrigRight", std::min(510, lines("lstTrigRight") - 1));
     table_->time(
         what + "triggers: track loud", [&] { click("buttPlayLoudVolume"); },
         [&] { click("buttPlayNormVolume"); });
@@ -369,11 +372,11 @@ void Operator::imports() {
     showPage(Music);
     prompts_.path = folder_ + "/all.m3u";
     table_->timeSilence(what + "import of the playlist", [&] { click("buttAddMuItunesPlaylist"); });
-    require(list("lstMuTrack")->count() == TrackFiles, "the playlist was not imported");
+    require(lines("lstMuTrack") == TrackFiles, "the playlist was not imported");
     choose("mnuFileNew");
     prompts_.path = folder_ + "/sources";
     table_->timeSilence(what + "import of the folder", [&] { click("buttAddMuListDir"); });
-    require(list("lstMuTrack")->count() == TrackFiles, "the folder was not imported");
+    require(lines("lstMuTrack") == TrackFiles, "the folder was not imported");
     pages(what);
     musicPage(what, 0);
     triggersPage(what, 0);

@@ -1,16 +1,46 @@
 #include "app/about_window.h"
 
+#include <QFileInfo>
+#include <QProcess>
+#include <QSettings>
+#include <QStandardPaths>
+
 #include "ui_about_window.h"
 
 namespace tessaly {
 
+namespace {
+
+// The operating system's own tool that shows what machine this is: on Windows the one that the
+// registry names, elsewhere one of the usual ones if it is installed. Empty when there is none.
+QString toolPath() {
+#ifdef Q_OS_WIN
+    const QSettings info(R"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Shared Tools\MSINFO)",
+                         QSettings::NativeFormat);
+    QString path = info.value("PATH").toString();
+    if (path.isEmpty()) {
+        const QSettings location(R"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Shared Tools Location)",
+                                 QSettings::NativeFormat);
+        const QString folder = location.value("MSINFO").toString();
+        if (!folder.isEmpty())
+            path = folder + R"(\MSINFO32.EXE)";
+    }
+    return QFileInfo::exists(path) ? path : QString();
+#else
+    for (const char* name : {"hardinfo2", "hardinfo", "kinfocenter", "lshw-gtk"}) {
+        const QString path = QStandardPaths::findExecutable(name);
+        if (!path.isEmpty())
+            return path;
+    }
+    return {};
+#endif
+}
+
+}  // namespace
+
 AboutWindow::AboutWindow(const QString& firmwareVersion, const QStringList& makersFiles,
-                         Prompts& prompts, std::function<bool()> showSystemInformation,
-                         QWidget* parent)
-    : QDialog(parent),
-      ui_(std::make_unique<Ui::AboutWindow>()),
-      prompts_(prompts),
-      showSystemInformation_(std::move(showSystemInformation)) {
+                         Prompts& prompts, QWidget* parent)
+    : QDialog(parent), ui_(std::make_unique<Ui::AboutWindow>()), prompts_(prompts) {
     ui_->setupUi(this);
     ui_->lblFirmwareVersion->setText(firmwareVersion);
     ui_->lblMakersFiles->setText(makersFiles.join('\n'));
@@ -22,7 +52,8 @@ AboutWindow::AboutWindow(const QString& firmwareVersion, const QStringList& make
 AboutWindow::~AboutWindow() = default;
 
 void AboutWindow::cmdSysInfo_Click() {
-    if (!showSystemInformation_())
+    const QString tool = toolPath();
+    if (tool.isEmpty() || !QProcess::startDetached(tool, {}))
         prompts_.tell({.text = "System Information Is Unavailable At This Time"});
 }
 

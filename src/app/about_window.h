@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QDialog>
-#include <functional>
 #include <memory>
 
 #include "app/prompts.h"
@@ -17,10 +16,9 @@ class AboutWindow : public QDialog {
     Q_OBJECT
 
  public:
-    /// `makersFiles` says where the maker's files come from. `showSystemInformation` starts the
-    /// system's own tool and says whether there is one.
+    /// `makersFiles` says where the maker's files come from.
     AboutWindow(const QString& firmwareVersion, const QStringList& makersFiles, Prompts& prompts,
-                std::function<bool()> showSystemInformation, QWidget* parent);
+                QWidget* parent);
     ~AboutWindow() override;
 
  private:
@@ -28,7 +26,6 @@ class AboutWindow : public QDialog {
 
     const std::unique_ptr<Ui::AboutWindow> ui_;
     Prompts& prompts_;
-    const std::function<bool()> showSystemInformation_;
 };
 
 }  // namespace tessaly

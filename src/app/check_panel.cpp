@@ -6,8 +6,8 @@
 #include <QListWidget>
 #include <algorithm>
 
-#include "app/list_view_tools.h"
-#include "app/status_circle.h"
+#include "app/list_section.h"
+#include "app/small_widgets.h"
 #include "platform/paths.h"
 
 namespace tessaly {

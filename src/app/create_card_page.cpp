@@ -6,10 +6,10 @@
 #include <QTimer>
 
 #include "app/run_view.h"
-#include "app/status_circle.h"
+#include "app/small_widgets.h"
 #include "card/card_guards.h"
 #include "card/firmware.h"
-#include "editor/give_files.h"
+#include "editor/imported_list.h"
 #include "platform/error.h"
 #include "platform/paths.h"
 #include "ui_create_card_page.h"

@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "app/page.h"
-#include "app/services.h"
+#include "app/prompts.h"
 #include "card/card_checks.h"
 #include "card/card_writer.h"
 #include "model/project_session.h"

@@ -3,7 +3,6 @@
 
 #include "app/program.h"
 #include "app/qt_prompts.h"
-#include "app/start_arguments.h"
 #include "platform/process.h"
 
 using namespace tessaly;

@@ -3,7 +3,7 @@
 #include <QMainWindow>
 #include <memory>
 
-#include "app/services.h"
+#include "app/prompts.h"
 #include "card/card_files.h"
 #include "model/project_session.h"
 #include "model/recovery.h"
@@ -60,6 +60,7 @@ class MainWindow : public QMainWindow {
     void Tabs_Click();
     void tmrRecovery_Timer();
 
+    void connectMenus();
     void addPages();
     QString readFirmwareVersion();
     void openProject();
@@ -76,7 +77,6 @@ class MainWindow : public QMainWindow {
     void measure();
     void showTotals();
     void showCaption();
-    Page* currentPage() const;
 
     ProjectSession& session_;
     const Services& services_;

@@ -1,137 +1,124 @@
 #include "app/music_page.h"
 
-#include <QFileInfo>
-#include <QListWidget>
 #include <QProgressDialog>
+#include <QPushButton>
 
-#include "app/list_view_tools.h"
-#include "app/save_questions.h"
-#include "editor/file_display.h"
-#include "editor/folder_as_list.h"
-#include "editor/give_files.h"
-#include "editor/playlist_import.h"
+#include "app/session_status.h"
+#include "editor/list_import.h"
 #include "model/music_lists.h"
 #include "platform/error.h"
-#include "ui_music_page.h"
 
 namespace tessaly {
 
 MusicPage::MusicPage(Project& project, const Services& services, QWidget* parent)
-    : Page(parent), project_(project), services_(services), ui_(std::make_unique<Ui::MusicPage>()) {
-    ui_->setupUi(widget());
-    makeMoveButtons(ui_->imgMuListUp, ui_->imgMuListDn, ui_->lstMuList, "list");
-    measureLinesFast(ui_->lstMuTrack);
-    makeMoveButtons(ui_->imgMuTrackUp, ui_->imgMuTrackDn, ui_->lstMuTrack, "track");
-    const auto clicked = [this](QAbstractButton* button, void (MusicPage::*handler)()) {
-        connect(button, &QAbstractButton::clicked, this, handler);
-    };
-    clicked(ui_->buttAddMuList, &MusicPage::buttAddMuList_Click);
-    clicked(ui_->buttEditMuList, &MusicPage::buttEditMuList_Click);
-    clicked(ui_->buttDelMuList, &MusicPage::buttDelMuList_Click);
-    clicked(ui_->buttAddMuTrack, &MusicPage::buttAddMuTrack_Click);
-    clicked(ui_->buttEditMuTrack, &MusicPage::buttEditMuTrack_Click);
-    clicked(ui_->buttDelMuTrack, &MusicPage::buttDelMuTrack_Click);
-    clicked(ui_->buttAddMuFile, &MusicPage::buttAddMuFile_Click);
-    clicked(ui_->buttAddMuItunesPlaylist, &MusicPage::buttAddMuItunesPlaylist_Click);
-    clicked(ui_->buttAddMuListDir, &MusicPage::buttAddMuListDir_Click);
-    connect(ui_->imgMuListUp, &QToolButton::clicked, this, [this] { moveList(Direction::Up); });
-    connect(ui_->imgMuListDn, &QToolButton::clicked, this, [this] { moveList(Direction::Down); });
-    connect(ui_->imgMuTrackUp, &QToolButton::clicked, this, [this] { moveTrack(Direction::Up); });
-    connect(ui_->imgMuTrackDn, &QToolButton::clicked, this, [this] { moveTrack(Direction::Down); });
-    connect(ui_->lstMuList, &QListWidget::itemSelectionChanged, this, [this] {
-        if (selectedRow(ui_->lstMuList) >= 0)
-            lstMuList_Click();
-        else
-            showSelection();
-    });
-    connect(ui_->lstMuTrack, &QListWidget::itemSelectionChanged, this,
-            &MusicPage::lstMuTrack_Click);
-    connect(ui_->txtNewMuList, &QLineEdit::textChanged, this, &MusicPage::txtNewMuList_Change);
-    connect(ui_->txtNewMuTrack, &QLineEdit::textChanged, this, &MusicPage::txtNewMuTrack_Change);
+    : EditorPage(project, services,
+                 {.item = u"MuList",
+                  .list = u"lstMuList",
+                  .image = u"imgMuList",
+                  .step = 1,
+                  .title = u"Select or add a new Music List",
+                  .label = u"New &list:",
+                  .what = u"list",
+                  .more = {{u"buttAddMuItunesPlaylist", u"Add Exported  &Playlist..."},
+                           {u"buttAddMuListDir", u"Add F&older..."}}},
+                 {.item = u"MuTrack",
+                  .list = u"lstMuTrack",
+                  .image = u"imgMuTrack",
+                  .step = 2,
+                  .title = u"Select or add a new Music Track",
+                  .label = u"New &track:",
+                  .what = u"track"},
+                 {.frame = u"fraMuFile",
+                  .title = u"3) File to play for this Music List and Track:",
+                  .path = u"txtMuFile",
+                  .browse = u"buttAddMuFile",
+                  .lines = {{u"lblMuFileSize", u"File Size:"},
+                            {u"lblMP3tagTitle", u"Title:"},
+                            {u"lblMP3tagArtist", u"Artist:"},
+                            {u"lblMP3tagAlbum", u"Album:"}}},
+                 parent) {
+    lists_.connectTo(this, {.add = &MusicPage::buttAddMuList_Click,
+                            .edit = &MusicPage::buttEditMuList_Click,
+                            .remove = &MusicPage::buttDelMuList_Click,
+                            .move = &MusicPage::moveList,
+                            .enter = &MusicPage::txtNewMuList_Change,
+                            .select = &MusicPage::selectList});
+    tracks_.connectTo(this, {.add = &MusicPage::buttAddMuTrack_Click,
+                             .edit = &MusicPage::buttEditMuTrack_Click,
+                             .remove = &MusicPage::buttDelMuTrack_Click,
+                             .move = &MusicPage::moveTrack,
+                             .enter = &MusicPage::txtNewMuTrack_Change,
+                             .select = &MusicPage::lstMuTrack_Click});
+    connect(lists_.moreButton(0), &QPushButton::clicked, this,
+            &MusicPage::buttAddMuItunesPlaylist_Click);
+    connect(lists_.moreButton(1), &QPushButton::clicked, this, &MusicPage::buttAddMuListDir_Click);
+    connect(file_.browseButton(), &QPushButton::clicked, this, &MusicPage::buttAddMuFile_Click);
     showSelection();
 }
 
-MusicPage::~MusicPage() = default;
-
 MusicSelection MusicPage::selection() const {
-    return {.list = selectedRow(ui_->lstMuList), .track = selectedRow(ui_->lstMuTrack)};
+    return {.list = lists_.list()->row(), .track = tracks_.list()->row()};
 }
 
-void MusicPage::edited() {
-    emit projectChanged();
+EditorControls MusicPage::controls() const {
+    return musicControls(selection(), lists_.entry(), trackEntered_);
 }
 
-// ---- showing -----------------------------------------------------------------------------------
+FileDisplay MusicPage::display() const {
+    return musicDisplay(project_, selection(), services_.files, services_.tags);
+}
 
 void MusicPage::projectReplaced() {
     trackRows_.clear();
     clearEntries();
     const int row = currentListRow();
     showLists(row);
-    if (row >= 0) {
-        lstMuList_Click();
-    } else {
-        showTracks(-1);
-        showSelection();
-    }
+    if (row >= 0)
+        return lstMuList_Click();
+    showTracks(-1);
+    showSelection();
 }
 
 int MusicPage::currentListRow() const {
-    return int(
-        project_.lstMuList.indexOf(project_.MusicListNames.value(project_.currentMusicList)));
+    const QString list = project_.MusicListNames.value(project_.currentMusicList);
+    return int(project_.lstMuList.indexOf(list));
 }
 
 void MusicPage::showProject() {
-    const int row = selectedRow(ui_->lstMuList);
+    const int row = lists_.list()->row();
     showLists(row);
-    if (shownSlot_ == project_.currentMusicList) {
-        showTracks(selectedRow(ui_->lstMuTrack));
-    } else if (row >= 0 && currentListRow() >= 0) {  // another page brought another list on view
+    const bool isOnView = shownSlot_ == project_.currentMusicList;
+    if (!isOnView && row >= 0 && currentListRow() >= 0) {  // another page brought it on view
         showLists(currentListRow());
-        lstMuList_Click();
-        return;
-    } else {
-        showTracks(trackRows_.value(project_.currentMusicList, -1));
+        return lstMuList_Click();
     }
+    showTracks(isOnView ? tracks_.list()->row() : trackRows_.value(project_.currentMusicList, -1));
     showSelection();
 }
 
 void MusicPage::showLists(int row) {
-    showLines(ui_->lstMuList, project_.lstMuList, row);
+    lists_.list()->showLines(project_.lstMuList, row);
 }
 
 void MusicPage::showTracks(int row) {
-    showLines(ui_->lstMuTrack,
-              project_.lstMuList.isEmpty() ? QStringList()
-                                           : project_.lstMuTrack.value(project_.currentMusicList),
-              row);
+    tracks_.list()->showLines(project_.lstMuList.isEmpty()
+                                  ? QStringList()
+                                  : project_.lstMuTrack.value(project_.currentMusicList),
+                              row);
     shownSlot_ = project_.currentMusicList;
     trackRows_[shownSlot_] = row;
 }
 
-// Whatever changed what is selected or entered ends here: which buttons can be used, and the file
-// of the selected track.
-void MusicPage::showSelection() {
-    const MusicControls enabled =
-        musicControls(selection(), ui_->txtNewMuList->text(), trackEntered_);
-    ui_->buttAddMuList->setEnabled(enabled.buttAddMuList);
-    ui_->buttEditMuList->setEnabled(enabled.buttEditMuList);
-    ui_->buttDelMuList->setEnabled(enabled.buttDelMuList);
-    ui_->buttAddMuTrack->setEnabled(enabled.buttAddMuTrack);
-    ui_->buttEditMuTrack->setEnabled(enabled.buttEditMuTrack);
-    ui_->buttDelMuTrack->setEnabled(enabled.buttDelMuTrack);
-    ui_->buttAddMuFile->setEnabled(enabled.buttAddMuFile);
-    const FileDisplay display =
-        musicDisplay(project_, selection(), services_.files, services_.tags);
-    ui_->txtMuFile->setText(display.path);
-    ui_->lblMuFileSize->setText(display.size);
-    ui_->lblMP3tagTitle->setText(display.tags.title);
-    ui_->lblMP3tagArtist->setText(display.tags.artist);
-    ui_->lblMP3tagAlbum->setText(display.tags.album);
+// The operator selected a list, or none any more.
+void MusicPage::selectList() {
+    if (lists_.list()->row() >= 0)
+        lstMuList_Click();
+    else
+        showSelection();
 }
 
 void MusicPage::lstMuList_Click() {
-    if (const auto list = lineAt(project_.lstMuList, selectedRow(ui_->lstMuList)))
+    if (const auto list = lineAt(project_.lstMuList, lists_.list()->row()))
         selectMusicList(project_, *list);
     showTracks(trackRows_.value(project_.currentMusicList, -1));
     showSelection();
@@ -139,139 +126,108 @@ void MusicPage::lstMuList_Click() {
 }
 
 void MusicPage::lstMuTrack_Click() {
-    trackRows_[project_.currentMusicList] = selectedRow(ui_->lstMuTrack);
+    trackRows_[project_.currentMusicList] = tracks_.list()->row();
     showSelection();
     emit summaryDue();
 }
 
-// ---- entry fields ------------------------------------------------------------------------------
-
 void MusicPage::txtNewMuList_Change() {
-    selectRowSilently(ui_->lstMuList, -1);
-    showSelection();
-    if (ui_->txtNewMuList->text().isEmpty())
-        unsetDefaultButton(ui_->buttAddMuList);
-    else
-        setDefaultButton(ui_->buttAddMuList);
+    lists_.list()->selectRow(-1);
+    entered(lists_);
 }
 
 void MusicPage::txtNewMuTrack_Change() {
     trackEntered_ = true;
-    showSelection();
-    setDefaultButton(ui_->buttAddMuTrack);
+    entered(tracks_);
 }
 
 void MusicPage::clearEntries() {
-    ui_->txtNewMuList->clear();
-    ui_->txtNewMuTrack->clear();
+    lists_.clearEntry();
+    tracks_.clearEntry();
     trackEntered_ = false;
 }
 
 // ---- lists -------------------------------------------------------------------------------------
 
-void MusicPage::buttAddMuList_Click() {
-    const EditResult result = addNewMusicList(project_, ui_->txtNewMuList->text());
+void MusicPage::listEdited(const EditResult& result) {
     if (result.isDone) {
-        ui_->txtNewMuList->clear();
         showLists(result.row);
         lstMuList_Click();
     }
-    edited();
+    emit projectChanged();
+}
+
+void MusicPage::buttAddMuList_Click() {
+    const EditResult result = addNewMusicList(project_, lists_.entry());
+    if (result.isDone)
+        lists_.clearEntry();
+    listEdited(result);
 }
 
 void MusicPage::buttEditMuList_Click() {
-    const int row = selectedRow(ui_->lstMuList);
-    const auto name = lineAt(project_.lstMuList, row);
-    const QString answer =
-        name ? services_.prompts.inputText("Enter new name of Music List:", *name) : QString();
-    const EditResult result = renameMusicList(project_, row, answer);
-    showLists(result.row);
+    const QString answer = askForName(lists_, QStringLiteral("Enter new name of Music List:"));
+    showLists(renameMusicList(project_, selection().list, answer).row);
     showSelection();
-    edited();
+    emit projectChanged();
 }
 
 void MusicPage::buttDelMuList_Click() {
-    const EditResult result = deleteMusicList(project_, selectedRow(ui_->lstMuList));
-    if (result.isDone) {
-        showLists(result.row);
-        lstMuList_Click();
-    }
-    edited();
+    listEdited(deleteMusicList(project_, selection().list));
 }
 
 void MusicPage::moveList(Direction direction) {
-    const EditResult result = moveMusicList(project_, selectedRow(ui_->lstMuList), direction);
-    if (!result.isDone)
-        return;
-    showLists(result.row);
-    lstMuList_Click();
-    edited();
+    const EditResult result = moveMusicList(project_, selection().list, direction);
+    if (result.isDone)
+        listEdited(result);
 }
 
 // ---- tracks ------------------------------------------------------------------------------------
 
-void MusicPage::buttAddMuTrack_Click() {
-    const EditResult result = addNewMusicTrack(project_, selection(), ui_->txtNewMuTrack->text());
+void MusicPage::trackEdited(const EditResult& result) {
     if (result.isDone) {
         showTracks(result.row);
-        ui_->txtNewMuTrack->clear();
+        lstMuTrack_Click();
+    }
+    emit projectChanged();
+}
+
+void MusicPage::buttAddMuTrack_Click() {
+    const EditResult result = addNewMusicTrack(project_, selection(), tracks_.entry());
+    if (result.isDone) {
+        showTracks(result.row);
+        tracks_.clearEntry();
         trackEntered_ = false;
         showSelection();
-        ui_->lstMuTrack->scrollToBottom();
+        tracks_.list()->scrollToBottom();
     }
-    edited();
+    emit projectChanged();
 }
 
 void MusicPage::buttEditMuTrack_Click() {
-    const auto name =
-        lineAt(project_.lstMuTrack.value(project_.currentMusicList), selectedRow(ui_->lstMuTrack));
-    const QString answer =
-        name && selectedRow(ui_->lstMuList) >= 0
-            ? services_.prompts.inputText("Enter new text for Music Track:", *name)
-            : QString();
-    const EditResult result = renameMusicTrack(project_, selection(), answer);
-    if (result.isDone) {
-        showTracks(result.row);
-        lstMuTrack_Click();
-    }
-    edited();
+    const QString answer = askForName(tracks_, QStringLiteral("Enter new text for Music Track:"));
+    trackEdited(renameMusicTrack(project_, selection(), answer));
 }
 
 void MusicPage::buttDelMuTrack_Click() {
-    const EditResult result = deleteMusicTrack(project_, selection());
-    if (result.isDone) {
-        showTracks(result.row);
-        lstMuTrack_Click();
-    }
-    edited();
+    trackEdited(deleteMusicTrack(project_, selection()));
 }
 
 void MusicPage::moveTrack(Direction direction) {
-    const EditResult result = moveMusicTrack(project_, selection(), direction);
-    if (!result.isDone)
-        return;
-    showTracks(result.row);
-    lstMuTrack_Click();
-    edited();
+    if (const EditResult result = moveMusicTrack(project_, selection(), direction); result.isDone)
+        trackEdited(result);
 }
 
 void MusicPage::buttAddMuFile_Click() {
-    const MusicSelection selected = selection();
-    QString path;
-    if (selected.list >= 0 && selected.track >= 0)
-        path =
-            services_.prompts.openFile({.filter = "MP3 files (*.mp3)", .folder = lastFileFolder_});
-    if (!path.isEmpty())
-        lastFileFolder_ = QFileInfo(path).path();
-    if (chooseMusicFile(project_, selected, path).isDone)
+    const QString path = askForFile();
+    if (chooseMusicFile(project_, selection(), path).isDone)
         lstMuTrack_Click();
-    edited();
+    emit projectChanged();
     tellUnsavablePaths(services_.prompts, {path});
 }
 
 // ---- imports -----------------------------------------------------------------------------------
 
-// Runs an import behind a dialog that appears when it takes long, and shows what came of it.
+// Runs an import behind a dialog that appears when it takes long, and shows its list.
 void MusicPage::importList(const std::function<ImportResult(const KeepGoing&)>& run) {
     QProgressDialog progress("Reading the tracks...", "Cancel", 0, 0, window());
     progress.setWindowModality(Qt::ApplicationModal);
@@ -285,29 +241,21 @@ void MusicPage::importList(const std::function<ImportResult(const KeepGoing&)>& 
     try {
         const ImportResult result = run(keepGoing);
         progress.reset();
+        const bool isMade = result.outcome == ImportResult::Outcome::Imported;
+        const auto icon = isMade ? Message::Icon::Information : Message::Icon::Exclamation;
         for (const ImportMessage& message : boxesOf(result))
-            services_.prompts.tell({.text = message.text,
-                                    .icon = message.icon == ImportMessage::Icon::Exclamation
-                                                ? Message::Icon::Exclamation
-                                                : Message::Icon::Information,
-                                    .title = message.title});
-        if (result.outcome == ImportResult::Outcome::Imported)
+            services_.prompts.tell({.text = message.text, .icon = icon, .title = message.title});
+        if (isMade)
             clearEntries();
-        if (result.listRow >= 0) {
-            showLists(result.listRow);
-            lstMuList_Click();
-            if (result.trackRow >= 0) {
-                showTracks(result.trackRow);
-                lstMuTrack_Click();
-            }
-        }
-        if (result.outcome == ImportResult::Outcome::Imported)
+        listEdited({.isDone = result.listRow >= 0, .row = result.listRow});
+        trackEdited({.isDone = result.trackRow >= 0, .row = result.trackRow});
+        if (isMade)
             offerFiles(result.list);
     } catch (const TessalyError& error) {
         progress.reset();
         services_.prompts.tell({.text = error.description, .icon = Message::Icon::Exclamation});
     }
-    edited();
+    emit projectChanged();
     QStringList added;
     for (const TrackRecord& record : project_.TrackTable.mid(before))
         added.append(record.sourcePath.text());

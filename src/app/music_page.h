@@ -1,16 +1,11 @@
 #pragma once
 
 #include <QHash>
-#include <memory>
+#include <functional>
 
-#include "app/page.h"
-#include "app/services.h"
+#include "app/editor_page.h"
 #include "editor/imported_list.h"
 #include "editor/music_editor.h"
-
-namespace Ui {
-class MusicPage;
-}
 
 namespace tessaly {
 
@@ -18,15 +13,18 @@ namespace tessaly {
 ///
 /// One list box shows the tracks of the list on view; which row was selected is remembered for
 /// every list. Code that selects a row runs the same handler as a click.
-class MusicPage : public Page {
+class MusicPage : public EditorPage {
     Q_OBJECT
 
  public:
     MusicPage(Project& project, const Services& services, QWidget* parent = nullptr);
-    ~MusicPage() override;
 
     void showProject() override;
     void projectReplaced() override;
+
+ protected:
+    EditorControls controls() const override;
+    FileDisplay display() const override;
 
  private:
     void buttAddMuList_Click();
@@ -40,6 +38,7 @@ class MusicPage : public Page {
     void buttAddMuListDir_Click();
     void moveList(Direction direction);
     void moveTrack(Direction direction);
+    void selectList();
     void lstMuList_Click();
     void lstMuTrack_Click();
     void txtNewMuList_Change();
@@ -48,20 +47,18 @@ class MusicPage : public Page {
     MusicSelection selection() const;
     int currentListRow() const;
     void clearEntries();
+    void listEdited(const EditResult& result);
+    void trackEdited(const EditResult& result);
     void showLists(int row);
     void showTracks(int row);
-    void showSelection();
-    void edited();
     void offerFiles(const QString& list);
     void importList(const std::function<ImportResult(const KeepGoing&)>& run);
 
-    Project& project_;
-    const Services& services_;
-    const std::unique_ptr<Ui::MusicPage> ui_;
+    ListSection& lists_ = first_;
+    ListSection& tracks_ = second_;
     QHash<int, int> trackRows_;  // slot of a list -> row selected among its tracks
     int shownSlot_ = 0;          // slot of the list whose tracks are shown
     bool trackEntered_ = false;  // something was typed for a new track, erased or not
-    QString lastFileFolder_;
     QString lastMusicFolder_;
 };
 

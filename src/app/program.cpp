@@ -1,15 +1,84 @@
 #include "app/program.h"
 
 #include <QApplication>
+#include <QLabel>
+#include <QScreen>
+#include <QTimer>
+#include <QVBoxLayout>
 #include <memory>
 
 #include "app/main_window.h"
 #include "app/qt_prompts.h"
-#include "app/splash_window.h"
+#include "platform/paths.h"
 #include "platform/local_file_system.h"
 #include "platform/system_folders.h"
 
 namespace tessaly {
+
+StartArguments startArguments(const QStringList& arguments) {
+    const QString usage =
+        " Tessaly takes one project file (.crd2) and nothing else; tessaly-cli has the commands.";
+    for (const QString& argument : arguments)
+        if (argument.startsWith('-'))
+            return {{}, "There is no option " + argument + "." + usage};
+    if (arguments.size() > 1)
+        return {{},
+                QString("There are %1 files, but only one can be opened.").arg(arguments.size()) +
+                    usage};
+    const QString file = arguments.value(0);
+    return {file.isEmpty() ? QString() : absolutePath(file), {}};
+}
+
+SplashWindow::SplashWindow(std::function<bool()> loadMain, std::function<void()> showMain,
+                           int milliseconds)
+    : QWidget(nullptr, Qt::SplashScreen),
+      loadMain_(std::move(loadMain)),
+      showMain_(std::move(showMain)) {
+    setObjectName(QStringLiteral("frmSplash"));
+    setWindowTitle(QStringLiteral("TRL740 Card Preparation"));
+    setMinimumSize(420, 230);
+    auto* layout = new QVBoxLayout(this);
+    const auto addLine = [layout](const QString& name, const QString& text, int points = 0) {
+        auto* label = new QLabel(text);
+        label->setObjectName(name);
+        label->setAlignment(Qt::AlignCenter);
+        QFont font = label->font();
+        if (points > 0)
+            font.setPointSize(points);
+        font.setBold(points > 20);
+        label->setFont(font);
+        layout->addWidget(label);
+    };
+    const auto addSpace = [layout] {
+        layout->addItem(new QSpacerItem(20, 20, QSizePolicy::Minimum, QSizePolicy::Expanding));
+    };
+    addSpace();
+    addLine(QStringLiteral("lblProductName"), QStringLiteral("TRL740"), 34);
+    addLine(QStringLiteral("lblVersion"), QStringLiteral("Card Preparation Tool"), 16);
+    addSpace();
+    addLine(QStringLiteral("lblVersionNumber"), QStringLiteral("Version " TESSALY_VERSION));
+    addLine(QStringLiteral("lblMaker1"),
+            QStringLiteral("Prepares memory cards for stand-alone audio players"));
+    addLine(QStringLiteral("lblMaker2"),
+            QStringLiteral("Free software under the GNU General Public License 3"));
+    layout->addSpacing(8);
+    adjustSize();
+    if (const QScreen* screen = QGuiApplication::primaryScreen())
+        move(screen->availableGeometry().center() - rect().center());
+    auto* timer = new QTimer(this);
+    timer->setObjectName(QStringLiteral("Timer1"));
+    timer->setSingleShot(true);
+    timer->setInterval(milliseconds);
+    connect(timer, &QTimer::timeout, this, &SplashWindow::Timer1_Timer);
+    timer->start();
+}
+
+void SplashWindow::Timer1_Timer() {
+    const bool isLoaded = loadMain_();
+    close();
+    if (isLoaded)
+        showMain_();
+}
 
 int runProgram(const QString& projectFile, int splashMilliseconds,
                const std::function<void(QWidget&)>& shown) {

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <QDialog>
+
 #include "app/prompts.h"
 
-class QWidget;
+class QDialogButtonBox;
+class QTreeWidget;
 
 namespace tessaly {
 
@@ -20,6 +23,30 @@ class QtPrompts : public Prompts {
     QString inputText(const QString& prompt, const QString& initial, int limit) override;
     bool openDocument(const QString& file) override;
     void beep() override;
+};
+
+/// Lists all mounted volumes with name, type, size and free space: removable ones first, among them
+/// those with a card before empty readers, small before large. The row of `current`, the drive that
+/// the project has now, is selected, or else the only card that there is. Without a selection there
+/// is nothing to accept.
+class DriveDialog : public QDialog {
+    Q_OBJECT
+
+ public:
+    DriveDialog(const Drives& drives, const QString& current, QWidget* parent = nullptr);
+
+    /// The root of the selected drive; empty when none is selected.
+    QString selectedRoot() const;
+
+    void accept() override;
+
+ private:
+    void fill(const QString& current);
+    void updateButtons();
+
+    const Drives& drives_;
+    QTreeWidget* list_;
+    QDialogButtonBox* buttons_;
 };
 
 }  // namespace tessaly

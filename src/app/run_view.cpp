@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 
+#include "app/small_widgets.h"
 #include "model/numbers.h"
 #include "ui_create_card_page.h"
 

@@ -4,15 +4,11 @@
 #include <QSignalBlocker>
 
 #include "app/display_preview.h"
-#include "app/limited_line_edit.h"
-#include "app/list_view_tools.h"
-#include "app/save_questions.h"
+#include "app/session_status.h"
+#include "app/small_widgets.h"
 #include "app/system_text_window.h"
 #include "model/display_text.h"
-#include "setup/card_title.h"
-#include "setup/chime.h"
-#include "setup/default_languages.h"
-#include "setup/system_texts.h"
+#include "setup/setup_items.h"
 #include "ui_setup_page.h"
 
 namespace tessaly {
@@ -28,8 +24,8 @@ SetupPage::SetupPage(Project& project, const Services& services, QWidget* parent
       systemTexts_(new SystemTextWindow(project, services.prompts, this)) {
     ui_->setupUi(widget());
     ui_->lstDefaultLangs->setFont(fixedFont(font()));
-    connectTitle(ui_->txtCardTitle1, &Project::txtCardTitle1);
-    connectTitle(ui_->txtCardTitle2, &Project::txtCardTitle2);
+    connectTitle(ui_->txtCardTitle1, &Project::txtCardTitle1, &SetupPage::txtCardTitle1_KeyPress);
+    connectTitle(ui_->txtCardTitle2, &Project::txtCardTitle2, &SetupPage::txtCardTitle2_KeyPress);
     connectChime();
     connect(ui_->lstDefaultLangs, &QListWidget::itemSelectionChanged, this,
             &SetupPage::lstDefaultLangs_Click);
@@ -40,14 +36,11 @@ SetupPage::SetupPage(Project& project, const Services& services, QWidget* parent
 
 SetupPage::~SetupPage() = default;
 
-void SetupPage::connectTitle(LimitedLineEdit* edit, QString Project::*line) {
+void SetupPage::connectTitle(LimitedLineEdit* edit, QString Project::*line,
+                             void (SetupPage::*keyPress)()) {
     edit->setFont(fixedFont(font()));
     connect(edit, &LimitedLineEdit::refused, this, [this] { services_.prompts.beep(); });
-    // Every key marks the project, also one that the full line refuses.
-    connect(edit, &LimitedLineEdit::keyTyped, this, [this] {
-        typeInCardTitle(project_);
-        emit projectChanged();
-    });
+    connect(edit, &LimitedLineEdit::keyTyped, this, keyPress);
     connect(edit, &QLineEdit::textEdited, this, [this, line](const QString& text) {
         setCardTitle(project_, line, text);
         showTitle();
@@ -55,30 +48,34 @@ void SetupPage::connectTitle(LimitedLineEdit* edit, QString Project::*line) {
     });
 }
 
+// Every key marks the project, also one that the full line refuses.
+void SetupPage::typedInTitle() {
+    typeInCardTitle(project_);
+    emit projectChanged();
+}
+
 // Two groups: an arrow key moves within its own, and Tab leads from one to the other. By
 // themselves all option buttons in a frame would be one.
 void SetupPage::connectChime() {
-    for (QAbstractButton* button : std::initializer_list<QAbstractButton*>{
-             ui_->buttDisableChime, ui_->buttPlayIntChime, ui_->buttPlayExtChime})
-        chimeSound_->addButton(button);
-    for (QAbstractButton* button :
-         std::initializer_list<QAbstractButton*>{ui_->buttChimeAlways, ui_->buttChimeOnce})
-        chimeRepeat_->addButton(button);
-    const std::pair<QRadioButton*, bool Project::*> options[] = {
-        {ui_->buttDisableChime, &Project::buttDisableChime},
-        {ui_->buttPlayIntChime, &Project::buttPlayIntChime},
-        {ui_->buttPlayExtChime, &Project::buttPlayExtChime},
-        {ui_->buttChimeAlways, &Project::buttChimeAlways},
-        {ui_->buttChimeOnce, &Project::buttChimeOnce}};
-    for (const auto& [button, option] : options)
-        connect(button, &QRadioButton::clicked, this, [this, member = option] {
-            clickChimeOption(project_, member);
-            showChime();
-            emit projectChanged();
-        });
+    const auto add = [this](QButtonGroup* group, QRadioButton* button,
+                            void (SetupPage::*handler)()) {
+        group->addButton(button);
+        connect(button, &QRadioButton::clicked, this, handler);
+    };
+    add(chimeSound_, ui_->buttDisableChime, &SetupPage::buttDisableChime_Click);
+    add(chimeSound_, ui_->buttPlayIntChime, &SetupPage::buttPlayIntChime_Click);
+    add(chimeSound_, ui_->buttPlayExtChime, &SetupPage::buttPlayExtChime_Click);
+    add(chimeRepeat_, ui_->buttChimeAlways, &SetupPage::buttChimeAlways_Click);
+    add(chimeRepeat_, ui_->buttChimeOnce, &SetupPage::buttChimeOnce_Click);
     connect(ui_->txtChimeFileName, &QLineEdit::textEdited, this,
             &SetupPage::txtChimeFileName_Change);
     connect(ui_->buttGetChimeFile, &QPushButton::clicked, this, &SetupPage::buttGetChimeFile_Click);
+}
+
+void SetupPage::clickedChime(bool Project::*option) {
+    clickChimeOption(project_, option);
+    showChime();
+    emit projectChanged();
 }
 
 void SetupPage::showProject() {
@@ -139,11 +136,11 @@ void SetupPage::showChime() {
     if (ui_->txtChimeFileName->text() != project_.txtChimeFileName)
         ui_->txtChimeFileName->setText(project_.txtChimeFileName);
     const ChimeControls enabled = chimeControls(project_);
-    ui_->Label24->setEnabled(enabled.Label24);
-    ui_->txtChimeFileName->setEnabled(enabled.txtChimeFileName);
-    ui_->buttGetChimeFile->setEnabled(enabled.buttGetChimeFile);
-    ui_->buttChimeAlways->setEnabled(enabled.buttChimeAlways);
-    ui_->buttChimeOnce->setEnabled(enabled.buttChimeOnce);
+    ui_->Label24->setEnabled(enabled.file);
+    ui_->txtChimeFileName->setEnabled(enabled.file);
+    ui_->buttGetChimeFile->setEnabled(enabled.file);
+    ui_->buttChimeAlways->setEnabled(enabled.repetition);
+    ui_->buttChimeOnce->setEnabled(enabled.repetition);
 }
 
 void SetupPage::buttGetChimeFile_Click() {

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "app/page.h"
-#include "app/services.h"
+#include "app/prompts.h"
 #include "model/project.h"
 
 class QButtonGroup;
@@ -33,12 +33,21 @@ class SetupPage : public Page {
     void showSystemTexts();
 
  private:
+    void txtCardTitle1_KeyPress() { typedInTitle(); }
+    void txtCardTitle2_KeyPress() { typedInTitle(); }
     void lstDefaultLangs_Click();
+    void buttDisableChime_Click() { clickedChime(&Project::buttDisableChime); }
+    void buttPlayIntChime_Click() { clickedChime(&Project::buttPlayIntChime); }
+    void buttPlayExtChime_Click() { clickedChime(&Project::buttPlayExtChime); }
+    void buttChimeAlways_Click() { clickedChime(&Project::buttChimeAlways); }
+    void buttChimeOnce_Click() { clickedChime(&Project::buttChimeOnce); }
     void buttGetChimeFile_Click();
     void txtChimeFileName_Change(const QString& text);
     void buttAdvancedSettings_Click();
 
-    void connectTitle(LimitedLineEdit* edit, QString Project::*line);
+    void connectTitle(LimitedLineEdit* edit, QString Project::*line, void (SetupPage::*keyPress)());
+    void typedInTitle();
+    void clickedChime(bool Project::*option);
     void connectChime();
     void showTitle();
     void showDefaultLangs();

@@ -1,28 +1,23 @@
 #pragma once
 
-#include <memory>
-
-#include "app/page.h"
-#include "app/services.h"
+#include "app/editor_page.h"
 #include "editor/speech_editor.h"
-
-namespace Ui {
-class SpeechPage;
-}
 
 namespace tessaly {
 
-/// The page of speech titles, languages and the file of each pair. Code that selects a row runs
-/// the same handler as a click.
-class SpeechPage : public Page {
+/// The page of speech titles, languages and the file of each pair.
+class SpeechPage : public EditorPage {
     Q_OBJECT
 
  public:
     SpeechPage(Project& project, const Services& services, QWidget* parent = nullptr);
-    ~SpeechPage() override;
 
     void showProject() override;
     void projectReplaced() override;
+
+ protected:
+    EditorControls controls() const override;
+    FileDisplay display() const override;
 
  private:
     void buttAddSpTitle_Click();
@@ -36,17 +31,12 @@ class SpeechPage : public Page {
     void moveLang(Direction direction);
     void txtNewSpTitle_Change();
     void txtNewLang_Change();
-    void entered(QPushButton* add);
 
     SpeechSelection selection() const;
-    void showTitles(int row);
-    void showLangs(int row);
-    void showSelection();
+    void showRows(int title, int language);
 
-    Project& project_;
-    const Services& services_;
-    const std::unique_ptr<Ui::SpeechPage> ui_;
-    QString lastFileFolder_;
+    ListSection& titles_ = first_;
+    ListSection& langs_ = second_;
 };
 
 }  // namespace tessaly

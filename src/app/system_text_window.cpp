@@ -2,62 +2,109 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QGridLayout>
+#include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
 #include <QStyle>
+#include <QVBoxLayout>
 
 #include "app/display_preview.h"
-#include "app/limited_line_edit.h"
-#include "app/list_view_tools.h"
 #include "app/page.h"
+#include "app/small_widgets.h"
 #include "model/display_text.h"
-#include "ui_system_text_window.h"
 
 namespace tessaly {
 
 SystemTextWindow::SystemTextWindow(Project& project, Prompts& prompts, QWidget* parent)
     : QWidget(parent, Qt::Window),
       project_(project),
-      ui_(std::make_unique<Ui::SystemTextWindow>()) {
-    ui_->setupUi(this);
-    ui_->previewText->setLineCount(1);
-    const QFont fixed = fixedFont(font());
-    for (int row = 0; row < SystemTextsUsed; ++row) {
-        auto* original = findChild<QLabel*>(QString("lblSystemText_%1").arg(row));
-        original->setFont(fixed);
-        original->setText(originalSystemText(row));
-        auto* edit = findChild<LimitedLineEdit*>(QString("txtSystemText_%1").arg(row));
-        edit->setFont(fixed);
-        edits_[size_t(row)] = edit;
-        connect(edit, &QLineEdit::textEdited, this, [this, row] { preview(row); });
-        connect(edit, &LimitedLineEdit::keyTyped, this, [this, row] { preview(row); });
-        connect(edit, &LimitedLineEdit::refused, this, [&prompts] { prompts.beep(); });
-    }
+      previewText_(new DisplayPreview),
+      lblLength_(new QLabel) {
+    setObjectName(QStringLiteral("frmSystemText"));
+    setWindowTitle(QStringLiteral("Change System Text"));
+    previewText_->setObjectName(QStringLiteral("previewText"));
+    previewText_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    previewText_->setLineCount(1);
+    lblLength_->setObjectName(QStringLiteral("lblLength"));
+    QScrollArea* scroll = makeRows(prompts);
+    auto* layout = new QVBoxLayout(this);
+    auto* shown = new QHBoxLayout;
+    layout->addWidget(scroll);
+    layout->addLayout(shown);
+    layout->addLayout(makeButtons());
+    shown->addWidget(previewText_);
+    shown->addWidget(lblLength_);
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
         for (int row = 0; row < SystemTextsUsed; ++row)
             if (edits_[size_t(row)] == now)
                 preview(row);
     });
-    connect(ui_->buttSystemTextRestore, &QPushButton::clicked, this,
-            &SystemTextWindow::buttSystemTextRestore_Click);
-    connect(ui_->buttSystemTextSave, &QPushButton::clicked, this,
-            &SystemTextWindow::buttSystemTextSave_Click);
-    connect(ui_->buttSystemTextCancel, &QPushButton::clicked, this,
-            &SystemTextWindow::buttSystemTextCancel_Click);
     // As high as all rows, if the screen is; else they scroll. The length keeps its room, so that
     // the display beside it keeps its size.
-    ui_->lblLength->setMinimumWidth(
-        fontMetrics().horizontalAdvance(displayLengthText(QString(99, '-'))));
-    const QSize rows = ui_->rows->sizeHint();
-    ui_->scrollRows->setMinimumWidth(rows.width() +
-                                     style()->pixelMetric(QStyle::PM_ScrollBarExtent));
-    const QSize all = sizeHint() + QSize(0, rows.height() - ui_->scrollRows->sizeHint().height());
+    lblLength_->setMinimumWidth(
+        fontMetrics().horizontalAdvance(displayLengthText(QString(99, QLatin1Char('-')))));
+    const QSize rows = scroll->widget()->sizeHint();
+    scroll->setMinimumWidth(rows.width() + style()->pixelMetric(QStyle::PM_ScrollBarExtent));
+    const QSize all = sizeHint() + QSize(0, rows.height() - scroll->sizeHint().height());
     const QSize frame(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
     resize(all.boundedTo(screen()->availableSize() - frame));
     projectReplaced();
 }
 
-SystemTextWindow::~SystemTextWindow() = default;
+QScrollArea* SystemTextWindow::makeRows(Prompts& prompts) {
+    auto* scroll = new QScrollArea(this);
+    scroll->setObjectName(QStringLiteral("scrollRows"));
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setWidgetResizable(true);
+    auto* rows = new QWidget;
+    auto* grid = new QGridLayout(rows);
+    grid->setVerticalSpacing(3);
+    grid->addWidget(new QLabel(QStringLiteral("Original Text")), 0, 0);
+    grid->addWidget(new QLabel(QStringLiteral("Replacement Text")), 0, 1);
+    const QFont fixed = fixedFont(font());
+    for (int row = 0; row < SystemTextsUsed; ++row) {
+        auto* original = new QLabel(originalSystemText(row));
+        original->setObjectName(QStringLiteral("lblSystemText_%1").arg(row));
+        original->setFont(fixed);
+        auto* edit = new LimitedLineEdit;
+        edit->setObjectName(QStringLiteral("txtSystemText_%1").arg(row));
+        edit->setAccessibleName(QStringLiteral("Replacement of text %1").arg(row));
+        edit->setFont(fixed);
+        grid->addWidget(original, row + 1, 0);
+        grid->addWidget(edit, row + 1, 1);
+        edits_[size_t(row)] = edit;
+        connect(edit, &QLineEdit::textEdited, this, [this, row] { preview(row); });
+        connect(edit, &LimitedLineEdit::keyTyped, this,
+                [this, row] { txtSystemText_KeyPress(row); });
+        connect(edit, &LimitedLineEdit::refused, this, [&prompts] { prompts.beep(); });
+    }
+    scroll->setWidget(rows);
+    return scroll;
+}
+
+QLayout* SystemTextWindow::makeButtons() {
+    auto* layout = new QHBoxLayout;
+    const auto add = [&](const QString& name, const QString& text,
+                         void (SystemTextWindow::*handler)()) {
+        auto* button = new QPushButton(text);
+        button->setObjectName(name);
+        connect(button, &QPushButton::clicked, this, handler);
+        layout->addWidget(button);
+    };
+    add(QStringLiteral("buttSystemTextRestore"), QStringLiteral("&Restore Original Text"),
+        &SystemTextWindow::buttSystemTextRestore_Click);
+    layout->addStretch();
+    add(QStringLiteral("buttSystemTextCancel"), QStringLiteral("&Cancel"),
+        &SystemTextWindow::buttSystemTextCancel_Click);
+    add(QStringLiteral("buttSystemTextSave"), QStringLiteral("&Save"),
+        &SystemTextWindow::buttSystemTextSave_Click);
+    return layout;
+}
 
 void SystemTextWindow::projectReplaced() {
     showBoxes(systemTextBoxes(project_));
@@ -79,14 +126,16 @@ void SystemTextWindow::showBoxes(const SystemTextBoxes& texts) {
 void SystemTextWindow::preview(int row) {
     previewRow_ = row;
     const QString text = edits_[size_t(row)]->text();
-    ui_->previewText->setLine(0, text);
-    ui_->lblLength->setText(displayLengthText(text));
+    previewText_->setLine(0, text);
+    lblLength_->setText(displayLengthText(text));
+}
+
+void SystemTextWindow::txtSystemText_KeyPress(int row) {
+    preview(row);
 }
 
 void SystemTextWindow::buttSystemTextRestore_Click() {
-    SystemTextBoxes texts = boxes();
-    restoreOriginalTexts(project_, texts);
-    showBoxes(texts);
+    showBoxes(restoreOriginalTexts(project_));
     emit projectChanged();
 }
 

@@ -2,18 +2,17 @@
 
 #include <QWidget>
 #include <array>
-#include <memory>
 
 #include "app/prompts.h"
 #include "model/project.h"
-#include "setup/system_texts.h"
+#include "setup/setup_items.h"
 
-namespace Ui {
-class SystemTextWindow;
-}
+class QLabel;
+class QScrollArea;
 
 namespace tessaly {
 
+class DisplayPreview;
 class LimitedLineEdit;
 
 /// The window "Change System Text", beside the main window. Its boxes keep what was typed into
@@ -23,7 +22,6 @@ class SystemTextWindow : public QWidget {
 
  public:
     SystemTextWindow(Project& project, Prompts& prompts, QWidget* parent);
-    ~SystemTextWindow() override;
 
     /// Shows the texts of the project that is there now.
     void projectReplaced();
@@ -39,14 +37,18 @@ class SystemTextWindow : public QWidget {
     void buttSystemTextRestore_Click();
     void buttSystemTextSave_Click();
     void buttSystemTextCancel_Click();
+    void txtSystemText_KeyPress(int row);
 
+    QScrollArea* makeRows(Prompts& prompts);
+    QLayout* makeButtons();
     SystemTextBoxes boxes() const;
     void showBoxes(const SystemTextBoxes& boxes);
     void preview(int row);
 
     Project& project_;
-    const std::unique_ptr<Ui::SystemTextWindow> ui_;
     std::array<LimitedLineEdit*, SystemTextsUsed> edits_{};
+    DisplayPreview* previewText_;
+    QLabel* lblLength_;
     int previewRow_ = 0;  ///< the row being edited
 };
 

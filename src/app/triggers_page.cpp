@@ -1,7 +1,7 @@
 #include "app/triggers_page.h"
 
-#include "app/elided_label.h"
-#include "app/list_view_tools.h"
+#include "app/list_section.h"
+#include "app/small_widgets.h"
 #include "ui_triggers_page.h"
 
 namespace tessaly {
@@ -15,15 +15,12 @@ TriggersPage::TriggersPage(Project& project, QWidget* parent)
     const QFont fixed = fixedFont(font());
     ui_->lstTrigLeft->setFont(fixed);
     ui_->lstTrigRight->setFont(fixed);
-    measureLinesFast(ui_->lstTrigRight);
     ui_->buttTrigMusic->setChecked(true);
 
     connect(ui_->buttTrigMusic, &QRadioButton::clicked, this, &TriggersPage::buttTrigMusic_Click);
     connect(ui_->buttTrigSpeech, &QRadioButton::clicked, this, &TriggersPage::buttTrigSpeech_Click);
-    connect(ui_->lstTrigLeft, &QListWidget::itemSelectionChanged, this,
-            &TriggersPage::lstTrigLeft_Click);
-    connect(ui_->lstTrigRight, &QListWidget::itemSelectionChanged, this,
-            &TriggersPage::lstTrigRight_Click);
+    connect(ui_->lstTrigLeft, &LineList::rowChanged, this, &TriggersPage::lstTrigLeft_Click);
+    connect(ui_->lstTrigRight, &LineList::rowChanged, this, &TriggersPage::lstTrigRight_Click);
     connectAttributes();
     for (int slot = 0; slot < TriggerRows; ++slot) {
         const Row& row = rows_[size_t(slot)];
@@ -40,22 +37,16 @@ TriggersPage::~TriggersPage() = default;
 
 // Only clicks count: what the program checks itself raises no "clicked".
 void TriggersPage::connectAttributes() {
-    const auto option = [this](QRadioButton* button,
-                               void (*set)(Project&, const TriggerSelection&, bool), bool value) {
-        connect(button, &QRadioButton::clicked, this, [this, set, value] {
-            set(project_, selectionOf(selector_), value);
-            showItem();
-            emit projectChanged();
-        });
+    const auto clicked = [this](QAbstractButton* button, void (TriggersPage::*handler)()) {
+        connect(button, &QAbstractButton::clicked, this, handler);
     };
-    option(ui_->buttPlayNormVolume, setLoudVolume, false);
-    option(ui_->buttPlayLoudVolume, setLoudVolume, true);
-    option(ui_->buttResumeOnInt, setCancelOnInterrupt, false);
-    option(ui_->buttCancelOnInt, setCancelOnInterrupt, true);
+    clicked(ui_->buttPlayNormVolume, &TriggersPage::buttPlayNormVolume_Click);
+    clicked(ui_->buttPlayLoudVolume, &TriggersPage::buttPlayLoudVolume_Click);
+    clicked(ui_->buttResumeOnInt, &TriggersPage::buttResumeOnInt_Click);
+    clicked(ui_->buttCancelOnInt, &TriggersPage::buttCancelOnInt_Click);
+    clicked(ui_->buttClearPowerUp, &TriggersPage::buttClearPowerUp_Click);
     connect(ui_->chkEndlessLoop, &QCheckBox::clicked, this, &TriggersPage::chkEndlessLoop_Click);
     connect(ui_->chkPowerUp, &QCheckBox::clicked, this, &TriggersPage::chkPowerUp_Click);
-    connect(ui_->buttClearPowerUp, &QPushButton::clicked, this,
-            &TriggersPage::buttClearPowerUp_Click);
 }
 
 void TriggersPage::showProject() {
@@ -76,31 +67,48 @@ void TriggersPage::buttTrigSpeech_Click() {
 }
 
 void TriggersPage::lstTrigLeft_Click() {
-    selectTriggerLeft(project_, selector_, selectedRow(ui_->lstTrigLeft));
+    selectTriggerLeft(project_, selector_, ui_->lstTrigLeft->row());
     showSelector();
 }
 
 void TriggersPage::lstTrigRight_Click() {
-    selectTriggerRight(selector_, selectedRow(ui_->lstTrigRight));
+    selectTriggerRight(selector_, ui_->lstTrigRight->row());
     showItem();
+}
+
+void TriggersPage::buttPlayNormVolume_Click() {
+    setLoudVolume(project_, selectionOf(selector_), false);
+    edited();
+}
+
+void TriggersPage::buttPlayLoudVolume_Click() {
+    setLoudVolume(project_, selectionOf(selector_), true);
+    edited();
+}
+
+void TriggersPage::buttResumeOnInt_Click() {
+    setCancelOnInterrupt(project_, selectionOf(selector_), false);
+    edited();
+}
+
+void TriggersPage::buttCancelOnInt_Click() {
+    setCancelOnInterrupt(project_, selectionOf(selector_), true);
+    edited();
 }
 
 void TriggersPage::chkEndlessLoop_Click(bool checked) {
     setEndlessLoop(project_, selectionOf(selector_), checked);
-    showItem();
-    emit projectChanged();
+    edited();
 }
 
 void TriggersPage::chkPowerUp_Click(bool checked) {
     setPowerUpItem(project_, selectionOf(selector_), checked);
-    showItem();
-    emit projectChanged();
+    edited();
 }
 
 void TriggersPage::buttClearPowerUp_Click() {
     clearPowerUpItem(project_);
-    showItem();
-    emit projectChanged();
+    edited();
 }
 
 void TriggersPage::buttTrig_Click(int slot, bool checked) {
@@ -108,8 +116,7 @@ void TriggersPage::buttTrig_Click(int slot, bool checked) {
         assignTrigger(project_, selectionOf(selector_), slot);
     else
         clearTrigger(project_, slot);
-    showItem();
-    emit projectChanged();
+    edited();
 }
 
 void TriggersPage::buttViewTrig_Click(int slot) {
@@ -120,6 +127,11 @@ void TriggersPage::buttViewTrig_Click(int slot) {
     emit projectChanged();
 }
 
+void TriggersPage::edited() {
+    showItem();
+    emit projectChanged();
+}
+
 void TriggersPage::showSelector() {
     const bool isMusic = selector_.mode == TriggerMode::Music;
     ui_->buttTrigMusic->setChecked(isMusic);
@@ -127,32 +139,32 @@ void TriggersPage::showSelector() {
     ui_->lblTrigSpTitles->setText(selector_.lblTrigSpTitles);
     ui_->lblTrigMuTitles->setVisible(selector_.rightVisible);
     ui_->lstTrigRight->setVisible(selector_.rightVisible);
-    showLines(ui_->lstTrigLeft, selector_.lstTrigLeft, selector_.leftRow);
-    showLines(ui_->lstTrigRight, selector_.lstTrigRight, selector_.rightRow);
+    ui_->lstTrigLeft->showLines(selector_.lstTrigLeft, selector_.leftRow);
+    ui_->lstTrigRight->showLines(selector_.lstTrigRight, selector_.rightRow);
     showItem();
 }
 
 void TriggersPage::showItem() {
     const TriggerSelection selection = selectionOf(selector_);
     const AttributeControls enabled = enabledControls(selection);
-    ui_->buttPlayNormVolume->setEnabled(enabled.buttPlayNormVolume);
-    ui_->buttPlayLoudVolume->setEnabled(enabled.buttPlayLoudVolume);
-    ui_->buttResumeOnInt->setEnabled(enabled.buttResumeOnInt);
-    ui_->buttCancelOnInt->setEnabled(enabled.buttCancelOnInt);
-    ui_->chkEndlessLoop->setEnabled(enabled.chkEndlessLoop);
-    ui_->chkPowerUp->setEnabled(enabled.chkPowerUp);
+    for (QWidget* button :
+         std::initializer_list<QWidget*>{ui_->buttPlayNormVolume, ui_->buttPlayLoudVolume,
+                                         ui_->buttResumeOnInt, ui_->buttCancelOnInt})
+        button->setEnabled(enabled.attributes);
+    ui_->chkEndlessLoop->setEnabled(enabled.endlessLoop);
+    ui_->chkPowerUp->setEnabled(enabled.play);
 
     const AttributeDisplay shown = displayedAttributes(project_, selection);
-    ui_->buttPlayNormVolume->setChecked(shown.buttPlayNormVolume);
-    ui_->buttPlayLoudVolume->setChecked(shown.buttPlayLoudVolume);
-    ui_->buttResumeOnInt->setChecked(shown.buttResumeOnInt);
-    ui_->buttCancelOnInt->setChecked(shown.buttCancelOnInt);
-    ui_->chkEndlessLoop->setChecked(shown.chkEndlessLoop);
-    ui_->chkPowerUp->setChecked(shown.chkPowerUp);
+    ui_->buttPlayNormVolume->setChecked(!shown.loud);
+    ui_->buttPlayLoudVolume->setChecked(shown.loud);
+    ui_->buttResumeOnInt->setChecked(!shown.cancel);
+    ui_->buttCancelOnInt->setChecked(shown.cancel);
+    ui_->chkEndlessLoop->setChecked(shown.loop);
+    ui_->chkPowerUp->setChecked(shown.powerUp);
     QString note;
-    if (enabled.buttPlayNormVolume && !shown.hasRecord)
+    if (enabled.attributes && !shown.hasRecord)
         note = tr("No MP3 file is chosen for this item yet: its attributes cannot be kept.");
-    else if (enabled.buttPlayNormVolume && shown.differs)
+    else if (enabled.attributes && shown.differs)
         note = tr("Its files differ in these attributes; a click makes them alike.");
     ui_->lblAttribNote->setText(note);
     ui_->lblAttribNote->setVisible(!note.isEmpty());
@@ -168,11 +180,11 @@ void TriggersPage::showRows(const TriggerSelection& selection) {
     for (size_t slot = 0; slot < rows_.size(); ++slot) {
         const TriggerRow& state = states[slot];
         const Row& row = rows_[slot];
-        row.buttTrig->setChecked(state.buttTrigChecked);
-        row.buttTrig->setEnabled(state.buttTrigEnabled);
+        row.buttTrig->setChecked(state.isAssigned);
+        row.buttTrig->setEnabled(state.isEnabled);
         row.lblTrig->setText(state.words);
-        row.lblTrig->setEnabled(state.lblTrigEnabled);
-        row.buttViewTrig->setEnabled(state.buttViewTrigEnabled);
+        row.lblTrig->setEnabled(state.isEnabled);
+        row.buttViewTrig->setEnabled(state.isAssigned && !state.isEnabled);
     }
 }
 

@@ -4,8 +4,7 @@
 #include <memory>
 
 #include "app/page.h"
-#include "triggers/discrete_triggers.h"
-#include "triggers/playback_attributes.h"
+#include "triggers/item_settings.h"
 #include "triggers/trigger_selector.h"
 
 class QCheckBox;
@@ -41,6 +40,10 @@ class TriggersPage : public Page {
     void buttTrigSpeech_Click();
     void lstTrigLeft_Click();
     void lstTrigRight_Click();
+    void buttPlayNormVolume_Click();
+    void buttPlayLoudVolume_Click();
+    void buttResumeOnInt_Click();
+    void buttCancelOnInt_Click();
     void chkEndlessLoop_Click(bool checked);
     void chkPowerUp_Click(bool checked);
     void buttClearPowerUp_Click();
@@ -50,6 +53,7 @@ class TriggersPage : public Page {
     void connectAttributes();
     void showSelector();
     void showItem();
+    void edited();
     void showRows(const TriggerSelection& selection);
 
     Project& project_;

@@ -2,9 +2,7 @@
 
 #include "cli/commands.h"
 #include "cli/console.h"
-#include "editor/folder_as_list.h"
-#include "editor/give_files.h"
-#include "editor/playlist_import.h"
+#include "editor/list_import.h"
 #include "editor/tour_import.h"
 #include "model/card_file.h"
 #include "model/format_limits.h"

@@ -1,6 +1,6 @@
 #include "editor/file_display.h"
 
-#include "editor/item_records.h"
+#include "model/music_lists.h"
 #include "model/numbers.h"
 
 namespace tessaly {
@@ -25,7 +25,7 @@ FileDisplay speechDisplay(const Project& project, const SpeechSelection& selecte
     const auto language = lineAt(project.lstLangs, selected.language);
     if (!title || !language)
         return {};
-    return displayOf(shownRecord(project, u"speech", *title, *language), files);
+    return displayOf(shownRecord(project, {kind::Speech, title, language}), files);
 }
 
 FileDisplay musicDisplay(const Project& project, const MusicSelection& selected,
@@ -35,7 +35,7 @@ FileDisplay musicDisplay(const Project& project, const MusicSelection& selected,
         list ? lineAt(tracksOfMusicList(project, *list), selected.track) : std::nullopt;
     if (!track)
         return {};
-    FileDisplay display = displayOf(shownRecord(project, u"music", *track, *list), files);
+    FileDisplay display = displayOf(shownRecord(project, {kind::Music, track, list}), files);
     if (display.path.isEmpty())
         return display;
     const auto either = [](const QString& first, const QString& second) {

@@ -1,10 +1,12 @@
 #include "editor/imported_list.h"
 
+#include <QHash>
 #include <QSet>
 #include <algorithm>
 #include <utility>
 
-#include "editor/entry_fields.h"
+#include "editor/item_lists.h"
+#include "model/display_text.h"
 #include "model/format_limits.h"
 #include "model/music_lists.h"
 #include "model/numbers.h"
@@ -16,6 +18,63 @@ namespace {
 
 TessalyError tooMuch(const QString& what) {
     return {error_number::BadImport, "Too much for one music list: " + what};
+}
+
+struct Renaming {
+    qsizetype record;  // slot of TrackTable
+    QString list;
+    QString oldName;
+    QString newName;
+    bool isPlayed;  // it is the one that plays when its old line does
+};
+
+// What stands in the table of one list.
+struct ListRecords {
+    QList<qsizetype> inTable;           // in table order
+    QHash<QString, qsizetype> firstOf;  // name: the index in `inTable` of the record that plays
+};
+
+// Lines are numbered in the order of their records, so doing it again tells which belong together.
+// A line that another record serves is free only once that record has moved on. That one always
+// stands further back, as a name is free for the first record that has it: so from the last on.
+void planList(const Project& project, const QString& list, const QStringList& lines,
+              const ListRecords& records, QList<Renaming>& plan) {
+    UniqueNames names;
+    QStringList numbered;
+    for (const qsizetype slot : records.inTable)
+        numbered.append(names.add(project.TrackTable[slot].itemName.text()));
+    const QSet<QString> shown(lines.begin(), lines.end());
+    QList<bool> moves(records.inTable.size(), false);
+    for (qsizetype i = records.inTable.size() - 1; i >= 0; --i) {
+        const QString name = project.TrackTable[records.inTable[i]].itemName.text();
+        const qsizetype server = records.firstOf.value(numbered[i], -1);
+        moves[i] =
+            numbered[i] != name && shown.contains(numbered[i]) && (server < 0 || moves[server]);
+        if (moves[i])
+            plan.append({records.inTable[i], list, name, numbered[i],
+                         records.firstOf[name] == i && shown.contains(name)});
+    }
+}
+
+QList<Renaming> planOf(const Project& project, const QStringList& lists) {
+    QHash<QString, ListRecords> byList;
+    for (qsizetype slot = 1; slot < project.TrackTable.size(); ++slot) {
+        const TrackRecord& record = project.TrackTable[slot];
+        if (!isMusic(record))
+            continue;
+        ListRecords& records = byList[record.groupName.text()];
+        const QString name = record.itemName.text();
+        if (!records.firstOf.contains(name))
+            records.firstOf.insert(name, records.inTable.size());
+        records.inTable.append(slot);
+    }
+    QList<Renaming> plan;
+    const MusicListIndex index(project);
+    for (const QString& list : lists)
+        if (const auto records = byList.constFind(list);
+            records != byList.constEnd() && records->firstOf.size() < records->inTable.size())
+            planList(project, list, index.tracks(list), *records, plan);
+    return plan;
 }
 
 }  // namespace
@@ -51,8 +110,10 @@ ImportResult addImportedList(Project& project, const QString& name,
         if (characters > MostNameCharacters)
             throw tooMuch("too many of its tracks have the same name.");
         TrackRecord record;
-        record.kind = "music";
-        // A name that is only saved as another is has a line of its own, with its file.
+        record.kind = kind::Music;
+        // A name may be numbered although no line has it, as a project file holds two Cyrillic
+        // names as the same question marks. Such a track has a line of its own, so it gets its
+        // file.
         record.itemName = recordNames == RecordNames::AsListed || !lines.contains(track.name)
                               ? listed
                               : track.name;
@@ -70,6 +131,41 @@ void selectLastRows(Project& project, ImportResult& result) {
     result.listRow = int(project.lstMuList.size()) - 1;
     selectMusicList(project, project.lstMuList.value(result.listRow));
     result.trackRow = int(project.lstMuTrack[project.currentMusicList].size()) - 1;
+}
+
+bool canGiveEachItsFile(const Project& project, const QStringList& lists) {
+    return !planOf(project, lists).isEmpty();
+}
+
+void giveEachItsFile(Project& project, const QStringList& lists) {
+    project.unsavedChanges = true;
+    for (const Renaming& renaming : planOf(project, lists)) {
+        project.TrackTable[renaming.record].itemName = renaming.newName;
+        // From the last on: what named the new name already was renamed before.
+        if (renaming.isPlayed)
+            renameItems(project, Among::Players, {kind::Music, renaming.oldName, renaming.list},
+                        &TrackRecord::itemName, renaming.newName);
+    }
+}
+
+QString namesakesText(const Project& project, const QString& list) {
+    constexpr qsizetype NamedAtMost = 10;
+    QStringList tracks;
+    for (const MusicLine& line : silentTracks(project, TrackIndex(project)))
+        if (line.list == list)
+            tracks.append(QString("\"%1\"").arg(shortName(line.track)));
+    if (tracks.isEmpty())
+        return {};
+    const qsizetype count = tracks.size();
+    QString text =
+        count == 1 ? QString("1 track of the music list \"%1\" has the name of another: ").arg(list)
+                   : QString(
+                         "%1 tracks of the music list \"%2\" have the name of "
+                         "another: ")
+                         .arg(QString::number(count), list);
+    text += tracks.mid(0, NamedAtMost).join(", ");
+    return text + (count > NamedAtMost ? QString(" ... and %1 more.").arg(count - NamedAtMost)
+                                       : QString("."));
 }
 
 }  // namespace tessaly

@@ -2,6 +2,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <functional>
 
 #include "model/project.h"
@@ -12,8 +13,6 @@ namespace tessaly {
 
 /// A message box for the operator, with an OK button.
 struct ImportMessage {
-    enum class Icon { Information, Exclamation };
-    Icon icon = Icon::Information;
     QString title = {};  ///< empty: the program's own
     QString text = {};   ///< lines end in CR LF
 };
@@ -48,10 +47,10 @@ struct ImportedTrack {
     QString path;
 };
 
-/// What the records of an import are named by.
+/// What goes into an imported record's `itemName`.
 enum class RecordNames {
-    AsListed,  ///< as the track's line, numbered where names are alike
-    AsFound,   ///< as the name was before it was numbered
+    AsListed,  ///< the text of the track's line, which is numbered where names are alike
+    AsFound,   ///< the track's name without that number
 };
 
 /// Most that one import takes. Names that are alike grow with their number, so that their text is
@@ -67,5 +66,26 @@ ImportResult addImportedList(Project& project, const QString& name,
 /// The rows to select after an import: the last list, which becomes the current one, and its last
 /// track.
 void selectLastRows(Project& project, ImportResult& result);
+
+// A folder of MP3 files with the same title makes lines that are numbered (Rock, 01 Rock) and
+// records that are not (Rock, Rock). So does a project file. The first line plays the first file;
+// the others have none.
+
+/// Whether giveEachItsFile() would change anything in these lists.
+bool canGiveEachItsFile(const Project& project, const QStringList& lists);
+
+/// Renames the records of these lists as their lines were numbered: the n-th record of a name gets
+/// the n-th line's name. A record keeps its name where that line is gone or has a file of its own,
+/// and a line without such a record stays silent. Triggers and power-up item go on playing the file
+/// that they played. Sets `unsavedChanges`.
+void giveEachItsFile(Project& project, const QStringList& lists);
+
+/// What an import says of the silent tracks of its list, in one sentence: how many have the name of
+/// another, and the first ten of them; empty when there is none.
+QString namesakesText(const Project& project, const QString& list);
+
+/// What becomes of them.
+inline constexpr QStringView NamesakesFate =
+    u"A name plays the first of its files only: the others stay silent.";
 
 }  // namespace tessaly

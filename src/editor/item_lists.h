@@ -4,9 +4,10 @@
 #include <QStringList>
 #include <optional>
 
-#include "model/lines.h"
+#include "model/project.h"
 
-// What the lists of the music and the speech page have in common. A row counts from 0; -1 is none.
+// What the lists of the music and the speech page have in common: their lines, and everything in a
+// project that names them. A row counts from 0; -1 is none.
 
 namespace tessaly {
 
@@ -18,6 +19,23 @@ struct EditResult {
 };
 
 enum class Direction { Up = -1, Down = 1 };
+
+/// Which buttons beside a list can be used.
+struct ListControls {
+    bool add = false;
+    bool change = false;  ///< Edit and Remove
+
+    bool operator==(const ListControls&) const = default;
+};
+
+/// The same for a page of two lists that together choose a file: music lists and tracks, titles
+/// and languages.
+struct EditorControls {
+    ListControls first, second;
+    bool chooseFile = false;
+
+    bool operator==(const EditorControls&) const = default;
+};
 
 /// Puts `answer`, made unique among all lines, in place of a row and returns it. Nothing happens
 /// without that row or when the answer is empty, as it is after Cancel.
@@ -32,5 +50,34 @@ int neighbourOf(const QStringList& lines, int row, Direction direction);
 
 /// Swaps a row with its neighbour, which is the row to select then.
 EditResult moveLine(QStringList& lines, int row, Direction direction);
+
+/// The records of a kind, music or speech, that name an item, a group or both. What is not given
+/// may be anything.
+struct ItemNames {
+    QStringView kind;
+    std::optional<QString> item = {};
+    std::optional<QString> group = {};
+};
+
+/// Where records are looked for.
+enum class Among {
+    Records,  ///< TrackTable
+    Players,  ///< triggers and power-up item, by what they play
+    Both,
+};
+
+/// Sets `field` of all those records to `name`.
+void renameItems(Project& project, Among among, const ItemNames& names, Variant TrackRecord::*field,
+                 const QString& name);
+
+/// Makes those records of TrackTable "empty", and triggers and power-up item free.
+void emptyItems(Project& project, Among among, const ItemNames& names);
+
+/// The first record in table order, whose file the page shows; nullptr when there is none.
+const TrackRecord* shownRecord(const Project& project, const ItemNames& names);
+
+/// Gives an item its file: sets `path` in all its records, or appends one when it has none yet.
+/// Item and group are given.
+void chooseFile(Project& project, const ItemNames& names, const QString& path);
 
 }  // namespace tessaly

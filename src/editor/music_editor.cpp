@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "editor/item_records.h"
 #include "model/music_lists.h"
 
 namespace tessaly {
@@ -20,17 +19,13 @@ QStringList* selectedTracks(Project& project, const MusicSelection& selected) {
 
 }  // namespace
 
-MusicControls musicControls(const MusicSelection& selected, const QString& newList,
-                            bool trackEntered) {
+EditorControls musicControls(const MusicSelection& selected, const QString& newList,
+                             bool trackEntered) {
     const bool hasList = selected.list >= 0;
     const bool hasTrack = hasList && selected.track >= 0;  // without its list it is none
-    return {.buttAddMuList = !newList.isEmpty(),
-            .buttEditMuList = hasList,
-            .buttDelMuList = hasList,
-            .buttAddMuTrack = trackEntered,
-            .buttEditMuTrack = hasTrack,
-            .buttDelMuTrack = hasTrack,
-            .buttAddMuFile = hasTrack};
+    return {.first = {.add = !newList.isEmpty(), .change = hasList},
+            .second = {.add = trackEntered, .change = hasTrack},
+            .chooseFile = hasTrack};
 }
 
 EditResult addNewMusicList(Project& project, const QString& name) {
@@ -56,7 +51,7 @@ EditResult chooseMusicFile(Project& project, const MusicSelection& selected, con
     const auto track = tracks ? lineAt(*tracks, selected.track) : std::nullopt;
     if (!track || path.isEmpty())
         return {.row = selected.track};
-    chooseFile(project, "music", *track, project.lstMuList[selected.list], path);
+    chooseFile(project, {kind::Music, track, project.lstMuList[selected.list]}, path);
     return {.isDone = true, .row = selected.track, .name = *track};
 }
 
@@ -66,8 +61,8 @@ EditResult renameMusicList(Project& project, int list, const QString& answer) {
     const auto name = renameLine(project.lstMuList, list, answer);
     if (!name)
         return {.row = list};
-    renameRecords(project, u"music", naming(nullptr, &old), &TrackRecord::groupName, *name);
-    renamePlayers(project, u"music", naming(nullptr, &old), &TrackRecord::groupName, *name);
+    renameItems(project, Among::Both, {.kind = kind::Music, .group = old}, &TrackRecord::groupName,
+                *name);
     if (old.isEmpty()) {
         // Only a file brings such a list. It shares the spare slot, for both have no name.
         project.MusicListNames.last() = *name;
@@ -89,9 +84,8 @@ EditResult renameMusicTrack(Project& project, const MusicSelection& selected,
     const auto name = renameLine(*tracks, selected.track, answer);
     if (!name)
         return {.row = selected.track};
-    const RecordMatch matches = naming(&old, &project.lstMuList[selected.list]);
-    renameRecords(project, u"music", matches, &TrackRecord::itemName, *name);
-    renamePlayers(project, u"music", matches, &TrackRecord::itemName, *name);
+    renameItems(project, Among::Both, {kind::Music, old, project.lstMuList[selected.list]},
+                &TrackRecord::itemName, *name);
     return {.isDone = true, .row = selected.track, .name = *name};
 }
 
@@ -100,8 +94,7 @@ EditResult deleteMusicList(Project& project, int list) {
     const auto name = lineAt(project.lstMuList, list);
     if (!name)
         return {.row = list};
-    emptyRecords(project, u"music", naming(nullptr, &*name));
-    emptyPlayers(project, u"music", naming(nullptr, &*name));
+    emptyItems(project, Among::Both, {.kind = kind::Music, .group = name});
     std::replace(project.MusicListNames.begin(), project.MusicListNames.end(), *name, QString());
     if (name->isEmpty())
         project.lstMuTrack.last().clear();
@@ -116,9 +109,7 @@ EditResult deleteMusicTrack(Project& project, const MusicSelection& selected) {
     const auto track = tracks ? lineAt(*tracks, selected.track) : std::nullopt;
     if (!track)
         return {.row = selected.track};
-    const RecordMatch matches = naming(&*track, &project.lstMuList[selected.list]);
-    emptyRecords(project, u"music", matches);
-    emptyPlayers(project, u"music", matches);
+    emptyItems(project, Among::Both, {kind::Music, track, project.lstMuList[selected.list]});
     return {.isDone = true, .row = removeLine(*tracks, selected.track), .name = *track};
 }
 
@@ -135,7 +126,7 @@ EditResult moveMusicTrack(Project& project, const MusicSelection& selected, Dire
         return {.row = selected.track};
     const QString& list = project.lstMuList[selected.list];
     const QString& track = (*tracks)[selected.track];
-    const TrackRecord* shown = shownRecord(project, u"music", track, list);
+    const TrackRecord* shown = shownRecord(project, {kind::Music, track, list});
     const QString path = shown ? shown->sourcePath.text() : QString();
     // Slot 0 is no record: it is neither moved nor a partner.
     for (qsizetype i = 1; i < project.TrackTable.size(); ++i) {

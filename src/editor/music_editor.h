@@ -17,20 +17,11 @@ struct MusicSelection {
     int track = -1;
 };
 
-/// Which buttons of the page can be used, named as they are.
-struct MusicControls {
-    bool buttAddMuList = false, buttEditMuList = false, buttDelMuList = false;
-    bool buttAddMuTrack = false, buttEditMuTrack = false, buttDelMuTrack = false;
-    bool buttAddMuFile = false;
-
-    bool operator==(const MusicControls&) const = default;
-};
-
-/// The one rule for them: what is selected and entered decides, however it came about. `newList` is
-/// the text for a new list; `trackEntered` says that one for a track was entered, even if it is
-/// empty by now, as a track's name may be.
-MusicControls musicControls(const MusicSelection& selected, const QString& newList,
-                            bool trackEntered);
+/// The one rule for the buttons: what is selected and entered decides, however it came about.
+/// `newList` is the text for a new list; `trackEntered` says that one for a track was entered, even
+/// if it is empty by now, as a track's name may be.
+EditorControls musicControls(const MusicSelection& selected, const QString& newList,
+                             bool trackEntered);
 
 /// Appends a list under the unique form of `name` and makes it the current one. An empty name
 /// makes none. The row is the new list's.

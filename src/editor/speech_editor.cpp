@@ -1,6 +1,5 @@
 #include "editor/speech_editor.h"
 
-#include "editor/item_records.h"
 #include "model/format_limits.h"
 #include "model/music_lists.h"
 
@@ -15,17 +14,14 @@ EditResult addLine(QStringList& lines, const QString& name) {
 
 }  // namespace
 
-SpeechControls speechControls(const Project& project, const SpeechSelection& selected,
+EditorControls speechControls(const Project& project, const SpeechSelection& selected,
                               const QString& newTitle, const QString& newLanguage) {
     const bool hasTitle = selected.title >= 0;
     const bool hasLanguage = selected.language >= 0;
-    return {.buttAddSpTitle = !newTitle.isEmpty(),
-            .buttEditSpTitle = hasTitle,
-            .buttDelSpTitle = hasTitle,
-            .buttAddLang = !newLanguage.isEmpty() && project.lstLangs.size() < limits::Languages,
-            .buttEditLang = hasLanguage,
-            .buttDelLang = hasLanguage,
-            .buttAddSpFile = hasTitle && hasLanguage};
+    const bool hasRoom = project.lstLangs.size() < limits::Languages;
+    return {.first = {.add = !newTitle.isEmpty(), .change = hasTitle},
+            .second = {.add = !newLanguage.isEmpty() && hasRoom, .change = hasLanguage},
+            .chooseFile = hasTitle && hasLanguage};
 }
 
 EditResult addSpeechTitle(Project& project, const QString& name) {
@@ -47,7 +43,7 @@ EditResult chooseSpeechFile(Project& project, const SpeechSelection& selected,
     const auto language = lineAt(project.lstLangs, selected.language);
     if (!title || !language || path.isEmpty())
         return {.row = selected.title};
-    chooseFile(project, "speech", *title, *language, path);
+    chooseFile(project, {kind::Speech, title, language}, path);
     return {.isDone = true, .row = selected.title, .name = *title};
 }
 
@@ -57,8 +53,8 @@ EditResult renameSpeechTitle(Project& project, int title, const QString& answer)
     const auto name = renameLine(project.lstSpTitles, title, answer);
     if (!name)
         return {.row = title};
-    renameRecords(project, u"speech", naming(&old, nullptr), &TrackRecord::itemName, *name);
-    renamePlayers(project, u"speech", naming(&old, nullptr), &TrackRecord::itemName, *name);
+    renameItems(project, Among::Both, {.kind = kind::Speech, .item = old}, &TrackRecord::itemName,
+                *name);
     return {.isDone = true, .row = -1, .name = *name};
 }
 
@@ -68,7 +64,8 @@ EditResult renameLanguage(Project& project, int language, const QString& answer)
     const auto name = renameLine(project.lstLangs, language, answer);
     if (!name)
         return {.row = language};
-    renameRecords(project, u"speech", naming(nullptr, &old), &TrackRecord::groupName, *name);
+    renameItems(project, Among::Records, {.kind = kind::Speech, .group = old},
+                &TrackRecord::groupName, *name);
     for (qsizetype i = 1; i < project.DefaultLanguageTable.size(); ++i)
         if (project.DefaultLanguageTable[i].groupName.is(old))
             project.DefaultLanguageTable[i].groupName = *name;
@@ -80,8 +77,7 @@ EditResult deleteSpeechTitle(Project& project, int title) {
     const auto name = lineAt(project.lstSpTitles, title);
     if (!name)
         return {.row = title};
-    emptyRecords(project, u"speech", naming(&*name, nullptr));
-    emptyPlayers(project, u"speech", naming(&*name, nullptr));
+    emptyItems(project, Among::Both, {.kind = kind::Speech, .item = name});
     return {.isDone = true, .row = removeLine(project.lstSpTitles, title), .name = *name};
 }
 
@@ -90,7 +86,7 @@ EditResult deleteLanguage(Project& project, int language) {
     const auto name = lineAt(project.lstLangs, language);
     if (!name)
         return {.row = language};
-    emptyRecords(project, u"speech", naming(nullptr, &*name));
+    emptyItems(project, Among::Records, {.kind = kind::Speech, .group = name});
     for (qsizetype i = project.DefaultLanguageTable.size() - 1; i > 0; --i)
         if (project.DefaultLanguageTable[i].groupName.is(*name))
             project.DefaultLanguageTable.removeAt(i);

@@ -16,18 +16,9 @@ struct SpeechSelection {
     int language = -1;
 };
 
-/// Which buttons of the page can be used, named as they are.
-struct SpeechControls {
-    bool buttAddSpTitle = false, buttEditSpTitle = false, buttDelSpTitle = false;
-    bool buttAddLang = false, buttEditLang = false, buttDelLang = false;
-    bool buttAddSpFile = false;
-
-    bool operator==(const SpeechControls&) const = default;
-};
-
-/// The one rule for them: what is selected and the texts for a new title and a new language decide,
-/// however they came about, and whether there is room for one more language.
-SpeechControls speechControls(const Project& project, const SpeechSelection& selected,
+/// The one rule for the buttons: what is selected and the texts for a new title and a new language
+/// decide, however they came about, and whether there is room for one more language.
+EditorControls speechControls(const Project& project, const SpeechSelection& selected,
                               const QString& newTitle, const QString& newLanguage);
 
 /// Appends a title under the unique form of `name`; an empty name makes none. Nothing is selected.

@@ -4,7 +4,7 @@
 #include <QSet>
 #include <algorithm>
 
-#include "editor/entry_fields.h"
+#include "model/display_text.h"
 #include "model/format_limits.h"
 #include "model/music_lists.h"
 #include "platform/error.h"
@@ -93,7 +93,7 @@ class FolderImport {
     QStringList foldersOf(const QString& folder, const char* what);
     QString trackName(const QString& path, const QString& file) const;
     void noteChange(const char* what, const QString& whole, const QString& name);
-    void addRecord(const char* kind, const QString& item, const QString& group,
+    void addRecord(QStringView kind, const QString& item, const QString& group,
                    const QString& path);
 
     const FileSystem& files_;
@@ -133,7 +133,7 @@ void FolderImport::noteChange(const char* what, const QString& whole, const QStr
         report.notes.append(QString("The %1 \"%2\" became \"%3\".").arg(what, elided(whole), name));
 }
 
-void FolderImport::addRecord(const char* kind, const QString& item, const QString& group,
+void FolderImport::addRecord(QStringView kind, const QString& item, const QString& group,
                              const QString& path) {
     TrackRecord record;
     record.kind = kind;
@@ -181,7 +181,7 @@ void FolderImport::importSpeech(const QString& folder) {
         noteChange("title", title, name);
     }
     for (const SpeechFile& file : found)
-        addRecord("speech", names.value(file.title), file.language, file.path);
+        addRecord(kind::Speech, names.value(file.title), file.language, file.path);
     report.speechFiles = int(found.size());
 }
 
@@ -212,7 +212,7 @@ void FolderImport::importMusic(const QString& folder) {
             const QString track =
                 addMusicTrack(project_, firstCharacters(whole, limits::DisplayText), tracks);
             noteChange("track", whole, track);
-            addRecord("music", track, list, path);
+            addRecord(kind::Music, track, list, path);
             ++report.tracks;
         }
     }
@@ -263,7 +263,8 @@ ImportReport importFolder(const FileSystem& files, const Mp3Tags& tags, const QS
             shownPath(root) + ": the folder holds neither a Music nor a Speech folder.");
     for (const QString& other : tour.others)
         run.leaveOut(other, "stands in neither the Music nor the Speech folder");
-    // Speech first, as in a project's file: so numbers stay when the project is opened.
+    // Speech first, as a project file has it: so the MP3 files on the card have the same numbers
+    // before the project is saved and after it is opened.
     if (!tour.speech.isEmpty())
         run.importSpeech(tour.speech);
     if (!tour.music.isEmpty())

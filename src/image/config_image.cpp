@@ -142,7 +142,7 @@ quint16 randomIdentifier() {
 
 quint16 ItemReference(const Project& project, const QString& kind, const QString& listName,
                       const QString& itemName) {
-    if (kind == u"speech") {
+    if (kind == kind::Speech) {
         const qsizetype title = project.lstSpTitles.indexOf(itemName);
         return title < 0 ? NoItem : quint16(SpeechReference + title + 1);
     }

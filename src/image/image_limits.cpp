@@ -47,7 +47,7 @@ QString howToShrink(const Project& project, qsizetype tracks, qsizetype excess) 
 QString referenceProblem(const Project& project, const TrackRecord& item, const QString& kind,
                          const QString& who) {
     const QString name = item.itemName.text();
-    if (kind == u"speech") {
+    if (kind == kind::Speech) {
         const qsizetype title = project.lstSpTitles.indexOf(name) + 1;
         if (title > limits::ReferenceTitle)
             return QString("%1 plays speech title %2 (\"%3\"), it can name titles up to %4 only.")

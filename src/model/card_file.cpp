@@ -14,11 +14,11 @@ namespace tessaly {
 
 namespace {
 
-QList<TrackRecord> listRecords(const char* kind, const QStringList& texts) {
+QList<TrackRecord> listRecords(QStringView kind, const QStringList& texts) {
     QList<TrackRecord> records;
     for (const QString& text : texts) {
         TrackRecord& record = records.emplaceBack();
-        record.kind = kind;
+        record.kind = kind.toString();
         record.sourcePath = text;
     }
     return records;
@@ -45,21 +45,21 @@ constexpr Setting Settings[] = {
 void appendSetup(QList<TrackRecord>& records, const Project& project) {
     for (const auto& [key, text, option] : Settings) {
         TrackRecord& record = records.emplaceBack();
-        record.kind = "setup";
+        record.kind = kind::Setting;
         record.groupName = key.toString();
         record.sourcePath = text ? Variant(project.*text) : Variant(Boolean16::of(project.*option));
     }
 }
 
 void appendPowerUp(QList<TrackRecord>& records, const Project& project) {
-    if (project.PowerUpRecord.kind.is(u"empty"))
+    if (project.PowerUpRecord.kind.is(kind::Empty))
         return;
     TrackRecord record = project.PowerUpRecord;
     if (isSpeech(record))
         setTypeTag(record, "spee");
     else if (isMusic(record))
         setTypeTag(record, "musi");
-    record.kind = "powerup";
+    record.kind = kind::PowerUp;
     records << record;
 }
 
@@ -93,23 +93,23 @@ class RecordApplier {
     /// Empty when the record was carried out or is one to ignore.
     QString apply(const TrackRecord& record) {
         const QString kind = record.kind.text();
-        if (kind == u"music")
+        if (kind == kind::Music)
             return applyMusic(record);
-        else if (kind == u"speech")
+        else if (kind == kind::Speech)
             applySpeech(record);
-        else if (kind == u"lstSpTitles")
+        else if (kind == kind::Title)
             project_.lstSpTitles.append(record.sourcePath.text());
-        else if (kind == u"lstLangs")
+        else if (kind == kind::Language)
             project_.lstLangs.append(record.sourcePath.text());
-        else if (kind == u"lstDefaultLangs")
+        else if (kind == kind::DefaultLanguage)
             project_.DefaultLanguageTable.append(record);
-        else if (kind == u"stext")
+        else if (kind == kind::SystemText)
             return applySystemText(record);
-        else if (kind == u"setup")
+        else if (kind == kind::Setting)
             return applySetup(record);
-        else if (kind == u"powerup")
+        else if (kind == kind::PowerUp)
             applyPowerUp(record);
-        else if (kind == u"dtrig")
+        else if (kind == kind::Trigger)
             return applyTrigger(record);
         return {};
     }
@@ -163,9 +163,9 @@ class RecordApplier {
         project_.PowerUpRecord = record;
         const QString tag = typeTagText(record);
         if (tag == u"musi")
-            project_.PowerUpRecord.kind = "music";
+            project_.PowerUpRecord.kind = kind::Music;
         else if (tag == u"spee")
-            project_.PowerUpRecord.kind = "speech";
+            project_.PowerUpRecord.kind = kind::Speech;
     }
 
     QString applyTrigger(const TrackRecord& record) {
@@ -185,7 +185,7 @@ class RecordApplier {
 
 // A trigger that nothing was assigned to since the project was emptied is of kind "empty".
 bool isLastTrigger(const TrackRecord& record) {
-    return (record.kind.is(u"dtrig") || record.kind.is(u"empty")) &&
+    return (record.kind.is(kind::Trigger) || record.kind.is(kind::Empty)) &&
            typeTagNumber(record) == TriggerSlots - 1;
 }
 
@@ -195,8 +195,8 @@ QList<TrackRecord> projectRecords(const Project& project) {
     QList<TrackRecord> records;
     records.reserve(project.TrackTable.size() + 64);
     records << TrackRecord{};
-    records << listRecords("lstSpTitles", project.lstSpTitles)
-            << listRecords("lstLangs", project.lstLangs);
+    records << listRecords(kind::Title, project.lstSpTitles)
+            << listRecords(kind::Language, project.lstLangs);
     records << project.DefaultLanguageTable;
     for (int slot = 0; slot < SystemTextsUsed; ++slot)
         records << project.SystemTextTable[size_t(slot)];

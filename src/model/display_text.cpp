@@ -20,6 +20,12 @@ void eachCharacter(QStringView text, const Use& use) {
     }
 }
 
+QString cut(const QString& text, qsizetype length) {
+    const bool halves = length > 0 && length < text.size() && text[length - 1].isHighSurrogate() &&
+                        text[length].isLowSurrogate();
+    return text.left(halves ? length - 1 : length);
+}
+
 QString withoutControls(const QString& text) {
     QString cleaned = text.normalized(QString::NormalizationForm_C);
     while (cleaned.endsWith('\n') || cleaned.endsWith('\r'))
@@ -59,6 +65,11 @@ QStringList charactersDisplayLacks(QStringView text) {
     });
     lacking.removeDuplicates();
     return lacking;
+}
+
+QString firstCharacters(const QString& text, int limit) {
+    // Composing takes long for a run of a million accents, which only a damaged file has.
+    return cut(cut(text, 16 * qsizetype(limit)).normalized(QString::NormalizationForm_C), limit);
 }
 
 bool refusesKey(QStringView text, QChar key, int limit) {

@@ -32,6 +32,10 @@ QList<DisplayCell> displayCells(QStringView text);
 /// The characters among the cells of `text` that the display lacks, each once.
 QStringList charactersDisplayLacks(QStringView text);
 
+/// The first `limit` characters of a name that came from a file, composed (e and accent become
+/// one); never half a surrogate pair.
+QString firstCharacters(const QString& text, int limit);
+
 /// Whether a field that holds `text` discards a typed key, with a beep: it is full, and the key is
 /// not Backspace. Only the length counts, whatever is selected. Ask for keys that type a character.
 bool refusesKey(QStringView text, QChar key, int limit = limits::DisplayText);

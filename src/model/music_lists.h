@@ -5,10 +5,16 @@
 #include <QSet>
 #include <QString>
 #include <QStringList>
+#include <optional>
 
 #include "model/project.h"
 
 namespace tessaly {
+
+/// The text of a row of a list box, counted from 0; nothing where there is no such row.
+inline std::optional<QString> lineAt(const QStringList& lines, int row) {
+    return row >= 0 && row < lines.size() ? std::optional(lines[row]) : std::nullopt;
+}
 
 /// Makes names unique among those given before. A name that clashes gets a two-digit number and a
 /// blank in front: Rock, 01 Rock, 02 Rock. Names are compared as a project file holds them, in

@@ -34,7 +34,7 @@ void blankTables(Project& project) {
     project.MusicListNames = {QString()};
     project.lstMuTrack = {QStringList()};
     project.PowerUpRecord = {};
-    project.PowerUpRecord.kind = "empty";
+    project.PowerUpRecord.kind = kind::Empty;
     project.PowerUpRecord.groupName = "";
 }
 
@@ -47,7 +47,7 @@ Project::Project() {
 void reset(Project& project) {
     blankTables(project);
     for (TrackRecord& trigger : project.TriggerTable)
-        trigger.kind = "empty";
+        trigger.kind = kind::Empty;
     project.cfDrive.clear();
     project.currentMusicList = 0;
     project.lstMuList.clear();
@@ -61,8 +61,8 @@ void startUp(Project& project) {
     blankTables(project);
     for (int slot = 0; slot < TriggerSlots; ++slot) {
         TrackRecord& trigger = project.TriggerTable[slot];
-        trigger.kind = "dtrig";
-        trigger.sourcePath = "empty";
+        trigger.kind = kind::Trigger;
+        trigger.sourcePath = kind::Empty;
         setTypeTag(trigger, QByteArray::number(slot));
     }
     forgetFreeTriggers(project);
@@ -82,7 +82,7 @@ void forgetFreeTriggers(Project& project) {
 void restoreSystemTexts(Project& project) {
     for (int slot = 0; slot < SystemTextsUsed; ++slot) {
         TrackRecord& record = project.SystemTextTable[slot];
-        record.kind = "stext";
+        record.kind = kind::SystemText;
         record.groupName = originalSystemText(slot);
         record.itemName = qint16(slot);
     }
@@ -97,8 +97,8 @@ QString systemText(const Project& project, int slot) {
 }
 
 bool isAssigned(const TrackRecord& trigger) {
-    return trigger.kind.is(u"dtrig") &&
-           (trigger.sourcePath.is(u"music") || trigger.sourcePath.is(u"speech"));
+    return trigger.kind.is(kind::Trigger) &&
+           (trigger.sourcePath.is(kind::Music) || trigger.sourcePath.is(kind::Speech));
 }
 
 bool hasPowerUpItem(const Project& project) {

@@ -54,7 +54,7 @@ class RecoveryFolder {
     RecoveryFolder(FileSystem& files, const QString& folder,
                    Clock clock = &QDateTime::currentDateTimeUtc);
 
-    /// Takes the mark away, unless forgetMark() was called.
+    /// Takes the mark away.
     ~RecoveryFolder();
 
     /// Writes one more copy of `project` and removes those that need not be kept any longer. Throws
@@ -82,9 +82,6 @@ class RecoveryFolder {
     /// The newest copy that the run before this one made, if that did not end properly. It is
     /// offered once.
     std::optional<RecoveryCopy> takeCrashedCopy();
-
-    /// As if this run had crashed.
-    void forgetMark() { hasMark_ = false; }
 
  private:
     QStringList namesNewestFirst() const;

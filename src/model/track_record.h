@@ -2,12 +2,27 @@
 
 #include <QByteArrayView>
 #include <QString>
+#include <QStringView>
 #include <array>
 #include <optional>
 #include <utility>
 #include <variant>
 
 namespace tessaly {
+
+/// The words in a record's `kind`, and in what a trigger plays.
+namespace kind {
+inline constexpr QStringView Music = u"music";
+inline constexpr QStringView Speech = u"speech";
+inline constexpr QStringView Empty = u"empty";  ///< deleted, or a trigger that is free
+inline constexpr QStringView Trigger = u"dtrig";
+inline constexpr QStringView PowerUp = u"powerup";
+inline constexpr QStringView SystemText = u"stext";
+inline constexpr QStringView Setting = u"setup";
+inline constexpr QStringView Title = u"lstSpTitles";
+inline constexpr QStringView Language = u"lstLangs";
+inline constexpr QStringView DefaultLanguage = u"lstDefaultLangs";
+}  // namespace kind
 
 /// A 16-bit Boolean as the project file holds it: 0 is False, anything else True. The program
 /// writes True as -1; another number that a file brings is kept.
@@ -24,6 +39,7 @@ class Variant {
  public:
     Variant() = default;
     Variant(QString text) : value_(std::move(text)) {}
+    Variant(QStringView text) : value_(text.toString()) {}
     Variant(const char* text) : value_(QString::fromUtf8(text)) {}
     Variant(qint16 integer) : value_(integer) {}
     Variant(Boolean16 boolean) : value_(boolean) {}
@@ -54,7 +70,7 @@ class Variant {
 
 /// The one record of the project and of its file.
 struct TrackRecord {
-    Variant kind;        ///< what it is: "music", "speech", "stext", "setup", "dtrig", "empty", ...
+    Variant kind;        ///< what it is: one of the words above
     Variant itemName;    ///< track name or speech title; slot number of a system text
     Variant groupName;   ///< music list or language; key of a setting; a system text itself
     Variant sourcePath;  ///< the MP3 file on the PC; a setting's value; what a trigger plays
@@ -67,10 +83,10 @@ struct TrackRecord {
 };
 
 inline bool isMusic(const TrackRecord& record) {
-    return record.kind.is(u"music");
+    return record.kind.is(kind::Music);
 }
 inline bool isSpeech(const TrackRecord& record) {
-    return record.kind.is(u"speech");
+    return record.kind.is(kind::Speech);
 }
 /// Music or speech: a record that stands for one MP3 file on the card.
 inline bool isTrackFile(const TrackRecord& record) {

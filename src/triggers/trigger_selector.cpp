@@ -1,11 +1,18 @@
 #include "triggers/trigger_selector.h"
 
-#include "model/lines.h"
 #include "model/music_lists.h"
 
 namespace tessaly {
 
 namespace {
+
+// Why an item cannot be selected, in the order of ItemState.
+constexpr const char* Reasons[] = {"",
+                                   " (the title is gone)",
+                                   " (the list is gone)",
+                                   " (the track is gone)",
+                                   " (the list has no tracks)",
+                                   " (there is no music list)"};
 
 int existingRow(const QStringList& lines, int row) {
     return row >= 0 && row < lines.size() ? row : -1;
@@ -48,7 +55,6 @@ void selectTriggerRight(TriggerSelector& selector, int row) {
 
 TriggerSelection selectionOf(const TriggerSelector& selector) {
     TriggerSelection selection;
-    selection.mode = selector.mode;
     selection.left = lineAt(selector.lstTrigLeft, selector.leftRow);
     selection.right = lineAt(selector.lstTrigRight, selector.rightRow);
     if (!selection.left)
@@ -60,6 +66,49 @@ TriggerSelection selectionOf(const TriggerSelector& selector) {
     else if (selection.right)
         selection.item = selector.rightRow == 0 ? SelectedItem::WholeList : SelectedItem::Track;
     return selection;
+}
+
+bool namesSelection(const TrackRecord& record, const Variant& plays,
+                    const TriggerSelection& selection) {
+    switch (selection.item) {
+        case SelectedItem::None:
+            return false;
+        case SelectedItem::Title:
+            return plays.is(kind::Speech) && record.itemName.is(*selection.left);
+        case SelectedItem::ContinuousMix:
+            return plays.is(kind::Music) && record.groupName.is(ContinuousMixName);
+        case SelectedItem::WholeList:
+        case SelectedItem::Track:
+            break;
+    }
+    return plays.is(kind::Music) && record.groupName.is(*selection.left) &&
+           record.itemName.is(*selection.right);
+}
+
+ItemState itemState(const Project& project, const TrackRecord& record, const Variant& plays) {
+    if (plays.is(kind::Speech))
+        return project.lstSpTitles.contains(record.itemName.text()) ? ItemState::Present
+                                                                    : ItemState::NoTitle;
+    const QString list = record.groupName.text();
+    if (list == ContinuousMixName)
+        return project.lstMuList.isEmpty() ? ItemState::NoLists : ItemState::Present;
+    if (!project.lstMuList.contains(list))
+        return ItemState::NoList;
+    const QStringList tracks = tracksOfMusicList(project, list);
+    const QString track = record.itemName.text();
+    if (track == PlayFullListName)
+        return tracks.isEmpty() ? ItemState::EmptyList : ItemState::Present;
+    return tracks.contains(track) ? ItemState::Present : ItemState::NoTrack;
+}
+
+QString itemInWords(const Project& project, const TrackRecord& record, const Variant& plays) {
+    const QString list = record.groupName.text();
+    QString words = list;
+    if (plays.is(kind::Speech))
+        words = record.itemName.text();
+    else if (list != ContinuousMixName)
+        words = list + " / " + record.itemName.text();
+    return words + Reasons[size_t(itemState(project, record, plays))];
 }
 
 }  // namespace tessaly

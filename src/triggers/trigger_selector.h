@@ -6,7 +6,9 @@
 
 #include "model/project.h"
 
-// The selector of the page "Triggers & Attributes": two list boxes that together name an item.
+// The selector of the page "Triggers & Attributes": two list boxes that together name an item; and
+// the item that a trigger or the power-up record names. `plays` says what it is, music or speech:
+// the `sourcePath` of a trigger, the `kind` of the power-up record.
 
 namespace tessaly {
 
@@ -30,12 +32,9 @@ enum class SelectedItem { None, ContinuousMix, WholeList, Track, Title };
 
 /// What a selector's rows come to.
 struct TriggerSelection {
-    TriggerMode mode = TriggerMode::Music;
     std::optional<QString> left;   ///< music list, "<Continuous Mix>" or title
     std::optional<QString> right;  ///< track or "<Play Full List>"
     SelectedItem item = SelectedItem::None;
-
-    bool operator==(const TriggerSelection&) const = default;
 };
 
 /// The selector right after a click on buttTrigMusic or buttTrigSpeech, and whenever the page comes
@@ -50,5 +49,26 @@ void selectTriggerLeft(Project& project, TriggerSelector& selector, int row);
 void selectTriggerRight(TriggerSelector& selector, int row);
 
 TriggerSelection selectionOf(const TriggerSelector& selector);
+
+/// Whether the project still has an item, so that its line of the selector can be selected.
+enum class ItemState {
+    Present,
+    NoTitle,
+    NoList,
+    NoTrack,
+    EmptyList,  ///< a whole list without tracks: there is no line for it
+    NoLists     ///< the continuous mix without any list: there is no line for it
+};
+
+/// Whether `record` names the selected item. The continuous mix is one whatever its track is said
+/// to be.
+bool namesSelection(const TrackRecord& record, const Variant& plays,
+                    const TriggerSelection& selection);
+
+ItemState itemState(const Project& project, const TrackRecord& record, const Variant& plays);
+
+/// The item in words: "Rock / Song A", "Welcome", "<Continuous Mix>", "Rock / <Play Full List>";
+/// with the reason where its line is gone: "Rock / Song A (the track is gone)".
+QString itemInWords(const Project& project, const TrackRecord& record, const Variant& plays);
 
 }  // namespace tessaly

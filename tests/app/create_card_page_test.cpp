@@ -3,8 +3,8 @@
 #include <QProgressBar>
 #include <QTreeWidget>
 
-#include "app/drive_dialog.h"
-#include "app/status_circle.h"
+#include "app/qt_prompts.h"
+#include "app/small_widgets.h"
 #include "card/card_verifier.h"
 #include "model/music_lists.h"
 #include "support/window_bench.h"

@@ -88,7 +88,7 @@ TEST(MusicPage, TrackButtonsFollowTheSelection) {
     EXPECT_EQ(enabled(), "");
     bench.select("lstMuTrack", "");
     EXPECT_EQ(enabled(), "EditMuTrack DelMuTrack AddMuFile");
-    bench.find<QListWidget>("lstMuTrack")->clearSelection();
+    bench.find<QListView>("lstMuTrack")->clearSelection();
     EXPECT_FALSE(bench.isEnabled("buttAddMuFile"));
     bench.select("lstMuTrack", "");
     bench.type("txtNewMuList", "y");  // takes the list's selection away

@@ -3,7 +3,7 @@
 #include <QStatusBar>
 #include <QTimer>
 
-#include "app/start_arguments.h"
+#include "app/program.h"
 #include "model/project_snapshot.h"
 #include "platform/paths.h"
 #include "support/window_bench.h"
@@ -28,11 +28,15 @@ void startProgram(QProcess& program, const ScratchFolder& folder, const QStringL
 
 // A run that ended without a word and left a copy of a project of one language.
 void crash(WindowBench& bench, const QString& language) {
-    RecoveryFolder crashed(bench.files, bench.scratch.path("user/recovery"));
+    const QString mark = bench.scratch.path("user/recovery/running"), aside = mark + ".aside";
     Project work;
     work.lstLangs = {language};
-    crashed.keep(work);
-    crashed.forgetMark();
+    {
+        RecoveryFolder crashed(bench.files, bench.scratch.path("user/recovery"));
+        crashed.keep(work);
+        EXPECT_TRUE(QFile::rename(mark, aside));
+    }
+    EXPECT_TRUE(QFile::rename(aside, mark));
 }
 
 }  // namespace

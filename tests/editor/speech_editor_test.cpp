@@ -1,7 +1,8 @@
 // The session on the speech page has the sixteen languages, moves and files.
 #include "editor/speech_editor.h"
 
-#include "editor/entry_fields.h"
+#include <functional>
+
 #include "editor/file_display.h"
 #include "platform/local_file_system.h"
 #include "support/fake_tags.h"
@@ -66,17 +67,43 @@ TEST(SpeechEditor, LanguagesLeaveTriggersAlone) {
     EXPECT_EQ(project.PowerUpRecord, before.PowerUpRecord);
 }
 
-TEST(SpeechEditor, WithoutItsSelectionAnOperationOnlyMarksTheProject) {
-    Project project = tour(), expected = project;
-    for (const EditResult& result :
-         {addSpeechTitle(project, ""), addLanguage(project, ""),
-          chooseSpeechFile(project, {0, -1}, "x"), chooseSpeechFile(project, {-1, 0}, "x"),
-          chooseSpeechFile(project, {0, 0}, ""), renameSpeechTitle(project, 0, ""),
-          renameSpeechTitle(project, -1, "x"), renameLanguage(project, 2, "x"),
-          deleteSpeechTitle(project, -1), deleteLanguage(project, -1)})
-        EXPECT_FALSE(result.isDone);
-    expected.unsavedChanges = true;
-    EXPECT_TRUE(project == expected);
+TEST(SpeechEditor, ButtonsFollowTheSelectionAndTheEntries) {
+    using Controls = EditorControls;
+    Project project;
+    EXPECT_EQ(speechControls(project, {}, "", ""), Controls{});
+    EXPECT_EQ(speechControls(project, {0, -1}, "x", "x"),
+              (Controls{{true, true}, {true, false}, false}));
+    EXPECT_EQ(speechControls(project, {-1, 0}, "", ""), (Controls{{}, {false, true}, false}));
+    project.lstLangs = QStringList(16, "x");
+    EXPECT_EQ(speechControls(project, {0, 0}, "", "x"),
+              (Controls{{false, true}, {false, true}, true}));
+}
+
+// Each by itself, also one that has nothing to do.
+TEST(SpeechEditor, EveryEditMarksTheProject) {
+    for (const int row : {-1, 0})
+        for (const QString text : {"", "x"}) {
+            const std::function<EditResult(Project&)> edits[] = {
+                [&](Project& p) { return addSpeechTitle(p, text); },
+                [&](Project& p) { return addLanguage(p, text); },
+                [&](Project& p) {
+                    return chooseSpeechFile(p, {0, row}, text);
+                },
+                [&](Project& p) {
+                    return chooseSpeechFile(p, {row, 0}, text);
+                },
+                [&](Project& p) { return renameSpeechTitle(p, row, text); },
+                [&](Project& p) { return renameLanguage(p, row, text); },
+                [&](Project& p) { return deleteSpeechTitle(p, row); },
+                [&](Project& p) { return deleteLanguage(p, row); }};
+            for (const auto& edit : edits) {
+                Project project = tour();
+                EditResult result;
+                EXPECT_TRUE(isMarkedBy(project, [&] { result = edit(project); }));
+                project.unsavedChanges = false;
+                EXPECT_NE(result.isDone, project == tour());
+            }
+        }
 }
 
 TEST(Displays, ShowTheFileBehindTheSelection) {
@@ -98,12 +125,6 @@ TEST(Displays, ShowTheFileBehindTheSelection) {
     EXPECT_EQ(musicDisplay(project, {0, 1}, files, tags).size, "0.0 MB");
     for (const MusicSelection none : {MusicSelection{0, -1}, {-1, 0}, {0, 2}})
         EXPECT_EQ(musicDisplay(project, none, files, tags).path, "");
-}
-
-TEST(EntryFields, NamesFromFilesAreCutBetweenCharacters) {
-    const QString clef = QString::fromUcs4(U"\U0001D11E");
-    EXPECT_EQ(firstCharacters(QString(15, 'x') + clef, 16), QString(15, 'x'));
-    EXPECT_EQ(firstCharacters(QString::fromUtf8("Cafe\xCC\x81"), 4), QString("Café"));
 }
 
 }  // namespace tessaly

@@ -23,16 +23,21 @@ Project import(const QString& folder, bool titlesFromTags = false, QStringList* 
         importFolder(LocalFileSystem(), LocalMp3Tags(), folder, titlesFromTags, project);
     if (notes)
         *notes = report.notes;
+    const auto count = [&](bool (*is)(const TrackRecord&)) {
+        return int(std::count_if(project.TrackTable.begin(), project.TrackTable.end(), is));
+    };
+    EXPECT_EQ(report.tracks, count(isMusic));
+    EXPECT_EQ(report.speechFiles, count(isSpeech));
     return project;
 }
 
 }  // namespace
 
 TEST(FolderImport, NamesAreOrderedAsPeopleDo) {
-    QStringList names = {"track 10", "Track 2", "a1b10", "a1b9", "Ä",  "track 1",
-                         "007",      "7",       "B",     "a",    "10", "9"};
+    QStringList names = {"track 10", "Track 2", "a1b10", "a1b9", "Ä",  "track 1", "B1",
+                         "7",        "007",     "b",     "a",    "10", "9"};
     std::sort(names.begin(), names.end(), comesBefore);
-    EXPECT_EQ(names, (QStringList{"007", "7", "9", "10", "a", "a1b9", "a1b10", "B", "track 1",
+    EXPECT_EQ(names, (QStringList{"007", "7", "9", "10", "a", "a1b9", "a1b10", "b", "B1", "track 1",
                                   "Track 2", "track 10", "Ä"}));
     for (const QString& name : names)
         EXPECT_FALSE(comesBefore(name, name));
@@ -43,11 +48,7 @@ TEST(FolderImport, TheSampleTour) {
     const Project project = import(TESSALY_SAMPLES "/tour", false, &notes);
     EXPECT_EQ(project.lstLangs, (QStringList{"English", "French", "German"}));
     EXPECT_EQ(project.lstMuList, (QStringList{"Evening Lights", "Harbour Morning"}));
-    EXPECT_EQ(tracksOfMusicList(project, "Evening Lights"),
-              (QStringList{"1 First Lamps", "2 Quiet Quay", "3 Pier Dance", "4 Low Stars",
-                           "10 Last Ferry"}));
-    EXPECT_EQ(project.lstSpTitles.size(), 8);
-    EXPECT_EQ(project.TrackTable.size(), 1 + 9 + 23);
+    EXPECT_EQ(tracksOfMusicList(project, "Evening Lights").last(), "10 Last Ferry");
     EXPECT_TRUE(project.lstSpTitles.contains("Café Römer"));
     EXPECT_TRUE(project.lstSpTitles.contains("The Lighthouse K"));
     EXPECT_EQ(notes.size(), 1);

@@ -78,4 +78,10 @@ TEST(DisplayText, PastedTextIsCutToTheRoomThereIs) {
     EXPECT_EQ(pasteInto(u"", u"", "Portuguese", limits::LanguageName).text, "Portugue");
 }
 
+TEST(DisplayText, NamesFromFilesAreCutBetweenCharacters) {
+    const QString clef = QString::fromUcs4(U"\U0001D11E");
+    EXPECT_EQ(firstCharacters(QString(15, 'x') + clef, 16), QString(15, 'x'));
+    EXPECT_EQ(firstCharacters(QString::fromUtf8("Cafe\xCC\x81"), 4), QString("Café"));
+}
+
 }  // namespace tessaly

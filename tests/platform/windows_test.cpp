@@ -5,7 +5,7 @@
 
 #include "card/card_verifier.h"
 #include "card/file_copier.h"
-#include "editor/playlist_import.h"
+#include "editor/list_import.h"
 #include "platform/drives.h"
 #include "platform/mp3_tags.h"
 #include "platform/windows/files.h"

@@ -1,8 +1,6 @@
 // tests/app/setup_pages_test.cpp clicks through these; here is what no click shows.
-#include "setup/card_title.h"
-#include "setup/chime.h"
-#include "setup/default_languages.h"
-#include "setup/system_texts.h"
+#include "setup/setup_items.h"
+
 #include "support/projects.h"
 #include "support/scratch_folder.h"
 
@@ -54,11 +52,10 @@ TEST(DefaultLanguages, AreKeptWhenThePageIsShownAgain) {
 
 TEST(Chime, ControlsFollowTheOption) {
     Project project;
-    const ChimeControls repeats{.buttChimeAlways = true, .buttChimeOnce = true};
     const std::pair<bool Project::*, ChimeControls> cases[] = {
-        {&Project::buttPlayIntChime, {true, true, true, true, true}},
-        {&Project::buttPlayExtChime, repeats},
-        {&Project::buttChimeOnce, repeats},
+        {&Project::buttPlayIntChime, {.file = true, .repetition = true}},
+        {&Project::buttPlayExtChime, {.file = false, .repetition = true}},
+        {&Project::buttChimeOnce, {.file = false, .repetition = true}},
         {&Project::buttDisableChime, {}}};
     for (const auto& [option, controls] : cases) {
         clickChimeOption(project, option);
@@ -76,23 +73,6 @@ TEST(SystemTexts, ASlotThatAFileLeftBlankGetsItsNumber) {
     saveSystemTexts(project, boxes);
     EXPECT_EQ(systemTextBoxes(project), boxes);
     EXPECT_EQ(project.SystemTextTable[2].itemName, Variant(qint16(2)));
-}
-
-TEST(SetupItems, AllButTheDefaultLanguagesMarkTheProject) {
-    Project p;
-    SystemTextBoxes boxes = systemTextBoxes(p);
-    const auto line = &Project::txtCardTitle1;
-    EXPECT_TRUE(isMarkedBy(p, [&] { setCardTitle(p, line, "Tour"); }));
-    EXPECT_TRUE(isMarkedBy(p, [&] { typeInCardTitle(p); })) << "also by a key that is refused";
-    EXPECT_TRUE(isMarkedBy(p, [&] { clickChimeOption(p, &Project::buttChimeOnce); }));
-    EXPECT_TRUE(isMarkedBy(p, [&] { chooseChimeFile(p, std::nullopt); })) << "cancelled";
-    EXPECT_TRUE(isMarkedBy(p, [&] { setChimeFileName(p, "a.mp3"); }));
-    EXPECT_TRUE(isMarkedBy(p, [&] { openSystemTexts(p); }));
-    EXPECT_TRUE(isMarkedBy(p, [&] { saveSystemTexts(p, boxes); }));
-    EXPECT_TRUE(isMarkedBy(p, [&] { cancelSystemTexts(p); }));
-    EXPECT_TRUE(isMarkedBy(p, [&] { restoreOriginalTexts(p, boxes); }));
-    EXPECT_FALSE(isMarkedBy(p, [&] { setDefaultLanguages(p, {{"x"}, {true}}); }));
-    EXPECT_FALSE(isMarkedBy(p, [&] { showDefaultLanguages(p); }));
 }
 
 }  // namespace tessaly

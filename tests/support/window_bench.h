@@ -7,7 +7,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
+#include <QListView>
 #include <QTabWidget>
 #include <QTest>
 #include <QTimer>
@@ -90,14 +90,14 @@ struct WindowBench : CardBench {
         click(button);
     }
     void select(const QString& list, const QString& line) const {
-        auto* widget = find<QListWidget>(list);
-        const auto found = widget->findItems(line, Qt::MatchExactly | Qt::MatchCaseSensitive);
-        ASSERT_FALSE(found.isEmpty()) << line.toStdString();
-        widget->setCurrentItem(found.first());
+        const qsizetype row = items(list).indexOf(line);
+        ASSERT_GE(row, 0) << line.toStdString();
+        auto* view = find<QListView>(list);
+        view->setCurrentIndex(view->model()->index(int(row), 0));
     }
     QString selected(const QString& list) const {
-        const auto chosen = find<QListWidget>(list)->selectedItems();
-        return chosen.isEmpty() ? QString("(none)") : chosen.first()->text();
+        const auto chosen = find<QListView>(list)->selectionModel()->selectedRows();
+        return chosen.isEmpty() ? QString("(none)") : chosen.first().data().toString();
     }
     bool isEnabled(const QString& name) const { return find<QWidget>(name)->isEnabled(); }
     bool isShown(const QString& name) const { return find<QWidget>(name)->isVisible(); }
@@ -107,9 +107,9 @@ struct WindowBench : CardBench {
     QString status() const { return text("lblStatus"); }
     QStringList items(const QString& list) const {
         QStringList texts;
-        const auto* widget = find<QListWidget>(list);
-        for (int row = 0; row < widget->count(); ++row)
-            texts.append(widget->item(row)->text());
+        const auto* model = find<QListView>(list)->model();
+        for (int row = 0; row < model->rowCount(); ++row)
+            texts.append(model->index(row, 0).data().toString());
         return texts;
     }
 

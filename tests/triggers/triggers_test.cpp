@@ -5,8 +5,7 @@
 #include "model/music_lists.h"
 #include "support/projects.h"
 #include "support/scratch_folder.h"
-#include "triggers/discrete_triggers.h"
-#include "triggers/playback_attributes.h"
+#include "triggers/item_settings.h"
 
 namespace tessaly {
 
@@ -51,12 +50,9 @@ QStringList filesWith(const Project& project, Boolean16 TrackRecord::*flag) {
     return files;
 }
 
-// A row as letters: C checked, E box and label enabled, V View enabled, ! item gone; "-" if none.
+// A row as letters: C checked, E enabled; "-" if neither.
 QString shortForm(const TriggerRow& row) {
-    EXPECT_EQ(row.buttTrigEnabled, row.lblTrigEnabled);
-    const QString letters = QString(row.buttTrigChecked ? "C" : "") +
-                            (row.buttTrigEnabled ? "E" : "") +
-                            (row.buttViewTrigEnabled ? "V" : "") + (row.isGone ? "!" : "");
+    const QString letters = QString(row.isAssigned ? "C" : "") + (row.isEnabled ? "E" : "");
     return letters.isEmpty() ? "-" : letters;
 }
 
@@ -80,7 +76,6 @@ TEST(TriggerSelector, ShowsWhatAModeAndALineCallFor) {
         {clickSelector(project, Music), {Music, music, lists, 0, {}, -1, true}},
         {clickSelector(project, Music, "Rock"),
          {Music, music, lists, 1, {"<Play Full List>", "Song A", "Song B"}, -1, true}},
-        {clickSelector(project, Music, "Nothing yet"), {Music, music, lists, 3, {}, -1, true}},
         {clickSelector(project, Music, "Pop", "Song A"),
          {Music, music, lists, 2, {"<Play Full List>", "Song A"}, 1, true}},
         {clickSelector(project, Speech, "Song A"), {Speech, speech, titles, 1, {}, -1, false}},
@@ -96,31 +91,45 @@ TEST(TriggerSelector, ShowsWhatAModeAndALineCallFor) {
     EXPECT_EQ(selectionOf(selector).item, SelectedItem::ContinuousMix);
 }
 
-TEST(PlaybackAttributes, ControlsAreEnabledBySelection) {
+// What can be set, as letters: attributes, loop, play. Trigger 1 holds Rock / Song A, 2 the title
+// Song A.
+TEST(TriggerPage, ControlsFollowTheSelection) {
     Project project = tour(), empty;
+    assignTrigger(project, selectTrack(project, "Rock", "Song A"), 0);
+    assignTrigger(project, selectTitle(project, "Song A"), 1);
     addTrack(project, "Pop", "<Play Full List>", "d.mp3");
     TriggerSelector misleading = clickSelector(project, Music, "Pop");
     selectTriggerRight(misleading, 2);
-    const AttributeControls none, playable{.chkPowerUp = true, .triggerRows = true};
-    const AttributeControls all{true, true, true, true, true, true, true};
-    AttributeControls allButLoop = all;
-    allButLoop.chkEndlessLoop = false;
     const struct {
         const char* name;
         TriggerSelection selection;
-        AttributeControls expected;
+        QString controls;
+        QStringList rows;
     } cases[] = {
-        {"no lists", selectTrack(empty, {}), none},
-        {"no titles", selectTitle(empty, {}), none},
-        {"continuous mix", selectTrack(project, {}), playable},
-        {"list", selectTrack(project, "Rock"), none},
-        {"whole list", selectTrack(project, "Rock", "<Play Full List>"), playable},
-        {"track", selectTrack(project, "Rock", "Song B"), all},
-        {"track called like the whole list", selectionOf(misleading), all},
-        {"title", selectTitle(project, "Welcome"), allButLoop},
+        {"no lists", selectTrack(empty, {}), "", {"C", "C", "-"}},
+        {"no titles", selectTitle(empty, {}), "", {"C", "C", "-"}},
+        {"list", selectTrack(project, "Rock"), "", {"C", "C", "-"}},
+        {"continuous mix", selectTrack(project, "<Continuous Mix>"), "p", {"C", "C", "E"}},
+        {"whole list", selectTrack(project, "Rock", "<Play Full List>"), "p", {"C", "C", "E"}},
+        {"track", selectTrack(project, "Rock", "Song A"), "alp", {"CE", "C", "E"}},
+        {"track of another list", selectTrack(project, "Pop", "Song A"), "alp", {"C", "C", "E"}},
+        {"track called like the whole list", selectionOf(misleading), "alp", {"C", "C", "E"}},
+        {"title called like the track", selectTitle(project, "Song A"), "ap", {"C", "CE", "E"}},
     };
-    for (const auto& [name, selection, expected] : cases)
-        EXPECT_EQ(enabledControls(selection), expected) << name;
+    for (const auto& [name, selection, controls, rows] : cases) {
+        const AttributeControls enabled = enabledControls(selection);
+        EXPECT_EQ(QString(enabled.attributes ? "a" : "") + (enabled.endlessLoop ? "l" : "") +
+                      (enabled.play ? "p" : ""),
+                  controls)
+            << name;
+        EXPECT_EQ(shortForms(project, selection), rows) << name;
+    }
+    const auto rows = triggerRows(project, cases[0].selection);
+    EXPECT_EQ(rows[0].words, "Trigger 1: Rock / Song A");
+    EXPECT_EQ(rows[1].words, "Trigger 2: Song A");
+    EXPECT_EQ(rows[2].words, "Trigger 3: free");
+    reset(project);  // the names stay in the slots, the triggers are free
+    EXPECT_EQ(shortForms(project, selectTrack(project, {})), QStringList({"-", "-", "-"}));
 }
 
 TEST(PlaybackAttributes, ReachEveryRecordOfTheItemAndNoOther) {
@@ -129,11 +138,12 @@ TEST(PlaybackAttributes, ReachEveryRecordOfTheItemAndNoOther) {
     project.TrackTable[2].kind = "empty";  // a deleted track
     const auto rockA = selectTrack(project, "Rock", "Song A");
     const auto welcome = selectTitle(project, "Welcome");
-    setLoudVolume(project, rockA, true);
-    setCancelOnInterrupt(project, welcome, true);
-    setCancelOnInterrupt(project, selectTitle(project, "Song A"), true);  // no track
     setEndlessLoop(project, rockA, true);
     setEndlessLoop(project, welcome, true);  // titles do not loop
+    EXPECT_FALSE(project.unsavedChanges);
+    EXPECT_TRUE(isMarkedBy(project, [&] { setLoudVolume(project, rockA, true); }));
+    EXPECT_TRUE(isMarkedBy(project, [&] { setCancelOnInterrupt(project, welcome, true); }));
+    setCancelOnInterrupt(project, selectTitle(project, "Song A"), true);  // no track
     EXPECT_EQ(filesWith(project, &TrackRecord::loudVolume), QStringList({"a.mp3", "a again.mp3"}));
     EXPECT_EQ(filesWith(project, &TrackRecord::cancelOnInterrupt),
               QStringList({"e.mp3", "g.mp3", "s.mp3"}));
@@ -153,11 +163,7 @@ TEST(PlaybackAttributes, ReachEveryRecordOfTheItemAndNoOther) {
 TEST(PlaybackAttributes, AreShownAsTheFirstRecordHasThem) {
     Project project = tour();
     const auto welcome = selectTitle(project, "Welcome");
-    const AttributeDisplay loud{.buttPlayNormVolume = false,
-                                .buttPlayLoudVolume = true,
-                                .buttResumeOnInt = false,
-                                .buttCancelOnInt = true,
-                                .hasRecord = true};
+    const AttributeDisplay loud{.loud = true, .cancel = true, .hasRecord = true};
     setLoudVolume(project, welcome, true);
     setCancelOnInterrupt(project, welcome, true);
     EXPECT_EQ(displayedAttributes(project, welcome), loud);
@@ -172,7 +178,7 @@ TEST(PlaybackAttributes, AreShownAsTheFirstRecordHasThem) {
 
     setEndlessLoop(project, selectTrack(project, "Rock", "Song B"), true);
     for (const QString track : {"Song B", "Song A", "<Play Full List>"})
-        EXPECT_EQ(displayedAttributes(project, selectTrack(project, "Rock", track)).chkEndlessLoop,
+        EXPECT_EQ(displayedAttributes(project, selectTrack(project, "Rock", track)).loop,
                   track == "Song B");
     project.lstSpTitles.append("No file");
     EXPECT_EQ(displayedAttributes(project, selectTitle(project, "No file")), AttributeDisplay{});
@@ -187,7 +193,7 @@ TEST(PowerUpItem, IsOneOfTheWholeProject) {
     for (const TriggerSelection& chosen : items) {
         setPowerUpItem(project, chosen, true);
         for (const TriggerSelection& item : items) {
-            EXPECT_EQ(displayedAttributes(project, item).chkPowerUp, &item == &chosen);
+            EXPECT_EQ(displayedAttributes(project, item).powerUp, &item == &chosen);
             if (&item != &chosen)
                 setPowerUpItem(project, item, false);  // another's box changes nothing
         }
@@ -197,6 +203,7 @@ TEST(PowerUpItem, IsOneOfTheWholeProject) {
     EXPECT_EQ(powerUpItem(project).words, "At power-up: Welcome");
     setPowerUpItem(project, items[5], false);
     EXPECT_EQ(powerUpItem(project).words, "At power-up: nothing");
+    EXPECT_FALSE(project.unsavedChanges);
 }
 
 TEST(PowerUpItem, ThatIsGoneIsSaidAndCleared) {
@@ -232,32 +239,6 @@ TEST(PowerUpItem, ThatIsGoneIsSaidAndCleared) {
     }
 }
 
-TEST(DiscreteTriggers, RowsFollowTheSelection) {
-    Project project = crossNamedProject();
-    assignTrigger(project, selectTrack(project, "Rock", "Song A"), 0);
-    assignTrigger(project, selectTitle(project, "Song A"), 1);
-    const struct {
-        const char* name;
-        TriggerSelection selection;
-        QStringList rows;
-    } cases[] = {
-        {"nothing assignable", selectTrack(project, "Rock"), {"CV", "CV", "-"}},
-        {"held by trigger 1", selectTrack(project, "Rock", "Song A"), {"CE", "CV", "E"}},
-        {"same track of another list", selectTrack(project, "Pop", "Song A"), {"CV", "CV", "E"}},
-        {"title called like the track", selectTitle(project, "Song A"), {"CV", "CE", "E"}},
-        {"the whole list", selectTrack(project, "Rock", "<Play Full List>"), {"CV", "CV", "E"}},
-        {"continuous mix", selectTrack(project, "<Continuous Mix>"), {"CV", "CV", "E"}},
-    };
-    for (const auto& [name, selection, rows] : cases)
-        EXPECT_EQ(shortForms(project, selection), rows) << name;
-    const auto rows = triggerRows(project, cases[0].selection);
-    EXPECT_EQ(rows[0].words, "Trigger 1: Rock / Song A");
-    EXPECT_EQ(rows[1].words, "Trigger 2: Song A");
-    EXPECT_EQ(rows[2].words, "Trigger 3: free");
-    reset(project);  // the names stay in the slots, the triggers are free
-    EXPECT_EQ(shortForms(project, selectTrack(project, {})), QStringList({"-", "-", "-"}));
-}
-
 TEST(DiscreteTriggers, SlotsKeepWhatTheFormatKnows) {
     Project project = crossNamedProject();
     const struct {
@@ -288,21 +269,6 @@ TEST(DiscreteTriggers, SlotsKeepWhatTheFormatKnows) {
     EXPECT_EQ(slot, before);
 }
 
-TEST(DiscreteTriggers, EndlessLoopAndPowerUpItemDoNotMarkTheProject) {
-    Project p = crossNamedProject();
-    const auto track = selectTrack(p, "Rock", "Song A");
-    EXPECT_TRUE(isMarkedBy(p, [&] { setLoudVolume(p, track, true); }));
-    EXPECT_TRUE(isMarkedBy(p, [&] { setLoudVolume(p, {}, false); })) << "nothing selected";
-    EXPECT_TRUE(isMarkedBy(p, [&] { setCancelOnInterrupt(p, track, true); }));
-    EXPECT_TRUE(isMarkedBy(p, [&] { assignTrigger(p, track, 0); }));
-    EXPECT_TRUE(isMarkedBy(p, [&] { viewTrigger(p, 0); }));
-    EXPECT_TRUE(isMarkedBy(p, [&] { clearTrigger(p, 0); }));
-    EXPECT_TRUE(isMarkedBy(p, [&] { clearPowerUpItem(p); }));
-    EXPECT_FALSE(isMarkedBy(p, [&] { setEndlessLoop(p, track, true); }));
-    EXPECT_FALSE(isMarkedBy(p, [&] { setPowerUpItem(p, track, true); }));
-    EXPECT_FALSE(isMarkedBy(p, [&] { selectTitle(p, "Welcome"); }));
-}
-
 // Whatever happened to its item, a trigger can be freed: at its item, where View leads, or in its
 // own row.
 TEST(DiscreteTriggers, NoTriggerIsEverStuck) {
@@ -324,14 +290,17 @@ TEST(DiscreteTriggers, NoTriggerIsEverStuck) {
                 continue;
             TriggerSelection selection;
             TriggerRow row = triggerRows(project, selection)[size_t(slot)];
-            EXPECT_NE(row.isGone, row.buttViewTrigEnabled) << row.words.toStdString();
-            if (row.buttViewTrigEnabled) {
+            const TrackRecord& trigger = project.TriggerTable[size_t(slot)];
+            const bool isGone =
+                itemState(project, trigger, trigger.sourcePath) != ItemState::Present;
+            EXPECT_EQ(row.isEnabled, isGone) << row.words.toStdString();
+            if (!isGone) {
                 selection = selectionOf(*viewTrigger(project, slot));
                 row = triggerRows(project, selection)[size_t(slot)];
             }
-            ASSERT_EQ(shortForm(row), row.isGone ? "CE!" : "CE") << row.words.toStdString();
-            ++(row.isGone ? gone : viewed);
-            clearTrigger(project, slot);
+            ASSERT_EQ(shortForm(row), "CE") << row.words.toStdString();
+            ++(isGone ? gone : viewed);
+            EXPECT_TRUE(isMarkedBy(project, [&] { clearTrigger(project, slot); }));
             row = triggerRows(project, selection)[size_t(slot)];
             EXPECT_EQ(shortForm(row), selection.item == SelectedItem::None ? "-" : "E");
             EXPECT_FALSE(viewTrigger(project, slot));

@@ -4,7 +4,6 @@
 #include <QApplication>
 #include <QDir>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
@@ -12,10 +11,10 @@
 #include <cstdio>
 
 #include "app/about_window.h"
-#include "app/drive_dialog.h"
+#include "app/list_section.h"
 #include "app/main_window.h"
+#include "app/program.h"
 #include "app/qt_prompts.h"
-#include "app/splash_window.h"
 #include "editor/tour_import.h"
 #include "platform/local_file_system.h"
 #include "platform/paths.h"
@@ -131,7 +130,8 @@ int main(int argc, char** argv) {
     window.findChild<QAction*>("mnuFileOpen")->trigger();
     auto* tabs = window.findChild<QTabWidget*>("Tabs");
     const auto select = [&](const char* list, int row) {
-        window.findChild<QListWidget*>(list)->setCurrentRow(row);
+        auto* lines = window.findChild<LineList*>(list);
+        lines->setCurrentIndex(lines->model()->index(row, 0));
     };
     select("lstSpTitles", 0);
     select("lstLangs", 2);
@@ -152,9 +152,8 @@ int main(int argc, char** argv) {
     auto* systemTexts = window.findChild<QWidget*>("frmSystemText");
     shoot(*systemTexts, pictures, "system-text");
     systemTexts->hide();
-    AboutWindow about(
-        "0000", supportFoldersIn("/usr/share/tessaly").makersFiles(), prompts, [] { return true; },
-        &window);
+    AboutWindow about("0000", supportFoldersIn("/usr/share/tessaly").makersFiles(), prompts,
+                      &window);
     about.show();
     shoot(about, pictures, "about");
     about.close();

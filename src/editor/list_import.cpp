@@ -1,11 +1,12 @@
-#include "editor/playlist_import.h"
+#include "editor/list_import.h"
 
 #include <QDir>
+#include <algorithm>
 #include <optional>
+#include <utility>
 
-#include "editor/entry_fields.h"
 #include "editor/playlist_parser.h"
-#include "editor/playlist_text.h"
+#include "model/display_text.h"
 #include "model/format_limits.h"
 #include "model/numbers.h"
 #include "platform/error.h"
@@ -20,9 +21,7 @@ constexpr qsizetype MostLines = 2 * qsizetype(MostImportedTracks) + 1;
 
 ImportResult invalidPlaylist() {
     return {.outcome = ImportResult::Outcome::Invalid,
-            .messages = {{.icon = ImportMessage::Icon::Exclamation,
-                          .title = {},
-                          .text = "Invalid playlist format, cannot open"}}};
+            .messages = {{.text = "Invalid playlist format, cannot open"}}};
 }
 
 // A plain list has paths only: the name is the title tag, else the file's own.
@@ -38,20 +37,19 @@ QString plainName(const QString& location, const Mp3Tags& tags) {
 
 // Why an entry cannot be taken; nothing when it can.
 std::optional<ImportMessage> rejection(const PlaylistEntry& entry) {
-    using Icon = ImportMessage::Icon;
     const auto& [name, location] = entry;
     if (location.isEmpty() && name.isEmpty())
-        return ImportMessage{Icon::Information, "Track Name and File location missing",
+        return ImportMessage{"Track Name and File location missing",
                              "Both Track Name and File Location missing, track not added."};
     if (location.isEmpty())
-        return ImportMessage{Icon::Information, "File location missing",
+        return ImportMessage{"File location missing",
                              "File location missing, track not added.\r\nTrack name: " + name};
     if (name.isEmpty())
         return ImportMessage{
-            Icon::Information, "Track name missing",
+            "Track name missing",
             "Track name missing, track not added.\r\nFile name: " + elided(location)};
     if (!location.endsWith(u"mp3", Qt::CaseInsensitive))
-        return ImportMessage{Icon::Information, "File type not MP3",
+        return ImportMessage{"File type not MP3",
                              "File type is not .MP3 or .mp3.\r\nTrack not added: " + name};
     return std::nullopt;
 }
@@ -60,6 +58,22 @@ TessalyError tooLong(const QString& path) {
     return {error_number::BadImport,
             QString("%1: the playlist is longer than %2 tracks or %3 bytes.")
                 .arg(elided(path), grouped(MostImportedTracks), grouped(MostPlaylistBytes))};
+}
+
+constexpr QStringView Mp3Ending = u".mp3";
+
+// Upper case, as file systems without regard to case compare: "_" comes behind the letters.
+QString sortingKey(QString name) {
+    for (QChar& c : name)
+        c = c.toUpper();
+    return name;
+}
+
+QString trackName(const QString& path, const QString& file, const Mp3Tags& tags) {
+    QString name = tags.read(path).first.title;
+    if (name.isEmpty())
+        name = file.left(file.indexOf(Mp3Ending, 0, Qt::CaseInsensitive));
+    return firstCharacters(name, limits::DisplayText);
 }
 
 }  // namespace
@@ -114,6 +128,45 @@ ImportResult importPlaylist(Project& project, QByteArrayView bytes, const Mp3Tag
         addImportedList(project, playlistListName(native), tracks, RecordNames::AsListed);
     result.leftOut = leftOut;
     return result;
+}
+
+QStringList mp3FilesIn(const FileSystem& files, const QString& folder) {
+    QList<std::pair<QString, QString>> keyed;
+    for (const FolderEntry& entry : files.entries(folder)) {
+        if (entry.isFolder || !entry.name.endsWith(Mp3Ending, Qt::CaseInsensitive))
+            continue;
+        if (!entry.isLink || files.fileSize(pathIn(folder, entry.name)))
+            keyed.append({sortingKey(entry.name), entry.name});
+    }
+    std::sort(keyed.begin(), keyed.end());
+    QStringList names;
+    for (const auto& [key, name] : keyed)
+        names.append(name);
+    return names;
+}
+
+ImportResult importMusicFolder(Project& project, const FileSystem& files, const Mp3Tags& tags,
+                               const QString& folder, const KeepGoing& keepGoing) {
+    project.unsavedChanges = true;
+    if (folder.isEmpty())
+        return {};
+    const QString root = QDir::toNativeSeparators(QDir::cleanPath(folder));
+    const QStringList names = mp3FilesIn(files, root);
+    if (names.isEmpty()) {
+        ImportResult result{.outcome = ImportResult::Outcome::NoFiles,
+                            .messages = {{.text = "Folder contains no MP3 files"}}};
+        selectLastRows(project, result);
+        return result;
+    }
+    QList<ImportedTrack> tracks;
+    tracks.reserve(names.size());
+    for (const QString& name : names) {
+        if (keepGoing && !keepGoing(int(tracks.size()), int(names.size())))
+            return {};
+        const QString path = pathIn(root, name);
+        tracks.append({trackName(path, name, tags), path});
+    }
+    return addImportedList(project, lastNameOf(root), tracks, RecordNames::AsFound);
 }
 
 }  // namespace tessaly

@@ -1,6 +1,4 @@
-#include "triggers/playback_attributes.h"
-
-#include "triggers/play_item.h"
+#include "triggers/item_settings.h"
 
 namespace tessaly {
 
@@ -38,25 +36,30 @@ bool isPowerUpItem(const Project& project, const TriggerSelection& selection) {
     return namesSelection(project.PowerUpRecord, project.PowerUpRecord.kind, selection);
 }
 
+TriggerRow triggerRow(const Project& project, const TriggerSelection& selection, int slot) {
+    const TrackRecord& trigger = project.TriggerTable.at(size_t(slot));
+    const QString caption = QString("Trigger %1: ").arg(slot + 1);
+    if (!isAssigned(trigger))
+        return {.isEnabled = enabledControls(selection).play, .words = caption + "free"};
+    const Variant& plays = trigger.sourcePath;
+    return {.isAssigned = true,
+            .isEnabled = namesSelection(trigger, plays, selection) ||
+                         itemState(project, trigger, plays) != ItemState::Present,
+            .words = caption + itemInWords(project, trigger, plays)};
+}
+
 }  // namespace
 
 AttributeControls enabledControls(const TriggerSelection& selection) {
-    AttributeControls controls;
-    const SelectedItem item = selection.item;
-    const bool isPlayable = item != SelectedItem::None;
-    const bool isTrack = item == SelectedItem::Track;
-    const bool hasAttributes = isTrack || item == SelectedItem::Title;
-    controls.chkEndlessLoop = isTrack;
-    controls.buttPlayNormVolume = controls.buttPlayLoudVolume = hasAttributes;
-    controls.buttResumeOnInt = controls.buttCancelOnInt = hasAttributes;
-    controls.chkPowerUp = isPlayable;
-    controls.triggerRows = isPlayable;
-    return controls;
+    const bool isTrack = selection.item == SelectedItem::Track;
+    return {.attributes = isTrack || selection.item == SelectedItem::Title,
+            .endlessLoop = isTrack,
+            .play = selection.item != SelectedItem::None};
 }
 
 AttributeDisplay displayedAttributes(const Project& project, const TriggerSelection& selection) {
     AttributeDisplay display;
-    display.chkPowerUp = isPowerUpItem(project, selection);
+    display.powerUp = isPowerUpItem(project, selection);
     const TrackRecord* first = nullptr;
     for (const TrackRecord& record : project.TrackTable) {
         if (!matches(record, selection))
@@ -69,11 +72,9 @@ AttributeDisplay displayedAttributes(const Project& project, const TriggerSelect
     if (!first)
         return display;
     display.hasRecord = true;
-    display.buttPlayLoudVolume = first->loudVolume.isTrue();
-    display.buttPlayNormVolume = !display.buttPlayLoudVolume;
-    display.buttCancelOnInt = first->cancelOnInterrupt.isTrue();
-    display.buttResumeOnInt = !display.buttCancelOnInt;
-    display.chkEndlessLoop = first->endlessLoop.isTrue();
+    display.loud = first->loudVolume.isTrue();
+    display.cancel = first->cancelOnInterrupt.isTrue();
+    display.loop = first->endlessLoop.isTrue();
     return display;
 }
 
@@ -88,7 +89,7 @@ void setCancelOnInterrupt(Project& project, const TriggerSelection& selection, b
 }
 
 void setEndlessLoop(Project& project, const TriggerSelection& selection, bool loop) {
-    if (selection.mode == TriggerMode::Music)
+    if (selection.item == SelectedItem::Track)
         setFlag(project, selection, &TrackRecord::endlessLoop, loop);
 }
 
@@ -96,13 +97,13 @@ void setPowerUpItem(Project& project, const TriggerSelection& selection, bool ch
     TrackRecord& item = project.PowerUpRecord;
     if (!checked) {
         if (isPowerUpItem(project, selection))
-            item.kind = "empty";
+            item.kind = kind::Empty;
         return;
     }
     if (selection.item == SelectedItem::None)
         return;
     const bool isTitle = selection.item == SelectedItem::Title;
-    item.kind = isTitle ? "speech" : "music";
+    item.kind = isTitle ? kind::Speech : kind::Music;
     item.groupName = isTitle ? QString() : *selection.left;
     item.itemName = isTitle ? *selection.left : selection.right.value_or(QString());
 }
@@ -118,7 +119,58 @@ PowerUpItem powerUpItem(const Project& project) {
 
 void clearPowerUpItem(Project& project) {
     project.unsavedChanges = true;
-    project.PowerUpRecord.kind = "empty";
+    project.PowerUpRecord.kind = kind::Empty;
+}
+
+std::array<TriggerRow, TriggerRows> triggerRows(const Project& project,
+                                                const TriggerSelection& selection) {
+    std::array<TriggerRow, TriggerRows> rows;
+    for (int slot = 0; slot < TriggerRows; ++slot)
+        rows[size_t(slot)] = triggerRow(project, selection, slot);
+    return rows;
+}
+
+void assignTrigger(Project& project, const TriggerSelection& selection, int slot) {
+    if (project.suppressTriggerEvents)
+        return;
+    project.unsavedChanges = true;
+    if (selection.item == SelectedItem::None)
+        return;
+    TrackRecord& trigger = project.TriggerTable.at(size_t(slot));
+    trigger.kind = kind::Trigger;
+    if (selection.item == SelectedItem::Title) {
+        trigger.itemName = *selection.left;
+        trigger.sourcePath = kind::Speech;
+    } else {
+        trigger.itemName = selection.right.value_or(QString());
+        trigger.groupName = *selection.left;
+        trigger.sourcePath = kind::Music;
+    }
+}
+
+void clearTrigger(Project& project, int slot) {
+    if (project.suppressTriggerEvents)
+        return;
+    project.unsavedChanges = true;
+    project.TriggerTable.at(size_t(slot)).sourcePath = kind::Empty;
+}
+
+std::optional<TriggerSelector> viewTrigger(Project& project, int slot) {
+    project.unsavedChanges = true;
+    const TrackRecord& trigger = project.TriggerTable.at(size_t(slot));
+    if (!isAssigned(trigger))
+        return {};
+    const bool isTitle = trigger.sourcePath.is(kind::Speech);
+    TriggerSelector selector =
+        selectTriggerMode(project, isTitle ? TriggerMode::Speech : TriggerMode::Music);
+    const Variant& left = isTitle ? trigger.itemName : trigger.groupName;
+    const int leftRow = int(selector.lstTrigLeft.indexOf(left.text()));
+    if (leftRow < 0)
+        return selector;
+    selectTriggerLeft(project, selector, leftRow);
+    if (!isTitle)
+        selectTriggerRight(selector, int(selector.lstTrigRight.indexOf(trigger.itemName.text())));
+    return selector;
 }
 
 }  // namespace tessaly

@@ -1,0 +1,57 @@
+#include "app/editor_page.h"
+
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace tessaly {
+
+EditorPage::EditorPage(Project& project, const Services& services, const ListSection::Names& first,
+                       const ListSection::Names& second, const FileSection::Names& file,
+                       QWidget* parent)
+    : Page(parent),
+      project_(project),
+      services_(services),
+      first_(*new ListSection(first, widget())),
+      second_(*new ListSection(second, widget())),
+      file_(*new FileSection(file, widget())) {
+    auto* layout = new QVBoxLayout(widget());
+    auto* lists = new QHBoxLayout;
+    layout->addLayout(lists);
+    layout->addWidget(&file_);
+    for (ListSection* section : {&first_, &second_}) {
+        lists->addWidget(section);
+        connect(section, &ListSection::refused, this, [this] { services_.prompts.beep(); });
+    }
+}
+
+void EditorPage::showSelection() {
+    const EditorControls enabled = controls();
+    first_.enable(enabled.first);
+    second_.enable(enabled.second);
+    file_.browseButton()->setEnabled(enabled.chooseFile);
+    file_.showFile(display());
+}
+
+void EditorPage::entered(ListSection& section) {
+    showSelection();
+    if (section.addButton()->isEnabled())
+        setDefaultButton(section.addButton());
+    else
+        unsetDefaultButton(section.addButton());
+}
+
+QString EditorPage::askForName(const ListSection& section, const QString& prompt) {
+    return services_.prompts.inputText(prompt, section.list()->line(), section.limit());
+}
+
+QString EditorPage::askForFile() {
+    const QString path = services_.prompts.openFile(
+        {.filter = QStringLiteral("MP3 files (*.mp3)"), .folder = lastFileFolder_});
+    if (!path.isEmpty())
+        lastFileFolder_ = QFileInfo(path).path();
+    return path;
+}
+
+}  // namespace tessaly

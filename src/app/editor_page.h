@@ -1,0 +1,45 @@
+#pragma once
+
+#include "app/list_section.h"
+#include "app/page.h"
+#include "app/prompts.h"
+#include "model/project.h"
+
+namespace tessaly {
+
+/// What the pages of music and speech have in common: two lists that together choose an MP3 file.
+/// Whatever changed what is selected or entered ends in showSelection(), so that it does not matter
+/// how that came about.
+class EditorPage : public Page {
+    Q_OBJECT
+
+ protected:
+    EditorPage(Project& project, const Services& services, const ListSection::Names& first,
+               const ListSection::Names& second, const FileSection::Names& file, QWidget* parent);
+
+    /// What can be used, and the selected file, as they are now.
+    virtual EditorControls controls() const = 0;
+    virtual FileDisplay display() const = 0;
+
+    void showSelection();
+
+    /// The text of a section's field changed: Enter adds it, if it can be added.
+    void entered(ListSection& section);
+
+    /// Asks for the new name of the selected line of a section; empty when cancelled.
+    QString askForName(const ListSection& section, const QString& prompt);
+
+    /// Asks for an MP3 file, starting where the last one was; empty when cancelled.
+    QString askForFile();
+
+    Project& project_;
+    const Services& services_;
+    ListSection& first_;
+    ListSection& second_;
+    FileSection& file_;
+
+ private:
+    QString lastFileFolder_;
+};
+
+}  // namespace tessaly

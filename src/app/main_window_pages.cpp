@@ -1,0 +1,149 @@
+#include <QApplication>
+#include <QFileInfo>
+#include <QScreen>
+#include <QStyle>
+#include <QTabBar>
+#include <QTimer>
+
+#include "app/about_window.h"
+#include "app/create_card_page.h"
+#include "app/main_window.h"
+#include "app/music_page.h"
+#include "app/session_status.h"
+#include "app/setup_page.h"
+#include "app/small_widgets.h"
+#include "app/speech_page.h"
+#include "app/triggers_page.h"
+#include "ui_main_window.h"
+
+// What the main window is made of and what it shows; main_window.cpp has what happens to projects.
+
+namespace tessaly {
+
+namespace {
+
+constexpr int KeepCopyEveryMs = 60 * 1000;
+
+}  // namespace
+
+MainWindow::MainWindow(ProjectSession& session, const Services& services)
+    : session_(session),
+      services_(services),
+      folders_(foldersOfProgram(services.appFolder, services.userFolder)),
+      ui_(std::make_unique<Ui::MainWindow>()),
+      statusText_(new ElidedLabel) {
+    ui_->setupUi(this);
+    statusText_->setObjectName("lblStatus");
+    statusText_->setTextFormat(Qt::PlainText);
+    statusText_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    ui_->sbStatusBar->addWidget(statusText_, 1);
+    sessionStatus_ = new SessionStatus(session_, ui_->sbStatusBar);
+    connect(sessionStatus_, &SessionStatus::bringBackChosen, this, &MainWindow::bringBack);
+    addPages();
+    // Large enough for every page, whatever the font, if the screen is.
+    const QSize frame(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
+    const QSize tabs(ui_->Tabs->tabBar()->sizeHint().width(), 0);
+    resize(size()
+               .expandedTo(sizeHint())
+               .expandedTo(tabs)
+               .boundedTo(screen()->availableSize() - frame));
+    connectMenus();
+    connect(ui_->Tabs, &QTabWidget::currentChanged, this, &MainWindow::Tabs_Click);
+
+    auto* timer = new QTimer(this);
+    timer->setObjectName("tmrRecovery");
+    timer->setInterval(KeepCopyEveryMs);
+    connect(timer, &QTimer::timeout, this, &MainWindow::tmrRecovery_Timer);
+    timer->start();
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &MainWindow::Form_SessionEnds);
+}
+
+MainWindow::~MainWindow() {
+    session_.setRecovery(nullptr);
+}
+
+void MainWindow::connectMenus() {
+    const auto triggered = [this](QAction* action, void (MainWindow::*handler)()) {
+        connect(action, &QAction::triggered, this, handler);
+    };
+    triggered(ui_->mnuFileNew, &MainWindow::mnuFileNew_Click);
+    triggered(ui_->mnuFileOpen, &MainWindow::mnuFileOpen_Click);
+    triggered(ui_->mnuFileSave, &MainWindow::mnuFileSave_Click);
+    triggered(ui_->mnuFileSaveAs, &MainWindow::mnuFileSaveAs_Click);
+    triggered(ui_->mnuFileRecover, &MainWindow::mnuFileRecover_Click);
+    triggered(ui_->mnuFileExit, &MainWindow::mnuFileExit_Click);
+    triggered(ui_->mnuHelpManual, &MainWindow::mnuHelpManual_Click);
+    triggered(ui_->mnuHelpAbout, &MainWindow::mnuHelpAbout_Click);
+}
+
+void MainWindow::addPages() {
+    ui_->Tabs->addTab(new SpeechPage(session_.project, services_), "Speech Files");
+    ui_->Tabs->addTab(new MusicPage(session_.project, services_), "Music Files");
+    // Two ampersands are shown as one.
+    ui_->Tabs->addTab(new TriggersPage(session_.project), "Triggers && Attributes");
+    setup_ = new SetupPage(session_.project, services_);
+    ui_->Tabs->addTab(setup_, "Setup Items");
+    createCard_ = new CreateCardPage(session_, services_, totals_);
+    ui_->Tabs->addTab(createCard_, "Create Card");
+    connect(createCard_, &CreateCardPage::totalsMeasured, this, &MainWindow::showTotals);
+    for (int i = 0; i < ui_->Tabs->count(); ++i) {
+        auto* page = qobject_cast<Page*>(ui_->Tabs->widget(i));
+        connect(page, &Page::projectChanged, this, &MainWindow::showCaption);
+        connect(page, &Page::summaryDue, this, &MainWindow::measure);
+    }
+}
+
+void MainWindow::Tabs_Click() {
+    qobject_cast<Page*>(ui_->Tabs->currentWidget())->showProject();
+}
+
+void MainWindow::showProject() {
+    for (int i = 0; i < ui_->Tabs->count(); ++i)
+        qobject_cast<Page*>(ui_->Tabs->widget(i))->projectReplaced();
+    Tabs_Click();
+    showCaption();
+}
+
+// Shows another project, the system texts that it brought included.
+void MainWindow::showReplaced() {
+    showProject();
+    setup_->showSystemTexts();
+}
+
+void MainWindow::measure() {
+    totals_ = updateSummary(session_.project, services_.files);
+    showTotals();
+}
+
+void MainWindow::showTotals() {
+    statusText_->setText(summaryLine(totals_, firmwareVersion_));
+    showCaption();
+}
+
+void MainWindow::showCaption() {
+    QString caption = "TRL740 Card Preparation";
+    if (!session_.fileName().isEmpty())
+        caption += " - " + QFileInfo(session_.fileName()).fileName();
+    setWindowTitle(caption + "[*]");
+    setWindowModified(session_.project.unsavedChanges);
+    sessionStatus_->show();
+}
+
+void MainWindow::mnuHelpManual_Click() {
+    const QString& file = folders_.manualFile;
+    const bool exists = services_.files.fileSize(file).has_value();
+    if (!exists)
+        services_.prompts.tell(
+            {.text = "Cannot find the manual " + file + ".", .icon = Message::Icon::Exclamation});
+    else if (!services_.prompts.openDocument(file))
+        services_.prompts.tell({.text = "No program could be found that shows the manual.  It is "
+                                        "the file " +
+                                        file + ", for any web browser.",
+                                .icon = Message::Icon::Exclamation});
+}
+
+void MainWindow::mnuHelpAbout_Click() {
+    AboutWindow(firmwareVersion_, folders_.makersFiles(), services_.prompts, this).exec();
+}
+
+}  // namespace tessaly
