@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "support/hands.h"
 
+#include <QAbstractButton>
 #include <QAbstractEventDispatcher>
 #include <QApplication>
-#include <QContextMenuEvent>
 #include <QDropEvent>
 #include <QInputMethodEvent>
 #include <QMimeData>
@@ -81,18 +81,8 @@ void release(QWidget* widget, QPoint at, Qt::MouseButton button, Qt::KeyboardMod
 }
 
 void click(QWidget* widget, QPoint at, Qt::MouseButton button, Qt::KeyboardModifiers keys) {
-    const Spot spot = spotOf(widget, at);
-    if (!spot.window)
-        return;
-    const QPoint onScreen = spot.window->mapToGlobal(spot.at);
-    QTest::mouseClick(spot.window, button, keys, spot.at);
-    if (button == Qt::RightButton) {  // which only a real platform makes of it
-        QWidget* below = QApplication::widgetAt(onScreen);
-        if (!below || QApplication::activePopupWidget() || !below->isEnabled())
-            return;
-        QContextMenuEvent menu(QContextMenuEvent::Mouse, below->mapFromGlobal(onScreen), onScreen);
-        QApplication::sendEvent(below, &menu);
-    }
+    if (const Spot spot = spotOf(widget, at); spot.window)
+        QTest::mouseClick(spot.window, button, keys, spot.at);
 }
 
 void doubleClick(QWidget* widget, QPoint at) {
@@ -148,6 +138,14 @@ void pressKey(QWidget* window, Qt::Key key, Qt::KeyboardModifiers keys) {
     if (target)
         QTest::keyClick(target, closesPopup ? Qt::Key_Alt : key,
                         closesPopup ? Qt::KeyboardModifiers() : keys);
+    // A button that was reached by its letter is down for a time, which does not pass.
+    for (QWidget* widget : QApplication::allWidgets())
+        if (auto* button = qobject_cast<QAbstractButton*>(widget);
+            button && button->isDown() && keys & Qt::AltModifier) {
+            button->setDown(false);
+            button->click();
+            break;
+        }
 }
 
 void typeText(QWidget* window, const QString& text) {

@@ -113,7 +113,7 @@ QString Session::neutral(QString line) const {
         .replace(TESSALY_VERSION, "{version}")
         .replace(time, "{time}")
         .replace(number, "{number}")
-        .replace(gap, " .. ")
+        .replace(gap, "  ")
         .remove(left);
 }
 
@@ -122,12 +122,12 @@ void Session::say(const QString& line) {
 }
 
 QString Session::play(const QString& text) {
-    for (const QString& line : text.split('\n'))
+    for (const QString& line : text.trimmed().split('\n'))
         if (!line.startsWith("    "))
             script_.append(line);
     while (!script_.isEmpty())
         playNext();
-    return transcript_.join('\n');
+    return transcript_.join('\n') + '\n';
 }
 
 bool Session::playNext() {
@@ -159,8 +159,11 @@ void Session::showChanges() {
     if (text_)
         for (const QString& line : text_->changes())
             say(line);
-    for (const QString& wrong : inconsistencies(bench.current))
-        say("WRONG: " + wrong);
+    const QStringList wrong = inconsistencies(bench.current);
+    for (const QString& sentence : wrong)
+        if (!wrong_.contains(sentence))
+            say("WRONG: " + sentence);
+    wrong_ = wrong;
 }
 
 // Comes in every event loop that a gesture opens.
@@ -489,7 +492,9 @@ void Session::addWorld() {
         Project odd = bench.project;
         odd.buttChimeAlways = odd.buttChimeOnce = false;
         odd.txtCardTitle2 = "a title of more than sixteen characters";
-        odd.TriggerTable[1] = makeRecord("dtrig", "x", "Gone", "music");
+        odd.TriggerTable[1].itemName = "x";
+        odd.TriggerTable[1].groupName = "Gone";
+        odd.TriggerTable[1].sourcePath = "music";
         odd.PowerUpRecord = makeRecord("music", "x", "Gone", {});
         LocalFileSystem files;
         saveProject(files, bench.scratch.path(name), odd);

@@ -93,7 +93,7 @@ class Session : public QObject {
     QString neutral(QString line) const;
 
     std::unique_ptr<WindowText> text_;
-    QStringList script_, transcript_;
+    QStringList script_, transcript_, wrong_;
     QList<QWidget*> boxes_;  ///< that are open and known
     QString awaited_;        ///< the file operation at which the next gestures are made
     bool isDue_ = false, isGoingOn_ = false;

@@ -173,7 +173,7 @@ QString titleOf(const QWidget* window) {
 }  // namespace
 
 WindowText::WindowText(QWidget* window)
-    : window_(window), known_({{"the main window", "open"}, {"the cursor", "points"}}) {
+    : window_(window), known_({{"the main window", "open"}, {"the cursor", "points"}, {"frmSystemText", "closed"}}) {
     for (const QWidget* widget : window->findChildren<QWidget*>())
         if (!contentOf(widget).isEmpty())
             known_[nameOfOne(widget)] = stateOf(widget);
@@ -207,9 +207,9 @@ QStringList WindowText::changes() {
             news.append(name + ' ' + state);
     };
     note("the main window", window_->isVisible() ? "open" : "closed");
-    for (QWidget* window : QApplication::topLevelWidgets()) {
+    for (QWidget* window : QList<QWidget*>{window_} + window_->findChildren<QWidget*>()) {
         const bool isOther = window != window_ && window->objectName().startsWith("frm") &&
-                             !window->isModal() && window_->isAncestorOf(window);
+                             window->isWindow() && !window->isModal();
         if (isOther)
             note(window->objectName(), window->isVisible() ? "open" : "closed");
         if (window->isVisible() && (isOther || window == window_))
@@ -249,7 +249,7 @@ QStringList WindowText::ofBox(QWidget* box) {
         QStringList texts;
         for (const QAction* action : menu->actions())
             if (!action->text().isEmpty())
-                texts.append(quoted(withoutMnemonic(action->text().section('\t', 0, 0))) +
+                texts.append(quoted(withoutMnemonic(action->text().section("\t", 0, 0))) +
                              (action->isEnabled() ? "" : " disabled"));
         return {"menu " + texts.join(' ')};
     }
