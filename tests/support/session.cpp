@@ -103,18 +103,22 @@ QString Session::inFull(QString text) const {
 }
 
 QString Session::neutral(QString line) const {
-    static const QRegularExpression time(
-        "\\d{4}-\\d\\d-\\d\\d[ -]\\d\\d:?\\d\\d(:?\\d\\d)?(-\\d{3})?");
-    static const QRegularExpression number("0x[0-9A-F]{4}"), left(", [^,\"]* left"),
-        gap(" {8,}");
-    return line.replace(bench.scratch.path(), "~")
+    static const std::pair<QRegularExpression, const char*> varying[] = {
+        {QRegularExpression(
+             "(20\\d\\d-?\\d\\d-?\\d\\d[ -]\\d\\d:?\\d\\d(:?\\d\\d)?(-\\d{3})?\\.?)+"),
+         "{time}"},
+        {QRegularExpression("0x[0-9A-F]{4}"), "{number}"},
+        {QRegularExpression("(?<=records, |up to byte )\\d+"), "{number}"},
+        {QRegularExpression(", [^,\"]* left"), ""},
+        {QRegularExpression("[^ ]*\u2026[^ ]*"), "{cut}"},
+        {QRegularExpression(" {8,}"), "  "}};
+    line.replace(bench.scratch.path(), "~")
         .replace(bench.scratch.path().mid(1), "~")
         .replace(TESSALY_SAMPLES, "{samples}")
-        .replace(TESSALY_VERSION, "{version}")
-        .replace(time, "{time}")
-        .replace(number, "{number}")
-        .replace(gap, "  ")
-        .remove(left);
+        .replace(TESSALY_VERSION, "{version}");
+    for (const auto& [pattern, word] : varying)
+        line.replace(pattern, word);
+    return line;
 }
 
 void Session::say(const QString& line) {
@@ -251,9 +255,7 @@ void Session::addKeysAndClicks() {
     verbs["middle-click"] = [this](const QString& name) { clickOn(name, Qt::MiddleButton); };
     verbs["double-click"] = [this](const QString& name) { clickOn(name, Qt::LeftButton, true); };
     verbs["select"] = [this](const QString& rest) { chooseRow(rest, {}); };
-    verbs["select-also"] = [this](const QString& rest) {
-        chooseRow(rest, Qt::ControlModifier);
-    };
+    verbs["select-also"] = [this](const QString& rest) { chooseRow(rest, Qt::ControlModifier); };
     verbs["focus"] = [this](const QString& name) {
         if (QWidget* widget = named(name))
             widget->setFocus();
@@ -354,8 +356,8 @@ void Session::addWindows() {
     verbs["close-other"] = [this](const QString& name) {  // as its own close box does
         QCloseEvent event;
         QSpontaneKeyEvent::setSpontaneous(&event);
-        if (QWidget* widget = named(name); widget && qApp->notify(widget, &event) &&
-                                           event.isAccepted())
+        if (QWidget* widget = named(name);
+            widget && qApp->notify(widget, &event) && event.isAccepted())
             widget->hide();
     };
     verbs["session-ends"] = [this](const QString&) {
@@ -425,12 +427,15 @@ void Session::addWorld() {
     verbs["files"] = [&](const QString& folder) {
         const auto content = scratch.content(folder);
         for (auto file = content.begin(); file != content.end(); ++file)
-            say(QString("%1 %2 bytes").arg(file.key()).arg(file->size()));
+            say(file.key() + (file.key().endsWith(".crd2")  // which is as long as its paths
+                                  ? QString()
+                                  : QString(" %1 bytes").arg(file->size())));
         if (content.isEmpty())
             say("empty");
     };
     verbs["compare"] = [&, words](const QString& rest) {  // FOLDER | FOLDER
-        const auto first = scratch.content(words(rest)[0]), second = scratch.content(words(rest)[1]);
+        const auto first = scratch.content(words(rest)[0]),
+                   second = scratch.content(words(rest)[1]);
         for (const QString& name : (first.keys() + second.keys()).replaceInStrings("/", "/"))
             if (first.value(name) != second.value(name))
                 say("they differ in " + name);
@@ -462,7 +467,8 @@ void Session::addWorld() {
         };
     };
     verbs["operations"] = [this](const QString& what) {  // those that begin so, since the last time
-        say(std::exchange(bench.files.operations, {}).filter(QRegularExpression('^' + what))
+        say(std::exchange(bench.files.operations, {})
+                .filter(QRegularExpression('^' + what))
                 .join(", "));
     };
     verbs["drive"] = [this](const QString& type) {
@@ -482,10 +488,9 @@ void Session::addWorld() {
         const QStringList fields = words(rest);
         const DriveType before = bench.drives.driveType;
         verbs["drive"](fields[2]);
-        bench.drives.list.append({fields[0], fields[1],
-                                  std::exchange(bench.drives.driveType, before), "vfat",
-                                  fields[3].toLongLong(), fields[4].toLongLong(),
-                                  fields[3] != "0"});
+        bench.drives.list.append(
+            {fields[0], fields[1], std::exchange(bench.drives.driveType, before), "vfat",
+             fields[3].toLongLong(), fields[4].toLongLong(), fields[3] != "0"});
     };
     // What no hands at this window make, but files hold.
     verbs["odd-project"] = [this](const QString& name) {

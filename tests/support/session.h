@@ -14,8 +14,8 @@ namespace tessaly::test {
 
 class Session;
 
-/// Real boxes, but for those that choose a file or folder: they say what they are asked for and take
-/// the answer from the session. An answer that was prepared is given without any box.
+/// Real boxes, but for those that choose a file or folder: they say what they are asked for and
+/// take the answer from the session. An answer that was prepared is given without any box.
 class SessionPrompts : public QtPrompts {
  public:
     explicit SessionPrompts(Session& session) : session_(session) {}

@@ -173,7 +173,8 @@ QString titleOf(const QWidget* window) {
 }  // namespace
 
 WindowText::WindowText(QWidget* window)
-    : window_(window), known_({{"the main window", "open"}, {"the cursor", "points"}, {"frmSystemText", "closed"}}) {
+    : window_(window),
+      known_({{"the main window", "open"}, {"the cursor", "points"}, {"frmSystemText", "closed"}}) {
     for (const QWidget* widget : window->findChildren<QWidget*>())
         if (!contentOf(widget).isEmpty())
             known_[nameOfOne(widget)] = stateOf(widget);
@@ -284,7 +285,7 @@ QStringList WindowText::picture(QWidget* widget, int side) {
     widget->render(&image, {}, {}, QWidget::DrawChildren);
     widget->resize(before);
     const QList<std::pair<QRgb, char>> inks = {
-        {0xFFFFFFFF, 'W'}, {0xFF000000, '#'}, {0xFF00FF00, 'g'}, {0xFFFF0000, 'r'},
+        {0xFFFFFFFF, 'W'}, {0xFF000000, '#'}, {0xFF00FF00, 'g'},         {0xFFFF0000, 'r'},
         {0xFFFFFF00, 'y'}, {0xFFC0C0C0, '-'}, {qRgb(160, 160, 164), ' '}};
     QStringList lines;
     for (int y = 0; y < side; ++y) {

@@ -35,8 +35,8 @@ class WindowText {
     QMap<QString, QString> known_;
 };
 
-/// The widget of that name, or in a box also the button with that text: in the box in front, else in
-/// an open window. Null for none.
+/// The widget of that name, or in a box also the button with that text: in the box in front, else
+/// in an open window. Null for none.
 QWidget* widgetCalled(QWidget* mainWindow, const QString& name);
 
 }  // namespace tessaly::test
