@@ -57,8 +57,9 @@ class SessionTest : public testing::Test {
 void addSessions() {
     const QDir folder(TESSALY_SESSIONS);
     for (const QFileInfo& file : folder.entryInfoList({"*.txt"}))
-        testing::RegisterTest("Sessions", file.completeBaseName().toUtf8().constData(), nullptr,
-                              nullptr, __FILE__, __LINE__, [path = file.filePath()]() {
+        testing::RegisterTest("Sessions",
+                              file.completeBaseName().replace('-', '_').toUtf8().constData(),
+                              nullptr, nullptr, __FILE__, __LINE__, [path = file.filePath()]() {
                                   return static_cast<testing::Test*>(new SessionTest(path));
                               });
 }

@@ -436,7 +436,9 @@ void Session::addWorld() {
     verbs["compare"] = [&, words](const QString& rest) {  // FOLDER | FOLDER
         const auto first = scratch.content(words(rest)[0]),
                    second = scratch.content(words(rest)[1]);
-        for (const QString& name : (first.keys() + second.keys()).replaceInStrings("/", "/"))
+        QStringList names = first.keys() + second.keys();
+        names.removeDuplicates();
+        for (const QString& name : names)
             if (first.value(name) != second.value(name))
                 say("they differ in " + name);
     };
