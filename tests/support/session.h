@@ -86,7 +86,7 @@ class Session : public QObject {
     void playInside(const std::function<bool()>& isOver);
     bool playNext();
     void showChanges();
-    void run(const QString& program, const QStringList& arguments);
+    void run(const QString& program, const QStringList& arguments, bool isSilent = false);
     void clickOn(const QString& name, Qt::MouseButton button, bool isDouble = false);
     void chooseRow(const QString& rest, Qt::KeyboardModifiers keys);
     QWidget* named(const QString& name);
