@@ -70,6 +70,16 @@ QPoint spotOn(const QWidget* widget) {
     return {std::min(10, widget->width() / 2), widget->height() / 2};
 }
 
+int rowOf(const QAbstractItemView* view, const QString& row) {
+    const int count = view->model()->rowCount();
+    if (row.startsWith('#'))
+        return row == "#last" ? count - 1 : row == "#middle" ? (count - 1) / 2 : row.mid(1).toInt();
+    for (int i = 0; i < count; ++i)
+        if (view->model()->index(i, 0).data().toString() == row)
+            return i;
+    return -1;
+}
+
 void press(QWidget* widget, QPoint at, Qt::MouseButton button, Qt::KeyboardModifiers keys) {
     if (const Spot spot = spotOf(widget, at); spot.window)
         QTest::mousePress(spot.window, button, keys, spot.at);

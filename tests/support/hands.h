@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QAbstractItemView>
 #include <QList>
 #include <QString>
 #include <QWidget>
@@ -33,6 +34,9 @@ QString nameOf(const QWidget* widget);
 
 /// Where a click means a button, a row or a field, in its own coordinates.
 QPoint spotOn(const QWidget* widget);
+
+/// The row of a list with that text, or "#" and its number, "last" or "middle"; -1 for none.
+int rowOf(const QAbstractItemView* view, const QString& row);
 
 void press(QWidget* widget, QPoint at, Qt::MouseButton button = Qt::LeftButton,
            Qt::KeyboardModifiers keys = {});

@@ -21,14 +21,13 @@ namespace tessaly::test {
 // ---- boxes -------------------------------------------------------------------------------------
 
 void SessionPrompts::tell(const Message& message) {
-    if (prepared.isEmpty())
-        QtPrompts::tell(message);
-    else
+    if (isQuiet)
         session_.say("says " + message.text);
+    else
+        QtPrompts::tell(message);
 }
 bool SessionPrompts::ask(const Message& question, bool defaultsToNo) {
-    return prepared.isEmpty() ? QtPrompts::ask(question, defaultsToNo)
-                              : session_.answer(question.text) == "Yes";
+    return isQuiet || QtPrompts::ask(question, defaultsToNo);
 }
 QString SessionPrompts::openFile(const FileRequest& request) {
     return isReal ? QtPrompts::openFile(request)
@@ -45,16 +44,13 @@ QString SessionPrompts::pickFolder(const QString& caption, const QString& folder
                   : session_.answer(caption + ", from \"" + folder + '"');
 }
 QString SessionPrompts::pickDrive(const Drives& drives, const QString& current) {
-    return prepared.isEmpty() ? QtPrompts::pickDrive(drives, current)
-                              : session_.answer("a drive, now " + current);
+    return isQuiet ? session_.answer("a drive") : QtPrompts::pickDrive(drives, current);
 }
 int SessionPrompts::pickLine(const QString& caption, const QStringList& lines) {
-    return prepared.isEmpty() ? QtPrompts::pickLine(caption, lines)
-                              : session_.answer(caption).toInt();
+    return isQuiet ? 0 : QtPrompts::pickLine(caption, lines);
 }
 QString SessionPrompts::inputText(const QString& prompt, const QString& initial, int limit) {
-    return prepared.isEmpty() ? QtPrompts::inputText(prompt, initial, limit)
-                              : session_.answer(prompt + " [" + initial + ']');
+    return isQuiet ? session_.answer(prompt) : QtPrompts::inputText(prompt, initial, limit);
 }
 bool SessionPrompts::openDocument(const QString& file) {
     session_.say("shows the document " + file);
@@ -164,6 +160,8 @@ void Session::perform(const QString& gesture) {
 }
 
 void Session::showChanges() {
+    if (prompts.isQuiet)
+        return;
     if (text_)
         for (const QString& line : text_->changes())
             say(line);
@@ -234,23 +232,21 @@ void Session::clickOn(const QString& name, Qt::MouseButton button, bool isDouble
         click(widget, spotOn(widget), button);
 }
 
-// LIST ROW: the row of that text, or of that number with a # before it.
+// LIST ROW: the row of that text, or of that number with a # before it; "#last", "#middle".
 void Session::chooseRow(const QString& rest, Qt::KeyboardModifiers keys) {
     auto* view = qobject_cast<QAbstractItemView*>(named(rest.section(' ', 0, 0)));
     if (!view)
         return;
-    const QString wanted = rest.section(' ', 1);
-    for (int row = 0; row < view->model()->rowCount(); ++row) {
-        const QModelIndex index = view->model()->index(row, 0);
-        if (index.data().toString() != wanted && wanted != '#' + QString::number(row))
-            continue;
-        view->scrollTo(index);
-        const QPoint at = view->visualRect(index).center();
-        click(view->viewport(), {std::min(at.x(), view->viewport()->width() / 2), at.y()},
-              Qt::LeftButton, keys);
+    const int row = rowOf(view, rest.section(' ', 1));
+    const QModelIndex index = view->model()->index(row, 0);
+    if (row < 0 || !index.isValid()) {
+        say("there is no such row");
         return;
     }
-    say("there is no such row");
+    view->scrollTo(index);
+    const QPoint at = view->visualRect(index).center();
+    click(view->viewport(), {std::min(at.x(), view->viewport()->width() / 2), at.y()},
+          Qt::LeftButton, keys);
 }
 
 void Session::addKeysAndClicks() {
@@ -330,7 +326,8 @@ void Session::start(const QString& file) {
     }
     bench.window->activateWindow();
     settle();
-    text_ = std::make_unique<WindowText>(bench.window.get());
+    if (!prompts.isQuiet)
+        text_ = std::make_unique<WindowText>(bench.window.get());
     bench.window->offerRecovery();
     if (!file.isEmpty())
         bench.window->openAtStart(file);

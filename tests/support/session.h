@@ -20,8 +20,9 @@ class SessionPrompts : public QtPrompts {
  public:
     explicit SessionPrompts(Session& session) : session_(session) {}
 
-    QStringList prepared;  ///< answers, in turn: paths, texts, "Yes"
+    QStringList prepared;  ///< answers, in turn
     bool isReal = false;   ///< file dialogs, too
+    bool isQuiet = false;  ///< no boxes at all: Yes to each, and nobody looks at the window
     bool hasViewer = true;
 
     void tell(const Message& message) override;
@@ -67,6 +68,7 @@ class Session : public QObject {
     QString answer(const QString& question);
 
     QString inFull(QString text) const;
+    const QStringList& transcript() const { return transcript_; }
 
     SessionPrompts prompts{*this};
     WindowBench bench;
