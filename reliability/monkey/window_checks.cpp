@@ -59,9 +59,10 @@ class Comparison {
     void triggers() {
         const bool isMusic = bench_.isChecked("buttTrigMusic");
         same("buttTrigSpeech", bench_.isChecked("buttTrigSpeech"), !isMusic);
-        same("lstTrigLeft", bench_.items("lstTrigLeft"),
-             isMusic ? QStringList(ContinuousMixName.toString()) + project_.lstMuList
-                     : project_.lstSpTitles);
+        QStringList items = isMusic ? project_.lstMuList : project_.lstSpTitles;
+        if (isMusic && !items.isEmpty())
+            items.prepend(ContinuousMixName.toString());
+        same("lstTrigLeft", bench_.items("lstTrigLeft"), items);
         const int left = bench_.selectedRow("lstTrigLeft");
         const int right = bench_.selectedRow("lstTrigRight");
         if (const auto* track = record("music", bench_.items("lstTrigRight").value(right),
