@@ -420,6 +420,9 @@ void Session::addWorld() {
         scratch.write(rest.section(" | ", 0, 0),
                       rest.section(" | ", 1).replace("\\n", "\n").toUtf8());
     };
+    verbs["grow"] = [&, words](const QString& rest) {  // NAME | BYTES
+        QFile::resize(scratch.path(words(rest)[0]), words(rest)[1].toLongLong());
+    };
     verbs["folder"] = [&](const QString& name) { scratch.makeFolder(name); };
     verbs["remove"] = [&](const QString& name) { QFile::remove(scratch.path(name)); };
     verbs["copy"] = [&, words](const QString& rest) {  // FROM | TO | bytes less
