@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // tessaly-monkey: a random operator before the real window, without a screen.
 //
 //   tessaly-monkey [--seed N] [--seeds COUNT] [--events M] [--twice]

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "monkey.h"
 
 #include <QAbstractButton>
@@ -5,7 +6,6 @@
 #include <QClipboard>
 #include <QCryptographicHash>
 #include <QDialog>
-#include <QListView>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTabBar>
@@ -18,6 +18,8 @@ namespace tessaly::monkey {
 
 namespace {
 
+using namespace test;
+
 constexpr size_t NamesKept = 50;
 constexpr int SaveEvery = 50;
 constexpr int CountEvery = 20;
@@ -29,6 +31,21 @@ constexpr int MostInOneLoop = 40;  // events, before a modal window is closed
 constexpr int ActInRunOneIn = 6;   // file operations of a run
 
 const QEvent::Type ActEvent = QEvent::Type(QEvent::registerEventType());
+
+// Some point of the part of a widget that can be seen.
+QPoint somePoint(const QWidget* widget, Dice& dice) {
+    const QRect seen = widget->visibleRegion().boundingRect();
+    if (seen.isEmpty() || dice.oneIn(2))
+        return seen.isEmpty() ? widget->rect().center() : seen.center();
+    return {seen.x() + dice.below(seen.width()), seen.y() + dice.below(seen.height())};
+}
+
+void drag(QWidget* widget, QPoint from, QPoint to) {
+    press(widget, from);
+    moveTo(widget, (from + to) / 2);
+    moveTo(widget, to);
+    release(widget, to);
+}
 
 }  // namespace
 
@@ -188,59 +205,56 @@ bool Monkey::clickButton(QWidget* window, Dice& dice) {
 }
 
 bool Monkey::workOnList(QWidget* window, Dice& dice) {
-    const auto lists = reachable<QListView>(window);
+    const auto lists = reachable<QAbstractItemView>(window);
     if (lists.isEmpty())
         return false;
-    QListView* list = dice.anyOf(lists);
+    QAbstractItemView* list = dice.anyOf(lists);
     QWidget* view = list->viewport();
-    const auto rowPoint = [&](int row) {
-        const QPoint at = list->visualRect(list->model()->index(row, 0)).center();
-        return view->rect().contains(at) ? at : view->rect().center();
-    };
     const int rows = list->model()->rowCount();
     const int row = rows > 0 ? dice.below(rows) : -1;
-    const QPoint at = row >= 0 ? rowPoint(row) : somePoint(view, dice);
-    const QString where = nameOf(list) + ' ' + QString::number(row);
+    const auto somewhere = [&](int wanted) {
+        if (wanted < 0)
+            return somePoint(view, dice);
+        const QPoint at = list->visualRect(list->model()->index(wanted, 0)).center();
+        return view->rect().contains(at) ? at : view->rect().center();
+    };
+    const QPoint at = somewhere(row);
+    const auto noteRow = [&](const char* what) {
+        note(QString(what) + ' ' + nameOf(list) + ' ' + QString::number(row));
+    };
     switch (dice.below(12)) {
         case 0:
-            note("click with Shift " + where);
-            click(view, at, Qt::LeftButton, Qt::ShiftModifier);
-            break;
         case 1:
-        case 2:
-            note("click with Ctrl " + where);
-            click(view, at, Qt::LeftButton, Qt::ControlModifier);
-            break;
-        case 3: {
-            const QPoint to = row >= 0 ? rowPoint(dice.below(rows)) : somePoint(view, dice);
-            note("drag from " + where);
-            press(view, at);
-            moveTo(view, (at + to) / 2);
-            moveTo(view, to);
-            release(view, to);
+        case 2: {
+            const bool isShift = dice.oneIn(3);
+            noteRow(isShift ? "click with Shift" : "click with Ctrl");
+            click(view, at, Qt::LeftButton, isShift ? Qt::ShiftModifier : Qt::ControlModifier);
             break;
         }
+        case 3:
+            noteRow("drag from");
+            drag(view, at, somewhere(row >= 0 ? dice.below(rows) : -1));
+            break;
         case 4:
-            note("double click " + where);
+            noteRow("double click");
             doubleClick(view, at);
             break;
         case 5:
-            note("right click " + where);
+            noteRow("right click");
             click(view, at, Qt::RightButton);
             break;
         case 6:
-            note("wheel on " + nameOf(list));
+            noteRow("wheel on");
             turnWheel(view, view->rect().center(), dice.oneIn(2) ? 15 : -30);
             break;
         case 7:
-            note("move " + where);
+            noteRow("move");
             click(view, at);
             pressKey(window, dice.oneIn(2) ? Qt::Key_Up : Qt::Key_Down, Qt::AltModifier);
             break;
         default:
-            note("click " + where);
+            noteRow("click");
             click(view, at);
-            break;
     }
     return true;
 }
@@ -251,54 +265,35 @@ bool Monkey::workOnField(QWidget* window, Dice& dice) {
         return false;
     QLineEdit* field = dice.anyOf(fields);
     const QString text = world_.text();
-    const QString name = nameOf(field);
-    const auto clear = [&] {
-        if (!dice.oneIn(3)) {
-            pressKey(window, Qt::Key_A, Qt::ControlModifier);
-            pressKey(window, Qt::Key_Delete);
-        }
-    };
-    switch (dice.below(12)) {
-        case 0:
-            note("paste into " + name);
-            QGuiApplication::clipboard()->setText(text);
-            click(field, somePoint(field, dice));
-            clear();
-            pressKey(window, Qt::Key_V, Qt::ControlModifier);
-            break;
-        case 1:
-            note("drop on " + name);
-            drop(field, somePoint(field, dice), text, dice.oneIn(3));
-            break;
-        case 2:
-            note("compose in " + name);
-            click(field, somePoint(field, dice));
-            composeText(text);
-            break;
-        case 3:
-            note("drag over " + name);
-            press(field, somePoint(field, dice));
-            moveTo(field, somePoint(field, dice));
-            release(field, somePoint(field, dice));
-            break;
-        case 4:
-            note("right click " + name);
-            click(field, somePoint(field, dice), Qt::RightButton);
-            break;
-        case 5:
-            note("middle click " + name);
-            click(field, somePoint(field, dice), Qt::MiddleButton);
-            break;
-        default: {
-            const bool enter = dice.oneIn(2);
-            note((enter ? "type and Enter in " : "type in ") + name);
-            click(field, somePoint(field, dice));
-            clear();
-            typeText(window, text.left(40));
-            if (enter)
-                pressKey(window, Qt::Key_Return);
-            break;
-        }
+    const QPoint at = somePoint(field, dice);
+    const bool clears = !dice.oneIn(3);
+    static const char* const what[] = {"paste into",  "drop on",      "compose in",  "drag over",
+                                       "right click", "middle click", "type in",     "type in",
+                                       "type in",     "type, Enter",  "type, Enter", "type, Enter"};
+    const int kind = dice.below(int(std::size(what)));
+    note(QString(what[kind]) + ' ' + nameOf(field));
+    if (kind == 1) {
+        drop(field, at, text, dice.oneIn(3));
+        return true;
+    }
+    if (kind == 3) {
+        drag(field, at, somePoint(field, dice));
+        return true;
+    }
+    click(field, at, kind == 4 ? Qt::RightButton : kind == 5 ? Qt::MiddleButton : Qt::LeftButton);
+    if (clears && (kind == 0 || kind > 5)) {
+        pressKey(window, Qt::Key_A, Qt::ControlModifier);
+        pressKey(window, Qt::Key_Delete);
+    }
+    if (kind == 0) {
+        QGuiApplication::clipboard()->setText(text);
+        pressKey(window, Qt::Key_V, Qt::ControlModifier);
+    } else if (kind == 2) {
+        composeText(text);
+    } else if (kind > 5) {
+        typeText(window, text.left(40));
+        if (kind > 8)
+            pressKey(window, Qt::Key_Return);
     }
     return true;
 }
@@ -331,39 +326,26 @@ bool Monkey::switchPage(QWidget* window, Dice& dice) {
 }
 
 bool Monkey::pressSomeKey(QWidget* window, Dice& dice) {
-    static const Qt::Key plain[] = {
-        Qt::Key_Tab,    Qt::Key_Tab,   Qt::Key_Backtab, Qt::Key_Return,    Qt::Key_Enter,
-        Qt::Key_Escape, Qt::Key_Up,    Qt::Key_Down,    Qt::Key_Left,      Qt::Key_Right,
-        Qt::Key_Home,   Qt::Key_End,   Qt::Key_PageUp,  Qt::Key_PageDown,  Qt::Key_Delete,
-        Qt::Key_Space,  Qt::Key_Space, Qt::Key_F10,     Qt::Key_Backspace, Qt::Key_Menu,
-        Qt::Key_F2,     Qt::Key_A,     Qt::Key_R,       Qt::Key_Insert,    Qt::Key_Alt};
-    static const Qt::Key withAlt[] = {Qt::Key_Up, Qt::Key_Down, Qt::Key_F, Qt::Key_H,
-                                      Qt::Key_A,  Qt::Key_E,    Qt::Key_D, Qt::Key_N,
-                                      Qt::Key_L,  Qt::Key_T,    Qt::Key_S, Qt::Key_C,
-                                      Qt::Key_P,  Qt::Key_R,    Qt::Key_B, Qt::Key_Left};
-    static const Qt::Key withControl[] = {
-        Qt::Key_A, Qt::Key_C,   Qt::Key_V,    Qt::Key_X,     Qt::Key_Z,        Qt::Key_Y,
-        Qt::Key_S, Qt::Key_Tab, Qt::Key_Left, Qt::Key_Right, Qt::Key_PageDown, Qt::Key_Home};
-    static const Qt::Key rarely[] = {Qt::Key_N, Qt::Key_O, Qt::Key_Q, Qt::Key_S};
-    Qt::Key key = dice.anyOf(plain);
-    Qt::KeyboardModifiers keys;
+    static const char* const plain[] = {
+        "Tab",  "Tab",      "Shift+Tab",  "Return",    "Enter",      "Esc",       "Up",  "Down",
+        "Left", "End",      "Right",      "Home",      "PgUp",       "PgDown",    "Del", "Space",
+        "F2",   "Space",    "F10",        "Menu",      "Backspace",  "A",         "R",   "Ins",
+        "Alt",  "Shift+Up", "Shift+Down", "Shift+End", "Shift+Left", "Shift+Home"};
+    static const char* const withAlt[] = {
+        "Alt+Up", "Alt+Down", "Alt+F", "Alt+H", "Alt+A", "Alt+E", "Alt+D", "Alt+N",   "Alt+L",
+        "Alt+T",  "Alt+S",    "Alt+C", "Alt+P", "Alt+R", "Alt+B", "Alt+M", "Alt+Left"};
+    static const char* const withControl[] = {
+        "Ctrl+A", "Ctrl+C",   "Ctrl+V",    "Ctrl+X",     "Ctrl+Z",      "Ctrl+Y",
+        "Ctrl+S", "Ctrl+Tab", "Ctrl+Left", "Ctrl+Right", "Ctrl+PgDown", "Ctrl+Home"};
+    static const char* const rarely[] = {"Ctrl+N", "Ctrl+O", "Ctrl+Q", "Ctrl+Shift+S"};
     const int kind = dice.below(100);
-    if (kind < 12) {
-        key = dice.anyOf(withAlt);
-        keys = Qt::AltModifier;
-    } else if (kind < 26) {
-        key = dice.anyOf(withControl);
-        keys = Qt::ControlModifier;
-    } else if (kind < 28) {
-        key = dice.anyOf(rarely);
-        keys = Qt::ControlModifier;
-        if (key == Qt::Key_S)
-            keys |= Qt::ShiftModifier;
-    } else if (kind < 36) {
-        keys = Qt::ShiftModifier;
-    }
-    note("press " + QKeySequence(key | keys).toString(QKeySequence::PortableText));
-    pressKey(window, key, keys);
+    const QString name = kind < 12   ? dice.anyOf(withAlt)
+                         : kind < 26 ? dice.anyOf(withControl)
+                         : kind < 28 ? dice.anyOf(rarely)
+                                     : dice.anyOf(plain);
+    note("press " + name);
+    const QKeyCombination keys = name == "Alt" ? Qt::Key_Alt : QKeySequence(name)[0];
+    pressKey(window, keys.key(), keys.keyboardModifiers());
     return true;
 }
 
@@ -389,76 +371,56 @@ bool Monkey::pokeAnywhere(QWidget* window, Dice& dice) {
 
 bool Monkey::changeWindow(QWidget* window, Dice& dice) {
     const auto widgets = reachable<QWidget>(window);
+    if (widgets.isEmpty())
+        return false;
+    QWidget* widget = dice.anyOf(widgets);
     switch (dice.below(4)) {
         case 0:
             note("resize " + nameOf(window));
             window->resize(400 + dice.below(1000), 300 + dice.below(700));
             break;
-        case 1: {
-            if (widgets.isEmpty())
-                return false;
-            QWidget* widget = dice.anyOf(widgets);
+        case 1:
             note("focus " + nameOf(widget));
             widget->setFocus(Qt::OtherFocusReason);
             break;
-        }
         case 2:
             note("activate " + nameOf(window));
             window->activateWindow();
             break;
-        default: {
-            if (widgets.isEmpty())
-                return false;
-            QWidget* widget = dice.anyOf(widgets);
+        default:
             note("drop on " + nameOf(widget));
             drop(widget, widget->rect().center(), world_.text(), dice.oneIn(2));
-        }
     }
     return true;
 }
 
-bool Monkey::somethingElse(Dice& dice) {
-    test::WindowBench& bench = world_.bench;
-    switch (dice.below(12)) {
-        case 0:
-            if (QApplication::activeModalWidget() || QApplication::activePopupWidget())
-                break;  // which the platform keeps the close command from, too
-            note("the close box");
-            bench.closeBox();
-            return true;
-        case 1:
-            note("the session ends");
-            QMetaObject::invokeMethod(bench.window.get(), "Form_SessionEnds");
-            return true;
-        case 2:
-        case 3:
-        case 4:
-        case 5:
-            note("a minute has passed");
-            QMetaObject::invokeMethod(bench.find<QTimer>("tmrRecovery"), "timeout");
-            return true;
-        case 6:
-            for (QWidget* widget : QApplication::topLevelWidgets())
-                if (widget->isVisible() && widget != bench.window.get() &&
-                    widget->objectName() == "frmSystemText" && !QApplication::activeModalWidget()) {
-                    note("close " + nameOf(widget));
-                    widget->close();
-                    return true;
-                }
-            break;
-        default:
-            break;
+void Monkey::somethingElse(Dice& dice) {
+    WindowBench& bench = world_.bench;
+    const int kind = dice.below(12);
+    auto* texts = bench.find<QWidget>("frmSystemText");
+    if (kind == 0 && !frontBox()) {  // which the platform keeps the close command from, too
+        note("the close box");
+        bench.closeBox();
+    } else if (kind == 1) {
+        note("the session ends");
+        QMetaObject::invokeMethod(bench.window.get(), "Form_SessionEnds");
+    } else if (kind > 1 && kind < 6) {
+        note("a minute has passed");
+        QMetaObject::invokeMethod(bench.find<QTimer>("tmrRecovery"), "timeout");
+    } else if (kind == 6 && texts->isVisible() && !frontBox()) {
+        note("close the system texts");
+        texts->close();
+    } else {
+        note("outside: " + world_.change());
     }
-    note("outside: " + world_.change());
-    return true;
 }
 
 // ---- what it checks ----------------------------------------------------------------------------
 
 void Monkey::checkAfterEvent() {
-    test::WindowBench& bench = world_.bench;
+    WindowBench& bench = world_.bench;
     const bool isRunning = world_.isRunning();
-    QStringList found = test::inconsistencies(bench.current);
+    QStringList found = inconsistencies(bench.current);
     if (bench.window->isVisible() && QThread::currentThread()->loopLevel() == 0)
         found += wrongInWindow(bench, isRunning);
     found += ledger_.afterEvent();

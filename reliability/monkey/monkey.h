@@ -1,11 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include <QObject>
 #include <QTimer>
 #include <deque>
 
-#include "hands.h"
 #include "ledger.h"
+#include "support/hands.h"
 #include "world.h"
 
 namespace tessaly::monkey {
@@ -46,12 +47,12 @@ class Monkey : public QObject {
     bool pressSomeKey(QWidget* window, Dice& dice);
     bool pokeAnywhere(QWidget* window, Dice& dice);
     bool changeWindow(QWidget* window, Dice& dice);
-    bool somethingElse(Dice& dice);
+    void somethingElse(Dice& dice);
 
     void actInside();
 
     const quint64 seed_;
-    StoppedClocks clocks_;
+    test::StoppedClocks clocks_;
     World world_;
     Ledger ledger_;
     QTimer heartbeat_;  ///< reaches loops that run inside an event

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include <QStringList>
@@ -7,7 +8,7 @@
 namespace tessaly::monkey {
 
 /// What the window shows in front and should not, one sentence each; empty when all is well.
-/// Compares lists, fields, enabled states and caption with the project.
+/// Compares lists, fields, choices and caption with the project.
 QStringList wrongInWindow(const test::WindowBench& bench, bool isRunning);
 
 /// Whether the status bar says what a new count of the project comes to.

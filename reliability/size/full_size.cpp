@@ -6,7 +6,6 @@
 
 #include "full_size_files.h"
 #include "memory.h"
-#include "window_steps.h"
 
 namespace {
 

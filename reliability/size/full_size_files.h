@@ -21,4 +21,11 @@ constexpr int MostTracks = 245'000;
 /// Throws std::exception when that fails.
 void makeFiles(const QString& folder);
 
+/// Works through the real window with those files and with `tour.crd2`, which an import has made of
+/// the tour, as the files in steps/ say: every page, every kind of edit, imports, a card in
+/// `folder`/window-card. Prints a table of what each step took.
+///
+/// Needs a QApplication. Throws std::exception when something does not come out as it must.
+void workInWindow(const QString& folder);
+
 }  // namespace tessaly::size

@@ -1,7 +1,16 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QTemporaryDir>
 #include <cstdio>
+
+namespace tessaly {
+#ifdef TESSALY_SESSIONS
+void addSessions();
+#else
+static void addSessions() {}
+#endif
+}  // namespace tessaly
 
 namespace {
 
@@ -18,7 +27,11 @@ int main(int argc, char** argv) {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     qInstallMessageHandler(withoutNoise);
+    const QTemporaryDir settings;  // file dialogs remember things
+    qputenv("XDG_CONFIG_HOME", settings.path().toUtf8());
     const QApplication app(argc, argv);
+    QApplication::setApplicationName("Tessaly");
     QApplication::setQuitOnLastWindowClosed(false);
+    tessaly::addSessions();
     return RUN_ALL_TESTS();
 }

@@ -1,13 +1,14 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListView>
 #include <QTabWidget>
 #include <QTest>
 #include <QTimer>
@@ -32,14 +33,22 @@ struct WindowBench : CardBench {
     ScriptedPrompts prompts;
     FakeInstance instance;
     LocalMp3Tags tags;
-    Services services{
-        files, drives, prompts, tags, instance, scratch.path("app"), scratch.makeFolder("user")};
+    Services services;
     Project current;
-    ProjectSession session{current, files};
+    ProjectSession session{current, services.files};
     std::unique_ptr<MainWindow> window;
     const QString tourFile = scratch.path("tour.crd2");
 
-    WindowBench() {
+    /// With prompts, drives and files of the caller's own where those are given.
+    explicit WindowBench(Prompts* ownPrompts = nullptr, const Drives* ownDrives = nullptr,
+                         FileSystem* ownFiles = nullptr)
+        : services{ownFiles ? *ownFiles : files,
+                   ownDrives ? *ownDrives : drives,
+                   ownPrompts ? *ownPrompts : prompts,
+                   tags,
+                   instance,
+                   scratch.path("app"),
+                   scratch.makeFolder("user")} {
         project.cfDrive = withLastSeparator(job.root);
         saveProject(files, tourFile, project);
         files.operations.clear();
@@ -90,14 +99,15 @@ struct WindowBench : CardBench {
         click(button);
     }
     void select(const QString& list, const QString& line) const {
+        auto* view = find<QAbstractItemView>(list);
         const qsizetype row = items(list).indexOf(line);
         ASSERT_GE(row, 0) << line.toStdString();
-        auto* view = find<QListView>(list);
         view->setCurrentIndex(view->model()->index(int(row), 0));
     }
-    QString selected(const QString& list) const {
-        const auto chosen = find<QListView>(list)->selectionModel()->selectedRows();
-        return chosen.isEmpty() ? QString("(none)") : chosen.first().data().toString();
+    /// The row that is selected in a list, -1 for none.
+    int selectedRow(const QString& list) const {
+        const auto rows = find<QAbstractItemView>(list)->selectionModel()->selectedRows();
+        return rows.isEmpty() ? -1 : rows.first().row();
     }
     bool isEnabled(const QString& name) const { return find<QWidget>(name)->isEnabled(); }
     bool isShown(const QString& name) const { return find<QWidget>(name)->isVisible(); }
@@ -107,7 +117,7 @@ struct WindowBench : CardBench {
     QString status() const { return text("lblStatus"); }
     QStringList items(const QString& list) const {
         QStringList texts;
-        const auto* model = find<QListView>(list)->model();
+        const auto* model = find<QAbstractItemView>(list)->model();
         for (int row = 0; row < model->rowCount(); ++row)
             texts.append(model->index(row, 0).data().toString());
         return texts;

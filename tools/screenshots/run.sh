@@ -6,4 +6,4 @@ tools/install-dependencies.sh xvfb xauth fonts-dejavu-core
 cmake --build --preset release --target tessaly-screenshots
 mkdir -p docs/images
 QT_SCALE_FACTOR=${SCALE:-1} xvfb-run -a -s "-screen 0 1600x1200x24" \
-  build/tessaly-screenshots samples build "${PICTURES:-docs/images}"
+  build/tessaly-screenshots build "${PICTURES:-docs/images}"

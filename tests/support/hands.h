@@ -1,19 +1,22 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QAbstractItemView>
 #include <QList>
 #include <QString>
 #include <QWidget>
-
-#include "dice.h"
 
 // What an operator's hands can do to the windows that are there, as events of the platform: they
 // find their own way to the widget below the mouse or with the focus, menus and modal windows
 // first.
 
-namespace tessaly::monkey {
+namespace tessaly::test {
 
 /// The windows that take events now: the menu that is open, else the modal window, else all.
 QList<QWidget*> openWindows();
+
+/// The menu or the modal window that keeps the others from events; null without one.
+QWidget* frontBox();
 
 /// The visible, enabled widgets of a class in a window, in a fixed order.
 template <typename Widget>
@@ -29,8 +32,11 @@ QList<Widget*> reachable(const QWidget* window) {
 /// What a widget is called in the log.
 QString nameOf(const QWidget* widget);
 
-/// Some point of the part of a widget that can be seen, in its own coordinates.
-QPoint somePoint(const QWidget* widget, Dice& dice);
+/// Where a click means a button, a row or a field, in its own coordinates.
+QPoint spotOn(const QWidget* widget);
+
+/// The row of a list with that text, or "#" and its number, "last" or "middle"; -1 for none.
+int rowOf(const QAbstractItemView* view, const QString& row);
 
 void press(QWidget* widget, QPoint at, Qt::MouseButton button = Qt::LeftButton,
            Qt::KeyboardModifiers keys = {});
@@ -41,7 +47,8 @@ void click(QWidget* widget, QPoint at, Qt::MouseButton button = Qt::LeftButton,
 void doubleClick(QWidget* widget, QPoint at);
 void moveTo(QWidget* widget, QPoint at);  ///< buttons that are down stay down
 void turnWheel(QWidget* widget, QPoint at, int degrees);
-void drop(QWidget* widget, QPoint at, const QString& text, bool asFile);
+/// Offers a move, which a source would take from itself; true when it came in as a copy.
+bool drop(QWidget* widget, QPoint at, const QString& text, bool asFile);
 void composeText(const QString& text);  ///< as an input method does
 
 void pressKey(QWidget* window, Qt::Key key, Qt::KeyboardModifiers keys = {});
@@ -66,4 +73,4 @@ class StoppedClocks : public QObject {
     bool paints_ = false;
 };
 
-}  // namespace tessaly::monkey
+}  // namespace tessaly::test

@@ -1,8 +1,9 @@
-#include "hands.h"
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "support/hands.h"
 
+#include <QAbstractButton>
 #include <QAbstractEventDispatcher>
 #include <QApplication>
-#include <QContextMenuEvent>
 #include <QDropEvent>
 #include <QInputMethodEvent>
 #include <QMimeData>
@@ -15,7 +16,7 @@
 #include <algorithm>
 #include <limits>
 
-namespace tessaly::monkey {
+namespace tessaly::test {
 
 namespace {
 
@@ -40,11 +41,14 @@ QWindow* keyWindow(QWidget* window) {
 
 }  // namespace
 
+QWidget* frontBox() {
+    QWidget* popup = QApplication::activePopupWidget();
+    return popup ? popup : QApplication::activeModalWidget();
+}
+
 QList<QWidget*> openWindows() {
-    if (QWidget* popup = QApplication::activePopupWidget())
-        return {popup};
-    if (QWidget* modal = QApplication::activeModalWidget())
-        return {modal};
+    if (QWidget* box = frontBox())
+        return {box};
     QList<QWidget*> windows;
     for (QWidget* widget : QApplication::topLevelWidgets())
         if (widget->isVisible() && widget->windowHandle() && widget->windowType() != Qt::ToolTip)
@@ -62,11 +66,18 @@ QString nameOf(const QWidget* widget) {
     return widget == named ? name : name + '/' + widget->metaObject()->className();
 }
 
-QPoint somePoint(const QWidget* widget, Dice& dice) {
-    const QRect seen = widget->visibleRegion().boundingRect();
-    if (seen.isEmpty() || dice.oneIn(2))
-        return seen.isEmpty() ? widget->rect().center() : seen.center();
-    return {seen.x() + dice.below(seen.width()), seen.y() + dice.below(seen.height())};
+QPoint spotOn(const QWidget* widget) {
+    return {std::min(10, widget->width() / 2), widget->height() / 2};
+}
+
+int rowOf(const QAbstractItemView* view, const QString& row) {
+    const int count = view->model()->rowCount();
+    if (row.startsWith('#'))
+        return row == "#last" ? count - 1 : row == "#middle" ? (count - 1) / 2 : row.mid(1).toInt();
+    for (int i = 0; i < count; ++i)
+        if (view->model()->index(i, 0).data().toString() == row)
+            return i;
+    return -1;
 }
 
 void press(QWidget* widget, QPoint at, Qt::MouseButton button, Qt::KeyboardModifiers keys) {
@@ -80,18 +91,8 @@ void release(QWidget* widget, QPoint at, Qt::MouseButton button, Qt::KeyboardMod
 }
 
 void click(QWidget* widget, QPoint at, Qt::MouseButton button, Qt::KeyboardModifiers keys) {
-    const Spot spot = spotOf(widget, at);
-    if (!spot.window)
-        return;
-    const QPoint onScreen = spot.window->mapToGlobal(spot.at);
-    QTest::mouseClick(spot.window, button, keys, spot.at);
-    if (button == Qt::RightButton) {  // which only a real platform makes of it
-        QWidget* below = QApplication::widgetAt(onScreen);
-        if (!below || QApplication::activePopupWidget() || !below->isEnabled())
-            return;
-        QContextMenuEvent menu(QContextMenuEvent::Mouse, below->mapFromGlobal(onScreen), onScreen);
-        QApplication::sendEvent(below, &menu);
-    }
+    if (const Spot spot = spotOf(widget, at); spot.window)
+        QTest::mouseClick(spot.window, button, keys, spot.at);
 }
 
 void doubleClick(QWidget* widget, QPoint at) {
@@ -110,20 +111,23 @@ void turnWheel(QWidget* widget, QPoint at, int degrees) {
     QApplication::sendEvent(widget, &event);
 }
 
-void drop(QWidget* widget, QPoint at, const QString& text, bool asFile) {
+bool drop(QWidget* widget, QPoint at, const QString& text, bool asFile) {
     QMimeData data;
     if (asFile)
         data.setUrls({QUrl::fromLocalFile(text)});
     else
         data.setText(text);
-    QDragEnterEvent enter(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    const Qt::DropActions both = Qt::CopyAction | Qt::MoveAction;
+    QDragEnterEvent enter(at, both, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(widget, &enter);
     if (!enter.isAccepted() || !widget->acceptDrops())
-        return;
-    QDragMoveEvent move(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        return false;
+    QDragMoveEvent move(at, both, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(widget, &move);
-    QDropEvent event(at, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QDropEvent event(at, both, &data, Qt::LeftButton, Qt::NoModifier);
+    event.setDropAction(Qt::MoveAction);
     QApplication::sendEvent(widget, &event);
+    return event.isAccepted() && event.dropAction() == Qt::CopyAction;
 }
 
 void composeText(const QString& text) {
@@ -144,6 +148,14 @@ void pressKey(QWidget* window, Qt::Key key, Qt::KeyboardModifiers keys) {
     if (target)
         QTest::keyClick(target, closesPopup ? Qt::Key_Alt : key,
                         closesPopup ? Qt::KeyboardModifiers() : keys);
+    // A button that was reached by its letter is down for a time, which does not pass.
+    for (QWidget* widget : QApplication::allWidgets())
+        if (auto* button = qobject_cast<QAbstractButton*>(widget);
+            button && button->isDown() && keys & Qt::AltModifier) {
+            button->setDown(false);
+            button->click();
+            break;
+        }
 }
 
 void typeText(QWidget* window, const QString& text) {
@@ -192,4 +204,4 @@ bool StoppedClocks::eventFilter(QObject* watched, QEvent* event) {
     return false;
 }
 
-}  // namespace tessaly::monkey
+}  // namespace tessaly::test
