@@ -54,7 +54,7 @@ sub judge {
 my @sources;
 find({wanted => sub { push @sources, $_ if /\.(cpp|h|ui)$/ }, no_chdir => 1}, "$root/src");
 for my $path (sort @sources) {
-    next if $path =~ m{/cli/arguments\.cpp$};    # --help says these itself
+    next if $path =~ m{/cli/main\.cpp$};    # --help says these itself
     my $code = slurp($path);
     if ($path =~ /\.ui$/) {
         judge($path, plain($1)) while $code =~ m{<string[^>]*>([^<]*[.:])</string>}g;

@@ -11,6 +11,8 @@ namespace tessaly::cli {
 
 enum ExitCode : int { Done = 0, Failed = 1, Usage = 2, Blocked = 3 };
 
+inline const QString NoMemoryText = QStringLiteral("There is not enough memory for this.");
+
 /// One line on standard output.
 void print(const QString& line = {});
 

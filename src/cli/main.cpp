@@ -226,7 +226,7 @@ int main(int argc, char** argv) {
     } catch (const TessalyError& error) {
         cli::printError(cli::errorLine(error));
     } catch (const std::bad_alloc&) {
-        cli::printError("There is not enough memory for this.");
+        cli::printError(cli::NoMemoryText);
     }
     return cli::Failed;
 }

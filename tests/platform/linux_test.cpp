@@ -41,23 +41,4 @@ TEST(LinuxFiles, AFileOfAnyNameIsReplaced) {
     EXPECT_EQ(errorOf([&] { files.replaceFile(nowhere, "x"); }).number, ENOENT);
 }
 
-TEST(LinuxFiles, AReplacedFileKeepsItsRightsAndItsLink) {
-    const ScratchFolder scratch;
-    LocalFileSystem files;
-    const QString real = scratch.write("real/tour.crd2", "old");
-    ::chmod(toNativePath(real).constData(), 0640);
-    QFile::link(real, scratch.path("link.crd2"));
-    QFile::link(scratch.path("real/new.crd2"), scratch.path("dangling.crd2"));
-    for (const char* name : {"link.crd2", "dangling.crd2"}) {
-        files.replaceFile(scratch.path(name), "new");
-        EXPECT_TRUE(QFileInfo(scratch.path(name)).isSymLink());
-    }
-    EXPECT_EQ(scratch.read("real/tour.crd2"), "new");
-    EXPECT_EQ(scratch.read("real/new.crd2"), "new");
-    struct stat status {};
-    ASSERT_EQ(::stat(toNativePath(real).constData(), &status), 0);
-    EXPECT_EQ(status.st_mode & 07777, 0640U);
-    EXPECT_EQ(errorOf([&] { files.replaceFile("/dev/null", "x"); }).number, error_number::NotAFile);
-}
-
 }  // namespace tessaly

@@ -1,5 +1,6 @@
 #include "platform/local_file_system.h"
 
+#include <QtEndian>
 #include <algorithm>
 
 #include "platform/drives.h"
@@ -23,7 +24,36 @@ constexpr int IsFolder = 5;  // "access denied"
 constexpr int IsFolder = 21;
 #endif
 
+QByteArray frame(const QByteArray& id, const QByteArray& content) {
+    QByteArray size(4, '\0');
+    qToBigEndian(quint32(content.size()), size.data());
+    return id + size + QByteArray(2, '\0') + content;
+}
+
+// An ID3v2 tag of some 50,000 bytes: a picture, and behind it a title.
+QByteArray largeTag(const QByteArray& title) {
+    const QByteArray frames =
+        frame("APIC", QByteArray(50000, 'p')) + frame("TIT2", QByteArray(1, '\0') + title);
+    const auto size = frames.size();
+    return QByteArray("ID3\3\0\0\0", 7) + char(size >> 14) + char(size >> 7 & 0x7F) +
+           char(size & 0x7F) + frames;
+}
+
 }  // namespace
+
+TEST(Paths, LongTextsShowTheirTwoEnds) {
+    const QString fits(300, 'x');
+    EXPECT_EQ(elided(fits), fits);
+    EXPECT_EQ(elided(fits + "yz"), QString(149, 'x') + QChar(0x2026) + QString(148, 'x') + "yz");
+    // A character outside the plane of 16 bits is cut off whole.
+    for (const int before : {147, 148, 149, 150}) {
+        const QString text = elided(QString(before, 'x') + QString::fromUtf8("🎵") + fits);
+        EXPECT_EQ(text.toUtf8().count("?"), 0);
+        EXPECT_EQ(QString::fromUtf8(text.toUtf8()), text) << before;
+    }
+    const QString end = elided(fits + QString::fromUtf8("🎵") + QString(149, 'x'));
+    EXPECT_EQ(QString::fromUtf8(end.toUtf8()), end);
+}
 
 TEST(LocalFileSystem, ListsAndRemovesEverythingButFollowsNoLink) {
     const ScratchFolder scratch;
@@ -163,6 +193,12 @@ TEST(Mp3Tags, BothBlocksAreReadAndNothingElseHasAny) {
     EXPECT_EQ(old.first, TagBlock());
     EXPECT_EQ(old.second.title, "Thin Fog");
     const ScratchFolder scratch;
+    const QByteArray sound = QByteArray(60000, 's') + "TAG" + QByteArray("Old").leftJustified(125);
+    for (const QByteArray& start : {QByteArray(), QByteArray(9000, 'x')}) {
+        const QString path = scratch.write("large.mp3", start + largeTag("New") + sound);
+        EXPECT_EQ(tags.read(path).first.title, "New");
+        EXPECT_EQ(tags.read(path).second.title, "Old");
+    }
     for (const QString& path : {tour + "Evening Lights/3 Pier Dance.mp3", scratch.path(),
                                 scratch.path("gone.mp3"), scratch.write("empty.mp3", ""),
                                 scratch.write("text.mp3", "This is no MP3 file at all.")}) {

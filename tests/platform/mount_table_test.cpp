@@ -19,6 +19,8 @@ const QByteArray Recorded =
 104 28 11:0 / /media/ann/DISC ro,relatime - iso9660 /dev/sr0 ro
 105 97 8:17 / /media/ann/TOUR\040CARD rw - vfat /dev/sdd1 rw
 this line is no mount
+108 28 0:57 / /media/cut rw -
+109 28 0:58 / /media/cut rw shared:1 tmpfs tmpfs
 106 28 0:55 / relative rw - tmpfs tmpfs rw
 107 28 0:56 / /media/ann\000/x rw - tmpfs tmpfs rw
 1 2 3)";
