@@ -88,8 +88,8 @@ SpacePlan CardRun::spacePlan(const VolumeGeometry& geometry) {
         const auto old = files_.fileSize(pathIn(root_, name));
         if (job_.settingsOnly && old)
             plan.freedBytes += inWholeClusters(*old, geometry.clusterBytes);
-        // A file that is written over keeps its entries. One that is deleted before leaves a gap
-        // that may be too small: Windows and Linux do not make the same number of entries.
+        // A file that is written over keeps its FAT entries. One that is deleted before frees those
+        // that it has, which may be too few: Windows needs fewer for some names than Linux.
         const bool hasRoom =
             job_.settingsOnly && old && (!isDeletedBefore(name) || taken(name) >= taking(name));
         if (!hasRoom)

@@ -168,6 +168,7 @@ TEST(CardWriter, AFullCreationLeavesExactlyTheCardsFiles) {
                            "2 of 3 files transferred"}));
     EXPECT_EQ(bench.observer.files, (QList<int>{0, 1, 2, 3}));
     EXPECT_EQ(bench.observer.progress.trackFileCount, 3);
+    EXPECT_EQ(bench.observer.progress.fileName, "0000.crd2");
     EXPECT_EQ(bench.observer.messages, QStringList("Card successfully created!"));
     EXPECT_TRUE(report.isVerified);
     EXPECT_TRUE(bench.scratch.content("work").isEmpty());
