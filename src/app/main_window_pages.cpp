@@ -1,3 +1,7 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the main window is made of and what it shows; main_window.cpp has what happens to projects.
+#include "app/main_window.h"
+
 #include <QApplication>
 #include <QFileInfo>
 #include <QScreen>
@@ -7,7 +11,6 @@
 
 #include "app/about_window.h"
 #include "app/create_card_page.h"
-#include "app/main_window.h"
 #include "app/music_page.h"
 #include "app/session_status.h"
 #include "app/setup_page.h"
@@ -15,8 +18,6 @@
 #include "app/speech_page.h"
 #include "app/triggers_page.h"
 #include "ui_main_window.h"
-
-// What the main window is made of and what it shows; main_window.cpp has what happens to projects.
 
 namespace tessaly {
 

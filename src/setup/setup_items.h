@@ -24,8 +24,6 @@ void typeInCardTitle(Project& project);
 struct DefaultLanguageList {
     QStringList items;
     QList<bool> selected;  ///< one an item
-
-    bool operator==(const DefaultLanguageList&) const = default;
 };
 
 /// The list as the Setup page has to show it: every language of the project, those selected that
