@@ -218,6 +218,10 @@ QWidget* Session::named(const QString& name) {
         say(name + " is disabled");
     if (!widget || !widget->isVisible())
         return nullptr;
+    if (!widget->window()->isActiveWindow()) {
+        widget->window()->activateWindow();
+        settleDown();
+    }
     for (QWidget* above = widget->parentWidget(); above; above = above->parentWidget())
         if (auto* area = qobject_cast<QScrollArea*>(above))
             area->ensureWidgetVisible(widget);
