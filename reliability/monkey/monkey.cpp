@@ -101,7 +101,6 @@ void Monkey::step() {
         inLoop_ = 0;
         world_.bench.files.operations.clear();
         world_.bench.prompts.shown.clear();
-        world_.bench.prompts.files.clear();
         world_.happenings = {};
     }
     settle();
