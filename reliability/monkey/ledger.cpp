@@ -57,12 +57,6 @@ QStringList markedContent(const Project& project) {
     return words;
 }
 
-QString inWords(const TrackRecord& record) {
-    return QStringList({record.kind.text(), record.itemName.text(), record.groupName.text(),
-                        record.sourcePath.text(), typeTagText(record)})
-        .join('|');
-}
-
 // Without the triggers that are free: those keep the names of what they once played.
 QList<TrackRecord> recordsThatCount(const Project& project) {
     QList<TrackRecord> records = projectRecords(project);
@@ -70,15 +64,6 @@ QList<TrackRecord> recordsThatCount(const Project& project) {
         if (!isAssigned(records[i]))
             records[i] = TrackRecord();
     return records;
-}
-
-QString firstDifference(const QList<TrackRecord>& first, const QList<TrackRecord>& second) {
-    for (qsizetype i = 0; i < first.size() && i < second.size(); ++i)
-        if (!(first[i] == second[i]))
-            return QString(": record %1, %2, became %3")
-                .arg(i)
-                .arg(inWords(first[i]), inWords(second[i]));
-    return QString(": %1 records became %2").arg(first.size()).arg(second.size());
 }
 
 }  // namespace
@@ -164,8 +149,7 @@ QStringList Ledger::savedAndReadBack() {
     QStringList wrong;
     const auto first = recordsThatCount(copy), second = recordsThatCount(back);
     if (first != second)
-        wrong.append("saved, read and saved again is another file" +
-                     firstDifference(first, second));
+        wrong.append("saved, read and saved again is another file");
     if (back.lstSpTitles != project.lstSpTitles || back.lstLangs != project.lstLangs)
         wrong.append("titles or languages are not read back");
     QStringList lists = project.lstMuList;

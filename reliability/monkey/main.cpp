@@ -59,7 +59,7 @@ void onMessage(QtMsgType type, const QMessageLogContext&, const QString& message
 }
 
 // The outcome of a seed; ends the program when something is wrong.
-QByteArray play(qint64 events, bool quiet) {
+QByteArray play(qint64 events) {
     QElapsedTimer time;
     time.start();
     Monkey monkey(seed);
@@ -67,22 +67,18 @@ QByteArray play(qint64 events, bool quiet) {
     while (monkey.events() < events && monkey.wrong().isEmpty()) {
         alarm(HangSeconds);
         monkey.run(monkey.events() + 1);
-        if (!quiet && monkey.events() % 10000 == 0)
-            std::fprintf(stderr, "seed %llu: %lld events\n", seed, monkey.events());
     }
     alarm(0);
     if (!monkey.wrong().isEmpty()) {
-        for (const QString& sentence : monkey.wrong())
-            std::fprintf(stderr, "WRONG: %s\n", qPrintable(sentence));
+        std::fprintf(stderr, "WRONG: %s\n", qPrintable(monkey.wrong().join("\nWRONG: ")));
         sayHowToRepeat();
         std::_Exit(1);
     }
     running = nullptr;
-    if (!quiet)
-        std::printf("seed %llu: %lld events, outcome %s, %.0f events a second, %.1f MB in use\n",
-                    seed, monkey.events(), monkey.outcome().constData(),
-                    double(monkey.events()) * 1000 / double(qMax<qint64>(1, time.elapsed())),
-                    double(tessaly::monkey::Ledger::heapBytes()) / 1e6);
+    std::printf("seed %llu: %lld events, outcome %s, %.0f events a second, %.1f MB in use\n", seed,
+                monkey.events(), monkey.outcome().constData(),
+                double(monkey.events()) * 1000 / double(qMax<qint64>(1, time.elapsed())),
+                double(tessaly::monkey::Ledger::heapBytes()) / 1e6);
     std::fflush(stdout);
     return monkey.outcome();
 }
@@ -115,8 +111,8 @@ int main(int argc, char** argv) {
     const quint64 first = parser.value("seed").toULongLong();
     const qint64 events = parser.value("events").toLongLong();
     for (seed = first; seed < first + parser.value("seeds").toULongLong(); ++seed) {
-        const QByteArray outcome = play(events, false);
-        if (parser.isSet("twice") && play(events, true) != outcome) {
+        const QByteArray outcome = play(events);
+        if (parser.isSet("twice") && play(events) != outcome) {
             std::fprintf(stderr, "WRONG: seed %llu ends differently when repeated\n", seed);
             return 1;
         }

@@ -101,7 +101,6 @@ void Monkey::step() {
         inLoop_ = 0;
         world_.bench.files.operations.clear();
         world_.bench.prompts.shown.clear();
-        world_.bench.prompts.files.clear();
         world_.happenings = {};
     }
     settle();
@@ -156,6 +155,11 @@ QByteArray Monkey::outcome() const {
 // ---- what it does ------------------------------------------------------------------------------
 
 void Monkey::act(Dice& dice) {
+    using Action = bool (Monkey::*)(QWidget*, Dice&);
+    static const std::pair<int, Action> actions[] = {
+        {20, &Monkey::clickButton},  {22, &Monkey::workOnList}, {22, &Monkey::workOnField},
+        {12, &Monkey::pressSomeKey}, {6, &Monkey::switchPage},  {2, &Monkey::workOnMenu},
+        {4, &Monkey::pokeAnywhere},  {2, &Monkey::changeWindow}};
     const auto windows = openWindows();
     if (windows.isEmpty() || dice.oneIn(25)) {
         somethingElse(dice);
@@ -167,30 +171,14 @@ void Monkey::act(Dice& dice) {
         world_.bench.choose("mnuFileNew");
         return;
     }
-    actInWindow(window, dice);
-}
-
-void Monkey::actInWindow(QWidget* window, Dice& dice) {
-    using Action = bool (Monkey::*)(QWidget*, Dice&);
-    struct Weighed {
-        int weight;
-        Action action;
-    };
-    static const Weighed actions[] = {{20, &Monkey::clickButton}, {22, &Monkey::workOnList},
-                                      {22, &Monkey::workOnField}, {12, &Monkey::pressSomeKey},
-                                      {6, &Monkey::switchPage},   {2, &Monkey::workOnMenu},
-                                      {4, &Monkey::pokeAnywhere}, {2, &Monkey::changeWindow}};
-    int total = 0;
-    for (const Weighed& action : actions)
-        total += action.weight;
-    int drawn = dice.below(total);
-    for (const Weighed& action : actions) {
-        drawn -= action.weight;
-        if (drawn < 0) {
-            if (!(this->*action.action)(window, dice))
-                pressSomeKey(window, dice);
-            return;
-        }
+    int drawn = dice.below(90);  // what the weights come to
+    for (const auto& [weight, action] : actions) {
+        drawn -= weight;
+        if (drawn >= 0)
+            continue;
+        if (!(this->*action)(window, dice))
+            pressSomeKey(window, dice);
+        return;
     }
 }
 
@@ -352,20 +340,13 @@ bool Monkey::pressSomeKey(QWidget* window, Dice& dice) {
 bool Monkey::pokeAnywhere(QWidget* window, Dice& dice) {
     const QPoint at(dice.below(window->width()), dice.below(window->height()));
     note(QString("poke %1 at %2, %3").arg(nameOf(window)).arg(at.x()).arg(at.y()));
-    switch (dice.below(5)) {
-        case 0:
-            click(window, at, Qt::RightButton);
-            break;
-        case 1:
-            if (!qobject_cast<QMenu*>(window))  // the first click closes it
-                doubleClick(window, at);
-            break;
-        case 2:
-            moveTo(window, at);
-            break;
-        default:
-            click(window, at);
-    }
+    const int kind = dice.below(5);
+    if (kind == 1 && !qobject_cast<QMenu*>(window))  // the first click closes it
+        doubleClick(window, at);
+    else if (kind == 2)
+        moveTo(window, at);
+    else if (kind != 1)
+        click(window, at, kind == 0 ? Qt::RightButton : Qt::LeftButton);
     return true;
 }
 

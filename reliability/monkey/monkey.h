@@ -35,7 +35,6 @@ class Monkey : public QObject {
  private:
     void step();
     void act(Dice& dice);
-    void actInWindow(QWidget* window, Dice& dice);
     void note(const QString& name);
     void checkAfterEvent();
 

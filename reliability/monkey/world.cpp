@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "world.h"
 
-#include <QStandardPaths>
 #include <random>
 
 #include "app/create_card_page.h"
@@ -44,15 +43,11 @@ void World::makeFiles() {
     const auto write = [this](const QString& name, const QByteArray& bytes) {
         return bench.scratch.write(name, bytes);
     };
-    mp3s_ = {bench.scratch.path("src/first.mp3"),
-             bench.scratch.path("src/second.MP3"),
-             bench.scratch.path("src/hello.mp3"),
-             write("src/Tagged.mp3", tagged("Ein Lied", 900)),
-             write("src/empty.mp3", {}),
-             write(QString("src/Žlutý kůň.mp3"), "outside the code page"),
-             write("src/no music.txt", "text"),
-             bench.scratch.path("src/missing.mp3"),
-             bench.scratch.path("src")};
+    for (const char* name : {"first.mp3", "second.MP3", "hello.mp3", "missing.mp3", "."})
+        mp3s_.append(bench.scratch.path(QString("src/") + name));
+    mp3s_ += {write("src/Tagged.mp3", tagged("Ein Lied", 900)), write("src/empty.mp3", {}),
+              write(QString("src/Žlutý kůň.mp3"), "outside the code page"),
+              write("src/no music.txt", "text")};
     for (int i = 0; i < 5; ++i)
         write(QString("music/Evening/%1 Song.mp3").arg(i),
               tagged(i < 3 ? "Same Title" : QByteArray(), 50 * i));
@@ -80,7 +75,7 @@ void World::makeFiles() {
         write("playlists/empty.m3u", {}),
         bench.scratch.path("playlists/missing.m3u")};
 
-    projects_ = {bench.tourFile, bench.scratch.path("given/missing.crd2"), mp3s_[6]};
+    projects_ = {bench.tourFile, bench.scratch.path("given/missing.crd2"), mp3s_.last()};
     LocalFileSystem files;
     std::mt19937 random(6);
     for (int i = 0; i < 3; ++i) {
@@ -131,26 +126,29 @@ void World::setCardPresent(bool present) {
 }
 
 QString World::change() {
-    switch (dice->below(8)) {
-        case 0:
-            failOneIn_ = 5 + dice->below(60);
-            return QString("one in %1 file operations fails").arg(failOneIn_);
-        case 1:
-            setCardPresent(false);
-            return "the card is pulled";
-        case 2:
-            bench.drives.driveType = dice->oneIn(2) ? DriveType::Fixed : DriveType::Network;
-            return "the drive is not removable";
-        case 3:
-            bench.drives.volume.freeBytes = dice->below(20000);
-            return "the card has little room";
-        default:
-            failOneIn_ = 0;
-            setCardPresent(true);
-            bench.drives.driveType = DriveType::Removable;
-            bench.drives.volume.freeBytes = 64000000;
-            return "all is well outside";
+    const int kind = dice->below(8);
+    test::FakeDrives& drives = bench.drives;
+    if (kind == 0) {
+        failOneIn_ = 5 + dice->below(60);
+        return QString("one in %1 file operations fails").arg(failOneIn_);
     }
+    if (kind == 1) {
+        setCardPresent(false);
+        return "the card is pulled";
+    }
+    if (kind == 2) {
+        drives.driveType = dice->oneIn(2) ? DriveType::Fixed : DriveType::Network;
+        return "the drive is not removable";
+    }
+    if (kind == 3) {
+        drives.volume.freeBytes = dice->below(20000);
+        return "the card has little room";
+    }
+    failOneIn_ = 0;
+    setCardPresent(true);
+    drives.driveType = DriveType::Removable;
+    drives.volume.freeBytes = 64000000;
+    return "all is well outside";
 }
 
 void World::answer(const QString& what) {
@@ -188,25 +186,17 @@ QString World::pathFor(const QString& what) {
 }
 
 QString World::text() {
-    static const QStringList usual = {"A",       "B",       "C",       "01 A",   "Rock",
-                                      "Welcome", "English", "Deutsch", "Song A", "Late Show"};
-    static const QStringList odd = {"",
-                                    " ",
-                                    "    ",
-                                    "exactly sixteen.",
-                                    "this is more than sixteen",
-                                    "Žlutý kůň",
-                                    "日本語のうた",
-                                    "e\u0301a\u0308 combined",
-                                    QString::fromUcs4(U"\U0001F3B5 note"),
-                                    QString(QChar(0xD83C)),
-                                    QString("nul 0 tab \t bell \a").replace(u'0', QChar(0)),
-                                    "line\r\nbreak",
-                                    ContinuousMixName.toString(),
-                                    PlayFullListName.toString(),
-                                    "&ampersand && <b>bold</b>",
-                                    "C:\\Music\\a.mp3",
-                                    "\u200Fright\u202Eto left"};
+    static const QStringList usual =
+        QString("A,B,C,01 A,Rock,Welcome,English,Deutsch,Song A,Late Show").split(',');
+    static const QStringList odd =
+        QStringLiteral(
+            ", ,    ,exactly sixteen.,this is more than sixteen,Žlutý kůň,日本語のうた,"
+            "e\u0301a\u0308 combined,\U0001F3B5 note,nul \uFFFD tab \t bell \a,line\r\nbreak,"
+            "<Continuous Mix>,<Play Full List>,&ampersand && <b>bold</b>,C:\\Music\\a.mp3,"
+            "\u200Fright\u202Eto left,half \uE000")
+            .replace(QChar(0xFFFD), QChar(0))
+            .replace(QChar(0xE000), QChar(0xD83C))  // half a character
+            .split(',');
     if (!dice->oneIn(4))
         return dice->anyOf(usual);
     return dice->oneIn(40) ? QString(300 + dice->below(700), 'x') : dice->anyOf(odd);

@@ -58,6 +58,22 @@ QList<QWidget*> openWindows() {
     return windows;
 }
 
+QWidget* widgetCalled(QWidget* mainWindow, const QString& name) {
+    QList<QWidget*> windows = openWindows();
+    windows.append(mainWindow);
+    for (QWidget* window : windows) {
+        for (QWidget* widget : window->findChildren<QWidget*>()) {
+            const auto* button = qobject_cast<QAbstractButton*>(widget);
+            if (widget->objectName() == name ||
+                (button && frontBox() && button->text().remove('&') == name))
+                return widget;
+        }
+        if (window->objectName() == name)
+            return window;
+    }
+    return nullptr;
+}
+
 QString nameOf(const QWidget* widget) {
     const QWidget* named = widget;
     while (named && named->objectName().isEmpty())

@@ -29,6 +29,10 @@ QList<Widget*> reachable(const QWidget* window) {
     return found;
 }
 
+/// The widget of that name, or in a box also the button with that text: in the box in front, else
+/// in an open window. Null for none.
+QWidget* widgetCalled(QWidget* mainWindow, const QString& name);
+
 /// What a widget is called in the log.
 QString nameOf(const QWidget* widget);
 

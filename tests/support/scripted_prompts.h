@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include <gtest/gtest.h>
@@ -26,12 +27,8 @@ class ScriptedPrompts : public Prompts {
     QStringList inputs;   ///< to input boxes, in turn; null: cancelled
     QList<int> lines;     ///< to lists, in turn
 
-    QList<Shown> shown;        ///< everything that was told or asked
-    QList<FileRequest> files;  ///< file dialogs that were opened
-    QStringList offered;    ///< lines of the last list, the input box's prompt and text, or action
-    QStringList documents;  ///< files that were to be shown
-    bool hasViewer = true;
-    int beeps = 0;
+    QList<Shown> shown;   ///< everything that was told or asked
+    QStringList offered;  ///< lines of the last list
     std::function<void(const Shown&)> onShown = [](const Shown&) {};
     /// Called right before an answer is taken: the place to make one up.
     std::function<void(const QString& what)> onAsked = [](const QString&) {};
@@ -49,25 +46,20 @@ class ScriptedPrompts : public Prompts {
         note(question, true, defaultsToNo);
         return take(answers, question.text, false);
     }
-    bool offer(const Message& message, const QString& action) override {
+    bool offer(const Message& message, const QString&) override {
         note(message, true, true);
-        offered = {action};
         return take(answers, message.text, false);
     }
     QString openFile(const FileRequest& request) override {
-        files.append(request);
         return take(paths, "open " + request.filter, QString());
     }
     QString saveFile(const FileRequest& request) override {
-        files.append(request);
         return take(paths, "save " + request.filter, QString());
     }
-    QString pickFolder(const QString& caption, const QString& start) override {
-        offered = {caption, start};
+    QString pickFolder(const QString& caption, const QString&) override {
         return take(paths, caption, QString());
     }
-    QString pickDrive(const Drives&, const QString& current) override {
-        offered = {current};
+    QString pickDrive(const Drives&, const QString&) override {
         return take(paths, "drive", QString());
     }
     int pickLine(const QString& caption, const QStringList& choices) override {
@@ -75,15 +67,11 @@ class ScriptedPrompts : public Prompts {
         return take(lines, caption, -1);
     }
     QString inputText(const QString& prompt, const QString& initial, int limit) override {
-        offered = {prompt, initial};
         const QString typed = take(inputs, prompt, QString());
         return limit > 0 && typed != initial ? typed.left(limit) : typed;
     }
-    bool openDocument(const QString& file) override {
-        documents.append(file);
-        return hasViewer;
-    }
-    void beep() override { ++beeps; }
+    bool openDocument(const QString&) override { return true; }
+    void beep() override {}
 
  private:
     void note(const Message& message, bool isQuestion, bool defaultsToNo) {

@@ -44,9 +44,10 @@ class SessionPrompts : public QtPrompts {
 ///
 /// A text begins with "# " and why the session is there. Each following line is a gesture; lines
 /// that begin with four blanks are what came of the gesture before them. The gestures are in
-/// session.cpp; what has to do with boxes and runs of a card is done as it comes: gestures behind
-/// one that opens a box are made in that box until it closes, and those behind "when OPERATION", a
-/// gesture later, are made while that file operation of a run is under way, up to "go on".
+/// session_gestures.cpp and session_world.cpp; what has to do with boxes and runs of a card is done
+/// as it comes: gestures behind one that opens a box are made in that box until it closes, and
+/// those behind "when OPERATION", a gesture later, are made while that file operation of a run is
+/// under way, up to "go on".
 ///
 /// "~" is the scratch folder and "{samples}" that of the samples, in both directions. What differs
 /// from machine to machine is written as {version}, {time}, {number}.

@@ -6,7 +6,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTabWidget>
@@ -81,29 +80,6 @@ struct WindowBench : CardBench {
             if (tabs->tabText(i) == caption)
                 tabs->setCurrentIndex(i);
     }
-    void type(const QString& field, const QString& text) const {
-        auto* edit = find<QLineEdit>(field);
-        edit->clear();
-        typeKeys(edit, text);
-    }
-    void add(const QString& field, const QString& text, const QString& button) const {
-        type(field, text);
-        click(button);
-    }
-    void browse(const QString& button, const QString& path) {
-        prompts.paths = {path};
-        click(button);
-    }
-    void answer(const QString& button, const QString& text) {
-        prompts.inputs = {text};
-        click(button);
-    }
-    void select(const QString& list, const QString& line) const {
-        auto* view = find<QAbstractItemView>(list);
-        const qsizetype row = items(list).indexOf(line);
-        ASSERT_GE(row, 0) << line.toStdString();
-        view->setCurrentIndex(view->model()->index(int(row), 0));
-    }
     /// The row that is selected in a list, -1 for none.
     int selectedRow(const QString& list) const {
         const auto rows = find<QAbstractItemView>(list)->selectionModel()->selectedRows();
@@ -132,14 +108,6 @@ struct WindowBench : CardBench {
             window->hide();
     }
 
-    /// Types any characters, also those that QTest knows no key for.
-    static void typeKeys(QWidget* widget, const QString& text) {
-        for (const QChar c : text) {
-            QKeyEvent press(QEvent::KeyPress, Qt::Key_unknown, Qt::NoModifier, QString(c));
-            QApplication::sendEvent(widget, &press);
-        }
-    }
-
     /// Opens a file through the menu.
     void open(const QString& path) {
         prompts.paths.append(path);
@@ -149,16 +117,6 @@ struct WindowBench : CardBench {
     int recoveryCopies() const {
         return int(QDir(scratch.path("user/recovery")).entryList({"*.recovery"}).size());
     }
-};
-
-/// The same with the window before you.
-struct StartedBench : WindowBench {
-    StartedBench() { EXPECT_TRUE(start()); }
-};
-
-/// The same with the project open.
-struct OpenedBench : StartedBench {
-    OpenedBench() { open(tourFile); }
 };
 
 }  // namespace tessaly::test

@@ -12,7 +12,6 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QPainter>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QStatusBar>
@@ -275,50 +274,6 @@ QStringList WindowText::ofBox(QWidget* box) {
                 (message->textFormat() == Qt::PlainText ? "" : " with markup") +
                 (box->parentWidget() ? " before " + nameOf(box->parentWidget()) : " of nobody"),
             "  " + quoted(message->text()), "  " + buttons.join(' ')};
-}
-
-QStringList WindowText::picture(QWidget* widget, int side) {
-    const QSize before = widget->size();
-    widget->resize(side, side);
-    QImage image(side, side, QImage::Format_RGB32);
-    image.fill(Qt::gray);
-    widget->render(&image, {}, {}, QWidget::DrawChildren);
-    widget->resize(before);
-    const QList<std::pair<QRgb, char>> inks = {
-        {0xFFFFFFFF, 'W'}, {0xFF000000, '#'}, {0xFF00FF00, 'g'},         {0xFFFF0000, 'r'},
-        {0xFFFFFF00, 'y'}, {0xFFC0C0C0, '-'}, {qRgb(160, 160, 164), ' '}};
-    QStringList lines;
-    for (int y = 0; y < side; ++y) {
-        QString line;
-        for (int x = 0; x < side; ++x) {
-            const QRgb pixel = image.pixel(x, y);
-            const auto distance = [&](QRgb ink) {
-                return std::abs(qRed(ink) - qRed(pixel)) + std::abs(qGreen(ink) - qGreen(pixel)) +
-                       std::abs(qBlue(ink) - qBlue(pixel));
-            };
-            line += QChar(std::min_element(inks.begin(), inks.end(), [&](auto& a, auto& b) {
-                              return distance(a.first) < distance(b.first);
-                          })->second);
-        }
-        lines.append('|' + line + '|');
-    }
-    return lines;
-}
-
-QWidget* widgetCalled(QWidget* mainWindow, const QString& name) {
-    QList<QWidget*> windows = openWindows();
-    windows.append(mainWindow);
-    for (QWidget* window : windows) {
-        for (QWidget* widget : window->findChildren<QWidget*>()) {
-            const auto* button = qobject_cast<QAbstractButton*>(widget);
-            if (widget->objectName() == name ||
-                (button && frontBox() && withoutMnemonic(button->text()) == name))
-                return widget;
-        }
-        if (window->objectName() == name)
-            return window;
-    }
-    return nullptr;
 }
 
 }  // namespace tessaly::test

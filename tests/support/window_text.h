@@ -24,19 +24,11 @@ class WindowText {
     /// A box as it comes: its text and buttons, or its controls. The default button has a star.
     static QStringList ofBox(QWidget* box);
 
-    /// How a control is painted in a square of so many pixels: a letter for the nearest of
-    /// some colours.
-    static QStringList picture(QWidget* widget, int side);
-
  private:
     QStringList newsOf(QWidget* window, bool isSilent);
 
     QWidget* window_;
     QMap<QString, QString> known_;
 };
-
-/// The widget of that name, or in a box also the button with that text: in the box in front, else
-/// in an open window. Null for none.
-QWidget* widgetCalled(QWidget* mainWindow, const QString& name);
 
 }  // namespace tessaly::test
