@@ -9,6 +9,7 @@
 #include "model/project.h"
 #include "platform/drives.h"
 #include "platform/file_system.h"
+#include "support/support_folders.h"
 
 // The files of a card: what they are called, where they come from, how large they are and what room
 // they take.
@@ -16,10 +17,10 @@
 /// The names of a card's files, all in its root folder.
 namespace tessaly::card_name {
 
+using maker_file::Calibration;
+using maker_file::Firmware;
+using maker_file::FixedConfiguration;
 inline const QString Settings = QStringLiteral("0000.xd3");
-inline const QString Firmware = QStringLiteral("0000.hex");
-inline const QString Calibration = QStringLiteral("9998.mp3");
-inline const QString FixedConfiguration = QStringLiteral("0007.cfg");
 inline const QString Chime = QStringLiteral("9999.mp3");
 inline const QString Project = QStringLiteral("0000.crd2");
 

@@ -4,7 +4,6 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
-#include "card/card_files.h"
 #include "platform/paths.h"
 
 namespace tessaly {
@@ -48,15 +47,15 @@ SupportFolders foldersOfProgram(const QString& programFolder, const QString& own
 }
 
 QString SupportFolders::firmwareFile() const {
-    return ownOr(ownFolder, Firmware, pathIn(firmwareFolder, card_name::Firmware));
+    return ownOr(ownFolder, Firmware, pathIn(firmwareFolder, maker_file::Firmware));
 }
 
 QString SupportFolders::calibrationFile() const {
-    return ownOr(ownFolder, Files, pathIn(filesFolder, card_name::Calibration));
+    return ownOr(ownFolder, Files, pathIn(filesFolder, maker_file::Calibration));
 }
 
 QString SupportFolders::fixedConfigurationFile() const {
-    return ownOr(ownFolder, Files, pathIn(filesFolder, card_name::FixedConfiguration));
+    return ownOr(ownFolder, Files, pathIn(filesFolder, maker_file::FixedConfiguration));
 }
 
 QStringList SupportFolders::makersFiles() const {

@@ -7,12 +7,19 @@
 
 namespace tessaly {
 
+/// What the maker's files are called, here and on a card.
+namespace maker_file {
+inline const QString Firmware = QStringLiteral("0000.hex");
+inline const QString Calibration = QStringLiteral("9998.mp3");
+inline const QString FixedConfiguration = QStringLiteral("0007.cfg");
+}  // namespace maker_file
+
 /// Where the program finds what it needs. Paths have the platform's separators and none at the
 /// end. A file is looked for anew at every call: the user's own comes before the program's.
 struct SupportFolders {
     QString appFolder;       ///< where the program stands
-    QString filesFolder;     ///< "9998.mp3" and "0007.cfg"
-    QString firmwareFolder;  ///< "0000.hex"
+    QString filesFolder;     ///< calibration sound and fixed configuration
+    QString firmwareFolder;  ///< the firmware
     QString chimesFolder;
     QString manualFile;  ///< the manual as HTML
     QString ownFolder =

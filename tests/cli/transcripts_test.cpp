@@ -1,22 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Transcripts of the command line, a test for each file of transcripts/. A file says first why it
-// is there. Then come steps: a command for the shell behind "$ ", its standard output, its standard
-// error behind "! ", and its exit code in brackets unless that is 0. Each starts in a new folder
-// with the sample tour in `tour` and an empty `card`. With TESSALY_UPDATE_TRANSCRIPTS in the
-// environment the files are written anew, for a person to read the difference.
+// Transcripts of the command line. Behind its title a file has steps: a command for the shell
+// behind
+// "$ ", its standard output, its standard error behind "! ", and its exit code in brackets unless
+// that is 0. Each starts in a new folder with the sample tour in `tour` and an empty `card`.
 #include <QDir>
 #include <QProcess>
 #include <QRegularExpression>
 
 #include "support/scratch_folder.h"
+#include "support/text_tests.h"
 
 namespace tessaly {
 
 using namespace test;
 
 namespace {
-
-const QString Folder = QStringLiteral(TESSALY_TRANSCRIPTS);
 
 // What differs from machine to machine and from run to run.
 QString withPlaceholders(QString text, const QString& here) {
@@ -35,41 +33,24 @@ QString withPlaceholders(QString text, const QString& here) {
     return text;
 }
 
-class Transcript : public testing::Test {
+class Transcript {
  public:
-    explicit Transcript(const QString& file) : file_(file) {}
+    ~Transcript() { QProcess::execute("rm", {"-rf", here_}); }  // names of any bytes
 
-    void TearDown() override { QProcess::execute("rm", {"-rf", here_}); }  // names of any bytes
-
-    void TestBody() override {
+    QString play(const QString& text) const {
         QDir(here_).mkpath(QStringLiteral("card"));
-        ASSERT_EQ(QProcess::execute("cp", {"-r", TESSALY_SAMPLES "/tour", here_}), 0);
-        QFile file(file_);
-        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-        const QString expected = QString::fromUtf8(file.readAll());
-        QString actual;
+        EXPECT_EQ(QProcess::execute("cp", {"-r", TESSALY_SAMPLES "/tour", here_}), 0);
+        QString played;
         bool isTitle = true;
-        for (const QString& line : expected.split('\n')) {
+        for (const QString& line : text.split('\n')) {
             const bool isStep = line.startsWith(u"$ ");
             if (isTitle && !isStep)
-                actual += line + '\n';
+                played += line + '\n';
             isTitle = isTitle && !isStep;
             if (isStep)
-                actual += line + '\n' + outcomeOf(line.mid(2));
+                played += line + '\n' + outcomeOf(line.mid(2));
         }
-        if (actual == expected)
-            return;
-        if (qEnvironmentVariableIsSet("TESSALY_UPDATE_TRANSCRIPTS")) {
-            file.close();
-            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-            file.write(actual.toUtf8());
-            return;
-        }
-        const QString written = scratch_.write(QStringLiteral("actual"), actual.toUtf8());
-        QProcess diff;
-        diff.start("diff", {"-u", file_, written});
-        diff.waitForFinished();
-        ADD_FAILURE() << diff.readAllStandardOutput().toStdString();
+        return played;
     }
 
  private:
@@ -98,18 +79,14 @@ class Transcript : public testing::Test {
         return withPlaceholders(outcome, here_);
     }
 
-    const QString file_;
     const ScratchFolder scratch_;
     // As long as any other: a project file holds paths, so that their length shows in its size.
     const QString here_ = (scratch_.path() + '/').leftJustified(120, 'x');
 };
 
-const bool areRegistered = [] {
-    for (const QFileInfo& file : QDir(Folder).entryInfoList({QStringLiteral("*.txt")}))
-        testing::RegisterTest("Transcripts", qPrintable(file.completeBaseName()), nullptr, nullptr,
-                              __FILE__, __LINE__, [path = file.filePath()]() -> testing::Test* {
-                                  return new Transcript(path);
-                              });
+const bool areAdded = [] {
+    addTextTests("Transcripts", TESSALY_TRANSCRIPTS,
+                 [](const QString& text) { return Transcript().play(text); });
     return true;
 }();
 
