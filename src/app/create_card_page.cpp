@@ -5,7 +5,6 @@
 #include <QListWidget>
 #include <QTimer>
 
-#include "app/run_view.h"
 #include "app/small_widgets.h"
 #include "card/card_guards.h"
 #include "card/firmware.h"

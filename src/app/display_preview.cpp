@@ -3,7 +3,6 @@
 #include <QPainter>
 #include <algorithm>
 
-#include "app/dot_font.h"
 #include "model/display_text.h"
 #include "model/text_codec.h"
 

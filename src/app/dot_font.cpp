@@ -1,4 +1,4 @@
-#include "app/dot_font.h"
+#include "app/display_preview.h"
 
 #include <string_view>
 

@@ -9,9 +9,8 @@
 
 #include "app/main_window.h"
 #include "app/qt_prompts.h"
-#include "platform/paths.h"
 #include "platform/local_file_system.h"
-#include "platform/system_folders.h"
+#include "platform/paths.h"
 
 namespace tessaly {
 

@@ -1,4 +1,4 @@
-#include "app/run_view.h"
+#include "app/create_card_page.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>

@@ -158,7 +158,7 @@ void LimitedLineEdit::mouseReleaseEvent(QMouseEvent* event) {
 void LimitedLineEdit::contextMenuEvent(QContextMenuEvent* event) {
     const std::unique_ptr<QMenu> menu(createStandardContextMenu());
     for (QAction* action : menu->actions()) {
-        if (action->objectName() != "edit-paste")
+        if (!action->text().startsWith(QLineEdit::tr("&Paste")))
             continue;
         action->disconnect();
         connect(action, &QAction::triggered, this, &LimitedLineEdit::pasteLimited);

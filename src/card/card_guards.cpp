@@ -10,7 +10,6 @@
 #include "model/text_codec.h"
 #include "platform/error.h"
 #include "platform/paths.h"
-#include "platform/system_folders.h"
 
 namespace tessaly {
 

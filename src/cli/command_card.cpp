@@ -10,7 +10,6 @@
 #include "card/firmware.h"
 #include "cli/commands.h"
 #include "cli/console.h"
-#include "cli/folder_drives.h"
 #include "cli/run_display.h"
 #include "model/numbers.h"
 #include "platform/error.h"

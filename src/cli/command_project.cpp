@@ -8,7 +8,6 @@
 #include "card/firmware.h"
 #include "cli/commands.h"
 #include "cli/console.h"
-#include "cli/folder_drives.h"
 #include "image/config_image.h"
 #include "image/image_limits.h"
 #include "image/intel_hex.h"

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <QDir>
 #include <QString>
 #include <optional>
 
 #include "card/card_checks.h"
 #include "model/project.h"
+#include "platform/drives.h"
+#include "platform/error.h"
 #include "platform/file_system.h"
 #include "support/support_folders.h"
 
@@ -72,5 +75,27 @@ CardChecks checksOf(const Project& project, const QString& root, const FileSyste
 
 /// A result's text and what it is about, the first `most` by name.
 QString inOneLine(const CheckResult& result, qsizetype most);
+
+/// The machine's drives for commands that are given a card's folder by name: any folder has a size,
+/// that of the volume it stands on. A folder that does not exist is a drive without a medium.
+class FolderDrives : public LocalDrives {
+ public:
+    qint64 totalBytes(const QString& root) const override {
+        if (!QDir(root).exists())
+            throw TessalyError(
+                error_number::DriveNotReady,
+                QDir::toNativeSeparators(root) + QStringLiteral(": there is no such folder"));
+        return geometry(root).totalBytes;
+    }
+};
+
+/// Whether `folder` is the root of a removable drive.
+inline bool isRemovableRoot(const Drives& drives, const QString& folder) {
+    try {
+        return drives.type(folder) == DriveType::Removable;
+    } catch (const TessalyError&) {
+        return false;
+    }
+}
 
 }  // namespace tessaly::cli

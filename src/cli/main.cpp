@@ -8,7 +8,6 @@
 #include "cli/console.h"
 #include "platform/paths.h"
 #include "platform/process.h"
-#include "platform/system_folders.h"
 
 namespace tessaly::cli {
 

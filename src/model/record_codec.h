@@ -5,7 +5,7 @@
 #include <QList>
 #include <QString>
 
-#include "model/track_record.h"
+#include "model/project.h"
 
 // The bytes of records in a project file (.crd2): no header, one record after another. A record is
 // its eight fields in order with nothing between them. Numbers are little-endian.

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 namespace tessaly {
 
@@ -34,5 +35,17 @@ QByteArray toNativePath(const QString& path);
 /// The text of a name that Linux reports. A name that is no UTF-8 keeps each of its bytes above
 /// 0x7F as the lone low surrogate U+DC00 + byte, so that toNativePath() finds the file again.
 QString fromNativePath(const QByteArray& name);
+
+/// Folders of the operating system, such as /usr. None of them, no folder inside one and no folder
+/// that contains one may be erased as a card.
+QStringList systemFolders();
+
+/// Folders that hold people's files, such as /home and the desktop. None of them and no folder that
+/// contains one may be erased as a card; a folder inside one may.
+QStringList personalFolders();
+
+/// The folder for what the program keeps for its user: recovery copies, the user's own support
+/// files. It need not exist.
+QString userFolder();
 
 }  // namespace tessaly

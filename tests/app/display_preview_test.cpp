@@ -5,7 +5,6 @@
 #include <QImage>
 #include <map>
 
-#include "app/dot_font.h"
 #include "model/text_codec.h"
 #include "support/scratch_folder.h"
 

@@ -2,7 +2,7 @@
 // are built in a scratch folder; `make targets` does it with real mounts and a real "/".
 #include <QProcess>
 
-#include "platform/system_folders.h"
+#include "platform/paths.h"
 #include "support/window_bench.h"
 
 namespace tessaly {

@@ -2,7 +2,7 @@
 
 #include <QFile>
 
-#include "platform/system_folders.h"
+#include "platform/paths.h"
 #include "support/card_bench.h"
 #include "support/file_questions.h"
 
