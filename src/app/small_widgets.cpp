@@ -26,6 +26,7 @@ namespace tessaly {
 
 QFont fixedFont(const QFont& font) {
     QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    fixed.setStyleHint(QFont::TypeWriter);
     fixed.setPointSize(font.pointSize());
     return fixed;
 }

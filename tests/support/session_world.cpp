@@ -108,7 +108,7 @@ void Session::addWorld() {
         const DriveType before = bench.drives.driveType;
         verbs["drive"](fields[2]);
         bench.drives.list.append(
-            {fields[0], fields[1], std::exchange(bench.drives.driveType, before), "vfat",
+            {fields[0], fields[1], std::exchange(bench.drives.driveType, before),
              fields[3].toLongLong(), fields[4].toLongLong(), fields[3] != "0"});
     };
     // What no hands at this window make, but files hold.
