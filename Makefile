@@ -121,7 +121,7 @@ windows-packages:
 lint: dependencies
 	@clang-format --dry-run -Werror $(SOURCES)
 	@tools/install-dependencies.sh shellcheck
-	@shellcheck $(SCRIPTS)
+	@shellcheck -x -P SCRIPTDIR --severity=warning $(SCRIPTS)
 
 # What clang-tidy says of the sources that changed: make tidy ALL=all looks at every one.
 tidy: build

@@ -133,7 +133,8 @@ kind=memory
 insert
 $cli create "$work/tour.crd2" --card "$card" --yes >/dev/null 2>&1
 named=0
-for name in $(ls "$card"); do
+for path in "$card"/*; do
+  name=${path##*/}
   : >"$work/err" # now, so that the card that is there is older
   timeout 60 strace -f -qq -o /dev/null -e trace=syncfs -e inject=syncfs:delay_enter=400000 \
     "$cli" create "$work/tour.crd2" --card "$card" --yes >/dev/null 2>"$work/err" &
