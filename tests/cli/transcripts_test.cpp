@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Transcripts of the command line. Behind its title a file has steps: a command for the shell
-// behind
-// "$ ", its standard output, its standard error behind "! ", and its exit code in brackets unless
-// that is 0. Each starts in a new folder with the sample tour in `tour` and an empty `card`.
+// Transcripts of the command line. Behind its title, "# " and what it is about, a file has steps: a
+// command for the shell behind "$ ", its standard output, its standard error behind "! ", and its
+// exit code in brackets unless that is 0. Each starts in a new folder with the sample tour in
+// `tour` and an empty `card`.
 #include <QDir>
 #include <QProcess>
 #include <QRegularExpression>

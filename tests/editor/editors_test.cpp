@@ -1,9 +1,12 @@
-// The session on the speech page has the sixteen languages, moves and files.
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What neither the sessions at the window nor the random steps of editor_model_test.cpp reach.
 #include "editor/speech_editor.h"
 
 #include <functional>
 
 #include "editor/file_display.h"
+#include "editor/music_editor.h"
+#include "model/music_lists.h"
 #include "platform/local_file_system.h"
 #include "support/fake_tags.h"
 #include "support/projects.h"
@@ -67,18 +70,6 @@ TEST(SpeechEditor, LanguagesLeaveTriggersAlone) {
     EXPECT_EQ(project.PowerUpRecord, before.PowerUpRecord);
 }
 
-TEST(SpeechEditor, ButtonsFollowTheSelectionAndTheEntries) {
-    using Controls = EditorControls;
-    Project project;
-    EXPECT_EQ(speechControls(project, {}, "", ""), Controls{});
-    EXPECT_EQ(speechControls(project, {0, -1}, "x", "x"),
-              (Controls{{true, true}, {true, false}, false}));
-    EXPECT_EQ(speechControls(project, {-1, 0}, "", ""), (Controls{{}, {false, true}, false}));
-    project.lstLangs = QStringList(16, "x");
-    EXPECT_EQ(speechControls(project, {0, 0}, "", "x"),
-              (Controls{{false, true}, {false, true}, true}));
-}
-
 // Each by itself, also one that has nothing to do.
 TEST(SpeechEditor, EveryEditMarksTheProject) {
     for (const int row : {-1, 0})
@@ -106,23 +97,59 @@ TEST(SpeechEditor, EveryEditMarksTheProject) {
         }
 }
 
-TEST(Displays, ShowTheFileBehindTheSelection) {
-    const ScratchFolder scratch;
+// As a folder import makes them.
+TEST(MusicEditor, AFileIsChosenForAllRecordsOfOneName) {
+    Project project;
+    addTrack(project, "Rock", "a", "1");
+    addTrack(project, "Rock", "a", "2");
+    EXPECT_TRUE(chooseMusicFile(project, {0, 0}, "/m/x").isDone);
+    for (const TrackRecord& record : project.TrackTable.mid(1))
+        EXPECT_EQ(record.sourcePath.text(), QDir::toNativeSeparators("/m/x"));
+}
+
+TEST(MusicEditor, ANamelessListOfAFileCanBeRenamed) {
+    Project project;
+    addTrack(project, "Rock", "a", "1");
+    addTrack(project, "", "b", "2");
+    addTrack(project, "Gone", "c", "3");
+    deleteMusicList(project, 2);
+    addTrack(project, "", "b", "2");
+    EXPECT_EQ(renameMusicList(project, 1, "Folk").name, "Folk");
+    EXPECT_EQ(tracksOfMusicList(project, "Folk").value(0), "b");
+    addNewMusicList(project, "New");
+    EXPECT_TRUE(tracksOfMusicList(project, "New").isEmpty());
+
+    addTrack(project, "", "b", "2");
+    deleteMusicList(project, 3);
+    addNewMusicList(project, "Next");
+    EXPECT_TRUE(tracksOfMusicList(project, "Next").isEmpty());
+}
+
+// Also a deleted one counts; the last record of the table has no partner and stays.
+TEST(MusicEditor, MovingATrackSwapsTheFirstRecordOfItsNameAndFile) {
+    for (const bool isSameFile : {true, false}) {
+        Project project;
+        addTrack(project, "A", "a", isSameFile ? "1" : "other");
+        project.TrackTable.last().kind = kind::Empty;
+        addTrack(project, "A", "b", "2");
+        addTrack(project, "A", "a", "1");
+        auto expected = project.TrackTable;
+        if (isSameFile)
+            expected.swapItemsAt(1, 2);
+        EXPECT_EQ(moveMusicTrack(project, {0, 0}, Direction::Down).isDone, isSameFile);
+        EXPECT_EQ(project.TrackTable, expected);
+        EXPECT_EQ(project.lstMuTrack[0].first(), isSameFile ? "b" : "a");
+    }
+}
+
+TEST(Displays, EachTagIsThatOfTheFirstBlockThatHasIt) {
     FakeTags tags;
     tags.blocks["a.mp3"] = {.first = {.title = "New", .artist = "", .album = "Both"},
                             .second = {.title = "Old", .artist = "Singer", .album = "Other"}};
-    const LocalFileSystem files;
-    const QString path = scratch.write("a.mp3", QByteArray(1'250'000, 'x'));
     Project project;
-    addTrack(project, "Rock", "a", path);
-    addTrack(project, "Rock", "gone", scratch.path("b.mp3"));
-    addSpeech(project, "Welcome", "English", path);
-    const FileDisplay music = musicDisplay(project, {0, 0}, files, tags);
-    EXPECT_EQ(music.path, path);
-    EXPECT_EQ(music.size, "1.3 MB");
-    EXPECT_EQ(music.tags, (TagBlock{"New", "Singer", "Both"}));
-    EXPECT_EQ(speechDisplay(project, {0, 0}, files).size, "1.3 MB");
-    EXPECT_EQ(musicDisplay(project, {0, 1}, files, tags).size, "0.0 MB");
+    addTrack(project, "Rock", "a", "a.mp3");
+    const LocalFileSystem files;
+    EXPECT_EQ(musicDisplay(project, {0, 0}, files, tags).tags, (TagBlock{"New", "Singer", "Both"}));
     for (const MusicSelection none : {MusicSelection{0, -1}, {-1, 0}, {0, 2}})
         EXPECT_EQ(musicDisplay(project, none, files, tags).path, "");
 }
