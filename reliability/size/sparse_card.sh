@@ -18,8 +18,8 @@ fi
 for number in $(seq "$gib"); do
   truncate -s 1G "tour/Music/Silence/$number.mp3"
   case $number in 1 | "$gib")
-    "$cli" import tour -o silence.crd2 >/dev/null
-    /usr/bin/time -f %M -o "peak-$number" "$cli" create silence.crd2 --card card --yes
+    "$cli" import tour -o silence.crd2 >out 2>&1
+    /usr/bin/time -f %M -o "peak-$number" "$cli" create silence.crd2 --card card --yes >out 2>&1
   esac
 done
 difference=$(($(tail -1 "peak-$gib") - $(tail -1 peak-1)))

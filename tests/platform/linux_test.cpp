@@ -34,7 +34,7 @@ TEST(LinuxFiles, AFileOfAnyNameIsReplaced) {
     const QString roundabout = scratch.path("x/..") + odd.mid(scratch.path().size());
     EXPECT_EQ(files.canonicalPath(roundabout), "");
     scratch.makeFolder("x");
-    EXPECT_EQ(files.canonicalPath(roundabout), odd);
+    EXPECT_EQ(toNativePath(files.canonicalPath(roundabout)), toNativePath(odd));
     files.removeFile(odd);
     const QString nowhere = pathIn(scratch.path(), fromNativePath("\xE4/x"));
     EXPECT_EQ(errorOf([&] { files.replaceFile(nowhere, "x"); }).number, ENOENT);
