@@ -45,17 +45,18 @@ through=()
 cli() { timeout -k 1 60 "${through[@]}" build/tessaly-cli "$@"; }
 create() { cli create "$work/$project.crd2" --card "$card" --yes "$@"; }
 
-# Runs a command on an empty card, or on a full one, and pulls that at a random moment.
-pulled_rounds() { # CARD COMMAND...
-  local before=$1 start code ended pulled=0 round
-  shift
+# Runs a command on an empty card, or on a full one, and pulls that at a random moment of
+# the milliseconds that it takes undisturbed on a fast machine.
+pulled_rounds() { # MILLISECONDS CARD COMMAND...
+  local span=$1 before=$2 start code ended pulled=0 round
+  shift 2
   for round in $(seq "$rounds"); do
     scene="$kind, $*, round $round"
     checks=$((checks + 1))
     insert "$card" || fail "it does not mount"
     [ "$before" = empty ] || create --no-verify >"$work/out" 2>&1 || fail "undisturbed"
     "$@" >"$work/out" 2>"$work/err" &
-    sleep "0.$(printf '%03d' $((RANDOM % 250)))"
+    sleep "0.$(printf '%03d' $((RANDOM % span)))"
     pull "$card"
     start=$(milliseconds)
     code=0
@@ -86,9 +87,9 @@ cli import samples/tour --output "$work/tour.crd2" >/dev/null 2>&1
 
 export kind=memory
 project=long
-pulled_rounds empty create
-pulled_rounds empty create --no-verify
-pulled_rounds full cli verify "$card"
+pulled_rounds 200 empty create
+pulled_rounds 200 empty create --no-verify
+pulled_rounds 60 full cli verify "$card"
 STEP=1 "${window[@]}" || fail "the window"
 
 # A bad card under the command line: the flush is held up until a byte has changed.
@@ -118,8 +119,8 @@ take_away "$card"
 export kind=fuse
 if [ -w /dev/fuse ] && command -v fusefat >/dev/null; then
   rounds=$((rounds / 3))
-  pulled_rounds empty create
-  pulled_rounds full cli verify "$card"
+  pulled_rounds 60 empty create
+  pulled_rounds 30 full cli verify "$card"
   STEP=5 "${window[@]}" || fail "the window"
 else
   echo "There is no FUSE here: the killed driver is left out."
