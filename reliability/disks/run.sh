@@ -37,11 +37,19 @@ firmware() { card_run firmware "$disk/card"; }
 import() { "${through[@]}" "$cli" import "$work/tour" -o "$disk/p.crd2"; }
 # Files may hold $1 KiB. Messages go through pipes, which have no such limit.
 limited() { (ulimit -f "$1"; shift; "$@" 2>&1 >/dev/null) | cat >&2; }
-# The volume turns read-only behind the file $at.mp3 of a run that takes its time.
+# The work folder has $1 pages.
+small_work_folder() {
+  local end=0
+  mount -t tmpfs -o "nr_blocks=$1" tmpfs "$work/tmp"
+  TMPDIR=$work/tmp "${@:2}" || end=$?
+  umount "$work/tmp"
+  return "$end"
+}
+# The volume turns read-only behind the file $1.mp3 of a run that takes its time.
 while_it_turns_read_only() {
   local end=0
-  until [ -e "$disk/card/$at.mp3" ] && mount -o remount,ro "$disk" 2>/dev/null; do :; done &
-  strace -qq -o /dev/null -e trace=openat -e inject=openat:delay_enter=3000 "$@" || end=$?
+  until [ -e "$disk/card/$1.mp3" ] && mount -o remount,ro "$disk" 2>/dev/null; do :; done &
+  strace -qq -o /dev/null -e trace=openat -e inject=openat:delay_enter=3000 "${@:2}" || end=$?
   kill $! 2>/dev/null || true
   wait
   return "$end"
@@ -195,70 +203,54 @@ room() {
   stat -c %s "$@" | awk -v block="$block" '{ sum += int(($1 + block - 1) / block) } END { print sum + 0 }'
 }
 
+# An attempt for each of the sizes, which stand for @.
+each() { # SIZES SCENE VOLUME BEFORE FREE COMMAND
+  local size sizes=$1
+  shift
+  for size in $sizes; do
+    [ -z "$limiter" ] || through=("$limiter" "$size")
+    attempt "${@//@/$size}"
+  done
+  through=() limiter=""
+}
+limiter=""
+
 least=$(room 4096 "$work/old.crd2")
 most=$((2 * least + $(room 4096 "$work/new.crd2") + 2))
-for size in $(seq "$least" "$most"); do
-  attempt "save onto $size pages" "tmpfs size=$((size * 4096))" project "" import
-done
-for size in 2 3 4 5 6; do
-  attempt "save with $size inodes" "tmpfs size=1m,nr_inodes=$size" project "" import
-done
-for size in $(seq 0 14); do
-  attempt "save with $size blocks of ext4" "ext4 400 1024" project "$size" import
-done
-for size in $(seq 0 8); do
-  through=(limited "$size")
-  attempt "save with files of at most $size KiB" "tmpfs size=1m" project "" import
-done
-through=()
+each "$(seq "$least" "$most")" "save onto @ pages" "tmpfs nr_blocks=@" project "" import
+each "$(seq 2 6)" "save with @ inodes" "tmpfs size=1m,nr_inodes=@" project "" import
+each "$(seq 0 14)" "save with @ blocks of ext4" "ext4 400 1024" project @ import
+limiter=limited
+each "$(seq 0 8)" "save with files of at most @ KiB" "tmpfs size=1m" project "" import
 summary "saves with little room"
 each_fault project 1 import write:ENOSPC write:EDQUOT write:EIO fsync:EIO fsync:EDQUOT rename:EROFS
 
 need=$(room 4096 "$work/card-done"/*)
 for before in none old; do
   held=$(room 4096 "$work/card-$before"/* /dev/null)
-  for size in 0 $((need / 2)) $(seq $((need - 12)) $((need + 3))); do
-    attempt "card of $need pages, $size free, before: $before" "tmpfs size=8m" "$before" \
-      $((size - held)) create
-  done
+  each "0 $((need / 2)) $(seq -s ' ' $((need - 12)) $((need + 3)))" \
+    "card of $need pages, @ free, before: $before" "tmpfs size=8m" "$before" "@ - $held" create
 done
 files=$(find "$work/card-done" -type f | wc -l)
-for size in $(seq 0 $((files + 1))); do
-  attempt "card with $size files to spare" "tmpfs size=8m,nr_inodes=$((size + 2))" none "" create
-done
+each "$(seq 2 $((files + 3)))" "card with @ inodes" "tmpfs size=8m,nr_inodes=@" none "" create
 need=$(room 1024 "$work/card-done"/*)
-for size in $(seq $((need - 20)) $((need + 20))); do
-  attempt "card with $size of $need blocks on ext4" "ext4 8192 1024" none "$size" create
-done
+each "$(seq $((need - 20)) $((need + 20)))" "card with @ of $need blocks on ext4" "ext4 8192 1024" \
+  none @ create
 summary "cards with little room"
-for size in $(seq 0 20); do
-  attempt "settings with $size pages free" "tmpfs size=8m" new "$size" update
-done
+each "$(seq 0 20)" "settings with @ pages free" "tmpfs size=8m" new @ update
 summary "settings with little room"
-for size in $(seq 0 6); do
-  attempt "firmware with $size pages free" "tmpfs size=8m" new "$size" firmware
-done
+each "$(seq 0 6)" "firmware with @ pages free" "tmpfs size=8m" new @ firmware
 summary "firmware with little room"
-for size in $(seq 1 14); do
-  mount -t tmpfs -o "size=$((size * 4096))" tmpfs "$work/tmp"
-  through=(env "TMPDIR=$work/tmp")
-  attempt "work folder of $size pages" "tmpfs size=8m" old "" create
-  umount "$work/tmp"
-done
+limiter=small_work_folder
+each "$(seq 1 14)" "work folder of @ pages" "tmpfs size=8m" old "" create
 [ -z "${outcomes[stopped half-way]:-}" ] || fail "a full work folder showed after the card was touched"
 summary "cards with a small work folder"
-for size in $(seq 0 8 64); do
-  through=(limited "$size")
-  attempt "card with files of at most $size KiB" "tmpfs size=8m" old "" create
-done
-through=()
+limiter=limited
+each "$(seq 0 8 64)" "card with files of at most @ KiB" "tmpfs size=8m" old "" create
 summary "cards with small files"
 each_fault new 2 update write:ENOSPC write:EDQUOT openat:EROFS sync_file_range:ENOSPC syncfs:EIO
 each_fault old 7 create write:EDQUOT openat:EIO unlink,unlinkat:EROFS sync_file_range:EDQUOT
-
-for at in 0001 0010 0030; do
-  through=(while_it_turns_read_only)
-  attempt "card that turns read-only behind $at.mp3" "tmpfs size=8m" none "" create
-done
+limiter=while_it_turns_read_only
+each "0001 0010 0030" "card that turns read-only behind @.mp3" "tmpfs size=8m" none "" create
 summary "cards that turn read-only"
 verdict

@@ -1,42 +1,200 @@
-// Two parts of full_size.sh: making the files of a project at full size, and working with it in
-// the real window.
-#include <QApplication>
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Works through the real window with the projects that full_size.sh makes, as the texts in steps/
+// say: every page, every kind of edit, imports, a card. Prints what each step took in milliseconds:
+// from the event until the window has processed it, with everything that it set off, and has
+// painted itself whole.
+#include <QElapsedTimer>
 #include <cstdio>
-#include <exception>
+#include <fstream>
+#include <stdexcept>
 
-#include "full_size_files.h"
-#include "memory.h"
+#include "support/session.h"
 
 namespace {
 
-constexpr qint64 WindowBytes = 250'000'000;
+using namespace tessaly;
 
-int checkMemory() {
-    const qint64 peak = tessaly::size::peakMemory();
-    const bool kept = peak > 0 && peak <= WindowBytes;
-    std::printf("peak memory of the window: %.1f MB, promised %.0f  %s\n", double(peak) / 1e6,
-                double(WindowBytes) / 1e6, kept ? "kept" : "MISSED");
-    return kept ? 0 : 1;
+constexpr double PromisedMs = 100;
+
+// How long the program has waited for a processor so far, because others had it. Without the
+// kernel's figure: never.
+double waitedMs() {
+    std::ifstream schedule("/proc/self/schedstat");
+    double ran = 0, waited = 0;
+    schedule >> ran >> waited;
+    return waited / 1e6;
+}
+
+// What passed since the start without that.
+class Watch {
+ public:
+    Watch() { timer_.start(); }
+    double now() const { return double(timer_.nsecsElapsed()) / 1e6 - (waitedMs() - waited_); }
+
+ private:
+    QElapsedTimer timer_;
+    double waited_ = waitedMs();
+};
+
+// The window and its operator, who takes their steps from text files: gestures, of which
+//
+//   step NAME            begins a block of gestures that are timed, five rounds of it; their median
+//                        is judged
+//   step-thrice NAME     the same in three rounds
+//   silences NAME        a block in which the longest time without an answer is judged
+//   then                 a block that is not timed
+//   - GESTURE            prepares a round of the block, and is not timed
+//   steps FILE A=X B=Y   plays another file with X for $A and Y for $B
+//   expect TEXT          ends the program unless that was said just now
+class Operator {
+ public:
+    explicit Operator(const QString& folder) : folder_(folder), session_(nullptr, &files_) {
+        test::WindowBench& bench = session_.bench;
+        bench.services.appFolder = QCoreApplication::applicationDirPath();
+        bench.drives.volume.totalBytes = bench.drives.volume.freeBytes = qint64(1) << 35;
+        session_.prompts.isQuiet = true;
+        qApp->removeEventFilter(&session_.clocks);
+        addVerbs();
+        QDir().mkpath(folder + "/window-card");
+        session_.perform("start");
+        session_.settleDown = [] {};
+        std::printf("%-58s%8s%8s\n", "From the event to the painted window", "median", "worst");
+    }
+    ~Operator() { std::printf("%d steps kept, %d missed\n", kept_, missed_); }
+
+    /// Throws std::exception when something does not come out as it must.
+    void play(const QString& file, const QHash<QString, QString>& words = {});
+
+ private:
+    struct Block {
+        QString kind, name;
+        QStringList preparations, gestures;
+    };
+
+    void addVerbs();
+    void perform(const QStringList& gestures);
+    void time(const Block& block);
+
+    const QString folder_;
+    LocalFileSystem files_;
+    test::Session session_;
+    int renamed_ = 0, kept_ = 0, missed_ = 0;
+};
+
+void Operator::addVerbs() {
+    test::WindowBench& bench = session_.bench;
+    const auto view = [&](const QString& rest) {
+        return bench.find<QAbstractItemView>(rest.section(' ', 0, 0));
+    };
+    session_.verbs["unselect"] = [view](const QString& list) {
+        view(list)->clearSelection();
+        view(list)->setCurrentIndex({});
+    };
+    session_.verbs["bring-into-view"] = [view](const QString& rest) {
+        const int row = test::rowOf(view(rest), rest.section(' ', 1));
+        view(rest)->scrollTo(view(rest)->model()->index(row, 0));
+        QCoreApplication::processEvents();
+    };
+    session_.verbs["count"] = [this, view](const QString& list) {
+        session_.say(QStringLiteral("%1 rows").arg(view(list)->model()->rowCount()));
+    };
+    session_.verbs["new-name"] = [this](const QString& what) {
+        session_.prompts.prepared = {QStringLiteral("%1 %2").arg(what).arg(++renamed_)};
+    };
+    session_.verbs["change-title"] = [&](const QString&) {
+        QString& title = bench.current.txtCardTitle2;
+        title = title == "a" ? "b" : "a";
+    };
+}
+
+void Operator::perform(const QStringList& gestures) {
+    for (const QString& gesture : gestures) {
+        const qsizetype before = session_.transcript().size();
+        const bool isExpected = gesture.startsWith("expect ");
+        if (!isExpected)
+            session_.perform(gesture);
+        const QString said = session_.transcript().mid(isExpected ? before - 3 : before).join('\n');
+        bool isWrong = isExpected && !said.contains(gesture.mid(7));
+        for (const char* trouble : {"there is no", "NO SUCH", "disabled", "cannot be seen"})
+            isWrong |= said.contains(trouble);
+        if (isWrong)
+            throw std::runtime_error((gesture + ": " + said).toStdString());
+    }
+}
+
+void Operator::time(const Block& block) {
+    const auto perform = [&](const QStringList& gestures) {
+        this->perform(gestures);
+        QCoreApplication::processEvents();
+        session_.bench.window->repaint();
+        QGuiApplication::sync();
+        QCoreApplication::processEvents();
+    };
+    const bool isSilence = block.kind == "silences";
+    std::vector<double> took;
+    for (int rounds = isSilence                     ? 1
+                      : block.kind == "step"        ? 5
+                      : block.kind == "step-thrice" ? 3
+                                                    : 0;
+         rounds > 0; --rounds) {
+        perform(block.preparations);
+        Watch watch;
+        const auto heard = [&] {
+            took.push_back(watch.now());
+            watch = Watch();
+        };
+        QTimer heart;
+        QObject::connect(&heart, &QTimer::timeout, heard);
+        if (isSilence)
+            heart.start(1);
+        perform(block.gestures);
+        heard();
+    }
+    if (took.empty()) {
+        perform(block.gestures);
+        return;
+    }
+    std::sort(took.begin(), took.end());
+    const double median = took[took.size() / 2], judged = isSilence ? took.back() : median;
+    ++(judged <= PromisedMs ? kept_ : missed_);
+    std::printf("%-58s%8.1f%8.1f  %s\n", qPrintable(block.name), median, took.back(),
+                judged <= PromisedMs ? "kept" : "MISSED");
+    std::fflush(stdout);
+}
+
+void Operator::play(const QString& name, const QHash<QString, QString>& words) {
+    QFile file(TESSALY_STEPS "/" + name + ".txt");
+    if (!file.open(QIODevice::ReadOnly))
+        throw std::runtime_error("there are no steps " + name.toStdString());
+    Block block;
+    const auto finish = [&](const Block& next) { time(std::exchange(block, next)); };
+    for (QString line : QString::fromUtf8(file.readAll()).split('\n', Qt::SkipEmptyParts)) {
+        for (auto word = words.begin(); word != words.end(); ++word)
+            line.replace('$' + word.key(), word.value());
+        line.replace("$folder", folder_);
+        const QString verb = line.section(' ', 0, 0), rest = line.section(' ', 1);
+        if (verb == "step" || verb == "step-thrice" || verb == "silences" || verb == "then") {
+            finish({verb, rest, {}, {}});
+        } else if (verb == "steps") {
+            finish({});
+            QHash<QString, QString> inner;
+            for (const QString& pair : rest.split(" | ").mid(1))
+                inner[pair.section('=', 0, 0)] = pair.section('=', 1);
+            play(rest.section(" | ", 0, 0), inner);
+        } else if (!verb.startsWith('#')) {
+            (verb == "-" ? block.preparations : block.gestures).append(verb == "-" ? rest : line);
+        }
+    }
+    finish({});
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    const QByteArray command = argc == 3 ? argv[1] : "";
+    qputenv("QT_LOGGING_RULES", "default.warning=false");  // the offscreen platform is talkative
+    QApplication app(argc, argv);
     try {
-        if (command == "make") {
-            tessaly::size::makeFiles(QString::fromLocal8Bit(argv[2]));
-            return 0;
-        }
-        if (command == "window") {
-            // The offscreen platform is talkative.
-            qputenv("QT_LOGGING_RULES", "default.warning=false");
-            QApplication app(argc, argv);
-            tessaly::size::workInWindow(QString::fromLocal8Bit(argv[2]));
-            return checkMemory();
-        }
-        std::fprintf(stderr, "usage: tessaly-full-size make|window FOLDER\n");
-        return 2;
+        Operator(app.arguments().value(1)).play("all");
     } catch (const std::exception& error) {
         std::fprintf(stderr, "tessaly-full-size: %s\n", error.what());
         return 1;

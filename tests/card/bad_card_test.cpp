@@ -126,40 +126,47 @@ TEST(BadCards, EveryDamageToEveryFileIsFoundAndNamed) {
 
 #ifndef Q_OS_WIN  // there, a folder in use can neither be renamed nor exchanged
 
-// The mount is gone at any one moment of a run. What is then at its place is a folder of the disk,
-// or a link that leads to one: nothing happens to that.
+// The mount, or a folder of the card, is gone at any one moment of a run. What is then at its place
+// is a link that leads to a folder of the disk: nothing happens to that.
 TEST(BadCards, ACardMayBePulledOutAtAnyMoment) {
-    CardBench clean;
-    clean.files.toDevice = false;
-    clean.useChime();
-    clean.scratch.write("card/sub/old.mp3", "old");
-    ASSERT_EQ(clean.create().outcome, Outcome::Done);
-    const QStringList operations = clean.files.operations;
-    for (const bool verify : {true, false}) {
-        // Without reading back only the flush is left to notice.
-        const auto first = verify ? 0 : operations.indexOf("settle 0000.crd2");
-        for (auto at = first; at < operations.size(); ++at) {
-            SCOPED_TRACE(operations[at].toStdString() + (verify ? "" : ", not verified"));
+    const struct {
+        QString victim;
+        bool isVerified;
+        QString from;
+    } cases[] = {{"card", true, ""},
+                 {"card", false, "settle 0000.crd2"},  // only the flush is left to notice
+                 {"card/sub", true, ""},
+                 {"card/sub/deep", true, ""}};
+    for (const auto& [victim, isVerified, from] : cases) {
+        bool isOver = false;
+        for (qsizetype at = 0; !isOver; ++at) {
+            bool isBegun = from.isEmpty();
             CardBench bench;
             bench.files.toDevice = false;
             bench.useChime();
-            bench.scratch.write("card/sub/old.mp3", "old");
-            bench.job.verify = verify;
+            for (const char* folder : {"card/", "outside/", "outside/sub/"})
+                for (const char* name : {"0001.mp3", "old.mp3", "deep/old.mp3", "sub/deep/old.mp3"})
+                    bench.scratch.write(QString(folder) + name, "precious");
+            const auto outside = bench.scratch.content("outside");
+            bench.job.verify = isVerified;
+            QString moment;
             bench.files.onOperation = [&] {
-                if (bench.files.operations.size() - 1 != at)
+                isBegun |= bench.files.operations.last() == from;
+                if (bench.files.operations.size() - 1 != at || !isBegun)
                     return;
-                QFile::rename(bench.scratch.path("card"), bench.scratch.path("pulled"));
-                QFile::link(bench.scratch.path("disk"), bench.scratch.path("card"));
+                moment = bench.files.operations.last();
+                const QString place = bench.scratch.path(victim);
+                if (QFile::rename(place, bench.scratch.path("moved")))
+                    QFile::link(bench.scratch.path("outside"), place);
             };
-            bench.scratch.write("disk/sub/old.mp3", "precious");
-            bench.scratch.write("disk/0001.mp3", "precious");
-            const auto disk = bench.scratch.content("disk");
             const CardRunReport report = bench.create();
-            const QString operation = bench.files.operations.value(at);
-            EXPECT_EQ(report.outcome, operation.isEmpty() || operation.startsWith("remove tmp.")
-                                          ? Outcome::Done
-                                          : Outcome::Failed);
-            EXPECT_EQ(bench.scratch.content("disk"), disk);
+            SCOPED_TRACE((victim + ": " + moment).toStdString());
+            isOver = at >= bench.files.operations.size();
+            if (victim == "card" && !moment.isEmpty()) {
+                EXPECT_EQ(report.outcome,
+                          moment.startsWith("remove tmp.") ? Outcome::Done : Outcome::Failed);
+            }
+            EXPECT_EQ(bench.scratch.content("outside"), outside);
         }
     }
 }

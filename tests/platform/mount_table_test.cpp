@@ -100,30 +100,24 @@ TEST(MountTable, LabelsAreWhatTheDeviceRecordSays) {
 
 TEST(MountTable, FatVolumesHaveTheirRules) {
     const struct {
-        const char *fileSystem, *options;
+        QString fileSystem, options;
         FatFacts facts;
         std::optional<int> rootEntries;
         FatNames names;
     } cases[] = {
-        {"vfat", "rw,shortname=mixed", {65524, 16384, ""}, 512, FatNames::UpperCase},
-        {"vfat", "rw,shortname=lower", {4084, 4096, ""}, 128, FatNames::UpperCase},
-        {"vfat", "rw,shortname=winnt", {65525, 512, ""}, std::nullopt, FatNames::OneCase},
-        {"vfat",
-         "rw,shortname=win95",
-         {60000, 512, "E:ID_FS_VERSION=FAT32\n"},
-         std::nullopt,
-         FatNames::UpperCase},
+        {"vfat", "shortname=mixed", {65524, 16384, ""}, 512, FatNames::UpperCase},
+        {"vfat", "shortname=lower", {4084, 4096, ""}, 128, FatNames::UpperCase},
+        {"vfat", "shortname=winnt", {65525, 512, ""}, {}, FatNames::OneCase},
+        {"vfat", "rw", {60000, 512, "E:ID_FS_VERSION=FAT32\n"}, {}, FatNames::UpperCase},
         {"msdos", "rw", {4084, 16384, "E:ID_FS_VERSION=FAT12\n"}, 512, FatNames::All},
     };
     for (const auto& [fileSystem, options, facts, rootEntries, names] : cases) {
-        Mount mount;
-        mount.fileSystem = fileSystem;
-        mount.options = options;
+        const Mount mount{"8:1", "/", "/card", fileSystem, "/dev/sda1", options};
         VolumeGeometry geometry;
         ASSERT_TRUE(isFatMount(mount));
         describeFat(geometry, mount, facts);
-        EXPECT_EQ(geometry.rootEntries, rootEntries) << options;
-        EXPECT_EQ(geometry.fatNames, names) << options;
+        EXPECT_EQ(geometry.rootEntries, rootEntries) << options.toStdString();
+        EXPECT_EQ(geometry.fatNames, names) << options.toStdString();
         EXPECT_TRUE(geometry.isFat);
     }
     EXPECT_FALSE(isFatMount(Mount()));
