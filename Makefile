@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # A thin front for CMake: every target installs what is missing and builds first.
 
 JOBS ?= $(shell nproc)

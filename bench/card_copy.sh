@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Writing a card of 1 GB in 1,000 files against what cp and sync take for the same files on the same
 # file system, in turn: once without and once with verification (then cmp reads both copies again,
 # past the cache). Every other round Tessaly comes first. The ratio is what counts, and machines are

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // How long the core takes, each task at the size that is promised and at half or twice that. At the
 // end the promises are set against what was measured.
 #include <benchmark/benchmark.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // How long the page of music lists keeps an operator waiting, on a project as large as a card
 // takes.
 #include <benchmark/benchmark.h>

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # The start of the program without a screen and on a virtual one.
 set -euo pipefail
 cd "$(dirname "$0")/.."

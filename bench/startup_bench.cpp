@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // How long the main window is in coming: from the start of a process to the first painting, with
 // the splash's two seconds left out. Each start is a new process with an empty user's folder, and
 // the program's own pages are dropped from memory before it.

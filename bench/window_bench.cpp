@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // How long the window makes its operator wait, with a small and with a full project whose files are
 // all there.
 #include <QApplication>

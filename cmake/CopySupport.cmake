@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Puts files/, firmware/ and Chimes/ from FROM into TO. A file that is there already stays: it may be
 # the maker's own.
 foreach(folder files firmware Chimes)

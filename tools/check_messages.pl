@@ -1,4 +1,5 @@
 #!/usr/bin/perl
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Every sentence that the program can say must stand in the manual: the texts in src/ that look like
 # one (three words or more; of a form those that end like a sentence) are looked up in docs/manual.md. A text with gaps for names and numbers is
 # found by its longest piece. tools/no_messages.txt lists what looks like a message and is none. The

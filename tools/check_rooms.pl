@@ -1,4 +1,5 @@
 #!/usr/bin/perl
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Each room of src/ includes only the rooms that the table in docs/architecture.md allows it, and
 # nothing but the window knows widgets.
 use strict;

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # From a folder of MP3s to a verified card, step by step, in the folder demo/; and once more onto a
 # real FAT volume where the machine can mount one without privileges (FUSE).
 set -euo pipefail

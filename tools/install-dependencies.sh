@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Installs the Debian packages that building and testing need, and those named as arguments; does
 # nothing when all of them are there.
 set -euo pipefail

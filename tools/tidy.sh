@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # clang-tidy over what changed: the C++ files of src/ that differ from where this branch left
 # origin/main, on main itself from the commit before. "all" looks at every one (some 15 minutes).
 # Needs the build folder build/, for its compile commands and the headers made of .ui files.

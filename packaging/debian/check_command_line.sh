@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # check_command_line.sh PROGRAM: sets the options of every command, as --help names them, against
 # those that the completion offers and those that the man page explains.
 set -euo pipefail

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # The part of check_package.sh that happens inside the clean root.
 set -euo pipefail
 cd /

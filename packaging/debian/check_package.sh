@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # check_package.sh PACKAGE.deb: lintian, then the life of the package in a clean Debian root: it is
 # installed with nothing but its dependencies, used, looked at from a desktop, and purged. Needs root
 # or sudo. WORK names the folder for the root (some 2 GB; default: below the build folder).

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # The .deb: what a Debian system wants beside the programs, and how CPack makes the package.
 set(data "${CMAKE_INSTALL_DATADIR}")
 set(doc "${data}/doc/tessaly")

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # bash completion for tessaly-cli; check_command_line.sh compares it with --help.
 
 _tessaly_cli()

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Builds the Windows programs on a Debian machine, into build-windows/.
 #   build.sh             the programs and their tests
 #   build.sh --test      and runs those of the core and of the command line under Wine, and writes a

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # check-installer.sh SETUP.exe, inside with-wine.sh: installs, installs again, and uninstalls for the
 # user; what the operator put there has to stay, everything else has to go.
 set -euo pipefail

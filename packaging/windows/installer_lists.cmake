@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Run by CPack when the files to be packed lie ready: writes which files the installer puts and
 # removes. A support file may have been exchanged for the maker's own, the others are the program's.
 if(NOT CPACK_GENERATOR STREQUAL "NSIS")

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # shellcheck shell=bash
 # Sourced by build.sh: the libraries of the Windows programs, built once from Debian's sources into
 # a cache folder outside the tree. An interrupted build goes on where it was. Sets `prefix`.

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # make-ico.sh FROM.svg TO.ico: all the sizes that Windows asks for, the largest as PNG.
 set -euo pipefail
 scratch=$(mktemp -d)

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # package.sh BUILD: makes the installer and the portable zip in the build folder and tries the
 # installer under Wine.
 set -euo pipefail

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # try-window.sh PROGRAMS PICTURES, inside with-wine.sh: opens a project in the window as a double
 # click does, writes a card to the removable drive by the keyboard alone, and lets the command line
 # judge that card. The pictures are there to be looked at.

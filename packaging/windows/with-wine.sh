@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # with-wine.sh COMMAND...: runs a command with a fresh Wine of its own and a screen that nobody sees.
 # E: is a drive that this Wine calls removable; TESSALY_CARD_DRIVE names it to the tests, and
 # TESSALY_CARD_FOLDER is where it lies on this machine.

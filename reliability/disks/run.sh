@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Saves and card runs onto file systems of every size around the one that is needed, without files
 # to spare, with every write failing in turn, and with files that may not grow. What must hold:
 #   a save leaves the old project or the new one, whole, and nothing else;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include "card/card_files.h"
@@ -41,7 +42,9 @@ class FatBench : public test::CardBench {
 
     /// Whether the guards let the project onto the card; nothing is written.
     bool guardsPass() {
-        observer.keepGoingNow = [this] { return observer.progress.stepCode != step_code::GuardTracks; };
+        observer.keepGoingNow = [this] {
+            return observer.progress.stepCode != step_code::GuardTracks;
+        };
         const CardRunReport report = create();
         observer.keepGoingNow = [] { return true; };
         const int number = report.error ? report.error->number : 0;

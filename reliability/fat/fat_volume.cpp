@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "fat_volume.h"
 
 #include <sys/mount.h>

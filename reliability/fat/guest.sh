@@ -1,4 +1,5 @@
 #!/bin/sh
+# SPDX-License-Identifier: GPL-3.0-or-later
 # The first process of the machine that run.sh starts in the machine: loads what FAT needs, tries
 # the card runs on its one disk and switches off. The machine's files are only read here.
 export PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/run TMPDIR=/run

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Card runs on real FAT volumes. "limits" needs mtools, "kernel DEVICE" a root that may mount;
 // run.sh beside this file starts them. ONLY=WORD in the environment picks the volumes with that
 // word in their name.

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Card runs on real FAT volumes: by mcopy into the image, and by the kernel of a machine in user mode,
 # which needs neither root nor loop devices. Exit code 1 when something failed, 3 when this machine
 # does not start the other one, so that nothing is promised that was not tried.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What libFuzzer calls. TARGET in the environment names the target.
 #include <cstdint>
 #include <cstdlib>

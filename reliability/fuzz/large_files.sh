@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Offers tessaly-cli files that are far too large, or as large as the formats allow, and checks each
 # answer: the exit code, a word of the message, the most memory (MB) and the time (TIME_LIMIT
 # seconds, 60 unless said). What is no file at all is in odd_files_test.cpp.

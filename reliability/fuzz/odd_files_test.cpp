@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What passes for a file but is none, is far too large, or claims to be.
 #include <gtest/gtest.h>
 #include <sys/stat.h>

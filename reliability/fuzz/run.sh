@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Lets every target run for SECONDS_EACH seconds, or for RUNS runs if that is said, from its corpus.
 # TARGETS names some of them only. What was found goes into build-fuzz/found; with MINIMISE=1 the
 # corpora are packed anew with it, of the fewest and smallest inputs that reach everything that was

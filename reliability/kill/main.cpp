@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // tessaly-kill: processes that save and write cards are killed; nothing may be lost.
 #include <QCommandLineParser>
 #include <QCoreApplication>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "killer.h"
 #include "model/card_file.h"
 #include "platform/local_file_system.h"

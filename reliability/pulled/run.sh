@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Pulls cards out, for real, while they are written and judged: a RAM disk is lazily unmounted, the
 # driver of a FUSE volume is killed. tessaly-cli is hit at random moments, the window at each
 # operation of a run. Also lets a card change a byte between writing and reading back.

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # A project at full size, on the command line and in the window: everything works, memory stays
 # within what is promised (a miss fails), and every step of the operator's is timed (a report).
 # SCREEN=1 shows the window on a screen of its own (Xvfb) instead of on none.

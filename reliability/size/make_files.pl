@@ -1,4 +1,5 @@
 #!/usr/bin/perl
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Makes what a run at full size needs in the empty folder that is the current one:
 #
 #   sources/   9,995 small MP3s with a title tag, in one folder

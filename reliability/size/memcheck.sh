@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # The tests of the core and of the window under valgrind's memcheck: no access to memory that is not
 # the program's, no leak. Tests of the command line are left out: they only start another program.
 set -euo pipefail

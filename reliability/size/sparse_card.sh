@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # A card of 16 GB takes no more memory than one of 1 GB while it is written and verified. The
 # sources are sparse files and cost nothing; the card is really written, below SIZE_FOLDER (build).
 set -euo pipefail

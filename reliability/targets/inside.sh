@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Runs in the root folder that run.sh made; see there.
 set -uo pipefail
 # shellcheck source=reliability/lib.sh

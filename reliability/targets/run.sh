@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Points tessaly-cli at everything that must never be erased, "/" and bind mounts included. It all
 # happens in a mount namespace, in a root folder of its own in memory: nothing real is in reach, as
 # the few folders of the machine that are needed in there are read-only. Needs no privileges where

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/about_window.h"
 
 #include <QFileInfo>
@@ -28,7 +29,7 @@ QString toolPath() {
     return QFileInfo::exists(path) ? path : QString();
 #else
     for (const char* name : {"hardinfo2", "hardinfo", "kinfocenter", "lshw-gtk"}) {
-        const QString path = QStandardPaths::findExecutable(name);
+        QString path = QStandardPaths::findExecutable(name);
         if (!path.isEmpty())
             return path;
     }

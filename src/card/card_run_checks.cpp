@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What a run does before anything on the card changes.
 #include "card/card_run.h"
 #include "image/config_image.h"

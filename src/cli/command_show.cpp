@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include <QDir>
 #include <QJsonArray>
 #include <QJsonObject>
@@ -25,12 +26,11 @@ QString hexWord(quint16 value) {
 
 QStringList flagNames(bool endlessLoop, bool cancelOnInterrupt, bool loudVolume) {
     QStringList names;
-    if (endlessLoop)
-        names << "loop";
-    if (cancelOnInterrupt)
-        names << "cancel";
-    if (loudVolume)
-        names << "loud";
+    for (const auto& [isSet, name] :
+         {std::pair(endlessLoop, "loop"), std::pair(cancelOnInterrupt, "cancel"),
+          std::pair(loudVolume, "loud")})
+        if (isSet)
+            names << name;
     return names;
 }
 

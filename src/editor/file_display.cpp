@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/file_display.h"
 
 #include "model/music_lists.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include <QByteArrayView>
@@ -12,7 +13,7 @@
 namespace tessaly {
 
 /// A larger file is no playlist.
-constexpr qint64 MostPlaylistBytes = 32 * 1024 * 1024;
+constexpr qint64 MostPlaylistBytes = qint64(32) * 1024 * 1024;
 
 /// The list that a playlist file of that name makes, not yet cut: what stands before ".txt" in it,
 /// else before ".m3u", in any case; else nothing.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/card_file.h"
 
 #include <QDir>
@@ -290,12 +291,10 @@ QStringList tracksWithoutFile(const Project& project) {
 }
 
 QStringList listsWithoutFile(const Project& project) {
-    QStringList found;
     const TrackIndex index(project);
-    for (const QString& list : project.lstMuList)
-        if (!index.hasMusicList(list))
-            found.append(list);
-    return found;
+    QStringList lists = project.lstMuList;
+    lists.removeIf([&](const QString& list) { return index.hasMusicList(list); });
+    return lists;
 }
 
 }  // namespace tessaly

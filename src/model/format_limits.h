@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 #include <QtGlobal>
@@ -26,10 +27,10 @@ constexpr int DisplayText = 16;  ///< characters of the player's display
 constexpr int LanguageName = 8;
 
 // Project file
-constexpr qsizetype TextBytes = 65535;                  ///< a text's length is a 16-bit number
-constexpr qint64 ProjectFileBytes = 256 * 1024 * 1024;  ///< beyond this it is no project
-constexpr qsizetype ProjectRecords = 250'000;           ///< likewise
-constexpr qsizetype NumberedNames = 100'000'000;   ///< characters of names that had to be numbered
-constexpr qint64 HexFileBytes = 16 * 1024 * 1024;  ///< beyond this it is no HEX file
+constexpr qsizetype TextBytes = 65535;  ///< a text's length is a 16-bit number
+constexpr qint64 ProjectFileBytes = qint64(256) * 1024 * 1024;  ///< beyond this it is no project
+constexpr qsizetype ProjectRecords = 250'000;                   ///< likewise
+constexpr qsizetype NumberedNames = 100'000'000;  ///< characters of names that had to be numbered
+constexpr qint64 HexFileBytes = qint64(16) * 1024 * 1024;  ///< beyond this it is no HEX file
 
 }  // namespace tessaly::limits

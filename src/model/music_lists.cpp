@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/music_lists.h"
 
 #include "model/text_codec.h"

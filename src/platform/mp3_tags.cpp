@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/mp3_tags.h"
 
 #include <id3v1tag.h>
@@ -47,8 +48,8 @@ auto systemName(const QString& path) {
 // small pieces, and of a damaged file gigabytes. Empty where no regular file can be read.
 TagLib::ByteVector endsOf(const QString& path) {
     constexpr qint64 PageBytes = 4096;
-    constexpr qint64 MostHeadBytes = 16 * 1024 * 1024;  // room for a large picture
-    constexpr qint64 TailBytes = 128 + 32;              // ID3v1, and before it the end of APE
+    constexpr qint64 MostHeadBytes = qint64(16) * 1024 * 1024;  // room for a large picture
+    constexpr qint64 TailBytes = 128 + 32;  // ID3v1, and before it the end of APE
     // Of a pipe nothing, as opening it would wait for its other end.
     const qint64 size = LocalFileSystem().fileSize(path).value_or(0);
     std::ifstream file;

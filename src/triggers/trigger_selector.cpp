@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "triggers/trigger_selector.h"
 
 #include "model/music_lists.h"

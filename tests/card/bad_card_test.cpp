@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Cards that do not keep what they are given: verification finds each and names the file.
 #include <random>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "card/card_writer.h"
 
 #include "card/card_verifier.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What differs from system to system or takes a terminal; transcripts/ has all else.
 #include <QDir>
 #include <QProcess>

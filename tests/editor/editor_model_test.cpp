@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The music page against a model of it that knows things where the program knows names: there a
 // rename needs no search and a deletion leaves nothing behind. Both take the same random steps.
 #include <memory>

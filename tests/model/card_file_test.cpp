@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/card_file.h"
 
 #include "model/format_limits.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What is different on Linux: names are bytes, files have rights and links stand anywhere.
 #include <sys/stat.h>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "platform/linux/mount_table.h"
 
 #include "support/scratch_folder.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What is different on Windows: names, attributes, drive letters. A removable drive is needed for
 // some of it; its root stands in TESSALY_CARD_DRIVE, and everything on it will be erased.
 #include <QFile>

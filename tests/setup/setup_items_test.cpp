@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // tests/app/setup_pages_test.cpp clicks through these; here is what no click shows.
 #include "setup/setup_items.h"
 

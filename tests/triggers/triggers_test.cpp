@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What can be selected, how it plays, and what plays it: the selector, the attributes, the power-up
 // item and the discrete triggers. tests/app/setup_pages_test.cpp follows them into an image.
 #include <functional>

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Makes the pictures in docs/images: the real windows on a virtual screen.
 set -euo pipefail
 cd "$(dirname "$0")/../.."

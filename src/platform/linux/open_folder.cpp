@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Folders: listed, removed from, and held open while a card is erased and written.
 #include <dirent.h>
 #include <fcntl.h>

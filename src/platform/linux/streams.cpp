@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Reads past the page cache, and writes that follow no link.
 #include <fcntl.h>
 #include <sys/stat.h>

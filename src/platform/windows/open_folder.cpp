@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A folder that is held open, so that neither it nor a folder on the way into it can be exchanged.
 #include <QDir>
 #include <algorithm>

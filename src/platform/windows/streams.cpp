@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Reads past the system's cache, and writes that lead through no link.
 #include <algorithm>
 
