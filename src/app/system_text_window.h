@@ -43,7 +43,7 @@ class SystemTextWindow : public QWidget {
     QScrollArea* makeRows(Prompts& prompts);
     QLayout* makeButtons();
     SystemTextBoxes boxes() const;
-    void showBoxes(const SystemTextBoxes& boxes);
+    void showBoxes(const SystemTextBoxes& texts);
     void preview(int row);
 
     Project& project_;

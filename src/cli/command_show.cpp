@@ -86,7 +86,7 @@ QString describe(const DecodedReference& reference, const DecodedImage& image) {
         return QString::number(number) + " \"" + name + '"';
     };
     const DecodedList list = image.lists.value(reference.list - 1);
-    const QString listText = "music list " + numbered(reference.list, list.name);
+    QString listText = "music list " + numbered(reference.list, list.name);
     switch (reference.kind) {
         case Kind::None:
             return "nothing";
