@@ -48,7 +48,7 @@ QString EditorPage::askForName(const ListSection& section, const QString& prompt
 }
 
 QString EditorPage::askForFile() {
-    const QString path = services_.prompts.openFile(
+    QString path = services_.prompts.openFile(
         {.filter = QStringLiteral("MP3 files (*.mp3)"), .folder = lastFileFolder_});
     if (!path.isEmpty())
         lastFileFolder_ = QFileInfo(path).path();

@@ -193,23 +193,24 @@ struct Look {
 };
 
 const Look& lookOf(Verdict verdict) {
+    const auto line = [](const QList<QPointF>& points) { return QPolygonF(points); };
     static const Look Looks[] = {
         {Verdict::Grey,
          {0xC0, 0xC0, 0xC0},
          QStringLiteral("not applicable yet"),
-         {QPolygonF({{5, 8}, {11, 8}})}},
+         {line({{5, 8}, {11, 8}})}},
         {Verdict::Green,
          {0x00, 0xFF, 0x00},
          QStringLiteral("passed"),
-         {QPolygonF({{4.5, 8.5}, {7.0, 11.0}, {11.5, 5.5}})}},
+         {line({{4.5, 8.5}, {7.0, 11.0}, {11.5, 5.5}})}},
         {Verdict::Red,
          {0xFF, 0x00, 0x00},
          QStringLiteral("blocking problem"),
-         {QPolygonF({{5.2, 5.2}, {10.8, 10.8}}), QPolygonF({{10.8, 5.2}, {5.2, 10.8}})}},
+         {line({{5.2, 5.2}, {10.8, 10.8}}), line({{10.8, 5.2}, {5.2, 10.8}})}},
         {Verdict::Yellow,
          {0xFF, 0xFF, 0x00},
          QStringLiteral("warning"),
-         {QPolygonF({{8, 4}, {8, 8.8}}), QPolygonF({{8, 11.8}, {8, 11.9}})}},
+         {line({{8, 4}, {8, 8.8}}), line({{8, 11.8}, {8, 11.9}})}},
     };
     return *std::find_if(std::begin(Looks), std::end(Looks),
                          [verdict](const Look& look) { return look.verdict == verdict; });
