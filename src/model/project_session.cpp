@@ -54,6 +54,8 @@ bool ProjectSession::canBringBack() const {
 }
 
 void ProjectSession::bringBack() {
+    if (!canBringBack())
+        return;
     const Closed closed = *std::exchange(closed_, std::nullopt);
     project = closed.project;
     state_ = closed.state;

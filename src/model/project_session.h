@@ -51,7 +51,8 @@ class ProjectSession {
     /// The file of the project that can be brought back; empty when it had none.
     QString closedFile() const { return closed_ ? closed_->state.fileName : QString(); }
 
-    /// Undoes clear(): the project is what it was, with its file and what it differs in.
+    /// Undoes clear(): the project is what it was, with its file and what it differs in. Does
+    /// nothing where there is nothing to bring back any more.
     void bringBack();
 
     /// Reads a file. The project has that file afterwards only when it was read to its end; else it
