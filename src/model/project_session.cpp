@@ -65,7 +65,7 @@ void ProjectSession::bringBack() {
 
 ReadReport ProjectSession::open(const QString& path) {
     clear();
-    const ReadReport report = readProject(files_, path, project);
+    ReadReport report = readProject(files_, path, project);
     closed_.reset();
     if (report.isComplete)
         markClean(path);
@@ -91,7 +91,7 @@ void ProjectSession::save(const QString& path) {
 }
 
 QStringList ProjectSession::newlyUnsavable() {
-    const QStringList now = tracksWithoutFile(project) + listsWithoutFile(project);
+    QStringList now = tracksWithoutFile(project) + listsWithoutFile(project);
     if (now == state_.toldUnsavable)
         return {};
     state_.toldUnsavable = now;
