@@ -48,7 +48,7 @@ kill: build
 
 # Saves and card runs onto file systems that are full, too small or read-only; root only.
 disks: build
-	@tools/install-dependencies.sh strace e2fsprogs
+	@tools/install-dependencies.sh strace
 	@reliability/disks/run.sh
 
 # Card runs on real FAT volumes.

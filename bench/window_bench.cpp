@@ -8,17 +8,22 @@
 #include <QTemporaryDir>
 
 #include "app/main_window.h"
-#include "bench_prompts.h"
 #include "model/card_file.h"
 #include "platform/local_file_system.h"
 #include "promises.h"
 #include "sample_project.h"
+#include "support/ready_prompts.h"
 
 using namespace tessaly;
 
 namespace {
 
 constexpr int Rounds = 7;
+
+class OnlyInstance : public SingleInstance {
+ public:
+    bool isOnlyOne() override { return true; }
+};
 
 // A project whose small files are all there, saved in `folder`.
 QString savedProject(LocalFileSystem& files, const QTemporaryDir& folder, int tracks) {
@@ -52,7 +57,7 @@ int main(int argc, char** argv) {
     const QTemporaryDir folder;
     LocalFileSystem files;
     const LocalDrives drives;
-    BenchPrompts prompts;
+    test::ReadyPrompts prompts;
     LocalMp3Tags tags;
     OnlyInstance instance;
     const Services services{files,

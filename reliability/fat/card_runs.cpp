@@ -14,7 +14,6 @@ struct Growth {
     QString unit;
     qint64 end;    // surely too large
     qint64 spare;  // how many more may fit than the guards let through, seen as Windows writes
-    int error;
     std::function<void(FatBench&, qint64)> use;
     qint64 freeClusters;  // of the volume; 0 for all
 
@@ -39,14 +38,12 @@ QList<Growth> growths(const VolumeKind& kind) {
     const auto large = [](FatBench& bench, qint64 n) { bench.useTracks(5, n); };
     const auto keep = [&](qint64 clusters) { return kind.bits == 12 ? 0 : clusters; };
     QList<Growth> found = {{"bytes in the last of five tracks", 12 << 20,
-                            kind.hasFixedRoot() ? 0 : cluster, error_number::DoesNotFit, large,
+                            kind.hasFixedRoot() ? 0 : cluster, large,
                             keep(std::max<qint64>((1 << 20) / cluster, 40))}};
     if (kind.hasFixedRoot())
-        found += {"tiny tracks by root entries",    2000, label,
-                  error_number::TooManyRootEntries, tiny, keep(3000)};
+        found += {"tiny tracks by root entries", 2000, label, tiny, keep(3000)};
     if (kind.bits != 12)
-        found += {"tiny tracks by clusters", 250,  kind.hasFixedRoot() ? 0 : label,
-                  error_number::DoesNotFit,  tiny, 100};
+        found += {"tiny tracks by clusters", 250, kind.hasFixedRoot() ? 0 : label, tiny, 100};
     return found;
 }
 
@@ -102,47 +99,6 @@ void tryFlow(FatVolume& volume) {
     say("    used card, settings, firmware, second creation: clean, nothing missing or left over");
 }
 
-void tryFullCards(FatVolume& volume) {
-    for (const Growth& growth : growths(volume.kind())) {
-        FatBench bench(volume);
-        volume.format(growth.freeClusters);
-        bench.mount();
-        const qint64 most = growth.largest(bench);
-        const qint64 tooMuch = most + 1 + growth.spare;
-        const auto create = [&](const QString& what) {
-            growth.use(bench, most);
-            bench.requireDone(bench.create(), what);
-        };
-        create("a full card");
-        bench.updateSettings("settings of a full card");
-        const Content whole = bench.expectedCard();
-        growth.use(bench, most + 1);
-        bench.requireStopped(bench.create(), growth.error, whole, "one too many");
-        growth.use(bench, tooMuch);
-        bench.requireNoRoom("too many");
-        create("a full card after a run that failed");
-
-        // The old firmware stays until the new one is whole, which needs room for both.
-        const Content before = bench.expectedCard();
-        bench.useNewFirmware();
-        bool isDone = true;
-        try {
-            updateFirmware(bench.files, bench.job.root, bench.job.folders);
-        } catch (const TessalyError& failed) {
-            isDone = false;
-            require(failed.description.contains("0000.hex: "), failed.description);
-        }
-        bench.requireOnVolume(isDone ? bench.expectedCard() : before, "firmware of a full card");
-        // The settings bring it along where there is no room for both.
-        bench.updateSettings("firmware with the settings");
-        say(QString("    %1 %2 fill the card, %3 do not fit; the firmware %4")
-                .arg(most)
-                .arg(growth.unit)
-                .arg(tooMuch)
-                .arg(isDone ? "is changed" : "has no room"));
-    }
-}
-
 void tryCardOfWindows(FatVolume& volume) {
     FatBench bench(volume);
     volume.format();
@@ -153,7 +109,7 @@ void tryCardOfWindows(FatVolume& volume) {
     volume.unmount();
     bench.drives.volume = volume.geometry(FatNames::OneCase);
     const qint64 most =
-        Growth{"tracks", 2000, 0, 0, [](FatBench& b, qint64 n) { b.useTracks(n); }, 0}.largest(bench);
+        Growth{"tracks", 2000, 0, [](FatBench& b, qint64 n) { b.useTracks(n); }, 0}.largest(bench);
     const auto useCard = [&](qint64 tracks) {
         volume.format();
         bench.useTracks(tracks);

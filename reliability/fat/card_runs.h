@@ -14,11 +14,9 @@ void say(const QString& line);
 /// which makes entries as Windows does.
 void tryLimits(FatVolume& volume);
 
-/// On the mounted volume: creation on a used card, update of the settings and of the firmware; the
-/// same on cards whose root folder or whose clusters are full to the last; updates of the settings
-/// on a card that Windows filled.
+/// On the mounted volume: creation on a used card, update of the settings and of the firmware;
+/// updates of the settings on a card that Windows filled.
 void tryFlow(FatVolume& volume);
-void tryFullCards(FatVolume& volume);
 void tryCardOfWindows(FatVolume& volume);
 
 }  // namespace tessaly::fat

@@ -111,16 +111,6 @@ class FatBench : public test::CardBench {
         requireOnVolume(before, what);
     }
 
-    /// Without its guards the run must end for want of room, on a sound volume.
-    void requireNoRoom(const QString& what) {
-        constexpr int NoSpaceLeft = 28;
-        drives.volume = Boundless;
-        const CardRunReport report = create();
-        require(report.error && report.error->number == NoSpaceLeft, what + ": " + observer.text);
-        volume_.content();
-        mount(false);
-    }
-
     /// Done, and the tracks are as they were.
     void updateSettings(const QString& what) {
         const auto before = trackTimes();

@@ -64,7 +64,6 @@ int main(int argc, char** argv) {
                     FatVolume volume(device, kind, folder.filePath("card"),
                                      "iocharset=iso8859-1,shortname=" + names);
                     tryFlow(volume);
-                    tryFullCards(volume);
                     if (kind.hasFixedRoot())
                         tryCardOfWindows(volume);
                 });

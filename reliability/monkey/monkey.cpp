@@ -100,7 +100,7 @@ void Monkey::step() {
     if (++depth_ == 1) {
         inLoop_ = 0;
         world_.bench.files.operations.clear();
-        world_.bench.prompts.shown.clear();
+        world_.bench.prompts.told.clear();
         world_.happenings = {};
     }
     settle();
@@ -422,8 +422,8 @@ void Monkey::checkAfterEvent() {
     if (testing::UnitTest::GetInstance()->ad_hoc_test_result().Failed())
         found.append("the bench reports a failure, see above");
     if (!found.isEmpty())
-        for (const auto& message : bench.prompts.shown)
-            found.append("in this event was said: " + message.text);
+        for (const QString& text : bench.prompts.told)
+            found.append("in this event was said: " + text);
     wrong_ += found;
 }
 

@@ -152,7 +152,7 @@ QStringList wrongInWindow(const test::WindowBench& bench, bool isRunning) {
 
 QStringList wrongInStatusBar(const test::WindowBench& bench) {
     Comparison page(bench);
-    const QString line = bench.status();
+    const QString line = bench.text("lblStatus");
     if (line.startsWith("Total"))  // as soon as something was measured
         page.same("the status bar", line,
                   summaryLine(updateSummary(bench.current, bench.files),

@@ -159,17 +159,17 @@ void World::answer(const QString& what) {
         happenings.sessionChanged = true;
     if (what.startsWith("open TRL"))
         happenings.sessionChanged = happenings.keepCopyBeforeDiscard = true;
-    ScriptedPrompts& prompts = bench.prompts;
+    ReadyPrompts& prompts = bench.prompts;
     // Timers run on while a box is open.
     if (auto* timer = bench.window->findChild<QTimer*>("tmrRecovery"); timer && dice->oneIn(10))
         QMetaObject::invokeMethod(timer, "timeout");
-    prompts.answers = {!dice->oneIn(3)};
-    prompts.paths = {dice->oneIn(5) ? QString() : pathFor(what)};
-    prompts.lines = {dice->oneIn(3) ? -1 : dice->below(qMax(1, prompts.offered.size()))};
-    prompts.inputs = {dice->oneIn(5) ? QString() : text()};
-    if (what.startsWith("You will lose") && prompts.answers.first())
+    prompts.yes = !dice->oneIn(3);
+    prompts.path = dice->oneIn(5) ? QString() : pathFor(what);
+    prompts.line = dice->oneIn(3) ? -1 : dice->below(qMax(1, prompts.lineCount));
+    prompts.text = dice->oneIn(5) ? QString() : text();
+    if (what.startsWith("You will lose") && prompts.yes)
         happenings.keepCopyBeforeDiscard = true;
-    if (what == "Recover" && prompts.lines.first() >= 0)
+    if (what == "Recover" && prompts.line >= 0)
         happenings.keepCopyBeforeDiscard = true;
 }
 

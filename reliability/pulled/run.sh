@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Pulls cards out, for real, while they are written and judged: a RAM disk is lazily unmounted, the
-# driver of a FUSE volume is killed. tessaly-cli is hit at random moments, the window at each
-# operation of a run. Also lets a card change a byte between writing and reading back.
+# Pulls cards out, for real, while tessaly-cli writes and judges them, at random moments: a RAM disk
+# is lazily unmounted, the driver of a FUSE volume is killed. Also lets a card change a byte between
+# writing and reading back.
 #
 #   ROUNDS=60 SEED=1 reliability/pulled/run.sh
 set -uo pipefail
@@ -19,29 +19,27 @@ card=$work/card
 trap 'umount -l "$card" 2>/dev/null; rm -rf "$work"' EXIT
 milliseconds() { echo $(($(date +%s%N) / 1000000)); }
 
-# What people do with the card at $1; the window's part calls it, too. What a card that is gone
-# leaves behind is a folder of the disk: it holds a file that says that it is no card.
+# What people do with the card. What a card that is gone leaves behind is a folder of the disk: it
+# holds a file that says that it is no card.
 insert() {
-  [ "$kind" = fuse ] || { mount -t tmpfs card "$1"; return; }
-  rm -f "$1.img"
-  truncate -s 2M "$1.img" && mkfs.vfat "$1.img" >/dev/null
-  fusefat -f -o rw+,nonempty "$1.img" "$1" >/dev/null 2>&1 &
-  echo $! >"$1.driver"
+  [ "$kind" = fuse ] || { mount -t tmpfs card "$card"; return; }
+  rm -f "$card.img"
+  truncate -s 2M "$card.img" && mkfs.vfat "$card.img" >/dev/null
+  fusefat -f -o rw+,nonempty "$card.img" "$card" >/dev/null 2>&1 &
+  driver=$!
   disown # its end is no news
   for _ in {1..1000}; do
-    mountpoint -q "$1" && return
+    mountpoint -q "$card" && return
     sleep 0.02
   done
   return 1
 }
-pull() { if [ "$kind" = fuse ]; then kill -9 "$(cat "$1.driver")"; else umount -l "$1"; fi; }
+pull() { if [ "$kind" = fuse ]; then kill -9 $driver; else umount -l "$card"; fi; }
 take_away() {
-  [ "$kind" = memory ] || kill -9 "$(cat "$1.driver")" 2>/dev/null
-  umount -l "$1" 2>/dev/null
-  [ "$(ls -A "$1")" = "no card" ] # else something was written to the folder below the card
+  [ "$kind" = memory ] || kill -9 $driver 2>/dev/null
+  umount -l "$card" 2>/dev/null
+  [ "$(ls -A "$card")" = "no card" ] # else something was written to the folder below the card
 }
-export -f insert pull take_away
-window=(env QT_QPA_PLATFORM=offscreen timeout 600 build/tessaly-pulled --gtest_brief=1)
 through=()
 cli() { timeout -k 1 60 "${through[@]}" build/tessaly-cli "$@"; }
 create() { cli create "$work/$project.crd2" --card "$card" --yes "$@"; }
@@ -54,11 +52,11 @@ pulled_rounds() { # MILLISECONDS CARD COMMAND...
   for round in $(seq "$rounds"); do
     scene="$kind, $*, round $round"
     checks=$((checks + 1))
-    insert "$card" || fail "it does not mount"
+    insert || fail "it does not mount"
     [ "$before" = empty ] || create --no-verify >"$work/out" 2>&1 || fail "undisturbed"
     "$@" >"$work/out" 2>"$work/err" &
     sleep "0.$(printf '%03d' $((RANDOM % span)))"
-    pull "$card"
+    pull
     start=$(milliseconds)
     code=0
     wait $! || code=$?
@@ -71,7 +69,7 @@ pulled_rounds() { # MILLISECONDS CARD COMMAND...
         fail "$(tail -n 1 "$work/err")" ;;
       *) fail "exit code $code" ;;
     esac
-    take_away "$card" || fail "something was written below the card"
+    take_away || fail "something was written below the card"
   done
   printf '%s: %d of them pulled in the middle\n' "$scene" "$pulled"
   [ "$pulled" -gt 0 ] || fail "never in the middle"
@@ -86,16 +84,15 @@ done
 cli import "$work/long" --output "$work/long.crd2" >/dev/null
 cli import samples/tour --output "$work/tour.crd2" >/dev/null 2>&1
 
-export kind=memory
+kind=memory
 project=long
 pulled_rounds 200 empty create
 pulled_rounds 200 empty create --no-verify
 pulled_rounds 60 full cli verify "$card"
-STEP=1 "${window[@]}" || fail "the window"
 
 # A bad card under the command line: the flush is held up until a byte has changed.
 project=tour
-insert "$card"
+insert
 create >/dev/null 2>&1
 through=(strace -f -qq -o /dev/null -e trace=syncfs -e inject=syncfs:delay_enter=400000)
 for file in "$card"/*; do
@@ -115,14 +112,13 @@ for file in "$card"/*; do
   [ $code = 1 ] || fail "exit code $code, $(tail -n 1 "$work/err")"
 done
 through=()
-take_away "$card"
+take_away
 
-export kind=fuse
+kind=fuse
 if [ -w /dev/fuse ] && command -v fusefat >/dev/null; then
   rounds=$((rounds / 3))
   pulled_rounds 60 empty create
   pulled_rounds 30 full cli verify "$card"
-  STEP=5 "${window[@]}" || fail "the window"
 else
   echo "There is no FUSE here: the killed driver is left out."
 fi

@@ -120,6 +120,9 @@ inline constexpr QStringView PlayFullListName = u"<Play Full List>";
 /// is never removed; deleting sets its `kind` to "empty". The list members hold the project's
 /// order. A Project starts as the program does: empty, the system texts in their original words,
 /// the chime disabled.
+///
+/// `TrackTable`, `lstMuList`, `buttDisableChime` and the like are fixed names, those of the tables
+/// and controls that show them: the style of other names does not apply to them.
 struct Project {
     Project();
 

@@ -5,14 +5,6 @@
 #include <QTemporaryDir>
 #include <cstdio>
 
-namespace tessaly {
-#ifdef TESSALY_SESSIONS
-void addSessions();
-#else
-static void addSessions() {}
-#endif
-}  // namespace tessaly
-
 namespace {
 
 // The offscreen platform says what it cannot do with every window.
@@ -33,6 +25,5 @@ int main(int argc, char** argv) {
     const QApplication app(argc, argv);
     QApplication::setApplicationName("Tessaly");
     QApplication::setQuitOnLastWindowClosed(false);
-    tessaly::addSessions();
     return RUN_ALL_TESTS();
 }

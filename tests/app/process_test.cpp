@@ -43,7 +43,7 @@ TEST(StartUp, OpensTheFileThatItWasStartedWith) {
     bench.current.unsavedChanges = true;
     bench.choose("mnuFileSave");
     EXPECT_EQ(readWholeFile(bench.files, odd, 1 << 20), encodeProject(bench.current));
-    EXPECT_TRUE(bench.prompts.shown.isEmpty());
+    EXPECT_TRUE(bench.prompts.told.isEmpty());
     bench.files.removeFile(odd);  // Qt, which cleans up, cannot name it
 }
 

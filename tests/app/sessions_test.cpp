@@ -5,9 +5,10 @@
 namespace tessaly {
 
 // What the window shows after each gesture is compared with what the file says.
-void addSessions() {
+static const bool AreSessionsAdded = [] {
     test::addTextTests("Sessions", TESSALY_SESSIONS,
                        [](const QString& text) { return test::Session().play(text); });
-}
+    return true;
+}();
 
 }  // namespace tessaly

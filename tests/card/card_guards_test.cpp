@@ -32,15 +32,6 @@ QString file(B b) {
     return b.scratch.write("card/deep/a.mp3", "x");
 }
 
-class Asking : public NotingObserver {
- public:
-    std::function<void()> meanwhile;
-    bool confirm(const QString& question) override {
-        meanwhile();
-        return NotingObserver::confirm(question);
-    }
-};
-
 void exchange(B b) {
     QDir().rename(b.scratch.path("card"), b.scratch.path("pulled"));
     b.scratch.write("card/other.txt", "x");
@@ -110,19 +101,17 @@ TEST(CardGuards, EachEndsTheRunBeforeTheFirstDeletion) {
             bench.useChime();
             bench.scratch.write("card/precious.txt", "precious");
             bench.job.mustBeRemovableRoot = true;
-            bench.job.settingsOnly = settingsOnly;
-            Asking observer;
+            NotingObserver& observer = bench.observer;
             QMap<QString, QByteArray> before;
             const bool isMeanwhile = number == DriveNotReady;
-            observer.meanwhile = [&, act = arrange] {
+            observer.onQuestion = [&, act = arrange] {
                 if (isMeanwhile)
                     act(bench);
                 before = bench.card();
             };
             if (!isMeanwhile)
                 arrange(bench);
-            const CardRunReport report =
-                bench.writer.createCard(bench.project, bench.job, observer);
+            const CardRunReport report = bench.run(settingsOnly);
             ASSERT_TRUE(report.error);
             EXPECT_EQ(report.error->number, number) << report.error->what();
             EXPECT_EQ(observer.title, QString("Tessaly Error %1").arg(step));

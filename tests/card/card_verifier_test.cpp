@@ -135,18 +135,4 @@ TEST(CardVerifier, EveryCreatedCardIsGood) {
     EXPECT_GT(created, 35);
 }
 
-TEST(CardVerifier, NotesWhatNothingRefersTo) {
-    CardBench bench;
-    ASSERT_EQ(bench.create().outcome, CardRunReport::Outcome::Done);
-    bench.scratch.write("card/holiday.jpg", "x");
-    for (const char* file : {"card/0001.mp3", "src/first.mp3"})
-        bench.scratch.write(file, "");
-    const CardVerification result = verifyCard(bench.files, bench.job.root);
-    EXPECT_EQ(result.notes, QStringList("holiday.jpg is on the card, but nothing refers to it."));
-    const QString warning = "0001.mp3 is empty, as %1 is: it plays nothing.";
-    EXPECT_EQ(result.warnings, QStringList(warning.arg(bench.scratch.path("src/first.mp3"))));
-    EXPECT_EQ(result.trackFiles, 3);
-    EXPECT_THROW(verifyCard(bench.files, bench.scratch.path("nowhere")), TessalyError);
-}
-
 }  // namespace tessaly

@@ -2,8 +2,6 @@
 // What neither the sessions at the window nor the random steps of editor_model_test.cpp reach.
 #include "editor/speech_editor.h"
 
-#include <functional>
-
 #include "editor/file_display.h"
 #include "editor/music_editor.h"
 #include "model/music_lists.h"
@@ -68,33 +66,6 @@ TEST(SpeechEditor, LanguagesLeaveTriggersAlone) {
     EXPECT_EQ(project.DefaultLanguageTable, Project().DefaultLanguageTable);
     EXPECT_EQ(project.TriggerTable, before.TriggerTable);
     EXPECT_EQ(project.PowerUpRecord, before.PowerUpRecord);
-}
-
-// Each by itself, also one that has nothing to do.
-TEST(SpeechEditor, EveryEditMarksTheProject) {
-    for (const int row : {-1, 0})
-        for (const QString text : {"", "x"}) {
-            const std::function<EditResult(Project&)> edits[] = {
-                [&](Project& p) { return addSpeechTitle(p, text); },
-                [&](Project& p) { return addLanguage(p, text); },
-                [&](Project& p) {
-                    return chooseSpeechFile(p, {0, row}, text);
-                },
-                [&](Project& p) {
-                    return chooseSpeechFile(p, {row, 0}, text);
-                },
-                [&](Project& p) { return renameSpeechTitle(p, row, text); },
-                [&](Project& p) { return renameLanguage(p, row, text); },
-                [&](Project& p) { return deleteSpeechTitle(p, row); },
-                [&](Project& p) { return deleteLanguage(p, row); }};
-            for (const auto& edit : edits) {
-                Project project = tour();
-                EditResult result;
-                EXPECT_TRUE(isMarkedBy(project, [&] { result = edit(project); }));
-                project.unsavedChanges = false;
-                EXPECT_NE(result.isDone, project == tour());
-            }
-        }
 }
 
 // As a folder import makes them.

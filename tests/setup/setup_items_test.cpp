@@ -43,21 +43,6 @@ TEST(DefaultLanguages, AreKeptWhenThePageIsShownAgain) {
     EXPECT_FALSE(project.unsavedChanges) << "these do not mark the project";
 }
 
-TEST(Chime, ControlsFollowTheOption) {
-    Project project;
-    const std::pair<bool Project::*, ChimeControls> cases[] = {
-        {&Project::buttPlayIntChime, {.file = true, .repetition = true}},
-        {&Project::buttPlayExtChime, {.file = false, .repetition = true}},
-        {&Project::buttChimeOnce, {.file = false, .repetition = true}},
-        {&Project::buttDisableChime, {}}};
-    for (const auto& [option, controls] : cases) {
-        clickChimeOption(project, option);
-        EXPECT_EQ(chimeControls(project), controls);
-        EXPECT_TRUE(project.*option);
-        EXPECT_EQ(inconsistencies(project), QStringList());
-    }
-}
-
 TEST(SystemTexts, ASlotThatAFileLeftBlankGetsItsNumber) {
     Project project;
     SystemTextBoxes boxes = systemTextBoxes(project);

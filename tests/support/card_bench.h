@@ -46,7 +46,7 @@ class FakeDrives : public Drives {
 
 class NotingObserver : public CardRunObserver {
  public:
-    bool answer = true;
+    std::function<void()> onQuestion = [] {};
     std::function<bool()> keepGoingNow = [] { return true; };
     std::function<void()> onSuccess = [] {};
     QStringList questions, captions, messages;
@@ -57,7 +57,8 @@ class NotingObserver : public CardRunObserver {
 
     bool confirm(const QString& question) override {
         questions.append(question);
-        return answer;
+        onQuestion();
+        return true;
     }
     void begin() override { isShown = true; }
     void showProgress(const RunProgress& now) override {

@@ -16,7 +16,7 @@
 #include "app/main_window.h"
 #include "model/card_file.h"
 #include "support/card_bench.h"
-#include "support/scripted_prompts.h"
+#include "support/ready_prompts.h"
 
 namespace tessaly::test {
 
@@ -29,7 +29,7 @@ class FakeInstance : public SingleInstance {
 /// The real main window, started, in the surrounding of a CardBench: its project of three files is
 /// saved as "tour.crd2", its card is the drive that the fake drives call removable.
 struct WindowBench : CardBench {
-    ScriptedPrompts prompts;
+    ReadyPrompts prompts;
     FakeInstance instance;
     LocalMp3Tags tags;
     Services services;
@@ -68,18 +68,7 @@ struct WindowBench : CardBench {
         EXPECT_NE(found, nullptr) << "there is no " << name.toStdString();
         return found;
     }
-    void click(const QString& button) const {
-        auto* found = find<QAbstractButton>(button);
-        EXPECT_TRUE(found->isEnabled()) << button.toStdString() << " is disabled";
-        found->click();
-    }
     void choose(const QString& menuItem) const { find<QAction>(menuItem)->trigger(); }
-    void showPage(const QString& caption) const {
-        auto* tabs = find<QTabWidget>("Tabs");
-        for (int i = 0; i < tabs->count(); ++i)
-            if (tabs->tabText(i) == caption)
-                tabs->setCurrentIndex(i);
-    }
     /// The row that is selected in a list, -1 for none.
     int selectedRow(const QString& list) const {
         const auto rows = find<QAbstractItemView>(list)->selectionModel()->selectedRows();
@@ -90,7 +79,6 @@ struct WindowBench : CardBench {
     bool isChecked(const QString& name) const { return find<QAbstractButton>(name)->isChecked(); }
     QString field(const QString& name) const { return find<QLineEdit>(name)->text(); }
     QString text(const QString& label) const { return find<QLabel>(label)->text(); }
-    QString status() const { return text("lblStatus"); }
     QStringList items(const QString& list) const {
         QStringList texts;
         const auto* model = find<QAbstractItemView>(list)->model();
@@ -108,11 +96,6 @@ struct WindowBench : CardBench {
             window->hide();
     }
 
-    /// Opens a file through the menu.
-    void open(const QString& path) {
-        prompts.paths.append(path);
-        choose("mnuFileOpen");
-    }
     /// The recovery copies that the user's folder holds.
     int recoveryCopies() const {
         return int(QDir(scratch.path("user/recovery")).entryList({"*.recovery"}).size());

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What can be selected, how it plays, and what plays it: the selector, the attributes, the power-up
-// item and the discrete triggers. tests/app/setup_pages_test.cpp follows them into an image.
+// item and the discrete triggers. The sessions at the window show the rest.
 #include <functional>
 
 #include "model/music_lists.h"
@@ -57,74 +57,7 @@ QString shortForm(const TriggerRow& row) {
     return letters.isEmpty() ? "-" : letters;
 }
 
-QStringList shortForms(const Project& project, const TriggerSelection& selection) {
-    QStringList forms;
-    for (const TriggerRow& row : triggerRows(project, selection))
-        forms.append(shortForm(row));
-    return forms;
-}
-
 }  // namespace
-
-TEST(TriggerSelector, ShowsWhatAModeAndALineCallFor) {
-    Project project = tour();
-    const QStringList lists = {"<Continuous Mix>", "Rock", "Pop", "Nothing yet"};
-    EXPECT_EQ(clickSelector(project, Music, "Pop", "Song A"),
-              (TriggerSelector{
-                  Music, "Music List Names", lists, 2, {"<Play Full List>", "Song A"}, 1, true}));
-    EXPECT_EQ(project.MusicListNames[project.currentMusicList], "Pop");
-    EXPECT_EQ(clickSelector(project, Speech, "Song A"),
-              (TriggerSelector{Speech, "Speech Titles", {"Welcome", "Song A"}, 1, {}, -1, false}));
-    EXPECT_EQ(selectTriggerMode(project, Music).leftRow, 0);
-    EXPECT_TRUE(clickSelector(project, Music, "Nothing yet").lstTrigRight.isEmpty());
-    EXPECT_FALSE(selectTriggerMode(Project(), Music).rightVisible);
-    // Going back to the continuous mix takes the tracks away.
-    TriggerSelector selector = clickSelector(project, Music, "Rock", "Song A");
-    selectTriggerLeft(project, selector, 0);
-    EXPECT_TRUE(selector.lstTrigRight.isEmpty());
-    EXPECT_EQ(selectionOf(selector).item, SelectedItem::ContinuousMix);
-}
-
-// What can be set, as letters: attributes, loop, play. Trigger 1 holds Rock / Song A, 2 the title
-// Song A.
-TEST(TriggerPage, ControlsFollowTheSelection) {
-    Project project = tour(), empty;
-    assignTrigger(project, selectTrack(project, "Rock", "Song A"), 0);
-    assignTrigger(project, selectTitle(project, "Song A"), 1);
-    addTrack(project, "Pop", "<Play Full List>", "d.mp3");
-    TriggerSelector misleading = clickSelector(project, Music, "Pop");
-    selectTriggerRight(misleading, 2);
-    const struct {
-        const char* name;
-        TriggerSelection selection;
-        QString controls;
-        QStringList rows;
-    } cases[] = {
-        {"no lists", selectTrack(empty, {}), "", {"C", "C", "-"}},
-        {"no titles", selectTitle(empty, {}), "", {"C", "C", "-"}},
-        {"list", selectTrack(project, "Rock"), "", {"C", "C", "-"}},
-        {"continuous mix", selectTrack(project, "<Continuous Mix>"), "p", {"C", "C", "E"}},
-        {"whole list", selectTrack(project, "Rock", "<Play Full List>"), "p", {"C", "C", "E"}},
-        {"track", selectTrack(project, "Rock", "Song A"), "alp", {"CE", "C", "E"}},
-        {"track of another list", selectTrack(project, "Pop", "Song A"), "alp", {"C", "C", "E"}},
-        {"track called like the whole list", selectionOf(misleading), "alp", {"C", "C", "E"}},
-        {"title called like the track", selectTitle(project, "Song A"), "ap", {"C", "CE", "E"}},
-    };
-    for (const auto& [name, selection, controls, rows] : cases) {
-        const AttributeControls enabled = enabledControls(selection);
-        EXPECT_EQ(QString(enabled.attributes ? "a" : "") + (enabled.endlessLoop ? "l" : "") +
-                      (enabled.play ? "p" : ""),
-                  controls)
-            << name;
-        EXPECT_EQ(shortForms(project, selection), rows) << name;
-    }
-    const auto rows = triggerRows(project, cases[0].selection);
-    EXPECT_EQ(rows[0].words, "Trigger 1: Rock / Song A");
-    EXPECT_EQ(rows[1].words, "Trigger 2: Song A");
-    EXPECT_EQ(rows[2].words, "Trigger 3: free");
-    reset(project);  // the names stay in the slots, the triggers are free
-    EXPECT_EQ(shortForms(project, selectTrack(project, {})), QStringList({"-", "-", "-"}));
-}
 
 TEST(PlaybackAttributes, ReachEveryRecordOfTheItemAndNoOther) {
     Project project = tour();
@@ -152,52 +85,6 @@ TEST(PlaybackAttributes, ReachEveryRecordOfTheItemAndNoOther) {
         setEndlessLoop(project, selection, true);
         EXPECT_EQ(project.TrackTable, before.TrackTable);
     }
-}
-
-TEST(PlaybackAttributes, AreShownAsTheFirstRecordHasThem) {
-    Project project = tour();
-    const auto welcome = selectTitle(project, "Welcome");
-    const AttributeDisplay loud{.loud = true, .cancel = true, .hasRecord = true};
-    setLoudVolume(project, welcome, true);
-    setCancelOnInterrupt(project, welcome, true);
-    EXPECT_EQ(displayedAttributes(project, welcome), loud);
-    // A language that came later plays as every new file does, until the attribute is set again.
-    addSpeech(project, "Welcome", "French", "f.mp3");
-    AttributeDisplay differing = loud;
-    differing.differs = true;
-    EXPECT_EQ(displayedAttributes(project, welcome), differing);
-    setLoudVolume(project, welcome, true);
-    setCancelOnInterrupt(project, welcome, true);
-    EXPECT_EQ(displayedAttributes(project, welcome), loud);
-
-    setEndlessLoop(project, selectTrack(project, "Rock", "Song B"), true);
-    for (const QString track : {"Song B", "Song A", "<Play Full List>"})
-        EXPECT_EQ(displayedAttributes(project, selectTrack(project, "Rock", track)).loop,
-                  track == "Song B");
-    project.lstSpTitles.append("No file");
-    EXPECT_EQ(displayedAttributes(project, selectTitle(project, "No file")), AttributeDisplay{});
-}
-
-TEST(PowerUpItem, IsOneOfTheWholeProject) {
-    Project project = tour();
-    const TriggerSelection items[] = {
-        selectTrack(project, "<Continuous Mix>"), selectTrack(project, "Rock", "<Play Full List>"),
-        selectTrack(project, "Rock", "Song A"),   selectTrack(project, "Pop", "Song A"),
-        selectTitle(project, "Song A"),           selectTitle(project, "Welcome")};
-    for (const TriggerSelection& chosen : items) {
-        setPowerUpItem(project, chosen, true);
-        for (const TriggerSelection& item : items) {
-            EXPECT_EQ(displayedAttributes(project, item).powerUp, &item == &chosen);
-            if (&item != &chosen)
-                setPowerUpItem(project, item, false);  // another's box changes nothing
-        }
-    }
-    EXPECT_TRUE(project.PowerUpRecord.groupName.is(u""));  // no list left from an earlier track
-    setPowerUpItem(project, TriggerSelection{}, true);
-    EXPECT_EQ(powerUpItem(project).words, "At power-up: Welcome");
-    setPowerUpItem(project, items[5], false);
-    EXPECT_EQ(powerUpItem(project).words, "At power-up: nothing");
-    EXPECT_FALSE(project.unsavedChanges);
 }
 
 TEST(PowerUpItem, ThatIsGoneIsSaidAndCleared) {

@@ -114,8 +114,12 @@ void LocalFileSystem::replaceFile(const QString& path, QByteArrayView bytes, Lin
               (::fsync(file.handle()) == 0 || errno == EINVAL) && file.commit() &&
               (isUtf8 || ::renameat(AT_FDCWD, place.toUtf8().constData(), folder.get(),
                                     target.mid(slash + 1).constData()) == 0);
-    if (!isSaved)
-        throw systemError(errno == 0 ? EIO : errno, path);
+    if (!isSaved) {
+        const int code = errno == 0 ? EIO : errno;
+        if (!isUtf8)
+            ::unlink(place.toUtf8().constData());
+        throw systemError(code, path);
+    }
     ::fsync(folder.get());  // so that the rename is durable
 }
 
