@@ -51,6 +51,10 @@ TEST(CardVerifier, FindsWhatIsWrongWithACard) {
              QFile::remove(b.scratch.path("src/hello.mp3"));
          },
          "0003.mp3 is empty"},
+        {[](CardBench& b) {
+             b.files.failWhen = [](const QString& what) { return what == "reread 0002.mp3"; };
+         },
+         "0002.mp3: failed on purpose."},
         {with("card/0000.crd2", [](QByteArray b) { return b.chopped(1); }),
          "0000.crd2 is damaged at byte"},
         {with("card/0000.crd2",

@@ -263,6 +263,8 @@ TEST(ImageLimits, ReferencesReachOnlySoFar) {
         trigger.itemName = item;
         EXPECT_EQ(errorOf(limitViolations(project)), reachable ? 0 : error_number::ReferenceTooHigh)
             << path << ' ' << list << ' ' << item;
+        for (const LimitViolation& violation : limitViolations(project))
+            EXPECT_TRUE(violation.text.startsWith("Trigger 4 ")) << violation.text.toStdString();
         trigger.sourcePath = "empty";
         project.PowerUpRecord = trigger;
         project.PowerUpRecord.kind = path;

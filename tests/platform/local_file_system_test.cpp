@@ -174,6 +174,8 @@ TEST(LocalDrives, AFolderThatIsNoMountPointIsNoDrive) {
 #ifdef Q_OS_WIN
     EXPECT_EQ(drives.type(qEnvironmentVariable("SystemDrive")), DriveType::Fixed);
 #else
+    EXPECT_NE(drives.medium(scratch.path()), "");
+    EXPECT_EQ(drives.medium(scratch.path()), drives.medium(scratch.path()));
     if (QFileInfo::exists("/proc/self/mountinfo")) {
         EXPECT_NE(drives.type("/proc"), DriveType::Removable);
     }
