@@ -9,6 +9,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Lengths in dots
@@ -78,7 +80,7 @@ DisplayLayout displayLayout(QSize size, int lines) {
 DisplayPreview::DisplayPreview(QWidget* parent) : QWidget(parent), lines_(2) {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Maximum);
-    setAccessibleName("Player's display");
+    setAccessibleName(u"Player's display"_s);
     describe();
 }
 
@@ -107,20 +109,20 @@ void DisplayPreview::describe() {
     QStringList shown, lacking;
     for (const QString& text : lines_) {
         const QString line = fromCodePage(toCodePage(text).left(limits::DisplayText));
-        shown.append(line.trimmed().isEmpty() ? "empty" : '"' + line + '"');
+        shown.append(line.trimmed().isEmpty() ? u"empty"_s : u'"' + line + u'"');
         lacking += charactersDisplayLacks(text);
     }
     lacking.removeDuplicates();
     QString description;
     if (shown.size() == 1)
-        description = "Shows " + shown.first() + '.';
+        description = u"Shows "_s + shown.first() + u'.';
     else
         for (qsizetype i = 0; i < shown.size(); ++i)
-            description += QString("%1Line %2: %3.").arg(i ? " " : "").arg(i + 1).arg(shown[i]);
-    const QString warning =
-        lacking.isEmpty() ? QString()
-                          : "The display has no " + lacking.join(' ') + " and shows ? instead.";
-    setAccessibleDescription((description + ' ' + warning).trimmed());
+            description += u"%1Line %2: %3."_s.arg(i ? u" "_s : u""_s).arg(i + 1).arg(shown[i]);
+    const QString warning = lacking.isEmpty() ? QString()
+                                              : u"The display has no "_s + lacking.join(u' ') +
+                                                    u" and shows ? instead."_s;
+    setAccessibleDescription((description + u' ' + warning).trimmed());
     setToolTip(warning);
     update();
 }

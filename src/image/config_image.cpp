@@ -11,6 +11,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 using namespace image_layout;
 
 namespace {
@@ -34,7 +36,7 @@ class ImageBytes {
     }
     void appendText(const QString& text, int width) { bytes_.append(fixedWidthText(text, width)); }
     void appendInvalidEntry(int width) {
-        appendText(width == LanguageWidth ? "Invalid" : "Invalid Data", width);
+        appendText(width == LanguageWidth ? u"Invalid"_s : u"Invalid Data"_s, width);
     }
 
     const QByteArray& bytes() const { return bytes_; }

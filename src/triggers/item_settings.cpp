@@ -3,6 +3,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 bool matches(const TrackRecord& record, const TriggerSelection& selection) {
@@ -39,9 +41,9 @@ bool isPowerUpItem(const Project& project, const TriggerSelection& selection) {
 
 TriggerRow triggerRow(const Project& project, const TriggerSelection& selection, int slot) {
     const TrackRecord& trigger = project.TriggerTable.at(size_t(slot));
-    const QString caption = QString("Trigger %1: ").arg(slot + 1);
+    const QString caption = u"Trigger %1: "_s.arg(slot + 1);
     if (!isAssigned(trigger))
-        return {.isEnabled = enabledControls(selection).play, .words = caption + "free"};
+        return {.isEnabled = enabledControls(selection).play, .words = caption + u"free"_s};
     const Variant& plays = trigger.sourcePath;
     return {.isAssigned = true,
             .isEnabled = namesSelection(trigger, plays, selection) ||
@@ -110,9 +112,9 @@ void setPowerUpItem(Project& project, const TriggerSelection& selection, bool ch
 }
 
 PowerUpItem powerUpItem(const Project& project) {
-    const QString caption = "At power-up: ";
+    const QString caption = u"At power-up: "_s;
     if (!hasPowerUpItem(project))
-        return {caption + "nothing", false};
+        return {caption + u"nothing"_s, false};
     const TrackRecord& item = project.PowerUpRecord;
     return {caption + itemInWords(project, item, item.kind),
             itemState(project, item, item.kind) != ItemState::Present};
