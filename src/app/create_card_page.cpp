@@ -145,6 +145,7 @@ void CreateCardPage::afterRun(std::function<void()> action) {
 }
 
 void CreateCardPage::stopThen(std::function<void()> action) {
+    Q_ASSERT(action);
     stopRequested_ = true;
     afterRun_ = std::move(action);
 }

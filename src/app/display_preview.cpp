@@ -53,6 +53,7 @@ void drawCell(QPainter& painter, const DisplayLayout& layout, int line, int cell
 }  // namespace
 
 QRect DisplayLayout::dotRect(int line, int cell, int row, int column) const {
+    Q_ASSERT(row >= 0 && row < GlyphRows && column >= 0 && column < GlyphColumns);
     const int x = Padding + cell * CellWidth + column;
     const int y = Padding + line * LineHeight + row;
     return {panel.x() + x * pitch, panel.y() + y * pitch, dot, dot};
@@ -85,7 +86,8 @@ DisplayPreview::DisplayPreview(QWidget* parent) : QWidget(parent), lines_(2) {
 }
 
 void DisplayPreview::setLineCount(int count) {
-    lines_.resize(std::max(1, count));
+    Q_ASSERT(count > 0);
+    lines_.resize(count);
     describe();
     updateGeometry();
 }

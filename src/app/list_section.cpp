@@ -202,6 +202,7 @@ void FileSection::showFile(const FileDisplay& display) {
     path_->setText(display.path);
     const QString texts[] = {display.size, display.tags.title, display.tags.artist,
                              display.tags.album};
+    Q_ASSERT(lines_.size() <= qsizetype(std::size(texts)));
     for (qsizetype i = 0; i < lines_.size(); ++i)
         lines_[i]->setText(texts[i]);
 }

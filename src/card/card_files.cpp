@@ -92,6 +92,7 @@ QString summaryLine(const CardTotals& totals, const QString& firmwareVersion) {
 }
 
 qint64 inWholeClusters(qint64 bytes, qint64 clusterBytes) {
+    Q_ASSERT(bytes >= 0 && clusterBytes > 0);
     return (bytes + clusterBytes - 1) / clusterBytes * clusterBytes;
 }
 

@@ -173,6 +173,7 @@ void CardRun::eraseCard() {
 }
 
 void CardRun::beginFile(const QString& name) {
+    Q_ASSERT(folder_);  // opened by the guards, before anything is written
     progress_.fileName = name;
     requireSameCard();
 }

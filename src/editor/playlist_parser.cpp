@@ -151,6 +151,7 @@ qsizetype playlistEntries(PlaylistFormat format, qsizetype lines) {
 
 PlaylistEntry parsePlaylistEntry(const PlaylistHeader& header, const QList<QStringView>& lines,
                                  qsizetype index, const QString& folder) {
+    Q_ASSERT(index >= 0 && index < playlistEntries(header.playlistFormat, lines.size()));
     switch (header.playlistFormat) {
         case PlaylistFormat::tabbed:
         case PlaylistFormat::itunes:

@@ -33,7 +33,10 @@ class ImageReader {
     }
 
     quint8 byteAt(int offset) const { return quint8(bytes_[offset]); }
-    quint16 wordAt(int offset) const { return qFromBigEndian<quint16>(bytes_.data() + offset); }
+    quint16 wordAt(int offset) const {
+        Q_ASSERT(offset >= 0 && offset + 2 <= bytes_.size());
+        return qFromBigEndian<quint16>(bytes_.data() + offset);
+    }
     QString textAt(int offset, int width) const {
         QString text = fromCodePage(bytes_.sliced(offset, width));
         while (text.endsWith(u' '))

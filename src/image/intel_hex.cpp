@@ -101,6 +101,7 @@ quint32 headerRecordCount(qsizetype bytes) {
 }
 
 QByteArray EncodeImageAsHex(QByteArrayView image) {
+    Q_ASSERT(image.size() <= 0x10000);  // addresses have 16 bits
     const auto byteAt = [&](qsizetype i) {
         return i < image.size() ? quint8(image[i]) : quint8(0);
     };

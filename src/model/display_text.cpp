@@ -80,6 +80,7 @@ bool refusesKey(QStringView text, QChar key, int limit) {
 }
 
 Paste pasteInto(QStringView text, QStringView selected, const QString& pasted, int limit) {
+    Q_ASSERT(selected.size() <= text.size());
     const int room = limit - (displayLength(text) - displayLength(selected));
     Paste paste;
     int length = 0;

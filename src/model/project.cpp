@@ -154,11 +154,13 @@ void restoreSystemTexts(Project& project) {
 }
 
 QString originalSystemText(int slot) {
-    return OriginalTexts.at(size_t(slot)).toString();
+    Q_ASSERT(slot >= 0 && slot < SystemTextsUsed);
+    return OriginalTexts[size_t(slot)].toString();
 }
 
 QString systemText(const Project& project, int slot) {
-    return project.SystemTextTable.at(size_t(slot)).groupName.text();
+    Q_ASSERT(slot >= 0 && slot < SystemTextSlots);
+    return project.SystemTextTable[size_t(slot)].groupName.text();
 }
 
 bool isAssigned(const TrackRecord& trigger) {
@@ -179,11 +181,13 @@ void setChimeOption(Project& project, bool Project::*option, bool selected) {
     static const Group repeat = {&Project::buttChimeAlways, &Project::buttChimeOnce};
     static const Group sound = {&Project::buttPlayExtChime, &Project::buttPlayIntChime,
                                 &Project::buttDisableChime};
-    if (selected) {
-        const bool isRepeat = option == *repeat.begin() || option == *(repeat.begin() + 1);
-        for (auto other : isRepeat ? repeat : sound)
+    const auto isOneOf = [&](const Group& group) {
+        return std::find(group.begin(), group.end(), option) != group.end();
+    };
+    Q_ASSERT(isOneOf(repeat) || isOneOf(sound));
+    if (selected)
+        for (auto other : isOneOf(repeat) ? repeat : sound)
             project.*other = false;
-    }
     project.*option = selected;
 }
 

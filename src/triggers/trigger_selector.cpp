@@ -84,6 +84,7 @@ bool namesSelection(const TrackRecord& record, const Variant& plays,
         case SelectedItem::Track:
             break;
     }
+    Q_ASSERT(selection.left && selection.right);
     return plays.is(kind::Music) && record.groupName.is(*selection.left) &&
            record.itemName.is(*selection.right);
 }
