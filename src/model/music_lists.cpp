@@ -50,7 +50,7 @@ QString addMusicList(Project& project, const QString& name) {
 
 QString addMusicList(Project& project, const QString& name, UniqueNames& names) {
     Q_ASSERT(project.lstMuList.isEmpty() || names.isTaken(project.lstMuList.last()));
-    const QString unique = names.add(name);
+    QString unique = names.add(name);
     project.lstMuList.append(unique);
     project.MusicListNames.last() = unique;
     project.MusicListNames.append(QString());
@@ -93,7 +93,7 @@ QString shortName(const MusicLine& line) {
 QString addMusicTrack(Project& project, const QString& name, UniqueNames& names) {
     QStringList& tracks = project.lstMuTrack[project.currentMusicList];
     Q_ASSERT(tracks.isEmpty() || names.isTaken(tracks.last()));
-    const QString unique = names.add(name);
+    QString unique = names.add(name);
     tracks.append(unique);
     return unique;
 }
