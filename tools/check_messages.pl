@@ -62,7 +62,7 @@ for my $path (sort @sources) {
         next;
     }
     $code =~ s{//[^\n]*}{}g;
-    while ($code =~ /((?:"(?:[^"\\\n]|\\.)*"\s*)+)/g) {
+    while ($code =~ /((?:u?"(?:[^"\\\n]|\\.)*"(?:_s)?\s*)+)/g) {
         my $literals = $1;
         judge($path, join '', $literals =~ /"((?:[^"\\\n]|\\.)*)"/g);
     }

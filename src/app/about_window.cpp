@@ -10,25 +10,28 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // The operating system's own tool that shows what machine this is: on Windows the one that the
 // registry names, elsewhere one of the usual ones if it is installed. Empty when there is none.
 QString toolPath() {
 #ifdef Q_OS_WIN
-    const QSettings info(R"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Shared Tools\MSINFO)",
+    const QSettings info(uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Shared Tools\MSINFO)"_s,
                          QSettings::NativeFormat);
-    QString path = info.value("PATH").toString();
+    QString path = info.value(u"PATH"_s).toString();
     if (path.isEmpty()) {
-        const QSettings location(R"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Shared Tools Location)",
-                                 QSettings::NativeFormat);
-        const QString folder = location.value("MSINFO").toString();
+        const QSettings location(
+            uR"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Shared Tools Location)"_s,
+            QSettings::NativeFormat);
+        const QString folder = location.value(u"MSINFO"_s).toString();
         if (!folder.isEmpty())
-            path = folder + R"(\MSINFO32.EXE)";
+            path = folder + uR"(\MSINFO32.EXE)"_s;
     }
     return QFileInfo::exists(path) ? path : QString();
 #else
-    for (const char* name : {"hardinfo2", "hardinfo", "kinfocenter", "lshw-gtk"}) {
+    for (const QString& name : {u"hardinfo2"_s, u"hardinfo"_s, u"kinfocenter"_s, u"lshw-gtk"_s}) {
         QString path = QStandardPaths::findExecutable(name);
         if (!path.isEmpty())
             return path;
@@ -44,7 +47,7 @@ AboutWindow::AboutWindow(const QString& firmwareVersion, const QStringList& make
     : QDialog(parent), ui_(std::make_unique<Ui::AboutWindow>()), prompts_(prompts) {
     ui_->setupUi(this);
     ui_->lblFirmwareVersion->setText(firmwareVersion);
-    ui_->lblMakersFiles->setText(makersFiles.join('\n'));
+    ui_->lblMakersFiles->setText(makersFiles.join(u'\n'));
     ui_->cmdOK->setFocus();
     connect(ui_->cmdOK, &QPushButton::clicked, this, &QDialog::accept);
     connect(ui_->cmdSysInfo, &QPushButton::clicked, this, &AboutWindow::cmdSysInfo_Click);
@@ -55,7 +58,7 @@ AboutWindow::~AboutWindow() = default;
 void AboutWindow::cmdSysInfo_Click() {
     const QString tool = toolPath();
     if (tool.isEmpty() || !QProcess::startDetached(tool, {}))
-        prompts_.tell({.text = "System Information Is Unavailable At This Time"});
+        prompts_.tell({.text = u"System Information Is Unavailable At This Time"_s});
 }
 
 }  // namespace tessaly

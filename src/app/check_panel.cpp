@@ -36,6 +36,7 @@ void showOffenders(const QStringList& offenders, QListWidget* list) {
 CheckPanel::CheckPanel(QWidget* parent) : QGroupBox(parent), grid_(new QGridLayout(this)) {}
 
 void CheckPanel::setNames(const QString& names) {
+    Q_ASSERT(rows_.isEmpty());  // the rows are made once
     names_ = names;
     for (const QString& name : names.split(u' ')) {
         QWidget* widget = nullptr;

@@ -16,6 +16,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services,
                                CardTotals& totals, QWidget* parent)
     : Page(parent),
@@ -130,7 +132,7 @@ void CreateCardPage::buttGiveFiles_Click() {
 
 bool CreateCardPage::askToStop() {
     return services_.prompts.ask(
-        {.text = "Stop writing the card?", .icon = Message::Icon::Exclamation}, true);
+        {.text = u"Stop writing the card?"_s, .icon = Message::Icon::Exclamation}, true);
 }
 
 void CreateCardPage::afterRun(std::function<void()> action) {
@@ -143,6 +145,7 @@ void CreateCardPage::afterRun(std::function<void()> action) {
 }
 
 void CreateCardPage::stopThen(std::function<void()> action) {
+    Q_ASSERT(action);
     stopRequested_ = true;
     afterRun_ = std::move(action);
 }
@@ -163,7 +166,7 @@ void CreateCardPage::buttCancelWrite_Click() {
 CardJob CreateCardPage::job(bool settingsOnly) const {
     QString workFolder = folders_.filesFolder;
     if (!services_.files.isWritableFolder(workFolder)) {
-        workFolder = QDir::toNativeSeparators(pathIn(services_.userFolder, "work"));
+        workFolder = QDir::toNativeSeparators(pathIn(services_.userFolder, u"work"_s));
         QDir().mkpath(workFolder);
     }
     CardJob job;

@@ -9,6 +9,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Lengths in dots
@@ -51,6 +53,7 @@ void drawCell(QPainter& painter, const DisplayLayout& layout, int line, int cell
 }  // namespace
 
 QRect DisplayLayout::dotRect(int line, int cell, int row, int column) const {
+    Q_ASSERT(row >= 0 && row < GlyphRows && column >= 0 && column < GlyphColumns);
     const int x = Padding + cell * CellWidth + column;
     const int y = Padding + line * LineHeight + row;
     return {panel.x() + x * pitch, panel.y() + y * pitch, dot, dot};
@@ -78,12 +81,13 @@ DisplayLayout displayLayout(QSize size, int lines) {
 DisplayPreview::DisplayPreview(QWidget* parent) : QWidget(parent), lines_(2) {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Maximum);
-    setAccessibleName("Player's display");
+    setAccessibleName(u"Player's display"_s);
     describe();
 }
 
 void DisplayPreview::setLineCount(int count) {
-    lines_.resize(std::max(1, count));
+    Q_ASSERT(count > 0);
+    lines_.resize(count);
     describe();
     updateGeometry();
 }
@@ -107,20 +111,20 @@ void DisplayPreview::describe() {
     QStringList shown, lacking;
     for (const QString& text : lines_) {
         const QString line = fromCodePage(toCodePage(text).left(limits::DisplayText));
-        shown.append(line.trimmed().isEmpty() ? "empty" : '"' + line + '"');
+        shown.append(line.trimmed().isEmpty() ? u"empty"_s : u'"' + line + u'"');
         lacking += charactersDisplayLacks(text);
     }
     lacking.removeDuplicates();
     QString description;
     if (shown.size() == 1)
-        description = "Shows " + shown.first() + '.';
+        description = u"Shows "_s + shown.first() + u'.';
     else
         for (qsizetype i = 0; i < shown.size(); ++i)
-            description += QString("%1Line %2: %3.").arg(i ? " " : "").arg(i + 1).arg(shown[i]);
-    const QString warning =
-        lacking.isEmpty() ? QString()
-                          : "The display has no " + lacking.join(' ') + " and shows ? instead.";
-    setAccessibleDescription((description + ' ' + warning).trimmed());
+            description += u"%1Line %2: %3."_s.arg(i ? u" "_s : u""_s).arg(i + 1).arg(shown[i]);
+    const QString warning = lacking.isEmpty() ? QString()
+                                              : u"The display has no "_s + lacking.join(u' ') +
+                                                    u" and shows ? instead."_s;
+    setAccessibleDescription((description + u' ' + warning).trimmed());
     setToolTip(warning);
     update();
 }

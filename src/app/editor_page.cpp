@@ -8,6 +8,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 EditorPage::EditorPage(Project& project, const Services& services, const ListSection::Names& first,
                        const ListSection::Names& second, const FileSection::Names& file,
                        QWidget* parent)
@@ -48,8 +50,8 @@ QString EditorPage::askForName(const ListSection& section, const QString& prompt
 }
 
 QString EditorPage::askForFile() {
-    QString path = services_.prompts.openFile(
-        {.filter = QStringLiteral("MP3 files (*.mp3)"), .folder = lastFileFolder_});
+    QString path =
+        services_.prompts.openFile({.filter = u"MP3 files (*.mp3)"_s, .folder = lastFileFolder_});
     if (!path.isEmpty())
         lastFileFolder_ = QFileInfo(path).path();
     return path;

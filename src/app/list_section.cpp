@@ -16,6 +16,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 class LineModel : public QStringListModel {
@@ -82,27 +84,25 @@ QString LineList::line() const {
 
 // Tab goes through the controls in the order in which they are made.
 ListSection::ListSection(const Names& names, QWidget* parent)
-    : QGroupBox(QString::number(names.step) + QStringLiteral(") ") + names.title.toString() +
-                    QLatin1Char(':'),
-                parent),
+    : QGroupBox(QString::number(names.step) + u") "_s + names.title.toString() + u':', parent),
       limit_(names.limit) {
     const bool isFirst = names.step == 1;  // the keys of a page are not enough for all buttons
-    const auto button = [&](const char* what, QStringView text) {
-        return makeButton(QLatin1String(what) + names.item.toString(), text, this);
+    const auto button = [&](const QString& what, QStringView text) {
+        return makeButton(what + names.item.toString(), text, this);
     };
-    setObjectName(QStringLiteral("fra") + names.item.toString() + QLatin1Char('s'));
+    setObjectName(u"fra"_s + names.item.toString() + u's');
     list_ = named(names.list, new LineList(this));
     list_->setAccessibleName(names.title.toString());
-    edit_ = button("buttEdit", isFirst ? u"&Edit" : u"E&dit");
-    remove_ = button("buttDel", isFirst ? u"&Remove" : u"Re&move");
+    edit_ = button(u"buttEdit"_s, isFirst ? u"&Edit" : u"E&dit");
+    remove_ = button(u"buttDel"_s, isFirst ? u"&Remove" : u"Re&move");
     auto* up = makeMoveButton(names, Direction::Up);
     auto* down = makeMoveButton(names, Direction::Down);
     for (const auto& [name, text] : names.more)
         more_.append(makeButton(name, text, this));
     auto* label = new QLabel(names.label.toString(), this);
-    field_ = makeField(QStringLiteral("txtNew") + names.item.toString());
+    field_ = makeField(u"txtNew"_s + names.item.toString());
     label->setBuddy(field_);
-    add_ = button("buttAdd", isFirst ? u"&Add" : u"Add");
+    add_ = button(u"buttAdd"_s, isFirst ? u"&Add" : u"Add");
     connect(edit_, &QPushButton::clicked, this, &ListSection::editClicked);
     connect(remove_, &QPushButton::clicked, this, &ListSection::removeClicked);
     connect(field_, &QLineEdit::textChanged, this, &ListSection::entered);
@@ -143,14 +143,12 @@ QLineEdit* ListSection::makeField(const QString& name) {
 QToolButton* ListSection::makeMoveButton(const Names& names, Direction direction) {
     const bool isUp = direction == Direction::Up;
     const QKeySequence key(Qt::ALT | (isUp ? Qt::Key_Up : Qt::Key_Down));
-    const QString action = QStringLiteral("Move the ") + names.what.toString() +
-                           (isUp ? QStringLiteral(" up") : QStringLiteral(" down"));
+    const QString action = u"Move the "_s + names.what.toString() + (isUp ? u" up"_s : u" down"_s);
     auto* button =
-        named(names.image.toString() + QLatin1String(isUp ? "Up" : "Dn"), new QToolButton(this));
+        named(names.image.toString() + (isUp ? u"Up"_s : u"Dn"_s), new QToolButton(this));
     button->setMinimumSize(28, 28);
     button->setIcon(style()->standardIcon(isUp ? QStyle::SP_ArrowUp : QStyle::SP_ArrowDown));
-    button->setToolTip(action + QStringLiteral(" (") + key.toString(QKeySequence::NativeText) +
-                       QLatin1Char(')'));
+    button->setToolTip(action + u" ("_s + key.toString(QKeySequence::NativeText) + u')');
     button->setAccessibleName(action);
     auto* shortcut = new QShortcut(key, list_);
     shortcut->setContext(Qt::WidgetShortcut);
@@ -182,8 +180,8 @@ FileSection::FileSection(const Names& names, QWidget* parent)
       browse_(makeButton(names.browse, u"&Browse...", this)) {
     setObjectName(names.frame.toString());
     path_->setReadOnly(true);
-    path_->setToolTip(QStringLiteral("MP3 file to play.  Use BROWSE to select."));
-    path_->setAccessibleName(QStringLiteral("MP3 file to play"));
+    path_->setToolTip(u"MP3 file to play.  Use BROWSE to select."_s);
+    path_->setAccessibleName(u"MP3 file to play"_s);
     auto* layout = new QGridLayout(this);
     layout->addWidget(path_, 0, 0, 1, 2);
     layout->addWidget(browse_, 0, 2);
@@ -204,6 +202,7 @@ void FileSection::showFile(const FileDisplay& display) {
     path_->setText(display.path);
     const QString texts[] = {display.size, display.tags.title, display.tags.artist,
                              display.tags.album};
+    Q_ASSERT(lines_.size() <= qsizetype(std::size(texts)));
     for (qsizetype i = 0; i < lines_.size(); ++i)
         lines_[i]->setText(texts[i]);
 }

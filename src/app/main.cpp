@@ -7,6 +7,7 @@
 #include "platform/process.h"
 
 using namespace tessaly;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -25,9 +26,9 @@ int refuse(const QString& problem) {
 int main(int argc, char** argv) {
     turnWriteSignalsIntoErrors();
     QApplication app(argc, argv);
-    QApplication::setApplicationName("Tessaly");
-    QApplication::setApplicationVersion(TESSALY_VERSION);
-    QGuiApplication::setDesktopFileName("tessaly");  // by which a desktop finds the icon
+    QApplication::setApplicationName(u"Tessaly"_s);
+    QApplication::setApplicationVersion(QStringLiteral(TESSALY_VERSION));
+    QGuiApplication::setDesktopFileName(u"tessaly"_s);  // by which a desktop finds the icon
     const StartArguments start = startArguments(commandLineArguments(argc, argv));
     return start.problem.isEmpty() ? runProgram(start.projectFile) : refuse(start.problem);
 }

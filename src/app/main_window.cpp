@@ -14,26 +14,28 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString CardFiles = QStringLiteral("TRL-740 Card files (*.crd2)");
+const QString CardFiles = u"TRL-740 Card files (*.crd2)"_s;
 
 }  // namespace
 
 bool MainWindow::startUp() {
     if (!services_.instance.isOnlyOne()) {
-        services_.prompts.tell({.text = "A previous instance of Tessaly is still running.  Use "
-                                        "CTRL-ALT-DEL to stop the previous task, and run the "
-                                        "program again.",
+        services_.prompts.tell({.text = u"A previous instance of Tessaly is still running.  Use "_s
+                                        u"CTRL-ALT-DEL to stop the previous task, and run the "_s
+                                        u"program again."_s,
                                 .icon = Message::Icon::Exclamation,
-                                .title = "Tessaly Error "});
+                                .title = u"Tessaly Error "_s});
         return false;
     }
     session_.startNew();
     createCard_->endUpdate();
     if (!recovery_) {
         recovery_ = std::make_unique<RecoveryFolder>(services_.files,
-                                                     pathIn(services_.userFolder, "recovery"));
+                                                     pathIn(services_.userFolder, u"recovery"_s));
         session_.setRecovery(recovery_.get());
     }
     const QString problem = readFirmwareVersion();
@@ -49,9 +51,9 @@ QString MainWindow::readFirmwareVersion() {
     firmwareVersion_.clear();
     try {
         if (!services_.files.fileSize(file))
-            return "Cannot find TRL740 firmware file " + file + ". Please reinstall Tessaly.";
+            return u"Cannot find TRL740 firmware file "_s + file + u". Please reinstall Tessaly."_s;
         firmwareVersion_ = firmwareVersion(services_.files, file);
-        statusText_->setText(QString(40, ' ') + "TRL740 firmware version: " + firmwareVersion_);
+        statusText_->setText(QString(40, u' ') + u"TRL740 firmware version: "_s + firmwareVersion_);
         return {};
     } catch (const TessalyError& error) {
         return error.description;
@@ -60,8 +62,8 @@ QString MainWindow::readFirmwareVersion() {
 
 void MainWindow::offerRecovery() {
     const auto copy = recovery_ ? recovery_->takeCrashedCopy() : std::nullopt;
-    if (copy && services_.prompts.ask({.text = "Tessaly was not closed properly. Open the copy "
-                                               "that it kept of the unsaved project?\r" +
+    if (copy && services_.prompts.ask({.text = u"Tessaly was not closed properly. Open the copy "_s
+                                               u"that it kept of the unsaved project?\r"_s +
                                                copy->description(),
                                        .icon = Message::Icon::Question}))
         recover(*copy);
@@ -72,15 +74,16 @@ void MainWindow::offerRecovery() {
 bool MainWindow::keepBeforeDiscard() {
     const QString problem = session_.keepCopy();
     return problem.isEmpty() ||
-           services_.prompts.ask({.text = "The unsaved project could not be kept for recovery (" +
-                                          problem + ").  Continue and lose it?",
-                                  .icon = Message::Icon::Exclamation},
-                                 true);
+           services_.prompts.ask(
+               {.text = u"The unsaved project could not be kept for recovery ("_s + problem +
+                        u").  Continue and lose it?"_s,
+                .icon = Message::Icon::Exclamation},
+               true);
 }
 
 void MainWindow::mnuFileNew_Click() {
     createCard_->afterRun([this] {
-        if (!services_.prompts.ask({.text = "You will lose any unsaved changes!  Continue? ",
+        if (!services_.prompts.ask({.text = u"You will lose any unsaved changes!  Continue? "_s,
                                     .icon = Message::Icon::Exclamation},
                                    true))
             return;
@@ -115,9 +118,9 @@ void MainWindow::openProject() {
 void MainWindow::openAtStart(const QString& path) {
     if (session_.differs())
         services_.prompts.tell(
-            {.text = QString("%1 was not opened, because the recovered project is not saved yet. "
-                             "Save that first, then open the file with File > Open.")
-                         .arg(shownPath(path))});
+            {.text =
+                 u"%1 was not opened, because the recovered project is not saved yet. "_s
+                 u"Save that first, then open the file with File > Open."_s.arg(shownPath(path))});
     else
         readProjectFile(path);
 }
@@ -127,12 +130,11 @@ void MainWindow::readProjectFile(const QString& path) {
         const ReadReport report = session_.open(path);
         if (!report.isComplete)
             services_.prompts.tell(
-                {.text = QString("%1 could be read up to byte %2 only: %3.\r%4 could be read. "
-                                 "The project has no file now, so that the next Save asks for a "
-                                 "name and leaves the damaged file as it is.")
-                             .arg(shownPath(path))
+                {.text = u"%1 could be read up to byte %2 only: %3.\r%4 could be read. "_s
+                         u"The project has no file now, so that the next Save asks for a "_s
+                         u"name and leaves the damaged file as it is."_s.arg(shownPath(path))
                              .arg(report.stoppedAt)
-                             .arg(report.stopReason, counted(report.records, "record")),
+                             .arg(report.stopReason, counted(report.records, u"record"_s)),
                  .icon = Message::Icon::Exclamation});
     } catch (const TessalyError& error) {
         services_.prompts.tell({.text = error.description, .icon = Message::Icon::Exclamation});
@@ -151,8 +153,10 @@ void MainWindow::mnuFileSave_Click() {
 void MainWindow::mnuFileSaveAs_Click() {
     if (!confirmSave(session_, services_.prompts))
         return;
-    const QString path = services_.prompts.saveFile(
-        {.filter = CardFiles, .folder = folders_.projectsStart(services_.files), .suffix = "crd2"});
+    const QString path =
+        services_.prompts.saveFile({.filter = CardFiles,
+                                    .folder = folders_.projectsStart(services_.files),
+                                    .suffix = u"crd2"_s});
     if (!path.isEmpty())
         saveTo(path);
 }
@@ -163,7 +167,7 @@ bool MainWindow::saveTo(const QString& path) {
         showCaption();
         return true;
     } catch (const TessalyError& error) {
-        services_.prompts.tell({.text = "The project was not saved.\r" + error.description,
+        services_.prompts.tell({.text = u"The project was not saved.\r"_s + error.description,
                                 .icon = Message::Icon::Exclamation});
         return false;
     }
@@ -174,13 +178,13 @@ void MainWindow::mnuFileRecover_Click() {
         session_.keepCopy();  // what is open now is on offer, too
         const QList<RecoveryCopy> copies = recovery_ ? recovery_->copies() : QList<RecoveryCopy>();
         if (copies.isEmpty()) {
-            services_.prompts.tell({.text = "There are no recovery copies."});
+            services_.prompts.tell({.text = u"There are no recovery copies."_s});
             return;
         }
         QStringList lines;
         for (const RecoveryCopy& copy : copies)
             lines.append(copy.description());
-        const int line = services_.prompts.pickLine("Recover", lines);
+        const int line = services_.prompts.pickLine(u"Recover"_s, lines);
         if (line >= 0 && keepBeforeDiscard())
             recover(copies[line]);
     });
@@ -212,7 +216,7 @@ void MainWindow::tmrRecovery_Timer() {
 bool MainWindow::confirmExit() {
     return (!session_.project.unsavedChanges && !session_.differs()) ||
            services_.prompts.ask(
-               {.text = "Changes will be lost unless the card file was saved.  Really exit?",
+               {.text = u"Changes will be lost unless the card file was saved.  Really exit?"_s,
                 .icon = Message::Icon::Exclamation});
 }
 

@@ -21,6 +21,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int KeepCopyEveryMs = 60 * 1000;
@@ -34,7 +36,7 @@ MainWindow::MainWindow(ProjectSession& session, const Services& services)
       ui_(std::make_unique<Ui::MainWindow>()),
       statusText_(new ElidedLabel) {
     ui_->setupUi(this);
-    statusText_->setObjectName("lblStatus");
+    statusText_->setObjectName(u"lblStatus"_s);
     statusText_->setTextFormat(Qt::PlainText);
     statusText_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     ui_->sbStatusBar->addWidget(statusText_, 1);
@@ -52,7 +54,7 @@ MainWindow::MainWindow(ProjectSession& session, const Services& services)
     connect(ui_->Tabs, &QTabWidget::currentChanged, this, &MainWindow::Tabs_Click);
 
     auto* timer = new QTimer(this);
-    timer->setObjectName("tmrRecovery");
+    timer->setObjectName(u"tmrRecovery"_s);
     timer->setInterval(KeepCopyEveryMs);
     connect(timer, &QTimer::timeout, this, &MainWindow::tmrRecovery_Timer);
     timer->start();
@@ -78,14 +80,14 @@ void MainWindow::connectMenus() {
 }
 
 void MainWindow::addPages() {
-    ui_->Tabs->addTab(new SpeechPage(session_.project, services_), "Speech Files");
-    ui_->Tabs->addTab(new MusicPage(session_.project, services_), "Music Files");
+    ui_->Tabs->addTab(new SpeechPage(session_.project, services_), u"Speech Files"_s);
+    ui_->Tabs->addTab(new MusicPage(session_.project, services_), u"Music Files"_s);
     // Two ampersands are shown as one.
-    ui_->Tabs->addTab(new TriggersPage(session_.project), "Triggers && Attributes");
+    ui_->Tabs->addTab(new TriggersPage(session_.project), u"Triggers && Attributes"_s);
     setup_ = new SetupPage(session_.project, services_);
-    ui_->Tabs->addTab(setup_, "Setup Items");
+    ui_->Tabs->addTab(setup_, u"Setup Items"_s);
     createCard_ = new CreateCardPage(session_, services_, totals_);
-    ui_->Tabs->addTab(createCard_, "Create Card");
+    ui_->Tabs->addTab(createCard_, u"Create Card"_s);
     connect(createCard_, &CreateCardPage::totalsMeasured, this, &MainWindow::showTotals);
     for (int i = 0; i < ui_->Tabs->count(); ++i) {
         auto* page = qobject_cast<Page*>(ui_->Tabs->widget(i));
@@ -122,10 +124,10 @@ void MainWindow::showTotals() {
 }
 
 void MainWindow::showCaption() {
-    QString caption = "TRL740 Card Preparation";
+    QString caption = u"TRL740 Card Preparation"_s;
     if (!session_.fileName().isEmpty())
-        caption += " - " + QFileInfo(session_.fileName()).fileName();
-    setWindowTitle(caption + "[*]");
+        caption += u" - "_s + QFileInfo(session_.fileName()).fileName();
+    setWindowTitle(caption + u"[*]"_s);
     setWindowModified(session_.project.unsavedChanges);
     sessionStatus_->show();
 }
@@ -134,13 +136,14 @@ void MainWindow::mnuHelpManual_Click() {
     const QString& file = folders_.manualFile;
     const bool exists = services_.files.fileSize(file).has_value();
     if (!exists)
-        services_.prompts.tell(
-            {.text = "Cannot find the manual " + file + ".", .icon = Message::Icon::Exclamation});
-    else if (!services_.prompts.openDocument(file))
-        services_.prompts.tell({.text = "No program could be found that shows the manual.  It is "
-                                        "the file " +
-                                        file + ", for any web browser.",
+        services_.prompts.tell({.text = u"Cannot find the manual "_s + file + u"."_s,
                                 .icon = Message::Icon::Exclamation});
+    else if (!services_.prompts.openDocument(file))
+        services_.prompts.tell(
+            {.text = u"No program could be found that shows the manual.  It is "_s
+                     u"the file "_s +
+                     file + u", for any web browser."_s,
+             .icon = Message::Icon::Exclamation});
 }
 
 void MainWindow::mnuHelpAbout_Click() {

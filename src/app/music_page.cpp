@@ -11,6 +11,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 MusicPage::MusicPage(Project& project, const Services& services, QWidget* parent)
     : EditorPage(project, services,
                  {.item = u"MuList",
@@ -102,10 +104,8 @@ void MusicPage::showLists(int row) {
 }
 
 void MusicPage::showTracks(int row) {
-    tracks_.list()->showLines(project_.lstMuList.isEmpty()
-                                  ? QStringList()
-                                  : project_.lstMuTrack.value(project_.currentMusicList),
-                              row);
+    const QStringList tracks = project_.lstMuTrack.value(project_.currentMusicList);
+    tracks_.list()->showLines(project_.lstMuList.isEmpty() ? QStringList() : tracks, row);
     shownSlot_ = project_.currentMusicList;
     trackRows_[shownSlot_] = row;
 }
@@ -166,7 +166,7 @@ void MusicPage::buttAddMuList_Click() {
 }
 
 void MusicPage::buttEditMuList_Click() {
-    const QString answer = askForName(lists_, QStringLiteral("Enter new name of Music List:"));
+    const QString answer = askForName(lists_, u"Enter new name of Music List:"_s);
     showLists(renameMusicList(project_, selection().list, answer).row);
     showSelection();
     emit projectChanged();
@@ -177,8 +177,7 @@ void MusicPage::buttDelMuList_Click() {
 }
 
 void MusicPage::moveList(Direction direction) {
-    const EditResult result = moveMusicList(project_, selection().list, direction);
-    if (result.isDone)
+    if (const auto result = moveMusicList(project_, selection().list, direction); result.isDone)
         listEdited(result);
 }
 
@@ -205,7 +204,7 @@ void MusicPage::buttAddMuTrack_Click() {
 }
 
 void MusicPage::buttEditMuTrack_Click() {
-    const QString answer = askForName(tracks_, QStringLiteral("Enter new text for Music Track:"));
+    const QString answer = askForName(tracks_, u"Enter new text for Music Track:"_s);
     trackEdited(renameMusicTrack(project_, selection(), answer));
 }
 
@@ -214,7 +213,7 @@ void MusicPage::buttDelMuTrack_Click() {
 }
 
 void MusicPage::moveTrack(Direction direction) {
-    if (const EditResult result = moveMusicTrack(project_, selection(), direction); result.isDone)
+    if (const auto result = moveMusicTrack(project_, selection(), direction); result.isDone)
         trackEdited(result);
 }
 
@@ -230,7 +229,7 @@ void MusicPage::buttAddMuFile_Click() {
 
 // Runs an import behind a dialog that appears when it takes long, and shows its list.
 void MusicPage::importList(const std::function<ImportResult(const KeepGoing&)>& run) {
-    QProgressDialog progress("Reading the tracks...", "Cancel", 0, 0, window());
+    QProgressDialog progress(u"Reading the tracks..."_s, u"Cancel"_s, 0, 0, window());
     progress.setWindowModality(Qt::ApplicationModal);
     progress.setMinimumDuration(50);  // an operator who waits longer wonders
     const KeepGoing keepGoing = [&](int done, int total) {
@@ -268,10 +267,10 @@ void MusicPage::offerFiles(const QString& list) {
     const QString namesakes = namesakesText(project_, list);
     if (namesakes.isEmpty() ||
         !services_.prompts.offer(
-            {.text = namesakes + "\r\r" + NamesakesFate.toString() +
-                     "  \"Give each its file\" makes each track play the file it was made of.",
+            {.text = namesakes + u"\r\r"_s + NamesakesFate.toString() +
+                     u"  \"Give each its file\" makes each track play the file it was made of."_s,
              .icon = Message::Icon::Exclamation},
-            "Give each its file"))
+            u"Give each its file"_s))
         return;
     giveEachItsFile(project_, {list});
     lstMuTrack_Click();
@@ -279,7 +278,7 @@ void MusicPage::offerFiles(const QString& list) {
 
 void MusicPage::buttAddMuItunesPlaylist_Click() {
     const QString path = services_.prompts.openFile(
-        {.filter = "TXT files (*.txt);;M3U files (*.M3U *.m3u)",
+        {.filter = u"TXT files (*.txt);;M3U files (*.M3U *.m3u)"_s,
          .folder = foldersOfProgram(services_.appFolder, services_.userFolder)
                        .projectsStart(services_.files)});
     importList([&](const KeepGoing& keepGoing) {
@@ -289,7 +288,7 @@ void MusicPage::buttAddMuItunesPlaylist_Click() {
 
 void MusicPage::buttAddMuListDir_Click() {
     const QString folder =
-        services_.prompts.pickFolder("Select folder containing MP3 files", lastMusicFolder_);
+        services_.prompts.pickFolder(u"Select folder containing MP3 files"_s, lastMusicFolder_);
     if (!folder.isEmpty())
         lastMusicFolder_ = folder;
     importList([&](const KeepGoing& keepGoing) {

@@ -40,6 +40,7 @@ Page::Page(QWidget* parent) : QScrollArea(parent) {
 }
 
 void Page::setDefaultButton(QPushButton* button) {
+    Q_ASSERT(!button || isAncestorOf(button));
     if (default_)
         default_->setDefault(false);
     default_ = button;

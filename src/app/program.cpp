@@ -15,16 +15,17 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 StartArguments startArguments(const QStringList& arguments) {
     const QString usage =
-        " Tessaly takes one project file (.crd2) and nothing else; tessaly-cli has the commands.";
+        u" Tessaly takes one project file (.crd2) and nothing else; tessaly-cli has the commands."_s;
     for (const QString& argument : arguments)
-        if (argument.startsWith('-'))
-            return {{}, "There is no option " + argument + "." + usage};
+        if (argument.startsWith(u'-'))
+            return {{}, u"There is no option "_s + argument + u"."_s + usage};
     if (arguments.size() > 1)
         return {{},
-                QString("There are %1 files, but only one can be opened.").arg(arguments.size()) +
-                    usage};
+                u"There are %1 files, but only one can be opened."_s.arg(arguments.size()) + usage};
     const QString file = arguments.value(0);
     return {file.isEmpty() ? QString() : absolutePath(file), {}};
 }
@@ -34,8 +35,8 @@ SplashWindow::SplashWindow(std::function<bool()> loadMain, std::function<void()>
     : QWidget(nullptr, Qt::SplashScreen),
       loadMain_(std::move(loadMain)),
       showMain_(std::move(showMain)) {
-    setObjectName(QStringLiteral("frmSplash"));
-    setWindowTitle(QStringLiteral("TRL740 Card Preparation"));
+    setObjectName(u"frmSplash"_s);
+    setWindowTitle(u"TRL740 Card Preparation"_s);
     setMinimumSize(420, 230);
     auto* layout = new QVBoxLayout(this);
     const auto addLine = [layout](const QString& name, const QString& text, int points = 0) {
@@ -53,20 +54,18 @@ SplashWindow::SplashWindow(std::function<bool()> loadMain, std::function<void()>
         layout->addItem(new QSpacerItem(20, 20, QSizePolicy::Minimum, QSizePolicy::Expanding));
     };
     addSpace();
-    addLine(QStringLiteral("lblProductName"), QStringLiteral("TRL740"), 34);
-    addLine(QStringLiteral("lblVersion"), QStringLiteral("Card Preparation Tool"), 16);
+    addLine(u"lblProductName"_s, u"TRL740"_s, 34);
+    addLine(u"lblVersion"_s, u"Card Preparation Tool"_s, 16);
     addSpace();
-    addLine(QStringLiteral("lblVersionNumber"), QStringLiteral("Version " TESSALY_VERSION));
-    addLine(QStringLiteral("lblMaker1"),
-            QStringLiteral("Prepares memory cards for stand-alone audio players"));
-    addLine(QStringLiteral("lblMaker2"),
-            QStringLiteral("Free software under the GNU General Public License 3"));
+    addLine(u"lblVersionNumber"_s, u"Version "_s TESSALY_VERSION);
+    addLine(u"lblMaker1"_s, u"Prepares memory cards for stand-alone audio players"_s);
+    addLine(u"lblMaker2"_s, u"Free software under the GNU General Public License 3"_s);
     layout->addSpacing(8);
     adjustSize();
     if (const QScreen* screen = QGuiApplication::primaryScreen())
         move(screen->availableGeometry().center() - rect().center());
     auto* timer = new QTimer(this);
-    timer->setObjectName(QStringLiteral("Timer1"));
+    timer->setObjectName(u"Timer1"_s);
     timer->setSingleShot(true);
     timer->setInterval(milliseconds);
     connect(timer, &QTimer::timeout, this, &SplashWindow::Timer1_Timer);

@@ -24,6 +24,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // In the order of Message::Icon.
@@ -46,10 +48,10 @@ QWidget* parentWindow() {
 int show(const Message& message, QMessageBox::StandardButtons buttons,
          QMessageBox::StandardButton defaultButton, const QString& action = {}) {
     QString text = message.text;
-    text.replace("\r\n", "\n").replace('\r', '\n');
+    text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
     // A long path has hardly a place to break a line at: a blank of no width is one.
-    static const QRegularExpression unbroken("(\\S{40})");
-    text.replace(unbroken, "\\1\u200B");
+    static const QRegularExpression unbroken(u"(\\S{40})"_s);
+    text.replace(unbroken, u"\\1\u200B"_s);
     QMessageBox box(
         Icons[size_t(message.icon)],
         message.title.isEmpty() ? QApplication::applicationDisplayName() : message.title, text,
@@ -141,7 +143,7 @@ namespace {
 QString sizeText(qint64 bytes) {
     if (bytes < 0)
         return {};
-    return bytes >= 1000000000 ? QString::number(double(bytes) / 1e9, 'f', 1) + " GB"
+    return bytes >= 1000000000 ? QString::number(double(bytes) / 1e9, 'f', 1) + u" GB"_s
                                : megabytes(bytes);
 }
 
@@ -176,7 +178,7 @@ DriveDialog::DriveDialog(const Drives& drives, const QString& current, QWidget* 
     setWindowTitle(tr("Select CompactFlash Drive"));
     auto* label = new QLabel(tr("Select the CompactFlash Card &Drive:"));
     label->setBuddy(list_);
-    list_->setObjectName("lstDrives");
+    list_->setObjectName(u"lstDrives"_s);
     list_->setRootIsDecorated(false);
     list_->setUniformRowHeights(true);
     list_->header()->setStretchLastSection(false);

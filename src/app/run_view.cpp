@@ -10,26 +10,23 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // What takes long in a phase; empty where it is not measured.
 QString phaseWords(RunPhase phase) {
-    const QString words[] = {{},
-                             {},
-                             QStringLiteral("Copying"),
-                             QStringLiteral("Writing to the card"),
-                             QStringLiteral("Verifying")};
+    const QString words[] = {{}, {}, u"Copying"_s, u"Writing to the card"_s, u"Verifying"_s};
     return words[size_t(phase)];
 }
 
 QString timeLeft(const RunProgress& progress) {
     if (progress.bytesTotal == 0)
         return {};
-    QString text = QStringLiteral("%1: %2 of %3")
-                       .arg(phaseWords(progress.phase), megabytes(progress.bytesDone),
-                            megabytes(progress.bytesTotal));
+    QString text = u"%1: %2 of %3"_s.arg(phaseWords(progress.phase), megabytes(progress.bytesDone),
+                                         megabytes(progress.bytesTotal));
     if (const qint64 left = progress.millisecondsLeft(); left > 0)
-        text += QStringLiteral(", %1 left").arg(durationText(left));
+        text += u", %1 left"_s.arg(durationText(left));
     return text;
 }
 

@@ -14,6 +14,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int ProblemShownMs = 30 * 1000;
@@ -32,17 +34,17 @@ QString shortList(QStringList names) {
     if (names.size() > NamesShown) {
         const qsizetype more = names.size() - NamesShown;
         names.resize(NamesShown);
-        names.append(QString("... and %1 more").arg(more));
+        names.append(u"... and %1 more"_s.arg(more));
     }
     for (QString& name : names)
         name = elided(name);
-    return names.join('\n');
+    return names.join(u'\n');
 }
 
 QString lostFilesText(const QStringList& paths) {
-    return "A card file cannot hold some characters of these paths. When it is opened again, the "
-           "MP3 files are not found:\r\r" +
-           shortList(paths) + "\r\rRename the files or their folders, then choose them again.";
+    return u"A card file cannot hold some characters of these paths. When it is opened again, the "_s
+           u"MP3 files are not found:\r\r"_s +
+           shortList(paths) + u"\r\rRename the files or their folders, then choose them again."_s;
 }
 
 }  // namespace
@@ -53,9 +55,9 @@ SessionStatus::SessionStatus(const ProjectSession& session, QStatusBar* bar)
       bar_(bar),
       lblNotSaved_(new QLabel),
       buttBringBack_(new QPushButton) {
-    lblNotSaved_->setObjectName("lblNotSaved");
+    lblNotSaved_->setObjectName(u"lblNotSaved"_s);
     lblNotSaved_->setTextFormat(Qt::PlainText);
-    buttBringBack_->setObjectName("buttBringBack");
+    buttBringBack_->setObjectName(u"buttBringBack"_s);
     buttBringBack_->setAutoDefault(true);  // Enter presses it, too
     for (QWidget* widget : std::initializer_list<QWidget*>{buttBringBack_, lblNotSaved_}) {
         bar->addPermanentWidget(widget);
@@ -66,21 +68,21 @@ SessionStatus::SessionStatus(const ProjectSession& session, QStatusBar* bar)
 
 void SessionStatus::show() {
     const QString& file = session_.fileName();
-    lblNotSaved_->setText(file.isEmpty() ? QString("not saved")
-                                         : "not saved in " + briefName(file, lblNotSaved_));
+    lblNotSaved_->setText(file.isEmpty() ? u"not saved"_s
+                                         : u"not saved in "_s + briefName(file, lblNotSaved_));
     lblNotSaved_->setToolTip(QDir::toNativeSeparators(file));
     lblNotSaved_->setVisible(session_.differs());
 
     const QString closed = session_.closedFile();
-    QString name = closed.isEmpty() ? QString("the project") : briefName(closed, buttBringBack_);
-    buttBringBack_->setText("Bring back " + name.replace('&', "&&"));
+    QString name = closed.isEmpty() ? u"the project"_s : briefName(closed, buttBringBack_);
+    buttBringBack_->setText(u"Bring back "_s + name.replace(u'&', u"&&"_s));
     buttBringBack_->setToolTip(
-        ("Open... has closed it " + QDir::toNativeSeparators(closed)).trimmed());
+        (u"Open... has closed it "_s + QDir::toNativeSeparators(closed)).trimmed());
     buttBringBack_->setVisible(session_.canBringBack());
 }
 
 void SessionStatus::sayCopyFailed(const QString& problem) {
-    const QString text = "The unsaved project could not be kept for recovery: ";
+    const QString text = u"The unsaved project could not be kept for recovery: "_s;
     // The reason stands behind a long path: it must not be what is cut.
     const QFontMetrics metrics = bar_->fontMetrics();
     const int room = bar_->width() - metrics.horizontalAdvance(text) -
@@ -91,20 +93,20 @@ void SessionStatus::sayCopyFailed(const QString& problem) {
 bool confirmSave(ProjectSession& session, Prompts& prompts) {
     const auto confirmed = [&](const QString& text) {
         return prompts.ask(
-            {.text = text + "\r\rSave all the same?", .icon = Message::Icon::Exclamation}, true);
+            {.text = text + u"\r\rSave all the same?"_s, .icon = Message::Icon::Exclamation}, true);
     };
     const QStringList paths = pathsOutsideCodePage(session.project);
     if (!paths.isEmpty() && !confirmed(lostFilesText(paths)))
         return false;
     const QStringList texts = textsOutsideCodePage(session.project);
-    if (!texts.isEmpty() && !confirmed("A card file cannot hold some characters of these texts; "
-                                       "they are saved as \"?\":\r\r" +
+    if (!texts.isEmpty() && !confirmed(u"A card file cannot hold some characters of these texts; "_s
+                                       u"they are saved as \"?\":\r\r"_s +
                                        shortList(texts)))
         return false;
     const QStringList unsavable = session.newlyUnsavable();
     if (!unsavable.isEmpty())
-        prompts.tell({.text = "A card file holds no tracks without an MP3 file and no lists "
-                              "without a track. These are not saved:\r\r" +
+        prompts.tell({.text = u"A card file holds no tracks without an MP3 file and no lists "_s
+                              u"without a track. These are not saved:\r\r"_s +
                               shortList(unsavable)});
     return true;
 }

@@ -14,6 +14,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 SetupPage::SetupPage(Project& project, const Services& services, QWidget* parent)
     : Page(parent),
       project_(project),
@@ -146,7 +148,7 @@ void SetupPage::showChime() {
 
 void SetupPage::buttGetChimeFile_Click() {
     const QString path = services_.prompts.openFile(
-        {.filter = "MP3 files (*.mp3)", .folder = folders_.chimesStart()});
+        {.filter = u"MP3 files (*.mp3)"_s, .folder = folders_.chimesStart()});
     chooseChimeFile(project_, path.isEmpty() ? std::nullopt : std::optional(path));
     showChime();
     if (!path.isEmpty())

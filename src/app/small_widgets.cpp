@@ -24,6 +24,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 QFont fixedFont(const QFont& font) {
     QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     fixed.setStyleHint(QFont::TypeWriter);
@@ -35,7 +37,7 @@ QFont fixedFont(const QFont& font) {
 
 namespace {
 
-const QString NarrowGap(3, ' ');
+const QString NarrowGap(3, u' ');
 
 // Takes the same part of each field's room away, from their beginnings.
 QString narrowFields(const QStringList& fields, const QFontMetrics& metrics, int width) {
@@ -56,7 +58,7 @@ QSize ElidedLabel::minimumSizeHint() const {
 }
 
 QString ElidedLabel::shownOf(const QString& text, const QFontMetrics& metrics, int width) {
-    static const QRegularExpression WideGap(QStringLiteral(" {8,}"));
+    static const QRegularExpression WideGap(u" {8,}"_s);
     const QStringList fields = text.split(WideGap);
     if (fields.size() == 1 || metrics.horizontalAdvance(text) <= width)
         return metrics.elidedText(text, Qt::ElideRight, width);
@@ -195,21 +197,18 @@ struct Look {
 const Look& lookOf(Verdict verdict) {
     const auto line = [](const QList<QPointF>& points) { return QPolygonF(points); };
     static const Look Looks[] = {
-        {Verdict::Grey,
-         {0xC0, 0xC0, 0xC0},
-         QStringLiteral("not applicable yet"),
-         {line({{5, 8}, {11, 8}})}},
+        {Verdict::Grey, {0xC0, 0xC0, 0xC0}, u"not applicable yet"_s, {line({{5, 8}, {11, 8}})}},
         {Verdict::Green,
          {0x00, 0xFF, 0x00},
-         QStringLiteral("passed"),
+         u"passed"_s,
          {line({{4.5, 8.5}, {7.0, 11.0}, {11.5, 5.5}})}},
         {Verdict::Red,
          {0xFF, 0x00, 0x00},
-         QStringLiteral("blocking problem"),
+         u"blocking problem"_s,
          {line({{5.2, 5.2}, {10.8, 10.8}}), line({{10.8, 5.2}, {5.2, 10.8}})}},
         {Verdict::Yellow,
          {0xFF, 0xFF, 0x00},
-         QStringLiteral("warning"),
+         u"warning"_s,
          {line({{8, 4}, {8, 8.8}}), line({{8, 11.8}, {8, 11.9}})}},
     };
     return *std::find_if(std::begin(Looks), std::end(Looks),

@@ -8,6 +8,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 SpeechPage::SpeechPage(Project& project, const Services& services, QWidget* parent)
     : EditorPage(project, services,
                  {.item = u"SpTitle",
@@ -95,7 +97,7 @@ void SpeechPage::buttAddSpTitle_Click() {
 }
 
 void SpeechPage::buttEditSpTitle_Click() {
-    const QString answer = askForName(titles_, QStringLiteral("Enter new text for speech title:"));
+    const QString answer = askForName(titles_, u"Enter new text for speech title:"_s);
     showRows(renameSpeechTitle(project_, selection().title, answer).row, selection().language);
     emit projectChanged();
 }
@@ -134,7 +136,7 @@ void SpeechPage::buttAddLang_Click() {
 }
 
 void SpeechPage::buttEditLang_Click() {
-    const QString answer = askForName(langs_, QStringLiteral("Enter new text for language:"));
+    const QString answer = askForName(langs_, u"Enter new text for language:"_s);
     showRows(selection().title, renameLanguage(project_, selection().language, answer).row);
     emit projectChanged();
 }

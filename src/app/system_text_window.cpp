@@ -20,17 +20,19 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 SystemTextWindow::SystemTextWindow(Project& project, Prompts& prompts, QWidget* parent)
     : QWidget(parent, Qt::Window),
       project_(project),
       previewText_(new DisplayPreview),
       lblLength_(new QLabel) {
-    setObjectName(QStringLiteral("frmSystemText"));
-    setWindowTitle(QStringLiteral("Change System Text"));
-    previewText_->setObjectName(QStringLiteral("previewText"));
+    setObjectName(u"frmSystemText"_s);
+    setWindowTitle(u"Change System Text"_s);
+    previewText_->setObjectName(u"previewText"_s);
     previewText_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     previewText_->setLineCount(1);
-    lblLength_->setObjectName(QStringLiteral("lblLength"));
+    lblLength_->setObjectName(u"lblLength"_s);
     QScrollArea* scroll = makeRows(prompts);
     auto* layout = new QVBoxLayout(this);
     auto* shown = new QHBoxLayout;
@@ -47,7 +49,7 @@ SystemTextWindow::SystemTextWindow(Project& project, Prompts& prompts, QWidget* 
     // As high as all rows, if the screen is; else they scroll. The length keeps its room, so that
     // the display beside it keeps its size.
     lblLength_->setMinimumWidth(
-        fontMetrics().horizontalAdvance(displayLengthText(QString(99, QLatin1Char('-')))));
+        fontMetrics().horizontalAdvance(displayLengthText(QString(99, u'-'))));
     const QSize rows = scroll->widget()->sizeHint();
     scroll->setMinimumWidth(rows.width() + style()->pixelMetric(QStyle::PM_ScrollBarExtent));
     const QSize all = sizeHint() + QSize(0, rows.height() - scroll->sizeHint().height());
@@ -58,23 +60,23 @@ SystemTextWindow::SystemTextWindow(Project& project, Prompts& prompts, QWidget* 
 
 QScrollArea* SystemTextWindow::makeRows(Prompts& prompts) {
     auto* scroll = new QScrollArea(this);
-    scroll->setObjectName(QStringLiteral("scrollRows"));
+    scroll->setObjectName(u"scrollRows"_s);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     scroll->setWidgetResizable(true);
     auto* rows = new QWidget;
     auto* grid = new QGridLayout(rows);
     grid->setVerticalSpacing(3);
-    grid->addWidget(new QLabel(QStringLiteral("Original Text")), 0, 0);
-    grid->addWidget(new QLabel(QStringLiteral("Replacement Text")), 0, 1);
+    grid->addWidget(new QLabel(u"Original Text"_s), 0, 0);
+    grid->addWidget(new QLabel(u"Replacement Text"_s), 0, 1);
     const QFont fixed = fixedFont(font());
     for (int row = 0; row < SystemTextsUsed; ++row) {
         auto* original = new QLabel(originalSystemText(row));
-        original->setObjectName(QStringLiteral("lblSystemText_%1").arg(row));
+        original->setObjectName(u"lblSystemText_%1"_s.arg(row));
         original->setFont(fixed);
         auto* edit = new LimitedLineEdit;
-        edit->setObjectName(QStringLiteral("txtSystemText_%1").arg(row));
-        edit->setAccessibleName(QStringLiteral("Replacement of text %1").arg(row));
+        edit->setObjectName(u"txtSystemText_%1"_s.arg(row));
+        edit->setAccessibleName(u"Replacement of text %1"_s.arg(row));
         edit->setFont(fixed);
         grid->addWidget(original, row + 1, 0);
         grid->addWidget(edit, row + 1, 1);
@@ -97,13 +99,11 @@ QLayout* SystemTextWindow::makeButtons() {
         connect(button, &QPushButton::clicked, this, handler);
         layout->addWidget(button);
     };
-    add(QStringLiteral("buttSystemTextRestore"), QStringLiteral("&Restore Original Text"),
+    add(u"buttSystemTextRestore"_s, u"&Restore Original Text"_s,
         &SystemTextWindow::buttSystemTextRestore_Click);
     layout->addStretch();
-    add(QStringLiteral("buttSystemTextCancel"), QStringLiteral("&Cancel"),
-        &SystemTextWindow::buttSystemTextCancel_Click);
-    add(QStringLiteral("buttSystemTextSave"), QStringLiteral("&Save"),
-        &SystemTextWindow::buttSystemTextSave_Click);
+    add(u"buttSystemTextCancel"_s, u"&Cancel"_s, &SystemTextWindow::buttSystemTextCancel_Click);
+    add(u"buttSystemTextSave"_s, u"&Save"_s, &SystemTextWindow::buttSystemTextSave_Click);
     return layout;
 }
 

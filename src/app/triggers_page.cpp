@@ -7,6 +7,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 TriggersPage::TriggersPage(Project& project, QWidget* parent)
     : Page(parent), project_(project), ui_(std::make_unique<Ui::TriggersPage>()) {
     ui_->setupUi(widget());
@@ -25,8 +27,8 @@ TriggersPage::TriggersPage(Project& project, QWidget* parent)
     connectAttributes();
     for (int slot = 0; slot < TriggerRows; ++slot) {
         const Row& row = rows_[size_t(slot)];
-        row.buttTrig->setAccessibleName(QString("Trigger %1").arg(slot + 1));
-        row.buttViewTrig->setAccessibleName(QString("View trigger %1").arg(slot + 1));
+        row.buttTrig->setAccessibleName(u"Trigger %1"_s.arg(slot + 1));
+        row.buttViewTrig->setAccessibleName(u"View trigger %1"_s.arg(slot + 1));
         connect(row.buttTrig, &QCheckBox::clicked, this,
                 [this, slot](bool checked) { buttTrig_Click(slot, checked); });
         connect(row.buttViewTrig, &QPushButton::clicked, this,

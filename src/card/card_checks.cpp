@@ -10,6 +10,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr qint64 CapacityMargin = 500000;
@@ -36,9 +38,8 @@ CheckResult checkMusicLists(const Project& project, const TrackIndex& index) {
     for (const QString& list : project.lstMuList)
         if (!index.hasMusicList(list))
             empty.append(list);
-    return judged(Verdict::Red, empty,
-                  QStringLiteral("The following Music List(s) contain no music tracks:"),
-                  QStringLiteral("Music Lists OK - All Music Lists contain at least one track."));
+    return judged(Verdict::Red, empty, u"The following Music List(s) contain no music tracks:"_s,
+                  u"Music Lists OK - All Music Lists contain at least one track."_s);
 }
 
 CheckResult checkLanguages(const Project& project, const TrackIndex& index) {
@@ -46,9 +47,8 @@ CheckResult checkLanguages(const Project& project, const TrackIndex& index) {
     for (const QString& language : project.lstLangs)
         if (!index.hasLanguage(language))
             empty.append(language);
-    return judged(
-        Verdict::Red, empty, QStringLiteral("The following Language(s) contain no Speech Titles:"),
-        QStringLiteral("Languages OK - All languages contain at least one speech title."));
+    return judged(Verdict::Red, empty, u"The following Language(s) contain no Speech Titles:"_s,
+                  u"Languages OK - All languages contain at least one speech title."_s);
 }
 
 CheckResult checkSpeechTitles(const Project& project, const TrackIndex& index) {
@@ -56,20 +56,18 @@ CheckResult checkSpeechTitles(const Project& project, const TrackIndex& index) {
     for (const QString& title : project.lstSpTitles)
         for (const QString& language : project.lstLangs)
             if (pairs.size() < MostPairs && !index.speech(title, language))
-                pairs.append(title + QStringLiteral(" - ") + language);
-    return judged(
-        Verdict::Yellow, pairs,
-        QStringLiteral("The following Speech Title - Language pairs have no corresponding MP3 "
-                       "file.  This IS allowable, just make sure it's what you want!"),
-        QStringLiteral("Speech Titles OK - All speech titles are present in all languages."));
+                pairs.append(title + u" - "_s + language);
+    return judged(Verdict::Yellow, pairs,
+                  u"The following Speech Title - Language pairs have no corresponding MP3 "_s
+                  u"file.  This IS allowable, just make sure it's what you want!"_s,
+                  u"Speech Titles OK - All speech titles are present in all languages."_s);
 }
 
 CheckResult checkSilentTracks(const Project& project, const TrackIndex& index) {
     QStringList silent;
     for (const MusicLine& line : silentTracks(project, index))
         silent.append(shortName(line));
-    return judged(Verdict::Yellow, silent,
-                  QStringLiteral("These tracks have no MP3 file and stay silent:"), {});
+    return judged(Verdict::Yellow, silent, u"These tracks have no MP3 file and stay silent:"_s, {});
 }
 
 CheckResult checkEmptyFiles(const SourceFiles& sources) {
@@ -80,17 +78,15 @@ CheckResult checkEmptyFiles(const SourceFiles& sources) {
     if (sources.chime && sources.chime->size == 0)
         empty.append(QDir::toNativeSeparators(sources.chime->path));
     empty.removeDuplicates();
-    return judged(Verdict::Yellow, empty,
-                  QStringLiteral("These MP3 files are empty and play nothing:"), {});
+    return judged(Verdict::Yellow, empty, u"These MP3 files are empty and play nothing:"_s, {});
 }
 
 CheckResult checkFileNumbers(int trackCount) {
     if (trackCount <= limits::FlagFreeNumber)
         return {Verdict::Green, {}, {}, true};
     return {Verdict::Yellow,
-            QStringLiteral("File numbers above %1 run into the player's playback flags: the "
-                           "project has %2 files")
-                .arg(limits::FlagFreeNumber)
+            u"File numbers above %1 run into the player's playback flags: the "_s
+            u"project has %2 files"_s.arg(limits::FlagFreeNumber)
                 .arg(trackCount),
             {},
             true};
@@ -98,17 +94,15 @@ CheckResult checkFileNumbers(int trackCount) {
 
 struct DriveChecks {
     CheckResult selected;
-    CheckResult present{
-        Verdict::Grey, QStringLiteral("CF drive not ready - check card"), {}, false};
-    CheckResult bigEnough{
-        Verdict::Grey, QStringLiteral("CF card too small - delete tracks"), {}, false};
+    CheckResult present{Verdict::Grey, u"CF drive not ready - check card"_s, {}, false};
+    CheckResult bigEnough{Verdict::Grey, u"CF card too small - delete tracks"_s, {}, false};
     std::optional<bool> updateFirmwareEnabled{};
 };
 
 DriveChecks checkDrive(const QString& cfDrive, const Drives& drives, qint64 totalCardBytes) {
     DriveChecks checks;
-    checks.selected = judged(!cfDrive.isEmpty(), QStringLiteral("CF Card Drive is NOT SELECTED"),
-                             QStringLiteral("CF Card Drive is ") + cfDrive);
+    checks.selected = judged(!cfDrive.isEmpty(), u"CF Card Drive is NOT SELECTED"_s,
+                             u"CF Card Drive is "_s + cfDrive);
     if (cfDrive.isEmpty()) {
         checks.updateFirmwareEnabled = false;
         return checks;
@@ -118,14 +112,14 @@ DriveChecks checkDrive(const QString& cfDrive, const Drives& drives, qint64 tota
         size = drives.totalBytes(cfDrive);
     } catch (const TessalyError& error) {
         if (error.number == error_number::DriveNotReady) {
-            checks.present = judged(false, QStringLiteral("CF Card not inserted"), {});
+            checks.present = judged(false, u"CF Card not inserted"_s, {});
             return checks;
         }
     }
     checks.updateFirmwareEnabled = true;
-    checks.present = judged(true, {}, QStringLiteral("CF Card detected"));
+    checks.present = judged(true, {}, u"CF Card detected"_s);
     checks.bigEnough = judged(size > totalCardBytes + CapacityMargin, checks.bigEnough.text,
-                              QStringLiteral("CF Card can hold selected tracks."));
+                              u"CF Card can hold selected tracks."_s);
     return checks;
 }
 
@@ -144,9 +138,9 @@ CardChecks runCardChecks(const Project& project, const SourceFiles& sources, con
     checks.driveSelected = drive.selected;
     checks.cardPresent = drive.present;
     checks.cardBigEnough = drive.bigEnough;
-    checks.trackCount = judged(checks.totals.trackCount <= limits::TrackFiles,
-                               QStringLiteral("Too many tracks, limit is 9995"),
-                               QStringLiteral("Number of tracks is within limit"));
+    checks.trackCount =
+        judged(checks.totals.trackCount <= limits::TrackFiles, u"Too many tracks, limit is 9995"_s,
+               u"Number of tracks is within limit"_s);
     checks.silentTracks = checkSilentTracks(project, index);
     checks.emptyFiles = checkEmptyFiles(sources);
     checks.fileNumbers = checkFileNumbers(checks.totals.trackCount);
@@ -190,21 +184,20 @@ CardControls cardControls(const CardChecks& checks, bool updateFirmware, bool ca
 CheckResult problemsOf(const CardChecks& checks) {
     QStringList lines = checks.exceededLimits;
     for (const QString& path : checks.missingFiles)
-        lines.append(QStringLiteral("Cannot find file ") + path);
+        lines.append(u"Cannot find file "_s + path);
     const qsizetype more = lines.size() - MostProblems;
     if (more > 0) {
         lines.resize(MostProblems);
-        lines.append(QStringLiteral("... and %1 more").arg(more));
+        lines.append(u"... and %1 more"_s.arg(more));
     }
-    return judged(Verdict::Red, lines, QStringLiteral("These keep the card from being written:"),
-                  {});
+    return judged(Verdict::Red, lines, u"These keep the card from being written:"_s, {});
 }
 
 QString selectCardDrive(Project& project, const Drives& drives, const QString& root) {
     try {
         const DriveType type = drives.type(root);
         if (type != DriveType::Removable)
-            return QStringLiteral("Sorry, that is a %1 drive!").arg(driveTypeName(type));
+            return u"Sorry, that is a %1 drive!"_s.arg(driveTypeName(type));
     } catch (const TessalyError& error) {
         if (error.number != error_number::DriveNotReady)
             return {};

@@ -10,6 +10,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 bool isUpperCase(const QString& text) {
@@ -19,20 +21,20 @@ bool isUpperCase(const QString& text) {
 // Whether `name` is 8.3, in whatever case. Letters beyond ASCII depend on the volume's code page
 // and count as none.
 bool isShortName(const QString& name) {
-    static const QRegularExpression names(QStringLiteral(
-        "\\A[A-Za-z0-9!#$%&'()@^_`{}~-]{1,8}(\\.[A-Za-z0-9!#$%&'()@^_`{}~-]{1,3})?\\z"));
+    static const QRegularExpression names(
+        u"\\A[A-Za-z0-9!#$%&'()@^_`{}~-]{1,8}(\\.[A-Za-z0-9!#$%&'()@^_`{}~-]{1,3})?\\z"_s);
     return names.match(name).hasMatch();
 }
 
 }  // namespace
 
 QString card_name::track(const QString& number) {
-    return number + QStringLiteral(".mp3");
+    return number + u".mp3"_s;
 }
 
 bool card_name::isCardName(const QString& name) {
     static const QRegularExpression names(
-        QStringLiteral("\\A(?:[0-9]{4}\\.mp3|0000\\.xd3|0000\\.hex|0007\\.cfg|0000\\.crd2)\\z"),
+        u"\\A(?:[0-9]{4}\\.mp3|0000\\.xd3|0000\\.hex|0007\\.cfg|0000\\.crd2)\\z"_s,
         QRegularExpression::CaseInsensitiveOption);
     return names.match(name).hasMatch();
 }
@@ -57,10 +59,8 @@ SourceFiles measureSources(const Project& project, const FileSystem& files,
 QString tooLargeForCard(const QString& path, qint64 bytes) {
     if (bytes <= limits::CardFileBytes)
         return {};
-    return QString(
-               "%1 has %2 bytes, a file on a card can have %3: cut the recording into shorter "
-               "ones.")
-        .arg(shownPath(path), grouped(bytes), grouped(limits::CardFileBytes));
+    return u"%1 has %2 bytes, a file on a card can have %3: cut the recording into shorter "_s
+           u"ones."_s.arg(shownPath(path), grouped(bytes), grouped(limits::CardFileBytes));
 }
 
 CardTotals updateSummary(const SourceFiles& sources) {
@@ -86,12 +86,13 @@ CardTotals updateSummary(const Project& project, const FileSystem& files) {
 }
 
 QString summaryLine(const CardTotals& totals, const QString& firmwareVersion) {
-    return "Total card size: " + megabytes(totals.totalCardBytes) +
-           "        Total number of Tracks: " + QString::number(totals.trackCount) +
-           QString(40, ' ') + "TRL740 firmware version: " + firmwareVersion;
+    return u"Total card size: "_s + megabytes(totals.totalCardBytes) +
+           u"        Total number of Tracks: "_s + QString::number(totals.trackCount) +
+           QString(40, u' ') + u"TRL740 firmware version: "_s + firmwareVersion;
 }
 
 qint64 inWholeClusters(qint64 bytes, qint64 clusterBytes) {
+    Q_ASSERT(bytes >= 0 && clusterBytes > 0);
     return (bytes + clusterBytes - 1) / clusterBytes * clusterBytes;
 }
 

@@ -14,6 +14,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int VolumeLabelEntry = 1;  // of a FAT root folder
@@ -62,8 +64,9 @@ QByteArray storedFileName(const QString& path) {
 }
 
 [[noreturn]] void cardDiffers(const QString& problem) {
-    throw TessalyError(error_number::CardDiffers,
-                       problem + " The settings would point at other music: create the card anew.");
+    throw TessalyError(
+        error_number::CardDiffers,
+        problem + u" The settings would point at other music: create the card anew."_s);
 }
 
 // The name of something in `root` that no card has; empty when there is none.
@@ -118,7 +121,7 @@ void requireCardAt(const FileSystem& files, const Drives& drives, const QString&
     if (!card.folder || cardAt(files, drives, root) != card ||
         (handle && handle->identity() != card.folder))
         throw TessalyError(error_number::DriveNotReady,
-                           shownPath(root) + ": the card is no longer there or was changed.");
+                           shownPath(root) + u": the card is no longer there or was changed."_s);
 }
 
 void requireRemovableRoot(const Drives& drives, const QString& root) {
@@ -126,8 +129,8 @@ void requireRemovableRoot(const Drives& drives, const QString& root) {
     if (type != DriveType::Removable)
         throw TessalyError(
             error_number::NotRemovable,
-            QString("%1 is a %2 drive, not the removable drive of a card. Select the card's drive.")
-                .arg(shownPath(root), driveTypeName(type)));
+            u"%1 is a %2 drive, not the removable drive of a card. Select the card's drive."_s.arg(
+                shownPath(root), driveTypeName(type)));
 }
 
 void requireErasableFolder(const FileSystem& files, const Drives& drives, const QString& root,
@@ -139,58 +142,56 @@ void requireErasableFolder(const FileSystem& files, const Drives& drives, const 
     if (type && *type != DriveType::Removable && *type != DriveType::RamDisk)
         throw TessalyError(
             error_number::NotRemovable,
-            QString("%1 is a whole %2 drive and holds \"%3\", which is no file of a card: it "
-                    "will not be erased.")
-                .arg(shownPath(root), driveTypeName(*type), other));
+            u"%1 is a whole %2 drive and holds \"%3\", which is no file of a card: it "_s
+            u"will not be erased."_s.arg(shownPath(root), driveTypeName(*type), other));
     if (!mayEraseOthers)
         throw TessalyError(error_number::BadTarget,
-                           QString("%1 holds \"%2\", which is no file of a card: say --erase "
-                                   "to erase everything in it")
-                               .arg(shownPath(root), other));
+                           u"%1 holds \"%2\", which is no file of a card: say --erase "_s
+                           u"to erase everything in it"_s.arg(shownPath(root), other));
 }
 
 void refuseSystemFolder(const FileSystem& files, const QString& root, const SupportFolders& folders,
                         const QStringList& protectedPaths) {
     const auto refuse = [&](const QString& why) {
         throw TessalyError(error_number::SystemFolder,
-                           QString("%1 %2 and will not be erased.").arg(shownPath(root), why));
+                           u"%1 %2 and will not be erased."_s.arg(shownPath(root), why));
     };
     HoldingFolder target(files, root);
     for (const QString& folder : systemFolders()) {
         if (target.isOrHolds(folder))
-            refuse("holds the operating system");
+            refuse(u"holds the operating system"_s);
         if (files.identity(folder) && HoldingFolder(files, folder).isOrHolds(root))
-            refuse("belongs to the operating system");
+            refuse(u"belongs to the operating system"_s);
     }
     for (const QString& folder : personalFolders())
         if (target.isOrHolds(folder))
-            refuse("is no card (it is or holds " + shownPath(folder) + ")");
+            refuse(u"is no card (it is or holds "_s + shownPath(folder) + u")"_s);
     for (const QString& folder : folders.protectedFolders())
         if (target.isOrHolds(folder))
-            refuse("holds the program");
+            refuse(u"holds the program"_s);
     for (const QString& path : protectedPaths)
         if (target.isOrHolds(path))
-            refuse("holds " + shownPath(path));
-    for (const char* name : {".git", ".hg", ".svn"})
+            refuse(u"holds "_s + shownPath(path));
+    for (const QString& name : {u".git"_s, u".hg"_s, u".svn"_s})
         if (files.identity(pathIn(root, name)))
-            refuse(QString("is under version control (it holds %1)").arg(name));
+            refuse(u"is under version control (it holds %1)"_s.arg(name));
 }
 
 void refuseHoldingProject(const FileSystem& files, const QString& root,
                           const QString& projectFile) {
     if (!projectFile.isEmpty() && HoldingFolder(files, root).isOrHolds(projectFile))
-        throw TessalyError(error_number::SystemFolder,
-                           QString("%1 holds the project file %2, which must stay: save the "
-                                   "project to another folder first.")
-                               .arg(shownPath(root), shownPath(projectFile)));
+        throw TessalyError(
+            error_number::SystemFolder,
+            u"%1 holds the project file %2, which must stay: save the "_s
+            u"project to another folder first."_s.arg(shownPath(root), shownPath(projectFile)));
 }
 
 void refuseHoldingMounts(const Drives& drives, const QString& root) {
     const QStringList mounts = drives.mountsInside(root);
     if (!mounts.isEmpty())
         throw TessalyError(error_number::SystemFolder,
-                           QString("%1 holds what is mounted at %2 and will not be erased.")
-                               .arg(shownPath(root), shownPath(mounts.first())));
+                           u"%1 holds what is mounted at %2 and will not be erased."_s.arg(
+                               shownPath(root), shownPath(mounts.first())));
 }
 
 void refuseHoldingSources(const FileSystem& files, const QString& root, const SourceFiles& sources,
@@ -199,8 +200,8 @@ void refuseHoldingSources(const FileSystem& files, const QString& root, const So
     const auto refuseIfHeld = [&](const SourceFile& source) {
         if (source.size ? target.holdsFile(source.path) : target.isOrHolds(source.path))
             throw TessalyError(error_number::HoldsSource,
-                               QString("%1 holds the source file %2: erasing it would lose that.")
-                                   .arg(shownPath(root), shownPath(source.path)));
+                               u"%1 holds the source file %2: erasing it would lose that."_s.arg(
+                                   shownPath(root), shownPath(source.path)));
         fileDone();
     };
     for (const SourceFile& source : sources.tracks)
@@ -212,7 +213,7 @@ void refuseHoldingSources(const FileSystem& files, const QString& root, const So
 void requireWritable(const FileSystem& files, const Drives& drives, const QString& root) {
     if (drives.geometry(root).isReadOnly || !files.isWritableFolder(root))
         throw TessalyError(error_number::WriteProtected,
-                           shownPath(root) + ": the card is write-protected.");
+                           shownPath(root) + u": the card is write-protected."_s);
 }
 
 void requireSpace(const SpacePlan& plan, const VolumeGeometry& geometry) {
@@ -230,8 +231,8 @@ void requireSpace(const SpacePlan& plan, const VolumeGeometry& geometry) {
     const qint64 available = geometry.freeBytes + plan.freedBytes;
     if (needed > available)
         throw TessalyError(error_number::DoesNotFit,
-                           QString("The card's files need %1 bytes, the card has room for %2.")
-                               .arg(grouped(needed), grouped(available)));
+                           u"The card's files need %1 bytes, the card has room for %2."_s.arg(
+                               grouped(needed), grouped(available)));
 }
 
 void requireRootEntries(const SpacePlan& plan, const VolumeGeometry& geometry) {
@@ -241,9 +242,9 @@ void requireRootEntries(const SpacePlan& plan, const VolumeGeometry& geometry) {
     if (plan.newEntries > room)
         throw TessalyError(
             error_number::TooManyRootEntries,
-            QString("The card's root folder has room for %1, the project's "
-                    "files need %2. Format the card as FAT32.")
-                .arg(counted(std::max(room, 0), "entry", "entries"), grouped(plan.newEntries)));
+            u"The card's root folder has room for %1, the project's "_s
+            u"files need %2. Format the card as FAT32."_s.arg(
+                counted(std::max(room, 0), u"entry"_s, u"entries"_s), grouped(plan.newEntries)));
 }
 
 void requireSameTracks(FileSystem& files, const QString& root, const QList<SourceFile>& tracks,
@@ -253,16 +254,16 @@ void requireSameTracks(FileSystem& files, const QString& root, const QList<Sourc
         const QString& name = track.cardName;
         const auto size = files.fileSize(pathIn(root, name));
         if (!size)
-            cardDiffers(QString("The card has no file %1.").arg(name));
+            cardDiffers(u"The card has no file %1."_s.arg(name));
         if (size != track.size)
-            cardDiffers(QString("%1 on the card has another size than %2.")
-                            .arg(name, shownPath(track.path)));
+            cardDiffers(
+                u"%1 on the card has another size than %2."_s.arg(name, shownPath(track.path)));
         const auto known = onCard.sourceNames.constFind(name);
         const bool isOther = known != onCard.sourceNames.constEnd()
                                  ? *known != storedFileName(track.path)
                                  : onCard.isComplete;
         if (isOther)
-            cardDiffers(QString("%1 on the card is not %2.").arg(name, shownPath(track.path)));
+            cardDiffers(u"%1 on the card is not %2."_s.arg(name, shownPath(track.path)));
         fileDone();
     }
 }

@@ -10,13 +10,14 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString UpdateQuestion = QStringLiteral(
-    "This will only update card settings, attributes, triggers, and TRL-740 firmware.  DO NOT "
-    "continue if you have added or deleted MP3 tracks.  Continue?");
-const QString EraseQuestion =
-    QStringLiteral("This will erase the contents of the CF card.  Continue?");
+const QString UpdateQuestion =
+    u"This will only update card settings, attributes, triggers, and TRL-740 firmware.  DO NOT "_s
+    u"continue if you have added or deleted MP3 tracks.  Continue?"_s;
+const QString EraseQuestion = u"This will erase the contents of the CF card.  Continue?"_s;
 
 // While thousands of files are only looked at, the observer is asked this often.
 constexpr qint64 CheckForStopEveryMs = 20;
@@ -97,8 +98,7 @@ void CardRun::showProgress() {
 
 void CardRun::checkForStop() {
     if (observer_.checkForStop())
-        throw TessalyError(error_number::Stopped,
-                           QStringLiteral("The writing of the card was stopped."));
+        throw TessalyError(error_number::Stopped, u"The writing of the card was stopped."_s);
 }
 
 void CardRun::checkForStopAtTimes() {
@@ -173,6 +173,7 @@ void CardRun::eraseCard() {
 }
 
 void CardRun::beginFile(const QString& name) {
+    Q_ASSERT(folder_);  // opened by the guards, before anything is written
     progress_.fileName = name;
     requireSameCard();
 }
@@ -227,7 +228,7 @@ void CardRun::copyFixedFiles() {
 
 void CardRun::writeProjectFile() {
     step(step_code::CreateProjectCopy);
-    projectFile_ = files_.create(work("tmp.crd"));
+    projectFile_ = files_.create(work(u"tmp.crd"_s));
     step(step_code::WriteProjectCopy);
     projectFile_->write(projectBytes_);
 }
@@ -255,7 +256,7 @@ bool CardRun::compareFile(const WrittenFile& file) {
     const QString path = pathIn(root_, file.name);
     const TessalyError differs(
         error_number::VerifyFailed,
-        path + ": what reads back from the card differs from what was written.");
+        path + u": what reads back from the card differs from what was written."_s);
     qint64 left = file.size;
     const ReadBack back = readBack(files_, path, [&](qint64 bytes) {
         left -= bytes;
@@ -283,9 +284,9 @@ void CardRun::compare() {
 }
 
 void CardRun::deleteTemporaryFiles() {
-    const std::pair<int, const char*> temporary[] = {{step_code::DeleteTemporaryImage, "tmp.bin"},
-                                                     {step_code::DeleteTemporaryHex, "tmp.hex"},
-                                                     {step_code::DeleteProjectCopy, "tmp.crd"}};
+    const std::pair<int, QString> temporary[] = {{step_code::DeleteTemporaryImage, u"tmp.bin"_s},
+                                                 {step_code::DeleteTemporaryHex, u"tmp.hex"_s},
+                                                 {step_code::DeleteProjectCopy, u"tmp.crd"_s}};
     for (const auto& [code, name] : temporary) {
         step(code);
         try {

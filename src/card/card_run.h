@@ -36,7 +36,7 @@ class CardRun {
 
     QList<SourceFile> filesToWrite() const;
     SpacePlan spacePlan(const VolumeGeometry& geometry);
-    QString work(const char* name) const;
+    QString work(const QString& name) const;
     void requireSameCard() const;
     void writeWhole(const QString& path, const QByteArray& bytes);
     void copyToCard(const QString& source, const QString& name);

@@ -8,6 +8,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Whether an update of the settings deletes the file before it writes it.
@@ -18,8 +20,8 @@ bool isDeletedBefore(const QString& name) {
 
 }  // namespace
 
-QString CardRun::work(const char* name) const {
-    return pathIn(job_.workFolder, QLatin1String(name));
+QString CardRun::work(const QString& name) const {
+    return pathIn(job_.workFolder, name);
 }
 
 void CardRun::writeWhole(const QString& path, const QByteArray& bytes) {
@@ -35,17 +37,17 @@ void CardRun::checkSources() {
     for (const SourceFile& track : sources_.tracks)
         if (!track.size)
             throw TessalyError(error_number::SourceMissing,
-                               QStringLiteral("Cannot find file ") + elided(track.path));
+                               u"Cannot find file "_s + elided(track.path));
     step(step_code::FindFirmware);
     const QString firmware = job_.folders.firmwareFile();
     if (!files_.fileSize(firmware))
         throw TessalyError(error_number::FirmwareMissing,
-                           QStringLiteral("Cannot find firmware file ") + firmware + u'.');
+                           u"Cannot find firmware file "_s + firmware + u'.');
     step(step_code::FindCalibration);
     const QString calibration = job_.folders.calibrationFile();
     if (!files_.fileSize(calibration))
         throw TessalyError(error_number::CalibrationMissing,
-                           QStringLiteral("Cannot find calibration file ") + calibration + u'.');
+                           u"Cannot find calibration file "_s + calibration + u'.');
     const QList<LimitViolation> violations = limitViolations(snapshot_);
     if (!violations.isEmpty()) {
         step(violations.first().stepCode);
@@ -60,17 +62,17 @@ void CardRun::checkSources() {
 
 void CardRun::buildImage() {
     step(step_code::BeginImage);
-    const auto binary = files_.create(work("tmp.bin"));
+    const auto binary = files_.create(work(u"tmp.bin"_s));
     const QByteArray image = composeConfigImage(
         snapshot_, job_.identifier.value_or(randomIdentifier()), [this](int code) { step(code); });
     binary->write(image);
     binary->close();
     hex_ = EncodeImageAsHex(image);
-    writeWhole(work("tmp.hex"), hex_);
+    writeWhole(work(u"tmp.hex"_s), hex_);
     checkForStop();
     projectBytes_ = encodeProject(snapshot_);
     // A work folder without room shall say so now, not when the card is erased.
-    writeWhole(work("tmp.crd"), projectBytes_);
+    writeWhole(work(u"tmp.crd"_s), projectBytes_);
     checkForStop();
 }
 

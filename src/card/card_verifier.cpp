@@ -17,6 +17,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 class CardVerifier {
@@ -58,13 +60,12 @@ bool CardVerifier::readCardProject() {
     try {
         const ReadReport report = readProject(files_, pathIn(root_, card_name::Project), project_);
         if (!report.isComplete)
-            problem(QString("%1 is damaged at byte %2: %3.")
-                        .arg(card_name::Project)
+            problem(u"%1 is damaged at byte %2: %3."_s.arg(card_name::Project)
                         .arg(report.stoppedAt)
                         .arg(report.stopReason));
         return report.isComplete;
     } catch (const TessalyError& error) {
-        problem(error.description + ".");
+        problem(error.description + u"."_s);
         return false;
     }
 }
@@ -75,7 +76,7 @@ void CardVerifier::compareSettings() {
             readWholeFile(files_, pathIn(root_, card_name::Settings), limits::HexFileBytes);
         const HexFile hex = decodeHexFile(text);
         if (EncodeImageAsHex(hex.image) != text)
-            problem(card_name::Settings + " is not laid out as the player expects it.");
+            problem(card_name::Settings + u" is not laid out as the player expects it."_s);
         const DecodedImage found = decodeConfigImage(hex.image);
         result_.identifier = found.identifier;
         takeLinesFromImage(project_, found);
@@ -83,29 +84,27 @@ void CardVerifier::compareSettings() {
         if (expected != hex.image)
             explainDifference(found, decodeConfigImage(expected));
     } catch (const TessalyError& error) {
-        problem(card_name::Settings + ": " + error.description);
+        problem(card_name::Settings + u": "_s + error.description);
     }
 }
 
 void CardVerifier::explainDifference(const DecodedImage& found, const DecodedImage& expected) {
     const qsizetype before = result_.problems.size();
     const auto differs = [this](const QString& what) {
-        problem(
-            QString("%1 and %2 differ: %3.").arg(card_name::Settings, card_name::Project, what));
+        problem(u"%1 and %2 differ: %3."_s.arg(card_name::Settings, card_name::Project, what));
     };
     const std::pair<bool, QString> parts[] = {
-        {found.languages != expected.languages, QStringLiteral("the languages")},
-        {found.titles != expected.titles, QStringLiteral("the speech titles")},
-        {found.displayTexts != expected.displayTexts, QStringLiteral("the system texts")},
+        {found.languages != expected.languages, u"the languages"_s},
+        {found.titles != expected.titles, u"the speech titles"_s},
+        {found.displayTexts != expected.displayTexts, u"the system texts"_s},
         {found.cardTitle1 != expected.cardTitle1 || found.cardTitle2 != expected.cardTitle2,
-         QStringLiteral("the card title")},
+         u"the card title"_s},
         {found.powerUp != expected.powerUp || found.triggers != expected.triggers,
-         QStringLiteral("the power-up item or a trigger")},
-        {found.defaultLanguageMask != expected.defaultLanguageMask,
-         QStringLiteral("the default languages")},
-        {found.chimeOptions != expected.chimeOptions, QStringLiteral("the chime")},
-        {found.speech != expected.speech, QStringLiteral("the files of the speech titles")},
-        {found.lists.size() != expected.lists.size(), QStringLiteral("the number of music lists")}};
+         u"the power-up item or a trigger"_s},
+        {found.defaultLanguageMask != expected.defaultLanguageMask, u"the default languages"_s},
+        {found.chimeOptions != expected.chimeOptions, u"the chime"_s},
+        {found.speech != expected.speech, u"the files of the speech titles"_s},
+        {found.lists.size() != expected.lists.size(), u"the number of music lists"_s}};
     for (const auto& [isDifferent, what] : parts)
         if (isDifferent)
             differs(what);
@@ -117,10 +116,10 @@ void CardVerifier::explainDifference(const DecodedImage& found, const DecodedIma
         const QList<DecodedTrack>&a = found.lists[i].tracks, &b = expected.lists[i].tracks;
         if (found.lists[i].name != expected.lists[i].name ||
             !std::equal(a.begin(), a.end(), b.begin(), b.end(), same))
-            differs(QString("music list %1 (\"%2\")").arg(i + 1).arg(expected.lists[i].name));
+            differs(u"music list %1 (\"%2\")"_s.arg(i + 1).arg(expected.lists[i].name));
     }
     if (result_.problems.size() == before)
-        differs("bytes that mean nothing");
+        differs(u"bytes that mean nothing"_s);
 }
 
 // Throws 71 once the card was pulled out or exchanged; else each of its files would be reported.
@@ -128,7 +127,7 @@ void CardVerifier::requireSameCard() const {
     if (!card_ || files_.identity(root_) != card_)
         throw TessalyError(
             error_number::DriveNotReady,
-            QDir::toNativeSeparators(root_) + ": the card is no longer there or was changed.");
+            QDir::toNativeSeparators(root_) + u": the card is no longer there or was changed."_s);
 }
 
 void CardVerifier::readToEnd(const QString& name, const QString& source) {
@@ -136,7 +135,7 @@ void CardVerifier::readToEnd(const QString& name, const QString& source) {
     expected_.insert(name.toLower());
     const QString path = pathIn(root_, name);
     if (!files_.fileSize(path)) {
-        problem(name + " is missing.");
+        problem(name + u" is missing."_s);
         return;
     }
     try {
@@ -144,11 +143,11 @@ void CardVerifier::readToEnd(const QString& name, const QString& source) {
         result_.bytes += read.size;
         if (read.size == 0 && !source.isEmpty() && files_.fileSize(source) == 0)
             result_.warnings.append(
-                QString("%1 is empty, as %2 is: it plays nothing.").arg(name, shownPath(source)));
+                u"%1 is empty, as %2 is: it plays nothing."_s.arg(name, shownPath(source)));
         else if (read.size == 0)
-            problem(name + " is empty.");
+            problem(name + u" is empty."_s);
     } catch (const TessalyError& error) {
-        problem(error.description + ".");
+        problem(error.description + u"."_s);
     }
 }
 
@@ -161,12 +160,12 @@ void CardVerifier::checkTrackFiles() {
         const QString name = card_name::track(number);
         const int value = typeTagNumber(record).value_or(0);
         if (value < 1 || value > limits::TrackFiles || !card_name::isCardName(name)) {
-            problem(QString("%1 has no proper file number in %2.")
-                        .arg(record.itemName.text(), card_name::Project));
+            problem(u"%1 has no proper file number in %2."_s.arg(record.itemName.text(),
+                                                                 card_name::Project));
             continue;
         }
         if (numbers.contains(number)) {
-            problem(QString("%1 is given to two tracks.").arg(name));
+            problem(u"%1 is given to two tracks."_s.arg(name));
             continue;
         }
         numbers.insert(number);
@@ -193,18 +192,18 @@ void CardVerifier::checkFirmware() {
     try {
         const QByteArray text = readWholeFile(files_, firmware, limits::HexFileBytes);
         if (const QString damage = hexDamage(text); !damage.isEmpty())
-            problem(QString("%1 is damaged: %2.").arg(card_name::Firmware, damage));
+            problem(u"%1 is damaged: %2."_s.arg(card_name::Firmware, damage));
         else if (!holdsHexData(text))
-            result_.notes.append(card_name::Firmware + " is a stand-in that holds no firmware.");
+            result_.notes.append(card_name::Firmware + u" is a stand-in that holds no firmware."_s);
     } catch (const TessalyError& error) {
-        problem(error.description + ".");
+        problem(error.description + u"."_s);
     }
 }
 
 void CardVerifier::noteOtherFiles() {
     for (const FolderEntry& entry : files_.entries(root_))
         if (!expected_.contains(entry.name.toLower()))
-            result_.notes.append(entry.name + " is on the card, but nothing refers to it.");
+            result_.notes.append(entry.name + u" is on the card, but nothing refers to it."_s);
 }
 
 }  // namespace
@@ -212,7 +211,7 @@ void CardVerifier::noteOtherFiles() {
 CardVerification verifyCard(FileSystem& files, const QString& root) {
     if (!files.isFolder(root))
         throw TessalyError(error_number::BadTarget,
-                           QDir::toNativeSeparators(root) + ": there is no such folder.");
+                           QDir::toNativeSeparators(root) + u": there is no such folder."_s);
     return CardVerifier(files, root).run();
 }
 

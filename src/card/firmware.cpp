@@ -13,6 +13,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 QString firmwareVersion(FileSystem& files, const QString& firmwareFile) {
     return fromCodePage(readFirstLine(files, firmwareFile)).mid(2, 4);
 }
@@ -31,21 +33,19 @@ FirmwareComparison compareFirmware(FileSystem& files, const QString& root,
     using Relation = FirmwareComparison::Relation;
     const QString cardFile = pathIn(root, card_name::Firmware);
     if (!files.fileSize(cardFile))
-        return {Relation::NoCard, QStringLiteral("Card does not have a valid TRL740 format.")};
+        return {Relation::NoCard, u"Card does not have a valid TRL740 format."_s};
     const QString card = firmwareVersion(files, cardFile);
     const QString own = firmwareVersion(files, folders.firmwareFile());
     if (card == own)
-        return {Relation::SameAsCard,
-                QStringLiteral("Your card already contains TRL740 firmware version ") + card +
-                    QStringLiteral(".  No update has been done.")};
+        return {Relation::SameAsCard, u"Your card already contains TRL740 firmware version "_s +
+                                          card + u".  No update has been done."_s};
     if (card > own)
-        return {Relation::CardNewer,
-                QStringLiteral("Your card  contains TRL740 firmware version ") + card +
-                    QStringLiteral(" but Tessaly is about to install version ") + own +
-                    QStringLiteral(".  Do you really want to downgrade?")};
+        return {Relation::CardNewer, u"Your card  contains TRL740 firmware version "_s + card +
+                                         u" but Tessaly is about to install version "_s + own +
+                                         u".  Do you really want to downgrade?"_s};
     return {Relation::CardOlder,
-            QStringLiteral("Do you want to update your card from TRL740 firmware version ") + card +
-                QStringLiteral(" to version ") + own + u'?'};
+            u"Do you want to update your card from TRL740 firmware version "_s + card +
+                u" to version "_s + own + u'?'};
 }
 
 QByteArray requireFirmware(FileSystem& files, const SupportFolders& folders) {
@@ -54,8 +54,8 @@ QByteArray requireFirmware(FileSystem& files, const SupportFolders& folders) {
     if (!holdsHexData(bytes))
         throw TessalyError(error_number::NoFirmwareData,
                            QDir::toNativeSeparators(source) +
-                               " holds no firmware data. Put the file of the player's maker in "
-                               "its place.");
+                               u" holds no firmware data. Put the file of the player's maker in "_s
+                               u"its place."_s);
     return bytes;
 }
 
@@ -65,9 +65,9 @@ void updateFirmware(FileSystem& files, const QString& root, const SupportFolders
     files.replaceFile(target, bytes, FileSystem::Links::Refuse);
     files.flushVolume(root);
     if (readBack(files, target, [](qint64) {}).hash != hashOf(bytes))
-        throw TessalyError(
-            error_number::VerifyFailed,
-            QDir::toNativeSeparators(target) + ": what reads back differs from what was written.");
+        throw TessalyError(error_number::VerifyFailed,
+                           QDir::toNativeSeparators(target) +
+                               u": what reads back differs from what was written."_s);
 }
 
 FirmwareResult offerFirmware(FileSystem& files, const Drives& drives, const QString& root,
@@ -85,7 +85,7 @@ FirmwareResult offerFirmware(FileSystem& files, const Drives& drives, const QStr
         return {Outcome::Declined, {}};
     requireCardAt(files, drives, root, card);
     updateFirmware(files, root, folders);
-    return {Outcome::Updated, QStringLiteral("Card successfully updated.")};
+    return {Outcome::Updated, u"Card successfully updated."_s};
 }
 
 }  // namespace tessaly

@@ -19,6 +19,8 @@
 
 namespace tessaly::cli {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr qsizetype WarnedOfMost = 12;
@@ -29,15 +31,17 @@ QString native(const QString& path) {
 
 QString cardRoot(const FileSystem& files, const QString& folder) {
     if (!files.isFolder(folder))
-        throw TessalyError(error_number::BadTarget, native(folder) + ": there is no such folder");
+        throw TessalyError(error_number::BadTarget,
+                           native(folder) + u": there is no such folder"_s);
     // Where it leads now: neither "link/.." read as text nor a link that is changed later counts.
     return withLastSeparator(native(files.canonicalPath(folder)));
 }
 
 void requireAnswer(bool yes) {
     if (!yes && !inputIsTerminal())
-        throw TessalyError(error_number::BadTarget,
-                           "There is no terminal to ask on: say --yes to go on without a question");
+        throw TessalyError(
+            error_number::BadTarget,
+            u"There is no terminal to ask on: say --yes to go on without a question"_s);
 }
 
 // Prints what keeps a project from being written, and what warns; true when nothing does, or when
@@ -51,23 +55,23 @@ bool passesChecks(const Project& project, const QString& root, const FileSystem&
          {&checks.musicLists, &checks.languages, &checks.driveSelected, &checks.cardPresent,
           &checks.cardBigEnough, &checks.trackCount})
         if (check->verdict == Verdict::Red)
-            printError(QStringList(QStringList(check->text) + check->offenders).join(' '));
+            printError(QStringList(QStringList(check->text) + check->offenders).join(u' '));
     for (const QString& path : checks.missingFiles)
-        printError("Cannot find file " + path);
+        printError(u"Cannot find file "_s + path);
     for (const QString& limit : checks.exceededLimits)
         printError(limit);
     const QList<CheckResult> warnings = warningsOf(checks);
     for (const CheckResult& warning : warnings)
-        printError("warning: " + inOneLine(warning, WarnedOfMost));
+        printError(u"warning: "_s + inOneLine(warning, WarnedOfMost));
     const bool passes = checks.hasItems && !checks.blocked;
     if (!passes || !isStrict || warnings.isEmpty())
         return passes;
-    printError("Nothing was written: --strict takes no warnings.");
+    printError(u"Nothing was written: --strict takes no warnings."_s);
     return false;
 }
 
 void printReport(const CardRunReport& report, const SupportFolders& folders) {
-    QList<QStringList> rows = {{"written", "files", "bytes"}};
+    QList<QStringList> rows = {{u"written"_s, u"files"_s, u"bytes"_s}};
     const auto add = [&rows](const QString& name, qsizetype files, qint64 bytes) {
         rows.append({name, QString::number(files), QString::number(bytes)});
     };
@@ -77,11 +81,10 @@ void printReport(const CardRunReport& report, const SupportFolders& folders) {
     while (report.files[numbered].name.endsWith(u".mp3"))
         numberedBytes += report.files[numbered++].size;
     if (numbered > 0)
-        add(QString("0001.mp3 to %1.mp3").arg(numbered, 4, 10, QChar('0')), numbered,
-            numberedBytes);
+        add(u"0001.mp3 to %1.mp3"_s.arg(numbered, 4, 10, QChar(u'0')), numbered, numberedBytes);
     for (const WrittenFile& file : report.files.mid(numbered))
         add(file.name, 1, file.size);
-    add("in all", report.files.size(), report.bytes);
+    add(u"in all"_s, report.files.size(), report.bytes);
     print();
     printTable(rows, {1, 2});
     print();
@@ -92,9 +95,10 @@ void printReport(const CardRunReport& report, const SupportFolders& folders) {
             times.append({phaseName(phase), durationText(report.milliseconds[size_t(phase)])});
     printTable(times, {1});
     if (report.isVerified && !report.isVerifiedPastCache)
-        print("This file system has no way past its cache: the files were compared after a flush.");
+        print(
+            u"This file system has no way past its cache: the files were compared after a flush."_s);
     if (!report.isVerified)
-        print("The files were not read back.");
+        print(u"The files were not read back."_s);
     print();
     for (const QString& file : folders.makersFiles())
         print(file);
@@ -114,8 +118,9 @@ int createCommand(const CreateOptions& options, const SupportFolders& folders) {
         requireErasableFolder(files, drives, root, options.erase);
     requireAnswer(options.yes);
     if (isStandIn(files, folders.firmwareFile()))
-        printError("note: " + folders.firmwareFile() +
-                   " is a stand-in that holds no firmware data: the card will update no player.");
+        printError(
+            u"note: "_s + folders.firmwareFile() +
+            u" is a stand-in that holds no firmware data: the card will update no player."_s);
 
     const QTemporaryDir work;
     if (!work.isValid())
@@ -143,7 +148,7 @@ int createCommand(const CreateOptions& options, const SupportFolders& folders) {
         case CardRunReport::Outcome::Busy:
             break;
     }
-    printError("Nothing was written.");
+    printError(u"Nothing was written."_s);
     return Failed;
 }
 
@@ -152,18 +157,18 @@ int verifyCommand(const QString& card) {
     const QString root = cardRoot(files, card);
     const CardVerification result = verifyCard(files, root);
     for (const QString& note : result.notes)
-        print("note: " + note);
+        print(u"note: "_s + note);
     for (const QString& warning : result.warnings)
-        print("warning: " + warning);
+        print(u"warning: "_s + warning);
     for (const QString& problem : result.problems)
-        print("PROBLEM: " + problem);
+        print(u"PROBLEM: "_s + problem);
     if (!result.isGood()) {
-        printError(QString("%1 is no good card: %2").arg(root, result.problems.first()));
+        printError(u"%1 is no good card: %2"_s.arg(root, result.problems.first()));
         return Failed;
     }
-    print(QString("%1 is a good card: %2, %3 read, settings 0x%4.")
-              .arg(root, counted(result.trackFiles, "track"), size(result.bytes),
-                   QString::number(result.identifier, 16).rightJustified(4, '0').toUpper()));
+    print(u"%1 is a good card: %2, %3 read, settings 0x%4."_s.arg(
+        root, counted(result.trackFiles, u"track"_s), size(result.bytes),
+        QString::number(result.identifier, 16).rightJustified(4, u'0').toUpper()));
     return Done;
 }
 
@@ -180,7 +185,7 @@ int firmwareCommand(const FirmwareOptions& options, const SupportFolders& folder
             printError(result.message + u' ' + root);
             return Failed;
         case FirmwareResult::Outcome::Declined:
-            printError(QStringLiteral("Nothing was written."));
+            printError(u"Nothing was written."_s);
             return Failed;
         case FirmwareResult::Outcome::UpToDate:
             print(result.message);
@@ -189,7 +194,7 @@ int firmwareCommand(const FirmwareOptions& options, const SupportFolders& folder
             break;
     }
     print(result.message);
-    print(QStringLiteral("Firmware: ") + folders.firmwareFile());
+    print(u"Firmware: "_s + folders.firmwareFile());
     return Done;
 }
 

@@ -15,34 +15,37 @@
 
 namespace tessaly::cli {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 TessalyError badImport(const QString& path, const QString& what) {
-    return {error_number::BadImport, QDir::toNativeSeparators(path) + ": " + what};
+    return {error_number::BadImport, QDir::toNativeSeparators(path) + u": "_s + what};
 }
 
 // A message box has lines, and names may hold any control character.
 QString oneLine(QString text) {
-    text.replace("\r\n", " ");
+    text.replace(u"\r\n"_s, u" "_s);
     for (QChar& c : text)
         if (c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
             c == QChar::ParagraphSeparator)
-            c = ' ';
+            c = u' ';
     return text;
 }
 
 // Whatever stood at `path` was somebody's project: it stays beside the new one.
 void save(FileSystem& files, const QString& path, Project& project) {
     for (const QString& lost : pathsOutsideCodePage(project))
-        printError("warning: a project file cannot hold the path \"" + oneLine(lost) +
-                   "\": the file is not found when the project is opened.");
+        printError(u"warning: a project file cannot hold the path \""_s + oneLine(lost) +
+                   u"\": the file is not found when the project is opened."_s);
     for (const QString& text : textsOutsideCodePage(project))
-        printError("warning: a project file cannot hold \"" + oneLine(elided(text)) +
-                   "\": characters of it become \"?\".");
+        printError(u"warning: a project file cannot hold \""_s + oneLine(elided(text)) +
+                   u"\": characters of it become \"?\"."_s);
     if (files.fileSize(path)) {
-        const QString old = path + ".bak";
+        const QString old = path + u".bak"_s;
         files.replaceFile(old, readWholeFile(files, path, limits::ProjectFileBytes));
-        printError("note: the earlier file is kept as " + QDir::toNativeSeparators(old) + ".");
+        printError(u"note: the earlier file is kept as "_s + QDir::toNativeSeparators(old) +
+                   u"."_s);
     }
     saveProject(files, path, project);
 }
@@ -50,20 +53,19 @@ void save(FileSystem& files, const QString& path, Project& project) {
 int importTour(const ImportOptions& options, FileSystem& files, const Mp3Tags& tags) {
     if (options.append)
         throw badImport(options.source,
-                        "only one music list can be added to a project, but this "
-                        "folder holds whole folders of them");
+                        u"only one music list can be added to a project, but this "_s
+                        u"folder holds whole folders of them"_s);
     Project project;
     const ImportReport report =
         importFolder(files, tags, options.source, options.titlesFromTags, project);
     for (const QString& note : report.notes)
-        printError("note: " + oneLine(note));
+        printError(u"note: "_s + oneLine(note));
     save(files, options.output, project);
-    print(QString("%1: %2 with %3, %4 in %5 (%6).")
-              .arg(QDir::toNativeSeparators(options.output),
-                   counted(project.lstMuList.size(), "music list"), counted(report.tracks, "track"),
-                   counted(project.lstSpTitles.size(), "speech title"),
-                   counted(project.lstLangs.size(), "language"),
-                   counted(report.speechFiles, "file")));
+    print(u"%1: %2 with %3, %4 in %5 (%6)."_s.arg(
+        QDir::toNativeSeparators(options.output),
+        counted(project.lstMuList.size(), u"music list"_s), counted(report.tracks, u"track"_s),
+        counted(project.lstSpTitles.size(), u"speech title"_s),
+        counted(project.lstLangs.size(), u"language"_s), counted(report.speechFiles, u"file"_s)));
     return Done;
 }
 
@@ -78,7 +80,7 @@ int importList(const ImportOptions& options, FileSystem& files, const Mp3Tags& t
                                          : importPlaylist(project, files, tags, source);
     if (result.outcome == ImportResult::Outcome::NoFiles)
         throw badImport(options.source,
-                        "the folder holds neither MP3 files nor a Music or Speech folder");
+                        u"the folder holds neither MP3 files nor a Music or Speech folder"_s);
     for (const ImportMessage& message : result.leftOut + result.messages)
         printError(oneLine(message.text));
     if (result.outcome != ImportResult::Outcome::Imported)
@@ -86,17 +88,17 @@ int importList(const ImportOptions& options, FileSystem& files, const Mp3Tags& t
     if (const QString namesakes = namesakesText(project, result.list); !namesakes.isEmpty()) {
         if (options.giveEachItsFile) {
             giveEachItsFile(project, {result.list});
-            printError("note: " + oneLine(namesakes) + " Each has its own file now.");
+            printError(u"note: "_s + oneLine(namesakes) + u" Each has its own file now."_s);
         } else {
-            printError("warning: " + oneLine(namesakes) + ' ' + NamesakesFate.toString() +
-                       " Say --give-each-its-file to make them play.");
+            printError(u"warning: "_s + oneLine(namesakes) + u' ' + NamesakesFate.toString() +
+                       u" Say --give-each-its-file to make them play."_s);
         }
     }
     save(files, options.output, project);
-    const QString line = QString("%1: the music list \"%2\" with %3")
-                             .arg(QDir::toNativeSeparators(options.output), oneLine(result.list),
-                                  counted(result.tracks, "track"));
-    print(line + (result.tracks == 0 ? ", which no save keeps." : "."));
+    const QString line = u"%1: the music list \"%2\" with %3"_s.arg(
+        QDir::toNativeSeparators(options.output), oneLine(result.list),
+        counted(result.tracks, u"track"_s));
+    print(line + (result.tracks == 0 ? u", which no save keeps."_s : u"."_s));
     return Done;
 }
 
@@ -107,7 +109,7 @@ int importCommand(const ImportOptions& options) {
     const LocalMp3Tags tags;
     const bool isFolder = files.isFolder(options.source);
     if (!isFolder && !files.fileSize(options.source))
-        throw badImport(options.source, "there is no such folder or file");
+        throw badImport(options.source, u"there is no such folder or file"_s);
     if (isFolder && isTourFolder(files, options.source))
         return importTour(options, files, tags);
     return importList(options, files, tags, isFolder);

@@ -21,6 +21,8 @@
 
 namespace tessaly::cli {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString native(const QString& path) {
@@ -29,14 +31,15 @@ QString native(const QString& path) {
 
 // By Verdict: in JSON, and in a table.
 struct VerdictWords {
-    const char *json, *text;
+    QString json, text;
 };
 
 VerdictWords wordsOf(Verdict verdict) {
-    static const QHash<Verdict, VerdictWords> words = {{Verdict::Green, {"green", "ok"}},
-                                                       {Verdict::Red, {"red", "BLOCKS"}},
-                                                       {Verdict::Yellow, {"yellow", "warning"}},
-                                                       {Verdict::Grey, {"grey", "-"}}};
+    static const QHash<Verdict, VerdictWords> words = {
+        {Verdict::Green, {u"green"_s, u"ok"_s}},
+        {Verdict::Red, {u"red"_s, u"BLOCKS"_s}},
+        {Verdict::Yellow, {u"yellow"_s, u"warning"_s}},
+        {Verdict::Grey, {u"grey"_s, u"-"_s}}};
     return words[verdict];
 }
 
@@ -46,16 +49,16 @@ struct NamedCheck {
 };
 
 QList<NamedCheck> projectChecks(const CardChecks& checks) {
-    return {{"musicLists", &checks.musicLists},     {"languages", &checks.languages},
-            {"speechTitles", &checks.speechTitles}, {"trackCount", &checks.trackCount},
-            {"silentTracks", &checks.silentTracks}, {"emptyFiles", &checks.emptyFiles},
-            {"fileNumbers", &checks.fileNumbers}};
+    return {{u"musicLists"_s, &checks.musicLists},     {u"languages"_s, &checks.languages},
+            {u"speechTitles"_s, &checks.speechTitles}, {u"trackCount"_s, &checks.trackCount},
+            {u"silentTracks"_s, &checks.silentTracks}, {u"emptyFiles"_s, &checks.emptyFiles},
+            {u"fileNumbers"_s, &checks.fileNumbers}};
 }
 
 QList<NamedCheck> driveChecks(const CardChecks& checks) {
-    return {{"driveSelected", &checks.driveSelected},
-            {"cardPresent", &checks.cardPresent},
-            {"cardBigEnough", &checks.cardBigEnough}};
+    return {{u"driveSelected"_s, &checks.driveSelected},
+            {u"cardPresent"_s, &checks.cardPresent},
+            {u"cardBigEnough"_s, &checks.cardBigEnough}};
 }
 
 void printChecksJson(const CardChecks& checks, bool blocked) {
@@ -65,26 +68,26 @@ void printChecksJson(const CardChecks& checks, bool blocked) {
     QJsonObject verdicts;
     for (const NamedCheck& check : projectChecks(checks) + driveChecks(checks))
         verdicts[check.name] =
-            QJsonObject{{"verdict", wordsOf(check.result->verdict).json},
-                        {"text", check.result->text},
-                        {"offenders", QJsonArray::fromStringList(check.result->offenders)},
-                        {"enabled", check.result->isEnabled}};
-    printJson({{"checks", verdicts},
-               {"hasItems", checks.hasItems},
-               {"exceededLimits", QJsonArray::fromStringList(checks.exceededLimits)},
-               {"missingFiles", QJsonArray::fromStringList(checks.missingFiles)},
-               {"warnings", warnings},
-               {"totalCardBytes", checks.totals.totalCardBytes},
-               {"trackCount", checks.totals.trackCount},
-               {"missingFileFlag", checks.totals.missingFileFlag},
-               {"blocked", blocked}});
+            QJsonObject{{u"verdict"_s, wordsOf(check.result->verdict).json},
+                        {u"text"_s, check.result->text},
+                        {u"offenders"_s, QJsonArray::fromStringList(check.result->offenders)},
+                        {u"enabled"_s, check.result->isEnabled}};
+    printJson({{u"checks"_s, verdicts},
+               {u"hasItems"_s, checks.hasItems},
+               {u"exceededLimits"_s, QJsonArray::fromStringList(checks.exceededLimits)},
+               {u"missingFiles"_s, QJsonArray::fromStringList(checks.missingFiles)},
+               {u"warnings"_s, warnings},
+               {u"totalCardBytes"_s, checks.totals.totalCardBytes},
+               {u"trackCount"_s, checks.totals.trackCount},
+               {u"missingFileFlag"_s, checks.totals.missingFileFlag},
+               {u"blocked"_s, blocked}});
 }
 
 void printChecksText(const CardChecks& checks, bool withDrive) {
     QList<QStringList> rows;
     const auto addItems = [&](const QStringList& items) {
         for (const QString& item : items)
-            rows.append(QStringList{QString(), "    " + elided(item)});
+            rows.append(QStringList{QString(), u"    "_s + elided(item)});
     };
     for (const NamedCheck& check :
          projectChecks(checks) + (withDrive ? driveChecks(checks) : QList<NamedCheck>())) {
@@ -94,17 +97,17 @@ void printChecksText(const CardChecks& checks, bool withDrive) {
         addItems(check.result->offenders);
     }
     if (!checks.hasItems)
-        rows.append({"BLOCKS", NoFilesText.toString()});
+        rows.append({u"BLOCKS"_s, NoFilesText.toString()});
     if (!checks.missingFiles.isEmpty()) {
-        rows.append(QStringList{"BLOCKS", "The following source files cannot be found:"});
+        rows.append(QStringList{u"BLOCKS"_s, u"The following source files cannot be found:"_s});
         addItems(checks.missingFiles);
     }
     for (const QString& limit : checks.exceededLimits)
-        rows.append({"BLOCKS", limit});
+        rows.append({u"BLOCKS"_s, limit});
     printTable(rows);
     print();
-    print(QString("%1, %2 in all.")
-              .arg(counted(checks.totals.trackCount, "track"), size(checks.totals.totalCardBytes)));
+    print(u"%1, %2 in all."_s.arg(counted(checks.totals.trackCount, u"track"_s),
+                                  size(checks.totals.totalCardBytes)));
 }
 
 // A file that is read or written must not be written over by another output.
@@ -114,7 +117,7 @@ void requireOtherFile(const FileSystem& files, const QString& file, const QStrin
                         (identity && identity == files.identity(file));
     if (!output.isEmpty() && isSame)
         throw TessalyError(error_number::BadTarget,
-                           native(output) + ": this file cannot be used for two things");
+                           native(output) + u": this file cannot be used for two things"_s);
 }
 
 }  // namespace
@@ -124,10 +127,9 @@ Project openProject(FileSystem& files, const QString& path) {
     const ReadReport report = readProject(files, path, project);
     if (!report.isComplete)
         throw TessalyError(error_number::BadProject,
-                           QString("%1 was read up to byte %2 only (%3): %4")
-                               .arg(shownPath(path))
+                           u"%1 was read up to byte %2 only (%3): %4"_s.arg(shownPath(path))
                                .arg(report.stoppedAt)
-                               .arg(counted(report.records, "record"), report.stopReason));
+                               .arg(counted(report.records, u"record"_s), report.stopReason));
     return project;
 }
 
@@ -138,10 +140,10 @@ CardChecks checksOf(const Project& project, const QString& root, const FileSyste
 }
 
 QString inOneLine(const CheckResult& result, qsizetype most) {
-    QString named = result.offenders.mid(0, most).join(", ");
+    QString named = result.offenders.mid(0, most).join(u", "_s);
     if (result.offenders.size() > most)
-        named += QString(" ... and %1 more").arg(result.offenders.size() - most);
-    return named.isEmpty() ? result.text : result.text + ' ' + named;
+        named += u" ... and %1 more"_s.arg(result.offenders.size() - most);
+    return named.isEmpty() ? result.text : result.text + u' ' + named;
 }
 
 int checkCommand(const CheckOptions& options) {
@@ -168,11 +170,11 @@ int imageCommand(const ImageOptions& options) {
     const QByteArray image =
         BuildConfigImage(project, options.identifier.value_or(randomIdentifier()));
     files.replaceFile(options.output, image);
-    print(QString("%1: %2 bytes").arg(native(options.output)).arg(image.size()));
+    print(u"%1: %2 bytes"_s.arg(native(options.output)).arg(image.size()));
     if (!options.hexOutput.isEmpty()) {
         const QByteArray text = EncodeImageAsHex(image);
         files.replaceFile(options.hexOutput, text);
-        print(QString("%1: %2 bytes").arg(native(options.hexOutput)).arg(text.size()));
+        print(u"%1: %2 bytes"_s.arg(native(options.hexOutput)).arg(text.size()));
     }
     return Done;
 }

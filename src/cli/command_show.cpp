@@ -16,21 +16,20 @@
 
 namespace tessaly::cli {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using Kind = DecodedReference::Kind;
 
 QString hexWord(quint16 value) {
-    return "0x" + QString::fromLatin1(Hex4(value));
+    return u"0x"_s + QString::fromLatin1(Hex4(value));
 }
 
 QStringList flagNames(bool endlessLoop, bool cancelOnInterrupt, bool loudVolume) {
-    QStringList names;
-    for (const auto& [isSet, name] :
-         {std::pair(endlessLoop, "loop"), std::pair(cancelOnInterrupt, "cancel"),
-          std::pair(loudVolume, "loud")})
-        if (isSet)
-            names << name;
+    QStringList names = {endlessLoop ? u"loop"_s : u""_s, cancelOnInterrupt ? u"cancel"_s : u""_s,
+                         loudVolume ? u"loud"_s : u""_s};
+    names.removeAll(QString());
     return names;
 }
 
@@ -49,87 +48,91 @@ QJsonValue toJson(const Variant& value) {
 QJsonObject toJson(const ParsedRecords& parsed) {
     QJsonArray records;
     for (const TrackRecord& record : parsed.records)
-        records.append(QJsonObject{{"kind", toJson(record.kind)},
-                                   {"itemName", toJson(record.itemName)},
-                                   {"groupName", toJson(record.groupName)},
-                                   {"sourcePath", toJson(record.sourcePath)},
-                                   {"endlessLoop", record.endlessLoop.isTrue()},
-                                   {"cancelOnInterrupt", record.cancelOnInterrupt.isTrue()},
-                                   {"loudVolume", record.loudVolume.isTrue()},
-                                   {"typeTag", typeTagText(record)}});
-    return {{"complete", parsed.isComplete}, {"stoppedAt", parsed.stoppedAt}, {"records", records}};
+        records.append(QJsonObject{{u"kind"_s, toJson(record.kind)},
+                                   {u"itemName"_s, toJson(record.itemName)},
+                                   {u"groupName"_s, toJson(record.groupName)},
+                                   {u"sourcePath"_s, toJson(record.sourcePath)},
+                                   {u"endlessLoop"_s, record.endlessLoop.isTrue()},
+                                   {u"cancelOnInterrupt"_s, record.cancelOnInterrupt.isTrue()},
+                                   {u"loudVolume"_s, record.loudVolume.isTrue()},
+                                   {u"typeTag"_s, typeTagText(record)}});
+    return {{u"complete"_s, parsed.isComplete},
+            {u"stoppedAt"_s, parsed.stoppedAt},
+            {u"records"_s, records}};
 }
 
 void printRecords(const ParsedRecords& parsed) {
     const auto shown = [](const Variant& value) {
-        return value.isEmpty() ? QString("-") : '"' + value.text() + '"';
+        return value.isEmpty() ? u"-"_s : u'"' + value.text() + u'"';
     };
-    QList<QStringList> rows = {{"#", "kind", "item", "group", "source", "flags", "tag"}};
+    QList<QStringList> rows = {u"#,kind,item,group,source,flags,tag"_s.split(u',')};
     for (const TrackRecord& record : parsed.records) {
         rows.append({QString::number(rows.size()), shown(record.kind), shown(record.itemName),
                      shown(record.groupName), shown(record.sourcePath),
                      flagNames(record.endlessLoop.isTrue(), record.cancelOnInterrupt.isTrue(),
                                record.loudVolume.isTrue())
-                         .join(','),
+                         .join(u','),
                      typeTagText(record).remove(QChar(0)).trimmed()});
     }
     printTable(rows, {0});
     print();
-    print(QString("A project file of %1, %2.")
-              .arg(counted(parsed.records.size(), "record"), counted(parsed.stoppedAt, "byte")));
+    print(u"A project file of %1, %2."_s.arg(counted(parsed.records.size(), u"record"_s),
+                                             counted(parsed.stoppedAt, u"byte"_s)));
 }
 
 // ---- images ----------------------------------------------------------------------------------
 
 QString describe(const DecodedReference& reference, const DecodedImage& image) {
     const auto numbered = [](int number, const QString& name) {
-        return QString::number(number) + " \"" + name + '"';
+        return QString::number(number) + u" \""_s + name + u'"';
     };
     const DecodedList list = image.lists.value(reference.list - 1);
-    QString listText = "music list " + numbered(reference.list, list.name);
+    QString listText = u"music list "_s + numbered(reference.list, list.name);
     switch (reference.kind) {
         case Kind::None:
-            return "nothing";
+            return u"nothing"_s;
         case Kind::ContinuousMix:
-            return "<Continuous Mix>";
+            return u"<Continuous Mix>"_s;
         case Kind::SpeechTitle:
-            return "speech title " +
+            return u"speech title "_s +
                    numbered(reference.title, image.titles.value(reference.title - 1));
         case Kind::WholeList:
             return listText;
         case Kind::Track:
-            return "track " +
-                   numbered(reference.track + 1, list.tracks.value(reference.track).name) + " of " +
-                   listText;
+            return u"track "_s +
+                   numbered(reference.track + 1, list.tracks.value(reference.track).name) +
+                   u" of "_s + listText;
         case Kind::Invalid:
             break;
     }
-    return "an invalid reference";
+    return u"an invalid reference"_s;
 }
 
 QJsonObject toJson(const DecodedReference& reference, const DecodedImage& image) {
     static const QHash<Kind, QString> names = {
-        {Kind::None, "none"},      {Kind::SpeechTitle, "speech"}, {Kind::ContinuousMix, "mix"},
-        {Kind::WholeList, "list"}, {Kind::Track, "track"},        {Kind::Invalid, "invalid"}};
-    QJsonObject object{{"value", reference.value}, {"kind", names.value(reference.kind)}};
+        {Kind::None, u"none"_s},         {Kind::SpeechTitle, u"speech"_s},
+        {Kind::ContinuousMix, u"mix"_s}, {Kind::WholeList, u"list"_s},
+        {Kind::Track, u"track"_s},       {Kind::Invalid, u"invalid"_s}};
+    QJsonObject object{{u"value"_s, reference.value}, {u"kind"_s, names.value(reference.kind)}};
     if (reference.kind == Kind::SpeechTitle)
-        object["title"] = image.titles.value(reference.title - 1);
+        object[u"title"_s] = image.titles.value(reference.title - 1);
     if (reference.kind == Kind::WholeList || reference.kind == Kind::Track)
-        object["list"] = image.lists.value(reference.list - 1).name;
+        object[u"list"_s] = image.lists.value(reference.list - 1).name;
     if (reference.kind == Kind::Track)
-        object["track"] = image.lists.value(reference.list - 1).tracks.value(reference.track).name;
+        object[u"track"_s] =
+            image.lists.value(reference.list - 1).tracks.value(reference.track).name;
     return object;
 }
 
 QJsonObject toJson(const DecodedWord& word) {
     if (!word.hasFile)
-        return {{"value", word.value}, {"fileNumber", QJsonValue::Null}};
-    return {{"value", word.value},
-            {"fileNumber", word.fileNumber},
-            {"endlessLoop", word.endlessLoop},
-            {"speech", word.isSpeech},
-            {"cancelOnInterrupt", word.cancelOnInterrupt},
-            {"loudVolume", word.loudVolume}};
+        return {{u"value"_s, word.value}, {u"fileNumber"_s, QJsonValue::Null}};
+    return {{u"value"_s, word.value},
+            {u"fileNumber"_s, word.fileNumber},
+            {u"endlessLoop"_s, word.endlessLoop},
+            {u"speech"_s, word.isSpeech},
+            {u"cancelOnInterrupt"_s, word.cancelOnInterrupt},
+            {u"loudVolume"_s, word.loudVolume}};
 }
 
 QJsonObject toJson(const DecodedImage& image) {
@@ -144,81 +147,79 @@ QJsonObject toJson(const DecodedImage& image) {
     for (const DecodedList& list : image.lists) {
         QJsonArray tracks;
         for (const DecodedTrack& track : list.tracks)
-            tracks.append(QJsonObject{{"name", track.name}, {"word", toJson(track.word)}});
-        lists.append(QJsonObject{{"name", list.name}, {"tracks", tracks}});
+            tracks.append(QJsonObject{{u"name"_s, track.name}, {u"word"_s, toJson(track.word)}});
+        lists.append(QJsonObject{{u"name"_s, list.name}, {u"tracks"_s, tracks}});
     }
     for (qsizetype i = 0; i < image.speech.size(); ++i) {
         QJsonArray words;
         for (const DecodedWord& word : image.speech[i])
             words.append(toJson(word));
-        speech.append(QJsonObject{{"language", image.languages[i]}, {"words", words}});
+        speech.append(QJsonObject{{u"language"_s, image.languages[i]}, {u"words"_s, words}});
     }
     for (const DecodedReference& trigger : image.triggers)
         triggers.append(toJson(trigger, image));
     using namespace image_layout;
-    return {{"identifier", image.identifier},
-            {"defaultLanguageMask", image.defaultLanguageMask},
-            {"defaultLanguages", defaults},
-            {"cardTitle1", image.cardTitle1},
-            {"cardTitle2", image.cardTitle2},
-            {"powerUp", toJson(image.powerUp, image)},
-            {"chime", QJsonObject{{"value", image.chimeOptions},
-                                  {"always", (image.chimeOptions & ChimeAlways) != 0},
-                                  {"internal", (image.chimeOptions & ChimeInternal) != 0},
-                                  {"disabled", (image.chimeOptions & ChimeDisabled) != 0}}},
-            {"sectionPointers", pointers},
-            {"languagePointers", languagePointers},
-            {"languageCount", image.languages.size()},
-            {"titleCount", image.titles.size()},
-            {"listCount", image.lists.size()},
-            {"languages", QJsonArray::fromStringList(image.languages)},
-            {"titles", QJsonArray::fromStringList(image.titles)},
-            {"lists", lists},
-            {"speech", speech},
-            {"displayTexts", QJsonArray::fromStringList(image.displayTexts)},
-            {"triggers", triggers}};
+    return {{u"identifier"_s, image.identifier},
+            {u"defaultLanguageMask"_s, image.defaultLanguageMask},
+            {u"defaultLanguages"_s, defaults},
+            {u"cardTitle1"_s, image.cardTitle1},
+            {u"cardTitle2"_s, image.cardTitle2},
+            {u"powerUp"_s, toJson(image.powerUp, image)},
+            {u"chime"_s, QJsonObject{{u"value"_s, image.chimeOptions},
+                                     {u"always"_s, (image.chimeOptions & ChimeAlways) != 0},
+                                     {u"internal"_s, (image.chimeOptions & ChimeInternal) != 0},
+                                     {u"disabled"_s, (image.chimeOptions & ChimeDisabled) != 0}}},
+            {u"sectionPointers"_s, pointers},
+            {u"languagePointers"_s, languagePointers},
+            {u"languageCount"_s, image.languages.size()},
+            {u"titleCount"_s, image.titles.size()},
+            {u"listCount"_s, image.lists.size()},
+            {u"languages"_s, QJsonArray::fromStringList(image.languages)},
+            {u"titles"_s, QJsonArray::fromStringList(image.titles)},
+            {u"lists"_s, lists},
+            {u"speech"_s, speech},
+            {u"displayTexts"_s, QJsonArray::fromStringList(image.displayTexts)},
+            {u"triggers"_s, triggers}};
 }
 
 QString shown(const DecodedWord& word) {
     if (!word.hasFile)
-        return "no file";
-    const QString file = QString("%1.mp3").arg(word.fileNumber, 4, 10, QChar('0'));
-    return (QStringList(file) +
-            flagNames(word.endlessLoop, word.cancelOnInterrupt, word.loudVolume))
-        .join(' ');
+        return u"no file"_s;
+    QStringList words = flagNames(word.endlessLoop, word.cancelOnInterrupt, word.loudVolume);
+    words.prepend(u"%1.mp3"_s.arg(word.fileNumber, 4, 10, QChar(u'0')));
+    return words.join(u' ');
 }
 
 void printImage(const DecodedImage& image) {
     QList<QStringList> rows = {
-        {"identifier", hexWord(image.identifier)},
-        {"card title", '"' + image.cardTitle1 + "\", \"" + image.cardTitle2 + '"'},
-        {"default languages", hexWord(image.defaultLanguageMask)},
-        {"chime options", "0x" + QString::fromLatin1(Hex2(image.chimeOptions))},
-        {"power-up item", describe(image.powerUp, image)}};
+        {u"identifier"_s, hexWord(image.identifier)},
+        {u"card title"_s, u'"' + image.cardTitle1 + u"\", \""_s + image.cardTitle2 + u'"'},
+        {u"default languages"_s, hexWord(image.defaultLanguageMask)},
+        {u"chime options"_s, u"0x"_s + QString::fromLatin1(Hex2(image.chimeOptions))},
+        {u"power-up item"_s, describe(image.powerUp, image)}};
     for (qsizetype i = 0; i < image.triggers.size(); ++i)
-        rows.append({QString("trigger %1").arg(i + 1), describe(image.triggers[i], image)});
+        rows.append({u"trigger %1"_s.arg(i + 1), describe(image.triggers[i], image)});
     printTable(rows);
     for (const DecodedList& list : image.lists) {
         print();
-        print("Music list \"" + list.name + '"');
+        print(u"Music list \""_s + list.name + u'"');
         rows.clear();
         for (const DecodedTrack& track : list.tracks)
-            rows.append({"  " + track.name, shown(track.word)});
+            rows.append({u"  "_s + track.name, shown(track.word)});
         printTable(rows);
     }
     print();
-    rows = {QStringList{"Speech title"} + image.languages};
+    rows = {QStringList{u"Speech title"_s} + image.languages};
     for (qsizetype title = 0; title < image.titles.size(); ++title) {
-        QStringList row = {image.titles[title]};
+        rows.append(QStringList(image.titles[title]));
         for (const QList<DecodedWord>& column : image.speech)
-            row.append(shown(column[title]));
-        rows.append(row);
+            rows.last().append(shown(column[title]));
     }
     printTable(rows);
     print();
-    print("Display texts");
+    print(u"Display texts"_s);
     for (const QString& text : image.displayTexts)
-        print("  |" + text.leftJustified(16) + '|');
+        print(u"  |"_s + text.leftJustified(16) + u'|');
 }
 
 // ---- firmware and other HEX files -------------------------------------------------------------
@@ -239,14 +240,14 @@ int showFirmware(const QByteArray& text, bool json) {
     }
     const QString version = QString::fromLatin1(text.left(text.indexOf('\n')).trimmed().mid(2, 4));
     if (json)
-        printJson({{"firmwareVersion", version},
-                   {"records", records},
-                   {"dataBytes", dataBytes},
-                   {"badLines", badLines}});
+        printJson({{u"firmwareVersion"_s, version},
+                   {u"records"_s, records},
+                   {u"dataBytes"_s, dataBytes},
+                   {u"badLines"_s, badLines}});
     else
-        print(QString("An Intel HEX file: version %1, %2, %3 of data, %4.")
-                  .arg(version, counted(records, "record"), counted(dataBytes, "byte"),
-                       counted(badLines, "bad line")));
+        print(u"An Intel HEX file: version %1, %2, %3 of data, %4."_s.arg(
+            version, counted(records, u"record"_s), counted(dataBytes, u"byte"_s),
+            counted(badLines, u"bad line"_s)));
     return badLines == 0 ? Done : Failed;
 }
 
@@ -257,7 +258,7 @@ int showImage(const DecodedImage& image, const HexFile* hex, bool json) {
     }
     QJsonObject object = toJson(image);
     if (hex)
-        object["hexRecordCount"] = int(hex->recordCount);
+        object[u"hexRecordCount"_s] = int(hex->recordCount);
     printJson(object);
     return Done;
 }
@@ -285,14 +286,13 @@ int showCommand(const ShowOptions& options) {
     if (!bytes.isEmpty() && !parsed.isComplete && parsed.records.isEmpty())
         throw TessalyError(error_number::BadProject,
                            QDir::toNativeSeparators(options.file) +
-                               ": this is no project file, no image and no HEX file");
+                               u": this is no project file, no image and no HEX file"_s);
     if (options.json)
         printJson(toJson(parsed));
     else
         printRecords(parsed);
     if (!parsed.isComplete)
-        printError(QString("warning: the file was read up to byte %1 only: %2")
-                       .arg(parsed.stoppedAt)
+        printError(u"warning: the file was read up to byte %1 only: %2"_s.arg(parsed.stoppedAt)
                        .arg(parsed.stopReason));
     return Done;
 }

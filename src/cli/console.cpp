@@ -21,6 +21,8 @@
 
 namespace tessaly::cli {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 int outputError = 0;  // errno of the first write to standard output that failed
@@ -58,21 +60,21 @@ void printJson(const QJsonObject& object) {
 QString outputProblem() {
     if (outputError == 0 || outputError == EPIPE)
         return {};
-    return QString("standard output: ") + QString::fromLocal8Bit(std::strerror(outputError));
+    return u"standard output: "_s + QString::fromLocal8Bit(std::strerror(outputError));
 }
 
 void printError(const QString& line) {
-    writeLine(stderr, "tessaly-cli: " + line);
+    writeLine(stderr, u"tessaly-cli: "_s + line);
 }
 
 QString errorLine(const TessalyError& error, int stepCode) {
     QString text = error.description;
-    while (text.endsWith('.'))
+    while (text.endsWith(u'.'))
         text.chop(1);
-    text += QString(" (error %1").arg(error.number);
+    text += u" (error %1"_s.arg(error.number);
     if (stepCode != 0)
-        text += QString(", step %1").arg(stepCode);
-    return text + ')';
+        text += u", step %1"_s.arg(stepCode);
+    return text + u')';
 }
 
 bool inputIsTerminal() {
@@ -133,9 +135,9 @@ void printTable(const QList<QStringList>& rows, const QList<int>& rightAligned) 
         for (qsizetype i = 0; i < row.size(); ++i) {
             const bool right = rightAligned.contains(int(i));
             line += right ? row[i].rightJustified(widths[i]) : row[i].leftJustified(widths[i]);
-            line += "  ";
+            line += u"  "_s;
         }
-        while (line.endsWith(' '))
+        while (line.endsWith(u' '))
             line.chop(1);
         print(line);
     }

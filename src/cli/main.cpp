@@ -12,12 +12,14 @@
 
 namespace tessaly::cli {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // A number from 1 to 65535, decimal or with 0x in front.
 std::optional<quint16> identifierOf(const std::string& text) {
     const QString number = QString::fromStdString(text);
-    const bool isHex = number.startsWith("0x", Qt::CaseInsensitive);
+    const bool isHex = number.startsWith(u"0x", Qt::CaseInsensitive);
     bool ok = false;
     const uint value = number.toUInt(&ok, isHex ? 16 : 10);
     if (!ok || value < 1 || value > 65535)
@@ -62,7 +64,7 @@ class CommandLine {
             return Done;
         } catch (const CLI::ParseError& error) {
             printError(QString::fromUtf8(error.what()).simplified() +
-                       " (tessaly-cli --help tells more)");
+                       u" (tessaly-cli --help tells more)"_s);
             return Usage;
         }
         return run_();

@@ -9,6 +9,8 @@
 
 namespace tessaly::cli {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr int BarWidth = 30;
@@ -25,9 +27,8 @@ void onInterrupt(int) {
 }  // namespace
 
 QString phaseName(RunPhase phase) {
-    const QString names[] = {QStringLiteral("Checking"), QStringLiteral("Erasing"),
-                             QStringLiteral("Copying"), QStringLiteral("Settling"),
-                             QStringLiteral("Verifying")};
+    const QString names[] = {u"Checking"_s, u"Erasing"_s, u"Copying"_s, u"Settling"_s,
+                             u"Verifying"_s};
     return names[size_t(phase)];
 }
 
@@ -67,14 +68,12 @@ void RunDisplay::drawBar(const RunProgress& progress) {
     drawTimer_.start();
     const int filled = int(BarWidth * done / total);
     QString line = phaseName(phase_).leftJustified(10) + u'[' + QString(filled, u'#') +
-                   QString(BarWidth - filled, u'.') + QStringLiteral("] ");
+                   QString(BarWidth - filled, u'.') + u"] "_s;
     if (phase_ == RunPhase::Copy)
-        line +=
-            QStringLiteral("%1 of %2 files  ").arg(progress.trackFile).arg(progress.trackFileCount);
-    line += QStringLiteral("%1 of %2  %3/s")
-                .arg(size(done), size(total), size(progress.bytesPerSecond()));
+        line += u"%1 of %2 files  "_s.arg(progress.trackFile).arg(progress.trackFileCount);
+    line += u"%1 of %2  %3/s"_s.arg(size(done), size(total), size(progress.bytesPerSecond()));
     if (const qint64 left = progress.millisecondsLeft(); left >= 0)
-        line += QStringLiteral("  %1 left").arg(durationText(left));
+        line += u"  %1 left"_s.arg(durationText(left));
     const QByteArray bytes = '\r' + line.toUtf8() + "\x1b[K";
     std::fwrite(bytes.constData(), 1, size_t(bytes.size()), stdout);
     std::fflush(stdout);
@@ -83,8 +82,7 @@ void RunDisplay::drawBar(const RunProgress& progress) {
 void RunDisplay::printStep(const RunProgress& progress) {
     const int quarter = int(4 * progress.bytesDone / progress.bytesTotal);
     if (std::exchange(lastQuarter_, quarter) != quarter)
-        print(QStringLiteral("%1: %2 % of %3")
-                  .arg(phaseName(phase_))
+        print(u"%1: %2 % of %3"_s.arg(phaseName(phase_))
                   .arg(25 * quarter)
                   .arg(size(progress.bytesTotal)));
 }

@@ -13,9 +13,9 @@ namespace tessaly {
 
 /// What a page shows of the file behind its selection.
 struct FileDisplay {
-    QString path;             ///< empty when the selected item has no file
-    QString size = "0.0 MB";  ///< stays so when the file cannot be measured
-    TagBlock tags;            ///< music only; each text from the first block, else the second
+    QString path;                             ///< empty when the selected item has no file
+    QString size = QStringLiteral("0.0 MB");  ///< stays so when the file cannot be measured
+    TagBlock tags;  ///< music only; each text from the first block, else the second
 };
 
 /// The file of the selected title in the selected language.

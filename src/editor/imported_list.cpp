@@ -15,10 +15,12 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 TessalyError tooMuch(const QString& what) {
-    return {error_number::BadImport, "Too much for one music list: " + what};
+    return {error_number::BadImport, u"Too much for one music list: "_s + what};
 }
 
 struct Renaming {
@@ -84,22 +86,22 @@ QList<ImportMessage> boxesOf(const ImportResult& result) {
     constexpr qsizetype MostEntries = 10;
     QList<ImportMessage> boxes = result.leftOut.first(std::min(result.leftOut.size(), MostEntries));
     if (const qsizetype more = result.leftOut.size() - boxes.size(); more > 0)
-        boxes.append({.title = "Tracks not added",
-                      .text = (more == 1 ? QString("1 more entry was")
-                                         : grouped(more) + " more entries were") +
-                              " left out."});
+        boxes.append(
+            {.title = u"Tracks not added"_s,
+             .text = (more == 1 ? u"1 more entry was"_s : grouped(more) + u" more entries were"_s) +
+                     u" left out."_s});
     return boxes + result.messages;
 }
 
 ImportResult addImportedList(Project& project, const QString& name,
                              const QList<ImportedTrack>& tracks, RecordNames recordNames) {
     if (tracks.size() > MostImportedTracks)
-        throw tooMuch(grouped(tracks.size()) + " tracks.");
+        throw tooMuch(grouped(tracks.size()) + u" tracks."_s);
     // On a copy, so that a failure on the way leaves the project whole.
     Project grown = project;
     const QString cut = firstCharacters(name, limits::DisplayText);
     ImportResult result{.outcome = ImportResult::Outcome::Imported,
-                        .list = addMusicList(grown, cut.isEmpty() ? "Music" : cut),
+                        .list = addMusicList(grown, cut.isEmpty() ? u"Music"_s : cut),
                         .tracks = int(tracks.size())};
     grown.TrackTable.reserve(grown.TrackTable.size() + tracks.size());
     UniqueNames names(grown.lstMuTrack[grown.currentMusicList]);
@@ -109,7 +111,7 @@ ImportResult addImportedList(Project& project, const QString& name,
         const QString listed = addMusicTrack(grown, track.name, names);
         characters += listed.size();
         if (characters > MostNameCharacters)
-            throw tooMuch("too many of its tracks have the same name.");
+            throw tooMuch(u"too many of its tracks have the same name."_s);
         TrackRecord record;
         record.kind = kind::Music;
         // A name may be numbered although no line has it, as a project file holds two Cyrillic
@@ -154,19 +156,16 @@ QString namesakesText(const Project& project, const QString& list) {
     QStringList tracks;
     for (const MusicLine& line : silentTracks(project, TrackIndex(project)))
         if (line.list == list)
-            tracks.append(QString("\"%1\"").arg(shortName(line.track)));
+            tracks.append(u"\"%1\""_s.arg(shortName(line.track)));
     if (tracks.isEmpty())
         return {};
     const qsizetype count = tracks.size();
-    QString text =
-        count == 1 ? QString("1 track of the music list \"%1\" has the name of another: ").arg(list)
-                   : QString(
-                         "%1 tracks of the music list \"%2\" have the name of "
-                         "another: ")
-                         .arg(QString::number(count), list);
-    text += tracks.mid(0, NamedAtMost).join(", ");
-    return text + (count > NamedAtMost ? QString(" ... and %1 more.").arg(count - NamedAtMost)
-                                       : QString("."));
+    QString text = count == 1
+                       ? u"1 track of the music list \"%1\" has the name of another: "_s.arg(list)
+                       : u"%1 tracks of the music list \"%2\" have the name of "_s
+                         u"another: "_s.arg(QString::number(count), list);
+    text += tracks.mid(0, NamedAtMost).join(u", "_s);
+    return text + (count > NamedAtMost ? u" ... and %1 more."_s.arg(count - NamedAtMost) : u"."_s);
 }
 
 }  // namespace tessaly

@@ -84,6 +84,7 @@ void chooseFile(Project& project, const ItemNames& names, const QString& path) {
         renameItems(project, Among::Records, names, &TrackRecord::sourcePath, native);
         return;
     }
+    Q_ASSERT(names.item && names.group);
     TrackRecord record;
     record.kind = names.kind;
     record.itemName = *names.item;

@@ -15,6 +15,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Two lines a track in the longest format, and the first line.
@@ -22,7 +24,7 @@ constexpr qsizetype MostLines = 2 * qsizetype(MostImportedTracks) + 1;
 
 ImportResult invalidPlaylist() {
     return {.outcome = ImportResult::Outcome::Invalid,
-            .messages = {{.text = "Invalid playlist format, cannot open"}}};
+            .messages = {{.text = u"Invalid playlist format, cannot open"_s}}};
 }
 
 // A plain list has paths only: the name is the title tag, else the file's own.
@@ -32,7 +34,7 @@ QString plainName(const QString& location, const Mp3Tags& tags) {
         if (!title.isEmpty())
             return firstCharacters(title, limits::DisplayText);
     const QString file = lastNameOf(location);
-    const qsizetype point = file.lastIndexOf('.');
+    const qsizetype point = file.lastIndexOf(u'.');
     return firstCharacters(point < 0 ? file : file.left(point), limits::DisplayText);
 }
 
@@ -40,25 +42,25 @@ QString plainName(const QString& location, const Mp3Tags& tags) {
 std::optional<ImportMessage> rejection(const PlaylistEntry& entry) {
     const auto& [name, location] = entry;
     if (location.isEmpty() && name.isEmpty())
-        return ImportMessage{"Track Name and File location missing",
-                             "Both Track Name and File Location missing, track not added."};
+        return ImportMessage{u"Track Name and File location missing"_s,
+                             u"Both Track Name and File Location missing, track not added."_s};
     if (location.isEmpty())
-        return ImportMessage{"File location missing",
-                             "File location missing, track not added.\r\nTrack name: " + name};
+        return ImportMessage{u"File location missing"_s,
+                             u"File location missing, track not added.\r\nTrack name: "_s + name};
     if (name.isEmpty())
         return ImportMessage{
-            "Track name missing",
-            "Track name missing, track not added.\r\nFile name: " + elided(location)};
+            u"Track name missing"_s,
+            u"Track name missing, track not added.\r\nFile name: "_s + elided(location)};
     if (!location.endsWith(u"mp3", Qt::CaseInsensitive))
-        return ImportMessage{"File type not MP3",
-                             "File type is not .MP3 or .mp3.\r\nTrack not added: " + name};
+        return ImportMessage{u"File type not MP3"_s,
+                             u"File type is not .MP3 or .mp3.\r\nTrack not added: "_s + name};
     return std::nullopt;
 }
 
 TessalyError tooLong(const QString& path) {
     return {error_number::BadImport,
-            QString("%1: the playlist is longer than %2 tracks or %3 bytes.")
-                .arg(elided(path), grouped(MostImportedTracks), grouped(MostPlaylistBytes))};
+            u"%1: the playlist is longer than %2 tracks or %3 bytes."_s.arg(
+                elided(path), grouped(MostImportedTracks), grouped(MostPlaylistBytes))};
 }
 
 constexpr QStringView Mp3Ending = u".mp3";
@@ -155,7 +157,7 @@ ImportResult importMusicFolder(Project& project, const FileSystem& files, const 
     const QStringList names = mp3FilesIn(files, root);
     if (names.isEmpty()) {
         ImportResult result{.outcome = ImportResult::Outcome::NoFiles,
-                            .messages = {{.text = "Folder contains no MP3 files"}}};
+                            .messages = {{.text = u"Folder contains no MP3 files"_s}}};
         selectLastRows(project, result);
         return result;
     }

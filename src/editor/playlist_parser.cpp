@@ -11,6 +11,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct Mark {
@@ -57,17 +59,17 @@ PlaylistEntry columnEntry(const PlaylistHeader& header, QStringView line) {
 }
 
 bool hasDrive(const QString& path) {
-    return path.indexOf(':') == 1 && path[0].isLetter();
+    return path.indexOf(u':') == 1 && path[0].isLetter();
 }
 
 // Where a path of a playlist in `folder` leads. Absolute is, wherever the playlist came from, what
 // begins with a drive or a separator or is an address.
 QString located(const QString& path, const QString& folder) {
-    const bool isRooted = path.startsWith('/') || path.startsWith('\\');
+    const bool isRooted = path.startsWith(u'/') || path.startsWith(u'\\');
     if (!isRooted)
         return hasDrive(path) || path.contains(u"://") ? path : folder + path;
     // A root without a drive is that of the playlist's own drive, unless it names a share.
-    const bool isShare = path.startsWith(R"(\\)");
+    const bool isShare = path.startsWith(uR"(\\)"_s);
     return isShare || !hasDrive(folder) ? path : folder.left(2) + path;
 }
 
@@ -149,6 +151,7 @@ qsizetype playlistEntries(PlaylistFormat format, qsizetype lines) {
 
 PlaylistEntry parsePlaylistEntry(const PlaylistHeader& header, const QList<QStringView>& lines,
                                  qsizetype index, const QString& folder) {
+    Q_ASSERT(index >= 0 && index < playlistEntries(header.playlistFormat, lines.size()));
     switch (header.playlistFormat) {
         case PlaylistFormat::tabbed:
         case PlaylistFormat::itunes:

@@ -13,9 +13,11 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString Mp3Ending = QStringLiteral(".mp3");
+const QString Mp3Ending = u".mp3"_s;
 
 bool isMp3(const FolderEntry& entry) {
     return !entry.isFolder && entry.name.endsWith(Mp3Ending, Qt::CaseInsensitive) &&
@@ -62,8 +64,8 @@ TourFolders tourFoldersIn(const FileSystem& files, const QString& root) {
     const auto take = [](QString& folder, const QString& path) {
         if (!folder.isEmpty())
             throw TessalyError(error_number::BadImport,
-                               QString("%1 and %2 are two folders for one thing: make one of them.")
-                                   .arg(shownPath(folder), shownPath(path)));
+                               u"%1 and %2 are two folders for one thing: make one of them."_s.arg(
+                                   shownPath(folder), shownPath(path)));
         folder = path;
     };
     for (const FolderEntry& entry : sortedEntries(files, root)) {
@@ -91,9 +93,9 @@ class FolderImport {
 
  private:
     QStringList mp3sOf(const QString& folder);
-    QStringList foldersOf(const QString& folder, const char* what);
+    QStringList foldersOf(const QString& folder, const QString& what);
     QString trackName(const QString& path, const QString& file) const;
-    void noteChange(const char* what, const QString& whole, const QString& name);
+    void noteChange(const QString& what, const QString& whole, const QString& name);
     void addRecord(QStringView kind, const QString& item, const QString& group,
                    const QString& path);
 
@@ -109,29 +111,29 @@ QStringList FolderImport::mp3sOf(const QString& folder) {
         if (isMp3(entry))
             names.append(entry.name);
         else
-            leaveOut(pathIn(folder, entry.name), "is no MP3 file");
+            leaveOut(pathIn(folder, entry.name), u"is no MP3 file"_s);
     }
     return names;
 }
 
-QStringList FolderImport::foldersOf(const QString& folder, const char* what) {
+QStringList FolderImport::foldersOf(const QString& folder, const QString& what) {
     QStringList names;
     for (const FolderEntry& entry : sortedEntries(files_, folder)) {
         if (entry.isFolder)
             names.append(entry.name);
         else
-            leaveOut(pathIn(folder, entry.name), QString("stands in no folder of a ") + what);
+            leaveOut(pathIn(folder, entry.name), u"stands in no folder of a "_s + what);
     }
     return names;
 }
 
 void FolderImport::leaveOut(const QString& path, const QString& why) {
-    report.notes.append(QString("%1 %2 and was left out.").arg(shownPath(path), why));
+    report.notes.append(u"%1 %2 and was left out."_s.arg(shownPath(path), why));
 }
 
-void FolderImport::noteChange(const char* what, const QString& whole, const QString& name) {
+void FolderImport::noteChange(const QString& what, const QString& whole, const QString& name) {
     if (name != whole)
-        report.notes.append(QString("The %1 \"%2\" became \"%3\".").arg(what, elided(whole), name));
+        report.notes.append(u"The %1 \"%2\" became \"%3\"."_s.arg(what, elided(whole), name));
 }
 
 void FolderImport::addRecord(QStringView kind, const QString& item, const QString& group,
@@ -152,16 +154,16 @@ void FolderImport::importSpeech(const QString& folder) {
     };
     QList<SpeechFile> found;
     UniqueNames languages;
-    for (const QString& name : foldersOf(folder, "language")) {
+    for (const QString& name : foldersOf(folder, u"language"_s)) {
         const QString language = languages.add(firstCharacters(name, limits::LanguageName));
         project_.lstLangs.append(language);
-        noteChange("language", composed(name), language);
+        noteChange(u"language"_s, composed(name), language);
         const QString languageFolder = pathIn(folder, name);
         QSet<QString> taken;
         for (const QString& file : mp3sOf(languageFolder)) {
             const QString title = withoutEnding(file), path = pathIn(languageFolder, file);
             if (taken.contains(title)) {
-                leaveOut(path, "is a second file for one title and language");
+                leaveOut(path, u"is a second file for one title and language"_s);
                 continue;
             }
             taken.insert(title);
@@ -179,7 +181,7 @@ void FolderImport::importSpeech(const QString& folder) {
         const QString name = unique.add(firstCharacters(title, limits::DisplayText));
         names.insert(title, name);
         project_.lstSpTitles.append(name);
-        noteChange("title", title, name);
+        noteChange(u"title"_s, title, name);
     }
     for (const SpeechFile& file : found)
         addRecord(kind::Speech, names.value(file.title), file.language, file.path);
@@ -196,23 +198,23 @@ QString FolderImport::trackName(const QString& path, const QString& file) const 
 }
 
 void FolderImport::importMusic(const QString& folder) {
-    for (const QString& name : foldersOf(folder, "music list")) {
+    for (const QString& name : foldersOf(folder, u"music list"_s)) {
         const QString listFolder = pathIn(folder, name);
         const QStringList found = mp3sOf(listFolder);
         if (found.isEmpty()) {
             report.notes.append(
-                QString("%1 holds no MP3 file and makes no list.").arg(shownPath(listFolder)));
+                u"%1 holds no MP3 file and makes no list."_s.arg(shownPath(listFolder)));
             continue;
         }
         const QString list = addMusicList(project_, firstCharacters(name, limits::DisplayText));
-        noteChange("music list", composed(name), list);
+        noteChange(u"music list"_s, composed(name), list);
         UniqueNames tracks;
         for (const QString& file : found) {
             const QString path = pathIn(listFolder, file);
             const QString whole = trackName(path, file);
             const QString track =
                 addMusicTrack(project_, firstCharacters(whole, limits::DisplayText), tracks);
-            noteChange("track", whole, track);
+            noteChange(u"track"_s, whole, track);
             addRecord(kind::Music, track, list, path);
             ++report.tracks;
         }
@@ -261,9 +263,9 @@ ImportReport importFolder(const FileSystem& files, const Mp3Tags& tags, const QS
     if (!tour.isTour())
         throw TessalyError(
             error_number::BadImport,
-            shownPath(root) + ": the folder holds neither a Music nor a Speech folder.");
+            shownPath(root) + u": the folder holds neither a Music nor a Speech folder."_s);
     for (const QString& other : tour.others)
-        run.leaveOut(other, "stands in neither the Music nor the Speech folder");
+        run.leaveOut(other, u"stands in neither the Music nor the Speech folder"_s);
     // Speech first, as a project file has it: so the MP3 files on the card have the same numbers
     // before the project is saved and after it is opened.
     if (!tour.speech.isEmpty())
@@ -272,7 +274,7 @@ ImportReport importFolder(const FileSystem& files, const Mp3Tags& tags, const QS
         run.importMusic(tour.music);
     if (run.report.tracks + run.report.speechFiles == 0)
         throw TessalyError(error_number::BadImport,
-                           shownPath(root) + ": there is no MP3 file to import.");
+                           shownPath(root) + u": there is no MP3 file to import."_s);
     return run.report;
 }
 

@@ -11,6 +11,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 using namespace image_layout;
 
 namespace {
@@ -21,20 +23,27 @@ class ImageBytes {
     ImageBytes() : bytes_(FirstSection, '\0') {}
 
     void put8(int offset, quint8 value) { bytes_[offset] = char(value); }
-    void put16(int offset, quint16 value) { qToBigEndian(value, bytes_.data() + offset); }
+    void put16(int offset, quint16 value) {
+        Q_ASSERT(offset >= 0 && offset + 2 <= FirstSection);
+        qToBigEndian(value, bytes_.data() + offset);
+    }
     void putText(int offset, const QString& text, int width) {
+        Q_ASSERT(offset + width <= FirstSection);
         bytes_.replace(offset, width, fixedWidthText(text, width));
     }
 
     /// Starts a section: its pointer goes to `pointerOffset`.
-    void startSection(int pointerOffset) { put16(pointerOffset, quint16(bytes_.size())); }
+    void startSection(int pointerOffset) {
+        Q_ASSERT(bytes_.size() <= 0xFFFF);
+        put16(pointerOffset, quint16(bytes_.size()));
+    }
     void append16(quint16 value) {
         bytes_.append(char(value >> 8));
         bytes_.append(char(value & 0xFF));
     }
     void appendText(const QString& text, int width) { bytes_.append(fixedWidthText(text, width)); }
     void appendInvalidEntry(int width) {
-        appendText(width == LanguageWidth ? "Invalid" : "Invalid Data", width);
+        appendText(width == LanguageWidth ? u"Invalid"_s : u"Invalid Data"_s, width);
     }
 
     const QByteArray& bytes() const { return bytes_; }
@@ -160,6 +169,7 @@ quint16 ItemReference(const Project& project, const QString& kind, const QString
 }
 
 quint16 trackWord(const TrackRecord& record) {
+    Q_ASSERT(isTrackFile(record));
     return quint16(typeTagNumber(record).value_or(0) + (isSpeech(record) ? WordSpeech : 0) +
                    (record.endlessLoop.isTrue() ? WordEndlessLoop : 0) +
                    (record.cancelOnInterrupt.isTrue() ? WordCancelOnInterrupt : 0) +
@@ -206,6 +216,7 @@ QByteArray composeConfigImage(const Project& project, quint16 identifier,
     appendDisplayTexts(image, project);
     stage(step_code::BuildTriggers);
     appendTriggers(image, project);
+    Q_ASSERT(image.bytes().size() == configImageSize(project));
     return image.bytes();
 }
 

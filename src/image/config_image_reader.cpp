@@ -13,13 +13,15 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 using namespace image_layout;
 
 namespace {
 
 [[noreturn]] void fail(qsizetype offset, const QString& problem) {
     throw TessalyError(error_number::BadImage,
-                       QString("Offset %1 of the image: %2").arg(offset).arg(problem));
+                       u"Offset %1 of the image: %2"_s.arg(offset).arg(problem));
 }
 
 // Reads fields, first at given offsets, then section by section to the end.
@@ -27,14 +29,17 @@ class ImageReader {
  public:
     explicit ImageReader(QByteArrayView bytes) : bytes_(bytes) {
         if (bytes.size() < FirstSection)
-            fail(bytes.size(), "the image ends within its header");
+            fail(bytes.size(), u"the image ends within its header"_s);
     }
 
     quint8 byteAt(int offset) const { return quint8(bytes_[offset]); }
-    quint16 wordAt(int offset) const { return qFromBigEndian<quint16>(bytes_.data() + offset); }
+    quint16 wordAt(int offset) const {
+        Q_ASSERT(offset >= 0 && offset + 2 <= bytes_.size());
+        return qFromBigEndian<quint16>(bytes_.data() + offset);
+    }
     QString textAt(int offset, int width) const {
         QString text = fromCodePage(bytes_.sliced(offset, width));
-        while (text.endsWith(' '))
+        while (text.endsWith(u' '))
             text.chop(1);
         return text;
     }
@@ -46,14 +51,13 @@ class ImageReader {
     void expectZeros(int from, int to) const {
         for (int offset = from; offset < to; ++offset)
             if (bytes_[offset] != 0)
-                fail(offset, "this byte should be 0");
+                fail(offset, u"this byte should be 0"_s);
     }
 
     quint16 startSection(int pointerOffset) const {
         const quint16 pointer = wordAt(pointerOffset);
         if (pointer != position_)
-            fail(pointerOffset,
-                 QString("the pointer is %1 instead of %2").arg(pointer).arg(position_));
+            fail(pointerOffset, u"the pointer is %1 instead of %2"_s.arg(pointer).arg(position_));
         return pointer;
     }
     quint16 takeWord() { return wordAt(int(advance(2))); }
@@ -61,22 +65,22 @@ class ImageReader {
     void expectInvalidEntry(int width) {
         const qsizetype offset = position_;
         if (takeText(width) != (width == LanguageWidth ? u"Invalid" : u"Invalid Data"))
-            fail(offset, "the table does not begin with its invalid entry");
+            fail(offset, u"the table does not begin with its invalid entry"_s);
     }
     void expectNoItem() {
         const qsizetype offset = position_;
         if (takeWord() != NoItem)
-            fail(offset, "this word should be 65535");
+            fail(offset, u"this word should be 65535"_s);
     }
     void expectEnd() const {
         if (position_ != bytes_.size())
-            fail(position_, "the image goes on after its last section");
+            fail(position_, u"the image goes on after its last section"_s);
     }
 
  private:
     qsizetype advance(qsizetype count) {
         if (bytes_.size() - position_ < count)
-            fail(bytes_.size(), "the image ends too early");
+            fail(bytes_.size(), u"the image ends too early"_s);
         return std::exchange(position_, position_ + count);
     }
 
@@ -156,7 +160,7 @@ DecodedImage decodeConfigImage(QByteArrayView bytes) {
     const int titles = reader.wordAt(TitleCount);
     const int lists = reader.byteAt(ListCount);
     if (languages > limits::Languages)
-        fail(LanguageCount, QString("there are %1 languages").arg(languages));
+        fail(LanguageCount, u"there are %1 languages"_s.arg(languages));
 
     image.sectionPointers << reader.startSection(LanguageTable);
     image.languages = takeTable(reader, languages, LanguageWidth);
@@ -257,7 +261,7 @@ void nameLine(Project& project, const TrackRecord& item, const DecodedReference&
 void takeLinesFromImage(Project& project, const DecodedImage& image) {
     // A list without a name that comes first is none to a reader of project files.
     if (image.lists.size() > project.lstMuList.size() && image.lists[0].name.isEmpty())
-        project.lstMuList.prepend(QString(""));
+        project.lstMuList.prepend(u""_s);
     const QHash<QString, Tracks> tracks = tracksByList(project);
     const qsizetype lists = std::min(image.lists.size(), project.lstMuList.size());
     for (qsizetype i = 0; i < lists; ++i) {

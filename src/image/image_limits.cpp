@@ -12,11 +12,13 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QString tooMany(const QString& what, qint64 found, qint64 allowed) {
-    return QString("The project has %1 %2, the card can hold %3.")
-        .arg(grouped(found), what, grouped(allowed));
+    return u"The project has %1 %2, the card can hold %3."_s.arg(grouped(found), what,
+                                                                 grouped(allowed));
 }
 
 // The lines of all track lists.
@@ -33,15 +35,15 @@ QString howToShrink(const Project& project, qsizetype tracks, qsizetype excess) 
     const qsizetype titleBytes =
         image_layout::TitleWidth + 2 * (qsizetype(project.lstLangs.size()) + 1);
     QStringList ways;
-    const auto add = [&](qsizetype bytesEach, qsizetype present, const char* what) {
+    const auto add = [&](qsizetype bytesEach, qsizetype present, const QString& what) {
         const qsizetype needed = (excess + bytesEach - 1) / bytesEach;
         if (needed <= present)
-            ways.append(grouped(needed) + what + (needed == 1 ? "" : "s"));
+            ways.append(grouped(needed) + what + (needed == 1 ? QString() : u"s"_s));
     };
-    add(image_layout::TrackEntryBytes, tracks, " music track");
-    add(titleBytes, project.lstSpTitles.size(), " speech title");
-    return ways.isEmpty() ? QString("Remove music tracks and speech titles.")
-                          : "Remove " + ways.join(" or ") + '.';
+    add(image_layout::TrackEntryBytes, tracks, u" music track"_s);
+    add(titleBytes, project.lstSpTitles.size(), u" speech title"_s);
+    return ways.isEmpty() ? u"Remove music tracks and speech titles."_s
+                          : u"Remove "_s + ways.join(u" or "_s) + u'.';
 }
 
 // What keeps an item from being named by a reference, in words; empty when nothing does.
@@ -51,8 +53,8 @@ QString referenceProblem(const Project& project, const TrackRecord& item, const 
     if (kind == kind::Speech) {
         const qsizetype title = project.lstSpTitles.indexOf(name) + 1;
         if (title > limits::ReferenceTitle)
-            return QString("%1 plays speech title %2 (\"%3\"), it can name titles up to %4 only.")
-                .arg(who, grouped(title), elided(name), grouped(limits::ReferenceTitle));
+            return u"%1 plays speech title %2 (\"%3\"), it can name titles up to %4 only."_s.arg(
+                who, grouped(title), elided(name), grouped(limits::ReferenceTitle));
         return {};
     }
     const QString listName = item.groupName.text();
@@ -60,12 +62,12 @@ QString referenceProblem(const Project& project, const TrackRecord& item, const 
     if (listName == ContinuousMixName || list == 0)
         return {};
     if (list > limits::ReferenceList)
-        return QString("%1 plays music list %2 (\"%3\"), it can name lists up to %4 only.")
-            .arg(who, grouped(list), elided(listName), grouped(limits::ReferenceList));
+        return u"%1 plays music list %2 (\"%3\"), it can name lists up to %4 only."_s.arg(
+            who, grouped(list), elided(listName), grouped(limits::ReferenceList));
     const qsizetype track = tracksOfMusicList(project, listName).indexOf(name) + 1;
     if (name != PlayFullListName && track > limits::ReferenceTrack)
-        return QString("%1 plays track %2 of list \"%3\", it can name tracks up to %4 only.")
-            .arg(who, grouped(track), elided(listName), grouped(limits::ReferenceTrack));
+        return u"%1 plays track %2 of list \"%3\", it can name tracks up to %4 only."_s.arg(
+            who, grouped(track), elided(listName), grouped(limits::ReferenceTrack));
     return {};
 }
 
@@ -95,22 +97,22 @@ QList<LimitViolation> imageLimitViolations(const Project& project) {
     const qsizetype size = imageSizeWith(project, tracks);
     const qsizetype excess = size - limits::ImageBytes;
     if (excess > 0)
-        found.append({ImageTooLarge, step_code::LimitImage,
-                      QString("The settings of this project take %1 bytes, the player can hold %2: "
-                              "%3 too many. %4")
-                          .arg(grouped(size), grouped(limits::ImageBytes), grouped(excess),
-                               howToShrink(project, tracks, excess))});
+        found.append(
+            {ImageTooLarge, step_code::LimitImage,
+             u"The settings of this project take %1 bytes, the player can hold %2: "_s
+             u"%3 too many. %4"_s.arg(grouped(size), grouped(limits::ImageBytes), grouped(excess),
+                                      howToShrink(project, tracks, excess))});
     if (project.lstLangs.size() > limits::Languages)
         found.append({TooManyLanguages, step_code::LimitLanguages,
-                      tooMany("languages", project.lstLangs.size(), limits::Languages)});
+                      tooMany(u"languages"_s, project.lstLangs.size(), limits::Languages)});
     if (project.lstMuList.size() > limits::MusicLists)
         found.append({TooManyLists, step_code::LimitLists,
-                      tooMany("music lists", project.lstMuList.size(), limits::MusicLists)});
+                      tooMany(u"music lists"_s, project.lstMuList.size(), limits::MusicLists)});
     const auto files =
         std::count_if(project.TrackTable.begin(), project.TrackTable.end(), isTrackFile);
     if (files > limits::TrackFiles)
-        found.append(
-            {TooManyFiles, step_code::LimitFiles, tooMany("MP3 files", files, limits::TrackFiles)});
+        found.append({TooManyFiles, step_code::LimitFiles,
+                      tooMany(u"MP3 files"_s, files, limits::TrackFiles)});
     return found;
 }
 
@@ -122,11 +124,11 @@ QList<LimitViolation> limitViolations(const Project& project) {
             found.append({error_number::ReferenceTooHigh, step_code::LimitReferences, problem});
     };
     if (hasPowerUpItem(project))
-        check(project.PowerUpRecord, project.PowerUpRecord.kind, "The power-up item");
+        check(project.PowerUpRecord, project.PowerUpRecord.kind, u"The power-up item"_s);
     for (int slot = 0; slot < TriggerSlots; ++slot) {
         const TrackRecord& trigger = project.TriggerTable[size_t(slot)];
         if (isAssigned(trigger))
-            check(trigger, trigger.sourcePath, QString("Trigger %1").arg(slot + 1));
+            check(trigger, trigger.sourcePath, u"Trigger %1"_s.arg(slot + 1));
     }
     return found;
 }

@@ -8,6 +8,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr char Digits[] = "0123456789ABCDEF";
@@ -62,7 +64,7 @@ QByteArrayView takeLine(QByteArrayView& text) {
 
 [[noreturn]] void fail(qsizetype line, const QString& problem) {
     throw TessalyError(error_number::BadHexFile,
-                       QString("Line %1 of the HEX file: %2").arg(line).arg(problem));
+                       u"Line %1 of the HEX file: %2"_s.arg(line).arg(problem));
 }
 
 void readHeader(QByteArrayView line, HexFile& file) {
@@ -72,7 +74,7 @@ void readHeader(QByteArrayView line, HexFile& file) {
             ? bytesOfDigits(line.sliced(1, 4).toByteArray() + '0' + line.sliced(5).toByteArray())
             : std::nullopt;
     if (!digits)
-        fail(1, "this is no header line (\"S\", four digits, three digits)");
+        fail(1, u"this is no header line (\"S\", four digits, three digits)"_s);
     const auto byte = [&](int i) { return quint32(quint8(digits->at(i))); };
     file.identifier = quint16(byte(0) << 8 | byte(1));
     file.recordCount = byte(2) << 8 | byte(3);
@@ -99,6 +101,7 @@ quint32 headerRecordCount(qsizetype bytes) {
 }
 
 QByteArray EncodeImageAsHex(QByteArrayView image) {
+    Q_ASSERT(image.size() <= 0x10000);  // addresses have 16 bits
     const auto byteAt = [&](qsizetype i) {
         return i < image.size() ? quint8(image[i]) : quint8(0);
     };
@@ -147,41 +150,40 @@ HexFile decodeHexFile(QByteArrayView text) {
     bool wasLast = false;
     for (qsizetype i = 1;; ++i) {
         if (text.isEmpty())
-            fail(i + 1, "the end record is missing");
+            fail(i + 1, u"the end record is missing"_s);
         const auto record = parseHexRecord(takeLine(text));
         if (!record)
-            fail(i + 1, "this is no HEX record, or its checksum is wrong");
+            fail(i + 1, u"this is no HEX record, or its checksum is wrong"_s);
         if (record->type == EndRecord) {
             if (record->address != 0 || !record->data.isEmpty())
-                fail(i + 1, "this is no proper end record");
+                fail(i + 1, u"this is no proper end record"_s);
             if (!wasLast)
-                fail(i + 1, "the last data record is missing");
+                fail(i + 1, u"the last data record is missing"_s);
             if (!text.isEmpty())
-                fail(i + 2, "something follows the end record");
+                fail(i + 2, u"something follows the end record"_s);
             break;
         }
         if (record->type != DataRecord)
-            fail(i + 1, QString("records of type %1 do not belong here").arg(record->type));
+            fail(i + 1, u"records of type %1 do not belong here"_s.arg(record->type));
         if (wasLast)
-            fail(i + 1, "a record follows one that is not full");
+            fail(i + 1, u"a record follows one that is not full"_s);
         if (record->address != quint16(file.image.size()) || file.image.size() > 0xFFFF)
-            fail(i + 1, QString("the address is %1 instead of %2")
-                            .arg(QString::fromLatin1(Hex4(record->address)),
-                                 QString::fromLatin1(Hex4(quint32(file.image.size())))));
+            fail(i + 1, u"the address is %1 instead of %2"_s.arg(
+                            QString::fromLatin1(Hex4(record->address)),
+                            QString::fromLatin1(Hex4(quint32(file.image.size())))));
         if (record->data.size() > RecordBytes)
-            fail(i + 1, "the record holds more than 16 bytes");
+            fail(i + 1, u"the record holds more than 16 bytes"_s);
         file.image += record->data;
         wasLast = record->data.size() < RecordBytes;
     }
     if (file.recordCount != headerRecordCount(file.image.size()))
-        fail(1, QString("the header counts %1 records instead of %2")
-                    .arg(file.recordCount)
+        fail(1, u"the header counts %1 records instead of %2"_s.arg(file.recordCount)
                     .arg(headerRecordCount(file.image.size())));
     const bool sameIdentifier = file.image.size() >= 2 &&
                                 quint8(file.image[0]) == file.identifier >> 8 &&
                                 quint8(file.image[1]) == (file.identifier & 0xFF);
     if (!sameIdentifier)
-        fail(1, "the header's identifier is not that of the image");
+        fail(1, u"the header's identifier is not that of the image"_s);
     return file;
 }
 
@@ -195,10 +197,10 @@ QString hexDamage(QByteArrayView text) {
             continue;
         const auto record = parseHexRecord(line.trimmed());
         if (!record)
-            return QString("line %1 is damaged").arg(number);
+            return u"line %1 is damaged"_s.arg(number);
         hasEnded = hasEnded || record->type == EndRecord;
     }
-    return hasEnded ? QString() : QString("its end is missing");
+    return hasEnded ? QString() : u"its end is missing"_s;
 }
 
 bool holdsHexData(QByteArrayView text) {

@@ -13,6 +13,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QList<TrackRecord> listRecords(QStringView kind, const QStringList& texts) {
@@ -96,8 +98,8 @@ class RecordApplier {
         const QString kind = record.kind.text();
         if (kind == kind::Music)
             return applyMusic(record);
-        else if (kind == kind::Speech)
-            applySpeech(record);
+        else if (kind == kind::Speech && !record.itemName.is(u""))
+            project_.TrackTable.append(record);
         else if (kind == kind::Title)
             project_.lstSpTitles.append(record.sourcePath.text());
         else if (kind == kind::Language)
@@ -119,8 +121,8 @@ class RecordApplier {
     QString applyMusic(const TrackRecord& record) {
         const QString list = record.groupName.text();
         if (numbered_ > limits::NumberedNames)
-            return QString("too many tracks of the music list \"%1\" have the same name")
-                .arg(list.left(30));
+            return u"too many tracks of the music list \"%1\" have the same name"_s.arg(
+                list.left(30));
         if (list != previousList_) {
             numbered_ += addMusicList(project_, list, lists_).size() - list.size();
             tracks_ = UniqueNames(project_.lstMuTrack[project_.currentMusicList]);
@@ -132,15 +134,10 @@ class RecordApplier {
         return {};
     }
 
-    void applySpeech(const TrackRecord& record) {
-        if (!record.itemName.is(u""))
-            project_.TrackTable.append(record);
-    }
-
     QString applySystemText(const TrackRecord& record) {
         const auto slot = record.itemName.number();
         if (!slot || *slot < 0 || *slot >= SystemTextSlots)
-            return QString("there is no system text \"%1\"").arg(record.itemName.text());
+            return u"there is no system text \"%1\""_s.arg(record.itemName.text());
         project_.SystemTextTable[size_t(*slot)].groupName = record.groupName;
         return {};
     }
@@ -155,7 +152,7 @@ class RecordApplier {
             else if (selected)
                 setChimeOption(project_, option, *selected);
             else
-                return QString("the setting \"%1\" is neither True nor False").arg(key);
+                return u"the setting \"%1\" is neither True nor False"_s.arg(key);
         }
         return {};
     }
@@ -172,7 +169,7 @@ class RecordApplier {
     QString applyTrigger(const TrackRecord& record) {
         const auto slot = typeTagNumber(record);
         if (!slot || *slot < 0 || *slot >= TriggerSlots)
-            return QString("there is no trigger \"%1\"").arg(typeTagText(record).trimmed());
+            return u"there is no trigger \"%1\""_s.arg(typeTagText(record).trimmed());
         project_.TriggerTable[size_t(*slot)] = record;
         return {};
     }
@@ -220,8 +217,8 @@ QByteArray encodeProject(const Project& project) {
         if (bytes.size() > limits::ProjectFileBytes || records.size() > limits::ProjectRecords)
             throw TessalyError(
                 error_number::FileTooLarge,
-                QString("The project is larger than a project file can be: %1 records or %2 bytes.")
-                    .arg(grouped(limits::ProjectRecords), grouped(limits::ProjectFileBytes)));
+                u"The project is larger than a project file can be: %1 records or %2 bytes."_s.arg(
+                    grouped(limits::ProjectRecords), grouped(limits::ProjectFileBytes)));
     }
     return bytes;
 }
@@ -244,7 +241,7 @@ ParsedRecords parseProject(QByteArrayView bytes) {
     if (parsed.isComplete &&
         std::none_of(parsed.records.begin(), parsed.records.end(), isLastTrigger)) {
         parsed.isComplete = false;
-        parsed.stopReason = "the records that every project ends with are missing";
+        parsed.stopReason = u"the records that every project ends with are missing"_s;
     }
     return parsed;
 }

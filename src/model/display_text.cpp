@@ -5,6 +5,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 constexpr QChar Backspace(8);
@@ -29,12 +31,12 @@ QString cut(const QString& text, qsizetype length) {
 
 QString withoutControls(const QString& text) {
     QString cleaned = text.normalized(QString::NormalizationForm_C);
-    while (cleaned.endsWith('\n') || cleaned.endsWith('\r'))
+    while (cleaned.endsWith(u'\n') || cleaned.endsWith(u'\r'))
         cleaned.chop(1);
-    cleaned.replace("\r\n", " ");
+    cleaned.replace(u"\r\n"_s, u" "_s);
     for (QChar& c : cleaned)
         if (c.category() == QChar::Other_Control)
-            c = ' ';
+            c = u' ';
     return cleaned;
 }
 
@@ -45,7 +47,7 @@ int displayLength(QStringView text) {
 }
 
 QString displayLengthText(QStringView text) {
-    return QString("%1 / %2").arg(displayLength(text)).arg(limits::DisplayText);
+    return u"%1 / %2"_s.arg(displayLength(text)).arg(limits::DisplayText);
 }
 
 QList<DisplayCell> displayCells(QStringView text) {
@@ -78,6 +80,7 @@ bool refusesKey(QStringView text, QChar key, int limit) {
 }
 
 Paste pasteInto(QStringView text, QStringView selected, const QString& pasted, int limit) {
+    Q_ASSERT(selected.size() <= text.size());
     const int room = limit - (displayLength(text) - displayLength(selected));
     Paste paste;
     int length = 0;

@@ -5,6 +5,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 UniqueNames::UniqueNames(const QStringList& taken) {
     for (const QString& name : taken)
         taken_.insert(toCodePage(name));
@@ -25,12 +27,12 @@ QString UniqueNames::add(const QString& name) {
     QString unique;
     QByteArray uniqueSaved;
     do {
-        const QString number = QString::number(numbering.next++).rightJustified(2, '0');
+        const QString number = QString::number(numbering.next++).rightJustified(2, u'0');
         numbering.prefix = number + numbering.prefix.mid(2);
         // Put together at its exact length: thousands of equal names are long, and all are kept.
         unique = QString();
         unique.reserve(numbering.prefix.size() + 1 + name.size());
-        unique.append(numbering.prefix).append(' ').append(name);
+        unique.append(numbering.prefix).append(u' ').append(name);
         uniqueSaved = toCodePage(unique);
     } while (taken_.contains(uniqueSaved));
     taken_.insert(uniqueSaved);
@@ -47,7 +49,8 @@ QString addMusicList(Project& project, const QString& name) {
 }
 
 QString addMusicList(Project& project, const QString& name, UniqueNames& names) {
-    const QString unique = names.add(name);
+    Q_ASSERT(project.lstMuList.isEmpty() || names.isTaken(project.lstMuList.last()));
+    QString unique = names.add(name);
     project.lstMuList.append(unique);
     project.MusicListNames.last() = unique;
     project.MusicListNames.append(QString());
@@ -80,16 +83,18 @@ QList<MusicLine> silentTracks(const Project& project, const TrackIndex& index) {
 
 QString shortName(const QString& name) {
     constexpr qsizetype Longest = 60;
-    return name.size() > Longest ? name.left(Longest) + "..." : name;
+    return name.size() > Longest ? name.left(Longest) + u"..."_s : name;
 }
 
 QString shortName(const MusicLine& line) {
-    return shortName(line.list) + " / " + shortName(line.track);
+    return shortName(line.list) + u" / "_s + shortName(line.track);
 }
 
 QString addMusicTrack(Project& project, const QString& name, UniqueNames& names) {
-    const QString unique = names.add(name);
-    project.lstMuTrack[project.currentMusicList].append(unique);
+    QStringList& tracks = project.lstMuTrack[project.currentMusicList];
+    Q_ASSERT(tracks.isEmpty() || names.isTaken(tracks.last()));
+    QString unique = names.add(name);
+    tracks.append(unique);
     return unique;
 }
 

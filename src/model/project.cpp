@@ -7,6 +7,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 std::optional<int> wholeNumber(const QString& text) {
@@ -23,7 +25,7 @@ QString Variant::text() const {
     if (const auto* integer = asInteger())
         return QString::number(*integer);
     if (const auto* boolean = asBoolean())
-        return boolean->isTrue() ? QStringLiteral("True") : QStringLiteral("False");
+        return boolean->isTrue() ? u"True"_s : u"False"_s;
     return {};
 }
 
@@ -69,25 +71,25 @@ std::optional<int> typeTagNumber(const TrackRecord& record) {
 
 namespace {
 
-constexpr std::array<const char*, SystemTextsUsed> OriginalTexts = {
-    "=Speech=  (Play)",  // 0
-    "Choose Languages",  // 1
-    "(Language Menu)",   // 2
-    "Continuous Mix",    // 3
-    "=Music=   (Play)",  // 4
-    "=Music= (Select)",  // 5
-    "= End of List =",   // 6
-    "(Return to Menu)",  // 7
-    "Play Whole List",   // 8
-    "=Music=   (Play)",  // 9
-    " ==< PLAYING >==",  // 10
-    " (Push to Pause)",  // 11
-    " == <PAUSED> ==",   // 12
-    " (Push to Play)",   // 13
-    "(Push to change)",  // 14
-    " (Hold to Stop) ",  // 15
-    "==< CHIMING >==",   // 16
-    "(Please Wait...)",  // 17
+constexpr std::array<QStringView, SystemTextsUsed> OriginalTexts = {
+    u"=Speech=  (Play)",  // 0
+    u"Choose Languages",  // 1
+    u"(Language Menu)",   // 2
+    u"Continuous Mix",    // 3
+    u"=Music=   (Play)",  // 4
+    u"=Music= (Select)",  // 5
+    u"= End of List =",   // 6
+    u"(Return to Menu)",  // 7
+    u"Play Whole List",   // 8
+    u"=Music=   (Play)",  // 9
+    u" ==< PLAYING >==",  // 10
+    u" (Push to Pause)",  // 11
+    u" == <PAUSED> ==",   // 12
+    u" (Push to Play)",   // 13
+    u"(Push to change)",  // 14
+    u" (Hold to Stop) ",  // 15
+    u"==< CHIMING >==",   // 16
+    u"(Please Wait...)",  // 17
 };
 
 void blankTables(Project& project) {
@@ -98,7 +100,7 @@ void blankTables(Project& project) {
     project.lstMuTrack = {QStringList()};
     project.PowerUpRecord = {};
     project.PowerUpRecord.kind = kind::Empty;
-    project.PowerUpRecord.groupName = "";
+    project.PowerUpRecord.groupName = u""_s;
 }
 
 }  // namespace
@@ -152,11 +154,13 @@ void restoreSystemTexts(Project& project) {
 }
 
 QString originalSystemText(int slot) {
-    return QString::fromLatin1(OriginalTexts.at(size_t(slot)));
+    Q_ASSERT(slot >= 0 && slot < SystemTextsUsed);
+    return OriginalTexts[size_t(slot)].toString();
 }
 
 QString systemText(const Project& project, int slot) {
-    return project.SystemTextTable.at(size_t(slot)).groupName.text();
+    Q_ASSERT(slot >= 0 && slot < SystemTextSlots);
+    return project.SystemTextTable[size_t(slot)].groupName.text();
 }
 
 bool isAssigned(const TrackRecord& trigger) {
@@ -177,11 +181,13 @@ void setChimeOption(Project& project, bool Project::*option, bool selected) {
     static const Group repeat = {&Project::buttChimeAlways, &Project::buttChimeOnce};
     static const Group sound = {&Project::buttPlayExtChime, &Project::buttPlayIntChime,
                                 &Project::buttDisableChime};
-    if (selected) {
-        const bool isRepeat = option == *repeat.begin() || option == *(repeat.begin() + 1);
-        for (auto other : isRepeat ? repeat : sound)
+    const auto isOneOf = [&](const Group& group) {
+        return std::find(group.begin(), group.end(), option) != group.end();
+    };
+    Q_ASSERT(isOneOf(repeat) || isOneOf(sound));
+    if (selected)
+        for (auto other : isOneOf(repeat) ? repeat : sound)
             project.*other = false;
-    }
     project.*option = selected;
 }
 

@@ -73,6 +73,7 @@ ReadReport ProjectSession::open(const QString& path) {
 }
 
 void ProjectSession::recover(const RecoveryCopy& copy) {
+    Q_ASSERT(recovery_);  // where else would the copy come from?
     const Project recovered = recovery_->read(copy);
     clear();
     closed_.reset();

@@ -10,6 +10,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 const QByteArray Magic = "tessaly snapshot 2\n";

@@ -9,6 +9,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 enum TypeCode : quint16 { TypeEmpty = 0, TypeInteger = 2, TypeText = 8, TypeBoolean = 11 };
@@ -24,7 +26,7 @@ void putVariant(QByteArray& bytes, const Variant& value) {
         if (encoded.size() > limits::TextBytes)
             throw TessalyError(
                 error_number::TextTooLong,
-                QString("The text \"%1...\" has %2 characters, a project file holds at most %3.")
+                u"The text \"%1...\" has %2 characters, a project file holds at most %3."_s
                     .arg(text->left(30))
                     .arg(encoded.size())
                     .arg(limits::TextBytes));
@@ -128,8 +130,7 @@ ParsedRecords parseRecords(QByteArrayView bytes) {
     while (!reader.atEnd()) {
         if (parsed.records.size() == limits::ProjectRecords) {
             parsed.isComplete = false;
-            parsed.stopReason =
-                QString("the file has more than %1 records").arg(limits::ProjectRecords);
+            parsed.stopReason = u"the file has more than %1 records"_s.arg(limits::ProjectRecords);
             return parsed;
         }
         TrackRecord record = reader.takeRecord();
@@ -137,10 +138,10 @@ ParsedRecords parseRecords(QByteArrayView bytes) {
             parsed.isComplete = false;
             const qsizetype number = parsed.records.size() + 1;
             parsed.stopReason =
-                reader.knowsType() ? QString("the file ends in the middle of record %1").arg(number)
-                                   : QString("record %1 holds a value of the unknown type %2")
-                                         .arg(number)
-                                         .arg(reader.badType());
+                reader.knowsType()
+                    ? u"the file ends in the middle of record %1"_s.arg(number)
+                    : u"record %1 holds a value of the unknown type %2"_s.arg(number).arg(
+                          reader.badType());
             return parsed;
         }
         parsed.records.append(std::move(record));

@@ -16,22 +16,24 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString Ending = QStringLiteral(".recovery");
-const QString MarkName = QStringLiteral("running");
-const QString TimeFormat = QStringLiteral("yyyyMMdd-HHmmss-zzz");  // in UTC: no hour comes twice
+const QString Ending = u".recovery"_s;
+const QString MarkName = u"running"_s;
+const QString TimeFormat = u"yyyyMMdd-HHmmss-zzz"_s;  // in UTC: no hour comes twice
 
 // The time that the name of a copy tells.
 QDateTime timeOf(const QString& name) {
-    QDateTime time = QDateTime::fromString(name.section('.', 0, 0), TimeFormat);
+    QDateTime time = QDateTime::fromString(name.section(u'.', 0, 0), TimeFormat);
     time.setTimeZone(QTimeZone::utc());
     return time;
 }
 
 // The stretch of work that the name of a copy tells.
 QString stretchOf(const QString& name) {
-    return name.chopped(Ending.size()).section('.', -1);
+    return name.chopped(Ending.size()).section(u'.', -1);
 }
 
 // Of the copies of one stretch, newest first, those that need not be kept: without one its newer
@@ -74,9 +76,10 @@ QStringList superfluous(const QStringList& namesNewestFirst) {
 }  // namespace
 
 QString RecoveryCopy::description() const {
-    return QString("%1   %2, %3, %4%5")
-        .arg(time.toString("yyyy-MM-dd HH:mm:ss"), counted(lists, "list"), counted(tracks, "track"),
-             counted(titles, "title"), isEarlier ? "   (earlier)" : "");
+    return u"%1   %2, %3, %4%5"_s.arg(time.toString(u"yyyy-MM-dd HH:mm:ss"_s),
+                                      counted(lists, u"list"_s), counted(tracks, u"track"_s),
+                                      counted(titles, u"title"_s),
+                                      isEarlier ? u"   (earlier)"_s : u""_s);
 }
 
 RecoveryFolder::RecoveryFolder(FileSystem& files, const QString& folder, Clock clock)
@@ -119,7 +122,7 @@ QStringList RecoveryFolder::namesNewestFirst() const {
 void RecoveryFolder::keep(const Project& project) {
     const QString time = nextTime().toString(TimeFormat);
     const QString stretch = work_.name.isEmpty() ? time : work_.name;
-    const QString name = time + '.' + stretch + Ending;
+    const QString name = time + u'.' + stretch + Ending;
     files_.replaceFile(pathIn(folder_, name), encodeSnapshot(project));
     work_.name = stretch;
     work_.leadingUp.append(name);
@@ -188,7 +191,7 @@ Project RecoveryFolder::read(const RecoveryCopy& copy) const {
     const auto project = decodeSnapshot(readWholeFile(files_, copy.path, limits::ProjectFileBytes));
     if (!project)
         throw TessalyError(error_number::BadProject,
-                           QDir::toNativeSeparators(copy.path) + ": the copy is damaged");
+                           QDir::toNativeSeparators(copy.path) + u": the copy is damaged"_s);
     return *project;
 }
 

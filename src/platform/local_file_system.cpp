@@ -8,13 +8,16 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 TessalyError notAFile(const QString& path) {
-    return {error_number::NotAFile, shownPath(path) + ": this is a device or a pipe, not a file"};
+    return {error_number::NotAFile,
+            shownPath(path) + u": this is a device or a pipe, not a file"_s};
 }
 
 TessalyError linkInTheWay(const QString& path) {
     return {error_number::WriteFailed,
-            shownPath(path) + ": a link stands in the place of the file"};
+            shownPath(path) + u": a link stands in the place of the file"_s};
 }
 
 QByteArray readWholeFile(FileSystem& files, const QString& path, qint64 limit) {
@@ -24,7 +27,7 @@ QByteArray readWholeFile(FileSystem& files, const QString& path, qint64 limit) {
         if (found > limit)
             throw TessalyError(
                 error_number::FileTooLarge,
-                QString("%1: the file is larger than %2 bytes").arg(shownPath(path)).arg(limit));
+                u"%1: the file is larger than %2 bytes"_s.arg(shownPath(path)).arg(limit));
     };
     checkSize(size);
     QByteArray bytes;

@@ -14,6 +14,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 bool isByteMark(QChar c) {
@@ -23,7 +25,7 @@ bool isByteMark(QChar c) {
 }  // namespace
 
 QString withLastSeparator(const QString& folder) {
-    if (folder.isEmpty() || folder.endsWith('/') || folder.endsWith(QDir::separator()))
+    if (folder.isEmpty() || folder.endsWith(u'/') || folder.endsWith(QDir::separator()))
         return folder;
     return folder + QDir::separator();
 }
@@ -33,7 +35,7 @@ QString pathIn(const QString& folder, const QString& name) {
 }
 
 QString lastNameOf(const QString& path) {
-    return path.mid(std::max(path.lastIndexOf('/'), path.lastIndexOf('\\')) + 1);
+    return path.mid(std::max(path.lastIndexOf(u'/'), path.lastIndexOf(u'\\')) + 1);
 }
 
 QString elided(const QString& text) {
@@ -54,7 +56,7 @@ QString absolutePath(const QString& path) {
 #ifdef Q_OS_WIN
     return QFileInfo(path).absoluteFilePath();
 #else
-    if (path.startsWith('/'))
+    if (path.startsWith(u'/'))
         return path;
     std::error_code failed;  // then the relative path is as good as any
     const std::filesystem::path folder = std::filesystem::current_path(failed);
@@ -106,9 +108,9 @@ QStringList homeFolders() {
             found.append(QDir(folder).filePath(name));
     };
 #ifdef Q_OS_WIN
-    addFoldersIn(QDir::homePath() + "/..");
+    addFoldersIn(QDir::homePath() + u"/.."_s);
 #else
-    addFoldersIn("/home");
+    addFoldersIn(u"/home"_s);
     ::setpwent();
     while (const passwd* account = ::getpwent())
         found.append(fromNativePath(account->pw_dir));
@@ -128,10 +130,10 @@ QStringList systemFolders() {
     found.removeAll(QString());
     return found;
 #else
-    return {"/bin",       "/boot",    "/efi",     "/etc",      "/lib",
-            "/lib32",     "/lib64",   "/libx32",  "/nix",      "/proc",
-            "/sbin",      "/snap",    "/sys",     "/usr",      "/var/backups",
-            "/var/cache", "/var/lib", "/var/log", "/var/mail", "/var/spool"};
+    return {u"/bin"_s,       u"/boot"_s,    u"/efi"_s,     u"/etc"_s,      u"/lib"_s,
+            u"/lib32"_s,     u"/lib64"_s,   u"/libx32"_s,  u"/nix"_s,      u"/proc"_s,
+            u"/sbin"_s,      u"/snap"_s,    u"/sys"_s,     u"/usr"_s,      u"/var/backups"_s,
+            u"/var/cache"_s, u"/var/lib"_s, u"/var/log"_s, u"/var/mail"_s, u"/var/spool"_s};
 #endif
 }
 
@@ -145,19 +147,9 @@ QStringList personalFolders() {
           Paths::GenericConfigLocation, Paths::GenericDataLocation, Paths::GenericCacheLocation})
         found.append(Paths::standardLocations(place));
 #ifndef Q_OS_WIN
-    found << qEnvironmentVariable("XDG_RUNTIME_DIR") << "/dev"
-          << "/dev/shm"
-          << "/home"
-          << "/media"
-          << "/mnt"
-          << "/opt"
-          << "/root"
-          << "/run"
-          << "/srv"
-          << "/tmp"
-          << "/var"
-          << "/var/tmp"
-          << "/var/www";
+    found << qEnvironmentVariable("XDG_RUNTIME_DIR") << u"/dev"_s << u"/dev/shm"_s << u"/home"_s
+          << u"/media"_s << u"/mnt"_s << u"/opt"_s << u"/root"_s << u"/run"_s << u"/srv"_s
+          << u"/tmp"_s << u"/var"_s << u"/var/tmp"_s << u"/var/www"_s;
 #endif
     found.removeAll(QString());
     found.removeDuplicates();
@@ -165,7 +157,8 @@ QStringList personalFolders() {
 }
 
 QString userFolder() {
-    return pathIn(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation), "Tessaly");
+    return pathIn(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation),
+                  u"Tessaly"_s);
 }
 
 }  // namespace tessaly

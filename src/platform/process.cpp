@@ -9,6 +9,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 #ifdef Q_OS_WIN
 
 QStringList commandLineArguments(int, char**) {
@@ -34,7 +36,7 @@ void turnWriteSignalsIntoErrors() {
 #endif
 
 LocalSingleInstance::LocalSingleInstance(const QString& folder)
-    : lock_(pathIn(folder, QStringLiteral("tessaly.lock"))) {
+    : lock_(pathIn(folder, u"tessaly.lock"_s)) {
     QDir().mkpath(folder);
     lock_.setStaleLockTime(0);  // however old a lock is, it counts while its process lives
 }

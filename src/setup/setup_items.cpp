@@ -9,6 +9,7 @@ namespace tessaly {
 // ---- card title --------------------------------------------------------------------------------
 
 void setCardTitle(Project& project, QString Project::*line, const QString& text) {
+    Q_ASSERT(line == &Project::txtCardTitle1 || line == &Project::txtCardTitle2);
     project.unsavedChanges = true;
     project.*line = text;
 }
@@ -35,9 +36,10 @@ DefaultLanguageList showDefaultLanguages(Project& project) {
 }
 
 void setDefaultLanguages(Project& project, const DefaultLanguageList& list) {
+    Q_ASSERT(list.selected.size() == list.items.size());
     project.DefaultLanguageTable = {TrackRecord{}};
     for (qsizetype i = 0; i < list.items.size(); ++i) {
-        if (!list.selected.value(i))
+        if (!list.selected[i])
             continue;
         TrackRecord record;
         record.kind = kind::DefaultLanguage;

@@ -9,11 +9,13 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString Files = QStringLiteral("files");
-const QString Firmware = QStringLiteral("firmware");
-const QString Chimes = QStringLiteral("Chimes");
+const QString Files = u"files"_s;
+const QString Firmware = u"firmware"_s;
+const QString Chimes = u"Chimes"_s;
 
 QString native(const QString& folder) {
     return QDir::toNativeSeparators(QDir::cleanPath(QDir(folder).absolutePath()));
@@ -24,7 +26,7 @@ SupportFolders foldersOf(const QString& program, const QString& support, const Q
             .filesFolder = pathIn(native(support), Files),
             .firmwareFolder = pathIn(native(support), Firmware),
             .chimesFolder = pathIn(native(support), Chimes),
-            .manualFile = pathIn(pathIn(native(support), "manual"), "manual.html"),
+            .manualFile = pathIn(pathIn(native(support), u"manual"_s), u"manual.html"_s),
             .ownFolder = own.isEmpty() ? QString() : native(own)};
 }
 
@@ -43,7 +45,7 @@ SupportFolders supportFoldersIn(const QString& appFolder, const QString& ownFold
 }
 
 SupportFolders foldersOfProgram(const QString& programFolder, const QString& ownFolder) {
-    const QString shared = pathIn(programFolder, "../share/tessaly");
+    const QString shared = pathIn(programFolder, u"../share/tessaly"_s);
     return foldersOf(programFolder, QFileInfo(shared).isDir() ? shared : programFolder, ownFolder);
 }
 
@@ -60,8 +62,8 @@ QString SupportFolders::fixedConfigurationFile() const {
 }
 
 QStringList SupportFolders::makersFiles() const {
-    return {"Firmware: " + firmwareFile(), "Calibration sound: " + calibrationFile(),
-            "Configuration: " + fixedConfigurationFile()};
+    return {u"Firmware: "_s + firmwareFile(), u"Calibration sound: "_s + calibrationFile(),
+            u"Configuration: "_s + fixedConfigurationFile()};
 }
 
 QString SupportFolders::chimesStart() const {

@@ -3,6 +3,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 bool matches(const TrackRecord& record, const TriggerSelection& selection) {
@@ -37,11 +39,16 @@ bool isPowerUpItem(const Project& project, const TriggerSelection& selection) {
     return namesSelection(project.PowerUpRecord, project.PowerUpRecord.kind, selection);
 }
 
+TrackRecord& triggerAt(Project& project, int slot) {
+    Q_ASSERT(slot >= 0 && slot < TriggerSlots);
+    return project.TriggerTable[size_t(slot)];
+}
+
 TriggerRow triggerRow(const Project& project, const TriggerSelection& selection, int slot) {
-    const TrackRecord& trigger = project.TriggerTable.at(size_t(slot));
-    const QString caption = QString("Trigger %1: ").arg(slot + 1);
+    const TrackRecord& trigger = project.TriggerTable[size_t(slot)];
+    const QString caption = u"Trigger %1: "_s.arg(slot + 1);
     if (!isAssigned(trigger))
-        return {.isEnabled = enabledControls(selection).play, .words = caption + "free"};
+        return {.isEnabled = enabledControls(selection).play, .words = caption + u"free"_s};
     const Variant& plays = trigger.sourcePath;
     return {.isAssigned = true,
             .isEnabled = namesSelection(trigger, plays, selection) ||
@@ -103,6 +110,7 @@ void setPowerUpItem(Project& project, const TriggerSelection& selection, bool ch
     }
     if (selection.item == SelectedItem::None)
         return;
+    Q_ASSERT(selection.left);
     const bool isTitle = selection.item == SelectedItem::Title;
     item.kind = isTitle ? kind::Speech : kind::Music;
     item.groupName = isTitle ? QString() : *selection.left;
@@ -110,9 +118,9 @@ void setPowerUpItem(Project& project, const TriggerSelection& selection, bool ch
 }
 
 PowerUpItem powerUpItem(const Project& project) {
-    const QString caption = "At power-up: ";
+    const QString caption = u"At power-up: "_s;
     if (!hasPowerUpItem(project))
-        return {caption + "nothing", false};
+        return {caption + u"nothing"_s, false};
     const TrackRecord& item = project.PowerUpRecord;
     return {caption + itemInWords(project, item, item.kind),
             itemState(project, item, item.kind) != ItemState::Present};
@@ -137,7 +145,8 @@ void assignTrigger(Project& project, const TriggerSelection& selection, int slot
     project.unsavedChanges = true;
     if (selection.item == SelectedItem::None)
         return;
-    TrackRecord& trigger = project.TriggerTable.at(size_t(slot));
+    Q_ASSERT(selection.left);
+    TrackRecord& trigger = triggerAt(project, slot);
     trigger.kind = kind::Trigger;
     if (selection.item == SelectedItem::Title) {
         trigger.itemName = *selection.left;
@@ -153,12 +162,12 @@ void clearTrigger(Project& project, int slot) {
     if (project.suppressTriggerEvents)
         return;
     project.unsavedChanges = true;
-    project.TriggerTable.at(size_t(slot)).sourcePath = kind::Empty;
+    triggerAt(project, slot).sourcePath = kind::Empty;
 }
 
 std::optional<TriggerSelector> viewTrigger(Project& project, int slot) {
     project.unsavedChanges = true;
-    const TrackRecord& trigger = project.TriggerTable.at(size_t(slot));
+    const TrackRecord& trigger = triggerAt(project, slot);
     if (!isAssigned(trigger))
         return {};
     const bool isTitle = trigger.sourcePath.is(kind::Speech);

@@ -5,15 +5,17 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Why an item cannot be selected, in the order of ItemState.
-constexpr const char* Reasons[] = {"",
-                                   " (the title is gone)",
-                                   " (the list is gone)",
-                                   " (the track is gone)",
-                                   " (the list has no tracks)",
-                                   " (there is no music list)"};
+constexpr QStringView Reasons[] = {u"",
+                                   u" (the title is gone)",
+                                   u" (the list is gone)",
+                                   u" (the track is gone)",
+                                   u" (the list has no tracks)",
+                                   u" (there is no music list)"};
 
 int existingRow(const QStringList& lines, int row) {
     return row >= 0 && row < lines.size() ? row : -1;
@@ -25,10 +27,10 @@ TriggerSelector selectTriggerMode(const Project& project, TriggerMode mode) {
     TriggerSelector selector;
     selector.mode = mode;
     if (mode == TriggerMode::Speech) {
-        selector.lblTrigSpTitles = "Speech Titles";
+        selector.lblTrigSpTitles = u"Speech Titles"_s;
         selector.lstTrigLeft = project.lstSpTitles;
     } else {
-        selector.lblTrigSpTitles = "Music List Names";
+        selector.lblTrigSpTitles = u"Music List Names"_s;
         selector.rightVisible = !project.lstMuList.isEmpty();
         if (selector.rightVisible)
             selector.lstTrigLeft = QStringList(ContinuousMixName.toString()) + project.lstMuList;
@@ -82,6 +84,7 @@ bool namesSelection(const TrackRecord& record, const Variant& plays,
         case SelectedItem::Track:
             break;
     }
+    Q_ASSERT(selection.left && selection.right);
     return plays.is(kind::Music) && record.groupName.is(*selection.left) &&
            record.itemName.is(*selection.right);
 }
@@ -108,8 +111,8 @@ QString itemInWords(const Project& project, const TrackRecord& record, const Var
     if (plays.is(kind::Speech))
         words = record.itemName.text();
     else if (list != ContinuousMixName)
-        words = list + " / " + record.itemName.text();
-    return words + Reasons[size_t(itemState(project, record, plays))];
+        words = list + u" / "_s + record.itemName.text();
+    return words.append(Reasons[size_t(itemState(project, record, plays))]);
 }
 
 }  // namespace tessaly

@@ -18,6 +18,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 QByteArray contentOf(const QString& path) {
@@ -26,31 +28,31 @@ QByteArray contentOf(const QString& path) {
 }
 
 QList<Mount> currentMounts() {
-    return parseMountTable(contentOf(QStringLiteral("/proc/self/mountinfo")));
+    return parseMountTable(contentOf(u"/proc/self/mountinfo"_s));
 }
 
 // The folder in which the system describes the block device of a mount; empty without one.
 QString blockDeviceOf(const Mount& mount) {
     // The number of the mount is the device's, except for FUSE, whose source may still be one.
-    QString folder = "/sys/dev/block/" + mount.device;
-    if (!QFileInfo::exists(folder) && mount.source.startsWith("/dev/"))
-        folder =
-            "/sys/class/block/" + QFileInfo(QFileInfo(mount.source).canonicalFilePath()).fileName();
+    QString folder = u"/sys/dev/block/"_s + mount.device;
+    if (!QFileInfo::exists(folder) && mount.source.startsWith(u"/dev/"_s))
+        folder = u"/sys/class/block/"_s +
+                 QFileInfo(QFileInfo(mount.source).canonicalFilePath()).fileName();
     return QFileInfo(folder).canonicalFilePath();
 }
 
 DeviceAttributes attributesOf(QString folder) {
     if (folder.isEmpty())
         return {};
-    if (QFileInfo::exists(folder + "/partition"))
+    if (QFileInfo::exists(folder + u"/partition"_s))
         folder = QFileInfo(folder).path();
     return {.name = QFileInfo(folder).fileName(),
-            .removable = contentOf(folder + "/removable"),
-            .mmcType = contentOf(folder + "/device/type")};
+            .removable = contentOf(folder + u"/removable"_s),
+            .mmcType = contentOf(folder + u"/device/type"_s)};
 }
 
 TessalyError notReady(const QString& root) {
-    return {error_number::DriveNotReady, shownPath(root) + ": the drive is not ready"};
+    return {error_number::DriveNotReady, shownPath(root) + u": the drive is not ready"_s};
 }
 
 Mount mountAt(const QString& root) {
@@ -90,11 +92,11 @@ QHash<QString, int> entriesByName(const QString& folder) {
 
 // Pseudo file systems hold no person's files.
 bool isForPeople(const Mount& mount) {
-    if (mount.fileSystem == "autofs")  // only says where something would be mounted
+    if (mount.fileSystem == u"autofs"_s)  // only says where something would be mounted
         return false;
-    return mount.source.startsWith('/') || mount.source.contains(":/") ||
-           mount.source.startsWith("//") || mount.fileSystem.startsWith("fuse.") ||
-           (mount.fileSystem == "tmpfs" && mount.mountPoint.startsWith("/media/"));
+    return mount.source.startsWith(u'/') || mount.source.contains(u":/"_s) ||
+           mount.source.startsWith(u"//"_s) || mount.fileSystem.startsWith(u"fuse."_s) ||
+           (mount.fileSystem == u"tmpfs"_s && mount.mountPoint.startsWith(u"/media/"_s));
 }
 
 }  // namespace
@@ -121,12 +123,13 @@ qint64 LocalDrives::totalBytes(const QString& root) const {
 QList<Volume> LocalDrives::volumes() const {
     QList<Volume> found;
     for (const Mount& mount : currentMounts()) {
-        if (!isForPeople(mount) || mount.root != "/")
+        if (!isForPeople(mount) || mount.root != u"/"_s)
             continue;
         const QString device = blockDeviceOf(mount);
         Volume volume{.root = withLastSeparator(mount.mountPoint),
                       .name = volumeLabel(
-                          contentOf("/run/udev/data/b" + contentOf(device + "/dev").trimmed())),
+                          contentOf(u"/run/udev/data/b"_s +
+                                    QString::fromUtf8(contentOf(device + u"/dev"_s).trimmed()))),
                       .type = classifyMount(mount, attributesOf(device))};
         if (volume.name.isEmpty())
             volume.name = QFileInfo(mount.source).fileName();
@@ -163,7 +166,7 @@ VolumeGeometry LocalDrives::geometry(const QString& path) const {
     describeFat(geometry, *mount,
                 {.clusters = qint64(statistics.f_blocks),
                  .rootFolderBytes = folderBytes(mount->mountPoint),
-                 .deviceRecord = contentOf("/run/udev/data/b" + mount->device)});
+                 .deviceRecord = contentOf(u"/run/udev/data/b"_s + mount->device)});
     if (mount->mountPoint != QFileInfo(path).canonicalFilePath())
         geometry.rootEntries.reset();
     geometry.folderBytes = folderBytes(path);
@@ -179,12 +182,11 @@ QString LocalDrives::medium(const QString& path) const {
                 STATX_BASIC_STATS | STATX_MNT_ID | STATX_BTIME, &status) != 0)
         return {};
     const QString device =
-        QString("/sys/dev/block/%1:%2/").arg(status.stx_dev_major).arg(status.stx_dev_minor);
-    QByteArray count = contentOf(device + "diskseq");
+        u"/sys/dev/block/%1:%2/"_s.arg(status.stx_dev_major).arg(status.stx_dev_minor);
+    QByteArray count = contentOf(device + u"diskseq"_s);
     if (count.isEmpty())  // a partition
-        count = contentOf(device + "../diskseq");
-    return QString("%1 %2 %3.%4")
-        .arg(QString(count.trimmed()))
+        count = contentOf(device + u"../diskseq"_s);
+    return u"%1 %2 %3.%4"_s.arg(QString::fromUtf8(count.trimmed()))
         .arg(status.stx_mnt_id)
         .arg(status.stx_btime.tv_sec)
         .arg(status.stx_btime.tv_nsec);

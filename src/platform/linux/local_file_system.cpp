@@ -16,8 +16,10 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 TessalyError systemError(int code, const QString& path) {
-    return {code, shownPath(path) + ": " + QString::fromLocal8Bit(strerror(code))};
+    return {code, shownPath(path) + u": "_s + QString::fromLocal8Bit(strerror(code))};
 }
 
 TessalyError lastSystemError(const QString& path) {
@@ -100,9 +102,8 @@ void LocalFileSystem::replaceFile(const QString& path, QByteArrayView bytes, Lin
     // the same folder, and gets its own name last.
     const bool isUtf8 = QString::fromUtf8(target).toUtf8() == target;
     const QString place =
-        isUtf8
-            ? QString::fromUtf8(target)
-            : QStringLiteral("/proc/self/fd/%1/%2.tessaly-new").arg(folder.get()).arg(::getpid());
+        isUtf8 ? QString::fromUtf8(target)
+               : u"/proc/self/fd/%1/%2.tessaly-new"_s.arg(folder.get()).arg(::getpid());
     QSaveFile file(place);
     errno = 0;
     bool isSaved = file.open(QIODevice::WriteOnly | QIODevice::Unbuffered);

@@ -9,6 +9,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Blanks, tabs, newlines and backslashes stand as \ooo in the table.
@@ -29,7 +31,7 @@ QByteArray unescaped(QByteArrayView field) {
 }
 
 QString pathWithoutSlash(QString path) {
-    while (path.size() > 1 && path.endsWith('/'))
+    while (path.size() > 1 && path.endsWith(u'/'))
         path.chop(1);
     return path;
 }
@@ -52,10 +54,10 @@ QList<Mount> parseMountTable(QByteArrayView text) {
                     .source = field(dash + 2),
                     .options = field(5)};
         if (dash + 3 < fields.size())
-            mount.options += ',' + field(dash + 3);
+            mount.options += u',' + field(dash + 3);
         // For the system a path ends at a NUL: what is left of it would be another one.
         const auto isWhole = [](const QString& name) { return !name.contains(QChar(0)); };
-        if (mount.mountPoint.startsWith('/') && isWhole(mount.mountPoint) && isWhole(mount.root) &&
+        if (mount.mountPoint.startsWith(u'/') && isWhole(mount.mountPoint) && isWhole(mount.root) &&
             isWhole(mount.source))
             mounts.append(mount);
     }
@@ -74,7 +76,7 @@ std::optional<Mount> findMount(const QList<Mount>& mounts, const QString& path) 
 QStringList mountsInside(const QList<Mount>& mounts, const QString& folder) {
     const auto isInside = [](const QString& path, const QString& above) {
         return path.size() > above.size() && path.startsWith(above) &&
-               (above.endsWith('/') || path[above.size()] == '/');
+               (above.endsWith(u'/') || path[above.size()] == u'/');
     };
     const QString place = pathWithoutSlash(folder);
     const Mount* own = nullptr;  // the one that `folder` is on
@@ -86,7 +88,7 @@ QStringList mountsInside(const QList<Mount>& mounts, const QString& folder) {
     QString onVolume;
     if (own)
         onVolume =
-            pathWithoutSlash(QDir::cleanPath(own->root + '/' + place.mid(own->mountPoint.size())));
+            pathWithoutSlash(QDir::cleanPath(own->root + u'/' + place.mid(own->mountPoint.size())));
     QStringList found;
     for (const Mount& mount : mounts)
         if (isInside(mount.mountPoint, place) ||
@@ -96,14 +98,14 @@ QStringList mountsInside(const QList<Mount>& mounts, const QString& folder) {
 }
 
 DriveType classifyMount(const Mount& mount, const DeviceAttributes& device) {
-    static const QStringList network = {"nfs",   "nfs4",       "cifs",       "smb3", "smbfs",
-                                        "ncpfs", "fuse.sshfs", "sshfs",      "9p",   "ceph",
-                                        "afs",   "davfs",      "fuse.davfs2"};
+    static const QStringList network = {
+        u"nfs"_s,   u"nfs4"_s, u"cifs"_s, u"smb3"_s, u"smbfs"_s, u"ncpfs"_s,      u"fuse.sshfs"_s,
+        u"sshfs"_s, u"9p"_s,   u"ceph"_s, u"afs"_s,  u"davfs"_s, u"fuse.davfs2"_s};
     if (network.contains(mount.fileSystem))
         return DriveType::Network;
-    if (mount.fileSystem == "tmpfs" || mount.fileSystem == "ramfs")
+    if (mount.fileSystem == u"tmpfs"_s || mount.fileSystem == u"ramfs"_s)
         return DriveType::RamDisk;
-    if (device.name.startsWith("sr"))
+    if (device.name.startsWith(u"sr"_s))
         return DriveType::CdRom;
     if (device.removable.trimmed() == "1" || device.mmcType.trimmed() == "SD")
         return DriveType::Removable;
@@ -126,7 +128,7 @@ QString volumeLabel(QByteArrayView deviceRecord) {
 }
 
 bool isFatMount(const Mount& mount) {
-    return mount.fileSystem == "vfat" || mount.fileSystem == "msdos";
+    return mount.fileSystem == u"vfat"_s || mount.fileSystem == u"msdos"_s;
 }
 
 void describeFat(VolumeGeometry& geometry, const Mount& mount, const FatFacts& facts) {
@@ -138,9 +140,9 @@ void describeFat(VolumeGeometry& geometry, const Mount& mount, const FatFacts& f
         geometry.rootEntries = int(facts.rootFolderBytes / EntryBytes);
     // Linux keeps "0001.mp3" in one entry only under this rule; by default a long name goes with
     // it.
-    if (mount.fileSystem == "msdos")
+    if (mount.fileSystem == u"msdos"_s)
         geometry.fatNames = FatNames::All;
-    else if (mount.options.split(',').contains("shortname=winnt"))
+    else if (mount.options.split(u',').contains(u"shortname=winnt"_s))
         geometry.fatNames = FatNames::OneCase;
     else
         geometry.fatNames = FatNames::UpperCase;

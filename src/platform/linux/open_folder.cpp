@@ -16,6 +16,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 // Removes `name` from the open folder `at`. What protects an entry on Linux is the mode of the
 // folder it stands in.
 void removeForced(const QString& path, int at, const QByteArray& name, int flags) {
@@ -115,20 +117,20 @@ class LinuxOpenFolder : public OpenFolder {
     // since it was listed is refused.
     Descriptor enter(const QString& inside) const {
         Descriptor folder = openedFolder(path_, folder_.get(), ".");
-        for (const QString& name : inside.split('/', Qt::SkipEmptyParts)) {
+        for (const QString& name : inside.split(u'/', Qt::SkipEmptyParts)) {
             if (name == u"..")
                 throw systemError(EINVAL, pathOf(inside));
             folder = openedFolder(pathOf(inside), folder.get(), toNativePath(name), O_NOFOLLOW);
             if (mountOf(folder, pathOf(inside)) != mount_)
                 throw TessalyError(
                     error_number::SystemFolder,
-                    pathOf(inside) + ": another drive is mounted here and will not be erased.");
+                    pathOf(inside) + u": another drive is mounted here and will not be erased."_s);
         }
         return folder;
     }
 
     void remove(const QString& inside, int flags) {
-        const qsizetype slash = inside.lastIndexOf('/');
+        const qsizetype slash = inside.lastIndexOf(u'/');
         const Descriptor folder = enter(inside.left(std::max<qsizetype>(slash, 0)));
         removeForced(pathOf(inside), folder.get(), toNativePath(inside.mid(slash + 1)), flags);
     }

@@ -10,6 +10,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 struct VolumeDescription {
@@ -147,9 +149,9 @@ QList<Volume> LocalDrives::volumes() const {
     const NoDiskPrompt quiet;
     QList<Volume> found;
     const DWORD letters = ::GetLogicalDrives();
-    for (char16_t letter = 'A'; letter <= 'Z'; ++letter)
-        if (letters >> (letter - 'A') & 1)
-            found.append(volumeAt(QChar(letter) + QString(R"(:\)")));
+    for (char16_t letter = u'A'; letter <= u'Z'; ++letter)
+        if (letters >> (letter - u'A') & 1)
+            found.append(volumeAt(QChar(letter) + uR"(:\)"_s));
     return found;
 }
 
@@ -173,8 +175,8 @@ VolumeGeometry LocalDrives::geometry(const QString& path) const {
                             .freeBytes = sizes->freeBytes,
                             .isReadOnly = description->isReadOnly};
     // "FAT" stands for FAT12 and FAT16 alike. "0001.mp3" takes one entry: its case goes into flags.
-    const bool hasFixedRoot = description->fileSystem == "FAT";
-    geometry.isFat = hasFixedRoot || description->fileSystem == "FAT32";
+    const bool hasFixedRoot = description->fileSystem == u"FAT"_s;
+    geometry.isFat = hasFixedRoot || description->fileSystem == u"FAT32"_s;
     if (hasFixedRoot && isSamePath(root, folder))
         geometry.rootEntries = UsualRootEntries;
     return geometry;

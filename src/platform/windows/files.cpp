@@ -6,15 +6,17 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
-const QString Unlimited = QStringLiteral(R"(\\?\)");
-const QString UnlimitedShare = QStringLiteral(R"(\\?\UNC\)");
+const QString Unlimited = uR"(\\?\)"_s;
+const QString UnlimitedShare = uR"(\\?\UNC\)"_s;
 
 QString absoluteNative(const QString& path) {
     const QString full = QDir::toNativeSeparators(QDir::cleanPath(QDir().absoluteFilePath(path)));
     // A bare "E:" would mean the current folder of that drive, not its root.
-    return full.endsWith(':') ? full + '\\' : full;
+    return full.endsWith(u':') ? full + u'\\' : full;
 }
 
 struct CloseSearch {
@@ -44,9 +46,9 @@ std::wstring systemPath(const QString& path) {
     if (path.isEmpty())
         return {};
     const QString full = absoluteNative(path);
-    if (full.startsWith(Unlimited) || full.startsWith(R"(\\.\)"))
+    if (full.startsWith(Unlimited) || full.startsWith(uR"(\\.\)"_s))
         return full.toStdWString();
-    if (full.startsWith(R"(\\)"))
+    if (full.startsWith(uR"(\\)"_s))
         return (UnlimitedShare + full.mid(2)).toStdWString();
     return (Unlimited + full).toStdWString();
 }
@@ -58,7 +60,7 @@ QString volumeRoot(const QString& path) {
         return {};
     const QString root = QString::fromWCharArray(buffer.c_str());
     if (root.startsWith(UnlimitedShare))
-        return R"(\\)" + root.mid(UnlimitedShare.size());
+        return uR"(\\)"_s + root.mid(UnlimitedShare.size());
     return root.startsWith(Unlimited) ? root.mid(Unlimited.size()) : root;
 }
 

@@ -13,6 +13,8 @@
 
 namespace tessaly {
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 // Of what `path` leads to, links followed.
@@ -50,9 +52,9 @@ QString systemText(DWORD code) {
         ::FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, code,
                          0, buffer, DWORD(std::size(buffer)), nullptr);
     QString text = QString::fromWCharArray(buffer, length).trimmed();
-    if (text.endsWith('.'))
+    if (text.endsWith(u'.'))
         text.chop(1);
-    return text.isEmpty() ? QString("error %1").arg(code) : text;
+    return text.isEmpty() ? u"error %1"_s.arg(code) : text;
 }
 
 }  // namespace
@@ -60,7 +62,7 @@ QString systemText(DWORD code) {
 TessalyError systemError(int code, const QString& path) {
     const bool isNotReady = code == ERROR_NOT_READY || code == ERROR_NO_MEDIA_IN_DRIVE;
     return {isNotReady ? int(error_number::DriveNotReady) : code,
-            shownPath(path) + ": " + systemText(DWORD(code))};
+            shownPath(path) + u": "_s + systemText(DWORD(code))};
 }
 
 TessalyError lastSystemError(const QString& path) {

@@ -71,7 +71,7 @@ class WindowsOpenFolder : public OpenFolder {
     static constexpr size_t MaxPathLength = 32768;
 
     static QString above(const QString& inside) {
-        return inside.left(std::max<qsizetype>(inside.lastIndexOf('/'), 0));
+        return inside.left(std::max<qsizetype>(inside.lastIndexOf(u'/'), 0));
     }
     QString pathOf(const QString& inside) const {
         return inside.isEmpty() ? path_ : pathIn(path_, QDir::toNativeSeparators(inside));
@@ -86,10 +86,10 @@ class WindowsOpenFolder : public OpenFolder {
     std::vector<Handle> pinWayTo(const QString& inside) const {
         std::vector<Handle> pinned;
         QString way;
-        for (const QString& name : inside.split('/', Qt::SkipEmptyParts)) {
+        for (const QString& name : inside.split(u'/', Qt::SkipEmptyParts)) {
             if (name == u"..")
                 throw systemError(ERROR_INVALID_NAME, pathOf(inside));
-            way += way.isEmpty() ? name : '/' + name;
+            way += way.isEmpty() ? name : u'/' + name;
             pinned.push_back(pinNoLink(nameOf(way), pathOf(way)));
         }
         return pinned;
