@@ -227,7 +227,7 @@ void fuzzHex(QByteArrayView input) {
         require(words[0] == "Line" && line >= 1 && line <= lines.size() + 1,
                 "a bad HEX file says where: in a line of it, or the next");
     }
-    if (text.size() >= 2)
+    if (text.size() >= 2 && text.size() <= 0x10000)
         require(decodeHexFile(EncodeImageAsHex(text).replace("\r\n", text[0] % 2 ? "\n" : "\r\n"))
                         .image == text,
                 "any image goes into a HEX file and comes out of it");

@@ -132,7 +132,7 @@ void DisplayPreview::describe() {
 void DisplayPreview::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.fillRect(rect(), QColor(FrameColour));
-    // From here on in pixels of the screen: the widget's own may be one and a half of them.
+    // From here on in pixels of the screen; at 150 % a pixel of the widget is one and a half.
     const double scale = painter.deviceTransform().m11();
     painter.scale(1 / scale, 1 / scale);
     const DisplayLayout layout =

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// What takes long in a phase; empty where it is not measured.
+// What is going on in a phase; empty in those that take no time.
 QString phaseWords(RunPhase phase) {
     const QString words[] = {{}, {}, u"Copying"_s, u"Writing to the card"_s, u"Verifying"_s};
     return words[size_t(phase)];

@@ -78,7 +78,7 @@ QString otherThanCardFiles(const FileSystem& files, const QString& root) {
     return {};
 }
 
-// Nothing for a folder that is no drive's root.
+// The type of the drive at `root`; nothing where that is a folder inside a drive.
 std::optional<DriveType> typeOfDriveAt(const Drives& drives, const QString& root) {
     try {
         return drives.type(root);

@@ -33,7 +33,8 @@ QString cardRoot(const FileSystem& files, const QString& folder) {
     if (!files.isFolder(folder))
         throw TessalyError(error_number::BadTarget,
                            native(folder) + u": there is no such folder"_s);
-    // Where it leads now: neither "link/.." read as text nor a link that is changed later counts.
+    // Where the path leads at this moment. As text "link/.." may be another folder, and a link may
+    // be changed later.
     return withLastSeparator(native(files.canonicalPath(folder)));
 }
 

@@ -37,9 +37,11 @@ struct ListRecords {
     QHash<QString, qsizetype> firstOf;  // name: the index in `inTable` of the record that plays
 };
 
-// Lines are numbered in the order of their records, so doing it again tells which belong together.
-// A line that another record serves is free only once that record has moved on. That one always
-// stands further back, as a name is free for the first record that has it: so from the last on.
+// Plans which records take the numbered names that their lines have. The import numbered the lines
+// in the order of the records, so numbering the records once more tells which line is whose.
+//
+// A record can only take a name that no other record has by then. Who has it stands further back in
+// the table and may move away itself. That is why the last record is planned, and renamed, first.
 void planList(const Project& project, const QString& list, const QStringList& lines,
               const ListRecords& records, QList<Renaming>& plan) {
     UniqueNames names;
@@ -114,9 +116,8 @@ ImportResult addImportedList(Project& project, const QString& name,
             throw tooMuch(u"too many of its tracks have the same name."_s);
         TrackRecord record;
         record.kind = kind::Music;
-        // A name may be numbered although no line has it, as a project file holds two Cyrillic
-        // names as the same question marks. Such a track has a line of its own, so it gets its
-        // file.
+        // Two Cyrillic names become the same question marks in a project file, so the second is
+        // numbered although no line has that name yet. Its record follows the line.
         record.itemName = recordNames == RecordNames::AsListed || !lines.contains(track.name)
                               ? listed
                               : track.name;
@@ -144,7 +145,7 @@ void giveEachItsFile(Project& project, const QStringList& lists) {
     project.unsavedChanges = true;
     for (const Renaming& renaming : planOf(project, lists)) {
         project.TrackTable[renaming.record].itemName = renaming.newName;
-        // From the last on: what named the new name already was renamed before.
+        // Whatever plays the new name has been renamed already: the last record comes first.
         if (renaming.isPlayed)
             renameItems(project, Among::Players, {kind::Music, renaming.oldName, renaming.list},
                         &TrackRecord::itemName, renaming.newName);

@@ -65,7 +65,7 @@ TessalyError tooLong(const QString& path) {
 
 constexpr QStringView Mp3Ending = u".mp3";
 
-// Upper case, as file systems without regard to case compare: "_" comes behind the letters.
+// In upper case, in which file systems that ignore case compare names: "_" sorts behind letters.
 QString sortingKey(QString name) {
     for (QChar& c : name)
         c = c.toUpper();

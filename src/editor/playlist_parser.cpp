@@ -87,7 +87,7 @@ PlaylistEntry extendedEntry(QStringView information, std::optional<QStringView> 
 }  // namespace
 
 QString decodePlaylist(QByteArrayView bytes) {
-    // What looks like a second mark is text.
+    // Only the first byte order mark is one; another behind it is text.
     constexpr auto Flags =
         QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom;
     for (const Mark& mark : Marks)

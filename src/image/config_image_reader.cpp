@@ -201,7 +201,8 @@ QByteArray imageText(const QString& name) {
     return fixedWidthText(name, TitleWidth);
 }
 
-// A name that the image holds as `name` and no project file can hold: the code page lacks its end.
+// A name that looks like `name` in the image and clashes with none of a project file: it ends in a
+// character that the code page lacks.
 QString lineWithoutFile(const QString& name, qsizetype line) {
     return name.leftJustified(TitleWidth) + QChar::ReplacementCharacter + QString::number(line);
 }
@@ -218,10 +219,11 @@ QHash<QString, Tracks> tracksByList(const Project& project) {
     return tracks;
 }
 
-// A project file has its tracks in the order of their lines: one that the image has too late counts
-// as missing there.
+// The lines of a list: those of the image, each with the name of the project's track that it shows.
+// Both have the tracks in the same order; a line out of that order counts as one without a file.
 QStringList linesOf(const QList<DecodedTrack>& entries, const Tracks& tracks) {
-    QHash<std::pair<QByteArray, quint16>, QList<qsizetype>> places;  // by how the image shows one
+    QHash<std::pair<QByteArray, quint16>, QList<qsizetype>>
+        places;  // by text and word in the image
     for (qsizetype i = 0; i < tracks.size(); ++i)
         places[{imageText(tracks[i]->itemName.text()), trackWord(*tracks[i])}].append(i);
     QList<bool> isShown(tracks.size(), false);
@@ -259,7 +261,7 @@ void nameLine(Project& project, const TrackRecord& item, const DecodedReference&
 }  // namespace
 
 void takeLinesFromImage(Project& project, const DecodedImage& image) {
-    // A list without a name that comes first is none to a reader of project files.
+    // What reads a project file passes over a first list without a name.
     if (image.lists.size() > project.lstMuList.size() && image.lists[0].name.isEmpty())
         project.lstMuList.prepend(u""_s);
     const QHash<QString, Tracks> tracks = tracksByList(project);

@@ -68,7 +68,7 @@ QByteArrayView takeLine(QByteArrayView& text) {
 }
 
 void readHeader(QByteArrayView line, HexFile& file) {
-    // Three digits behind four: a zero makes them whole bytes.
+    // Four digits and three: a zero between them makes whole bytes of both.
     const auto digits =
         line.startsWith('S') && line.size() == 8
             ? bytesOfDigits(line.sliced(1, 4).toByteArray() + '0' + line.sliced(5).toByteArray())

@@ -36,9 +36,9 @@ QString stretchOf(const QString& name) {
     return name.chopped(Ending.size()).section(u'.', -1);
 }
 
-// Of the copies of one stretch, newest first, those that need not be kept: without one its newer
-// and its older neighbour are still close enough. Both grow older, and closer by that, so it stays
-// so.
+// Which of the copies of one stretch, newest first, may go. A copy may go when its two neighbours
+// lie close enough together for their age. How far apart they may lie grows with their age, so this
+// stays true later.
 QStringList superfluousEarlier(const QStringList& copies) {
     const auto age = [&](qsizetype i) { return timeOf(copies[i]).secsTo(timeOf(copies.first())); };
     QStringList found;
@@ -102,7 +102,7 @@ RecoveryFolder::~RecoveryFolder() {
     try {
         files_.removeFile(pathIn(folder_, MarkName));
     } catch (const TessalyError&) {
-        // The next start offers the newest copy without need, which loses nothing.
+        // The next start takes this one for a crash and offers the newest copy: no harm.
     }
 }
 

@@ -37,6 +37,7 @@ TEST(StartUp, OpensTheFileThatItWasStartedWith) {
     const QString odd = pathIn(bench.scratch.path(), name);
     saveProject(bench.files, odd, bench.project);
     bench.start();
+    EXPECT_TRUE(bench.find<QTimer>("tmrRecovery")->isActive());
     bench.window->openAtStart(odd);
     EXPECT_EQ(encodeProject(bench.current), encodeProject(bench.project));
     bench.current.txtCardTitle1 = "SAVED";

@@ -20,6 +20,13 @@ TEST(LinuxFiles, NamesOfAnyBytesSurvive) {
         EXPECT_EQ(toNativePath(fromNativePath(name)), name);
 }
 
+// As the files of /proc, whose size is 0, and others that somebody writes meanwhile.
+TEST(LinuxFiles, AFileThatIsLongerThanItSaidHasALimit) {
+    LocalFileSystem files;
+    EXPECT_EQ(errorOf([&] { readWholeFile(files, "/proc/self/maps", 1000); }).number,
+              error_number::FileTooLarge);
+}
+
 TEST(LinuxFiles, AFileOfAnyNameIsReplaced) {
     const ScratchFolder scratch;
     LocalFileSystem files;
