@@ -222,8 +222,8 @@ QHash<QString, Tracks> tracksByList(const Project& project) {
 // The lines of a list: those of the image, each with the name of the project's track that it shows.
 // Both have the tracks in the same order; a line out of that order counts as one without a file.
 QStringList linesOf(const QList<DecodedTrack>& entries, const Tracks& tracks) {
-    QHash<std::pair<QByteArray, quint16>, QList<qsizetype>>
-        places;  // by text and word in the image
+    // By text and word in the image.
+    QHash<std::pair<QByteArray, quint16>, QList<qsizetype>> places;
     for (qsizetype i = 0; i < tracks.size(); ++i)
         places[{imageText(tracks[i]->itemName.text()), trackWord(*tracks[i])}].append(i);
     QList<bool> isShown(tracks.size(), false);

@@ -44,7 +44,9 @@ class Variant {
     Variant() = default;
     Variant(QString text) : value_(std::move(text)) {}
     Variant(QStringView text) : value_(text.toString()) {}
+#ifndef QT_NO_CAST_FROM_ASCII  // in src text is said to be text
     Variant(const char* text) : value_(QString::fromUtf8(text)) {}
+#endif
     Variant(qint16 integer) : value_(integer) {}
     Variant(Boolean16 boolean) : value_(boolean) {}
 
