@@ -14,6 +14,12 @@ namespace tessaly {
 class EditorPage : public Page {
     Q_OBJECT
 
+ public:
+    /// The rows of both lists.
+    QList<int> selectedRows() const override {
+        return {first_.list()->row(), second_.list()->row()};
+    }
+
  protected:
     EditorPage(Project& project, const Services& services, const ListSection::Names& first,
                const ListSection::Names& second, const FileSection::Names& file, QWidget* parent);

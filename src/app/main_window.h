@@ -4,6 +4,7 @@
 #include <QMainWindow>
 #include <memory>
 
+#include "app/edit_history.h"
 #include "app/prompts.h"
 #include "card/card_files.h"
 #include "model/project_session.h"
@@ -73,13 +74,16 @@ class MainWindow : public QMainWindow {
     bool confirmExit();
     void closeAll();
 
+    WindowView view() const;
     void showProject();
     void showReplaced();
+    void showRestored(const WindowView& view);
     void measure();
     void showTotals();
     void showCaption();
 
     ProjectSession& session_;
+    EditHistory history_;
     const Services& services_;
     const SupportFolders folders_;
     const std::unique_ptr<Ui::MainWindow> ui_;

@@ -11,6 +11,7 @@
 
 #include "app/about_window.h"
 #include "app/create_card_page.h"
+#include "app/list_section.h"
 #include "app/music_page.h"
 #include "app/session_status.h"
 #include "app/setup_page.h"
@@ -31,6 +32,7 @@ constexpr int KeepCopyEveryMs = 60 * 1000;
 
 MainWindow::MainWindow(ProjectSession& session, const Services& services)
     : session_(session),
+      history_(session.project),
       services_(services),
       folders_(foldersOfProgram(services.appFolder, services.userFolder)),
       ui_(std::make_unique<Ui::MainWindow>()),
@@ -42,6 +44,9 @@ MainWindow::MainWindow(ProjectSession& session, const Services& services)
     ui_->sbStatusBar->addWidget(statusText_, 1);
     sessionStatus_ = new SessionStatus(session_, ui_->sbStatusBar);
     connect(sessionStatus_, &SessionStatus::bringBackChosen, this, &MainWindow::bringBack);
+    connect(sessionStatus_, &SessionStatus::undoChosen, &history_.stack(), &QUndoStack::undo);
+    connect(&history_, &EditHistory::removed, sessionStatus_, &SessionStatus::sayRemoved);
+    connect(&history_, &EditHistory::restored, this, &MainWindow::showRestored);
     addPages();
     // Large enough for every page, whatever the font, if the screen is.
     const QSize frame(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
@@ -69,6 +74,17 @@ void MainWindow::connectMenus() {
     const auto triggered = [this](QAction* action, void (MainWindow::*handler)()) {
         connect(action, &QAction::triggered, this, handler);
     };
+    const auto addStep = [this](QAction* action, const QString& name,
+                                const QList<QKeySequence>& keys) {
+        action->setObjectName(name);
+        action->setShortcuts(keys);
+        ui_->mnuEdit->addAction(action);
+    };
+    addStep(history_.stack().createUndoAction(this, QStringLiteral("&Undo")),
+            QStringLiteral("mnuEditUndo"), {Qt::CTRL | Qt::Key_Z});
+    addStep(history_.stack().createRedoAction(this, QStringLiteral("&Redo")),
+            QStringLiteral("mnuEditRedo"),
+            {Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y});
     triggered(ui_->mnuFileNew, &MainWindow::mnuFileNew_Click);
     triggered(ui_->mnuFileOpen, &MainWindow::mnuFileOpen_Click);
     triggered(ui_->mnuFileSave, &MainWindow::mnuFileSave_Click);
@@ -91,13 +107,30 @@ void MainWindow::addPages() {
     connect(createCard_, &CreateCardPage::totalsMeasured, this, &MainWindow::showTotals);
     for (int i = 0; i < ui_->Tabs->count(); ++i) {
         auto* page = qobject_cast<Page*>(ui_->Tabs->widget(i));
-        connect(page, &Page::projectChanged, this, &MainWindow::showCaption);
+        connect(page, &Page::projectChanged, this, [this] {
+            history_.edited(view());
+            showCaption();
+        });
+        const auto look = [this] { history_.looked(view()); };
+        connect(page, &Page::looked, this, look);
+        for (const LineList* list : page->findChildren<LineList*>())
+            connect(list, &LineList::rowChanged, this, look);
+        connect(page, &Page::editBegins, this, [this] { history_.begin(); });
+        connect(page, &Page::editEnds, this, [this] { history_.end(view()); });
         connect(page, &Page::summaryDue, this, &MainWindow::measure);
     }
 }
 
 void MainWindow::Tabs_Click() {
     qobject_cast<Page*>(ui_->Tabs->currentWidget())->showProject();
+    history_.looked(view());
+}
+
+WindowView MainWindow::view() const {
+    WindowView view{.page = ui_->Tabs->currentIndex(), .rows = {}};
+    for (int i = 0; i < ui_->Tabs->count(); ++i)
+        view.rows.append(qobject_cast<Page*>(ui_->Tabs->widget(i))->selectedRows());
+    return view;
 }
 
 void MainWindow::showProject() {
@@ -105,6 +138,20 @@ void MainWindow::showProject() {
         qobject_cast<Page*>(ui_->Tabs->widget(i))->projectReplaced();
     Tabs_Click();
     showCaption();
+    history_.start(view());
+}
+
+// Shows the project as it was before or after an edit, and where the operator was then.
+void MainWindow::showRestored(const WindowView& view) {
+    session_.project.unsavedChanges = session_.differs();
+    ui_->Tabs->setCurrentIndex(view.page);
+    for (int i = 0; i < ui_->Tabs->count(); ++i)
+        if (auto* page = qobject_cast<Page*>(ui_->Tabs->widget(i)); page != createCard_)
+            page->selectRows(view.rows[i]);
+    setup_->showSystemTexts();
+    measure();
+    if (ui_->Tabs->currentWidget() == createCard_)
+        createCard_->showProject();
 }
 
 // Shows another project, the system texts that it brought included.

@@ -3,6 +3,7 @@
 
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QScopeGuard>
 
 #include "app/session_status.h"
 #include "editor/list_import.h"
@@ -79,6 +80,14 @@ void MusicPage::projectReplaced() {
     if (row >= 0)
         return lstMuList_Click();
     showTracks(-1);
+    showSelection();
+}
+
+void MusicPage::selectRows(const QList<int>& rows) {
+    showLists(rows.value(0, -1));
+    if (const auto list = lineAt(project_.lstMuList, rows.value(0, -1)))
+        selectMusicList(project_, *list);
+    showTracks(rows.value(1, -1));
     showSelection();
 }
 
@@ -232,6 +241,8 @@ void MusicPage::importList(const std::function<ImportResult(const KeepGoing&)>& 
     QProgressDialog progress(u"Reading the tracks..."_s, u"Cancel"_s, 0, 0, window());
     progress.setWindowModality(Qt::ApplicationModal);
     progress.setMinimumDuration(50);  // an operator who waits longer wonders
+    emit editBegins();
+    const auto ends = qScopeGuard([this] { emit editEnds(); });
     const KeepGoing keepGoing = [&](int done, int total) {
         progress.setMaximum(total);
         progress.setValue(done);  // pumps events while the dialog is shown

@@ -22,6 +22,7 @@ class MusicPage : public EditorPage {
 
     void showProject() override;
     void projectReplaced() override;
+    void selectRows(const QList<int>& rows) override;
 
  protected:
     EditorControls controls() const override;

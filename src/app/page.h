@@ -29,12 +29,24 @@ class Page : public QScrollArea {
     /// Called when the project was replaced: what the page remembers of the old one is void.
     virtual void projectReplaced() {}
 
+    /// What is selected on the page, as rows of its lists; selectRows() takes it back, and shows
+    /// the project as it is now.
+    virtual QList<int> selectedRows() const { return {}; }
+    virtual void selectRows(const QList<int>&) { showProject(); }
+
  signals:
     /// The page changed the project, or its flag of unsaved changes.
     void projectChanged();
 
     /// The files that go onto the card, or what is shown of them, changed: the summary is due.
     void summaryDue();
+
+    /// The operator selected something else.
+    void looked();
+
+    /// Until editEnds(), all that changes the project is one edit.
+    void editBegins();
+    void editEnds();
 
  protected:
     /// The button that Enter presses on this page while no other has the focus; nullptr for none.

@@ -53,13 +53,18 @@ SessionStatus::SessionStatus(const ProjectSession& session, QStatusBar* bar)
     : QObject(bar),
       session_(session),
       bar_(bar),
+      lblRemoved_(new QLabel),
       lblNotSaved_(new QLabel),
       buttBringBack_(new QPushButton) {
     lblNotSaved_->setObjectName(u"lblNotSaved"_s);
     lblNotSaved_->setTextFormat(Qt::PlainText);
     buttBringBack_->setObjectName(u"buttBringBack"_s);
     buttBringBack_->setAutoDefault(true);  // Enter presses it, too
-    for (QWidget* widget : std::initializer_list<QWidget*>{buttBringBack_, lblNotSaved_}) {
+    lblRemoved_->setObjectName("lblRemoved");
+    lblRemoved_->setTextFormat(Qt::RichText);
+    connect(lblRemoved_, &QLabel::linkActivated, this, &SessionStatus::undoChosen);
+    for (QWidget* widget :
+         std::initializer_list<QWidget*>{lblRemoved_, buttBringBack_, lblNotSaved_}) {
         bar->addPermanentWidget(widget);
         widget->hide();
     }
@@ -88,6 +93,11 @@ void SessionStatus::sayCopyFailed(const QString& problem) {
     const int room = bar_->width() - metrics.horizontalAdvance(text) -
                      lblNotSaved_->sizeHint().width() - metrics.averageCharWidth() * 6;
     bar_->showMessage(text + metrics.elidedText(problem, Qt::ElideMiddle, room), ProblemShownMs);
+}
+
+void SessionStatus::sayRemoved(const QString& words) {
+    lblRemoved_->setText(words.toHtmlEscaped() + QStringLiteral(" <a href=\"undo\">Undo</a>"));
+    lblRemoved_->setVisible(!words.isEmpty());
 }
 
 bool confirmSave(ProjectSession& session, Prompts& prompts) {

@@ -13,8 +13,8 @@ class QStatusBar;
 
 namespace tessaly {
 
-/// The right end of the status bar: where project and file differ, and the offer to bring back what
-/// a cancelled Open closed.
+/// The right end of the status bar: what was removed just now, where project and file differ, and
+/// the offer to bring back what a cancelled Open closed.
 class SessionStatus : public QObject {
     Q_OBJECT
 
@@ -27,13 +27,19 @@ class SessionStatus : public QObject {
     /// Says for a while, in place of the summary, why a recovery copy could not be kept.
     void sayCopyFailed(const QString& problem);
 
+    /// Says what was removed, with a link that undoes it; empty: nothing is to be said any more.
+    void sayRemoved(const QString& words);
+
  signals:
     /// The operator takes the offer.
     void bringBackChosen();
+    /// The operator wants back what was just removed.
+    void undoChosen();
 
  private:
     const ProjectSession& session_;
     QStatusBar* bar_;
+    QLabel* lblRemoved_;
     QLabel* lblNotSaved_;
     QPushButton* buttBringBack_;
 };

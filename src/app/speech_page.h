@@ -15,6 +15,9 @@ class SpeechPage : public EditorPage {
 
     void showProject() override;
     void projectReplaced() override;
+    void selectRows(const QList<int>& rows) override {
+        showRows(rows.value(0, -1), rows.value(1, -1));
+    }
 
  protected:
     EditorControls controls() const override;

@@ -59,14 +59,27 @@ void TriggersPage::showProject() {
         buttTrigSpeech_Click();
 }
 
+QList<int> TriggersPage::selectedRows() const {
+    return {int(selector_.mode), selector_.leftRow, selector_.rightRow};
+}
+
+void TriggersPage::selectRows(const QList<int>& rows) {
+    selector_ = selectTriggerMode(project_, TriggerMode(rows.value(0)));
+    selectTriggerLeft(project_, selector_, rows.value(1, -1));
+    selectTriggerRight(selector_, rows.value(2, -1));
+    showSelector();
+}
+
 void TriggersPage::buttTrigMusic_Click() {
     selector_ = selectTriggerMode(project_, TriggerMode::Music);
     showSelector();
+    emit looked();
 }
 
 void TriggersPage::buttTrigSpeech_Click() {
     selector_ = selectTriggerMode(project_, TriggerMode::Speech);
     showSelector();
+    emit looked();
 }
 
 void TriggersPage::lstTrigLeft_Click() {
@@ -126,6 +139,7 @@ void TriggersPage::buttViewTrig_Click(int slot) {
     if (const auto view = viewTrigger(project_, slot)) {
         selector_ = *view;
         showSelector();
+        emit looked();
     }
     emit projectChanged();
 }

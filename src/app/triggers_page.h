@@ -29,6 +29,9 @@ class TriggersPage : public Page {
     ~TriggersPage() override;
 
     void showProject() override;
+    /// Music or speech, then the rows of both lists.
+    QList<int> selectedRows() const override;
+    void selectRows(const QList<int>& rows) override;
 
  private:
     struct Row {

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QList>
+#include <QString>
+
+#include "model/project.h"
+
+namespace tessaly {
+
+/// What one edit changed in a project: enough to take it back and to make it again. Of the table of
+/// tracks only the records that changed are kept, and all else is shared with the neighbouring
+/// edits, so that a hundred edits of the largest project take some megabytes.
+class ProjectChange {
+ public:
+    ProjectChange(const Project& before, const Project& after);
+
+    /// Puts the project back to what it was before the edit, field by field, or to what it was
+    /// after it. `project` must be what the other of the two leaves.
+    void undo(Project& project) const;
+    void redo(Project& project) const;
+
+ private:
+    struct Record {
+        qsizetype slot;
+        TrackRecord before, after;
+    };
+
+    // The two states without their tables of tracks.
+    Project before_, after_;
+    // The table: records that differ, and what only the longer of the two has at its end.
+    QList<Record> records_;
+    QList<TrackRecord> endBefore_, endAfter_;
+    qsizetype common_ = 0;
+};
+
+/// What was done to get from one state to the other, for a menu: "Remove Title 'Harbour'", "Add 14
+/// Tracks", "Rename List 'Rock'". Empty when both hold the same.
+QString editInWords(const Project& before, const Project& after);
+
+/// Whether nothing but texts that are typed letter by letter differs: card title and chime file.
+bool isTypedText(const Project& before, Project after);
+
+/// What a removal took along, as one sentence: "Harbour and its 5 files removed". Empty when
+/// nothing was removed.
+QString removalInWords(const Project& before, const Project& after);
+
+}  // namespace tessaly
