@@ -24,7 +24,7 @@ class EditHistory::Step : public QUndoCommand {
           viewBefore_(history.view_),
           viewAfter_(after),
           field_(field) {
-        setText(QString(words).replace('&'_L1, "&&"_L1));
+        setText(QString(words).replace(u"&"_s, u"&&"_s));
     }
 
     void undo() override {

@@ -80,10 +80,9 @@ void MainWindow::connectMenus() {
         action->setShortcuts(keys);
         ui_->mnuEdit->addAction(action);
     };
-    addStep(history_.stack().createUndoAction(this, QStringLiteral("&Undo")),
-            QStringLiteral("mnuEditUndo"), {Qt::CTRL | Qt::Key_Z});
-    addStep(history_.stack().createRedoAction(this, QStringLiteral("&Redo")),
-            QStringLiteral("mnuEditRedo"),
+    addStep(history_.stack().createUndoAction(this, u"&Undo"_s), u"mnuEditUndo"_s,
+            {Qt::CTRL | Qt::Key_Z});
+    addStep(history_.stack().createRedoAction(this, u"&Redo"_s), u"mnuEditRedo"_s,
             {Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y});
     triggered(ui_->mnuFileNew, &MainWindow::mnuFileNew_Click);
     triggered(ui_->mnuFileOpen, &MainWindow::mnuFileOpen_Click);

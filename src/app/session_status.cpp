@@ -60,7 +60,7 @@ SessionStatus::SessionStatus(const ProjectSession& session, QStatusBar* bar)
     lblNotSaved_->setTextFormat(Qt::PlainText);
     buttBringBack_->setObjectName(u"buttBringBack"_s);
     buttBringBack_->setAutoDefault(true);  // Enter presses it, too
-    lblRemoved_->setObjectName("lblRemoved");
+    lblRemoved_->setObjectName(u"lblRemoved"_s);
     lblRemoved_->setTextFormat(Qt::RichText);
     connect(lblRemoved_, &QLabel::linkActivated, this, &SessionStatus::undoChosen);
     for (QWidget* widget :
@@ -96,7 +96,7 @@ void SessionStatus::sayCopyFailed(const QString& problem) {
 }
 
 void SessionStatus::sayRemoved(const QString& words) {
-    lblRemoved_->setText(words.toHtmlEscaped() + QStringLiteral(" <a href=\"undo\">Undo</a>"));
+    lblRemoved_->setText(words.toHtmlEscaped() + u" <a href=\"undo\">Undo</a>"_s);
     lblRemoved_->setVisible(!words.isEmpty());
 }
 
