@@ -3,6 +3,7 @@
 
 #include <malloc.h>
 
+#include <QAction>
 #include <QApplication>
 
 #include "model/card_file.h"
@@ -66,6 +67,16 @@ QList<TrackRecord> recordsThatCount(const Project& project) {
     return records;
 }
 
+// The project without what no edit changes: what is on view, the flag, the numbers of a card.
+Project edited(Project project) {
+    project.unsavedChanges = project.suppressTriggerEvents = false;
+    project.currentMusicList = 0;
+    project.DefaultLanguageCopy.clear();
+    for (TrackRecord& record : project.TrackTable)
+        record.typeTag = {};
+    return project;
+}
+
 }  // namespace
 
 Ledger::Ledger(World& world)
@@ -86,13 +97,17 @@ QStringList Ledger::afterEvent() {
 QStringList Ledger::mark() {
     const Project& project = world_.bench.current;
     const bool wasMarked = std::exchange(wasMarked_, project.unsavedChanges);
-    if (project.unsavedChanges)
-        return {};
     QStringList wrong;
+    if (world_.happenings.sessionChanged)
+        start_.reset();
+    if (world_.happenings.undone && project.unsavedChanges != world_.bench.session.differs())
+        wrong.append("after Undo the mark says something else than the file");
+    if (project.unsavedChanges)
+        return wrong;
     const QStringList now = markedContent(project);
     const Happenings& happened = world_.happenings;
-    const bool sessionChanged =
-        happened.sessionChanged || (couldBringBack_ && !world_.bench.session.canBringBack());
+    const bool sessionChanged = happened.sessionChanged || happened.undone ||
+                                (couldBringBack_ && !world_.bench.session.canBringBack());
     if (wasMarked && !sessionChanged && !happened.ranCard) {
         QFile file(world_.bench.session.fileName());
         if (!file.open(QIODevice::ReadOnly) || file.readAll() != encodeProject(project))
@@ -157,6 +172,29 @@ QStringList Ledger::savedAndReadBack() {
         lists.removeAll(list);
     if (back.lstMuList != lists)
         wrong.append("music lists are not read back");
+    return wrong;
+}
+
+QStringList Ledger::undoneAndRedone() {
+    const auto* window = world_.bench.window.get();
+    auto* undo = window->findChild<QAction*>("mnuEditUndo");
+    auto* redo = window->findChild<QAction*>("mnuEditRedo");
+    const Project& project = world_.bench.current;
+    const Project now = edited(project);
+    int steps = 0;
+    for (; undo->isEnabled(); ++steps)
+        undo->trigger();
+    QStringList wrong;
+    if (start_ && *start_ != edited(project))
+        wrong.append(QString("%1 steps undone do not lead to the start").arg(steps));
+    start_ = edited(project);
+    for (int step = 0; step < steps; ++step)
+        redo->trigger();
+    if (edited(project) != now)
+        wrong.append(QString("%1 steps undone and redone are another project").arg(steps));
+    before_ = project;
+    wasMarked_ = project.unsavedChanges;
+    clean_ = markedContent(project);
     return wrong;
 }
 

@@ -19,6 +19,10 @@ class Ledger {
     /// Every now and then: the project can be saved and is read back alike.
     QStringList savedAndReadBack();
 
+    /// Every now and then: all that was done is undone and done again, which leads to where the
+    /// undoing began the last time, and back to where things are now, field by field.
+    QStringList undoneAndRedone();
+
     /// Every now and then: nothing but the card and the folder of saved projects has changed.
     QStringList outside() const;
 
@@ -36,6 +40,7 @@ class Ledger {
     QMap<QString, QByteArray> untouchables_;
     QStringList places_;
     Project before_;
+    std::optional<Project> start_;  // to which everything is undone; nothing: not known yet
     bool differed_ = false;
     bool couldBringBack_ = false;
     QStringList clean_;  // the project in words when the mark went last

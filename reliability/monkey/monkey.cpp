@@ -25,6 +25,7 @@ constexpr int SaveEvery = 50;
 constexpr int CountEvery = 20;
 constexpr int PaintEvery = 10;
 constexpr int LookOutsideEvery = 1000;
+constexpr int UndoEvery = 100;
 constexpr int MeasureEvery = 2000;
 constexpr int MostRecords = 250;   // then it is time for something new
 constexpr int MostInOneLoop = 40;  // events, before a modal window is closed
@@ -410,6 +411,8 @@ void Monkey::checkAfterEvent() {
     if (events_ % SaveEvery == 0)
         found += ledger_.savedAndReadBack();
     if (depth_ == 1) {
+        if (events_ % UndoEvery == 0 && !isRunning && bench.window->isVisible())
+            found += ledger_.undoneAndRedone();
         if (events_ % LookOutsideEvery == 0)
             found += ledger_.outside();
         if (events_ % MeasureEvery == 0)

@@ -112,6 +112,9 @@ void World::restart() {
     }
     bench.start();
     bench.window->findChild<QTimer*>("tmrRecovery")->stop();  // fires when the monkey says so
+    for (const char* step : {"mnuEditUndo", "mnuEditRedo"})
+        QObject::connect(bench.find<QAction>(step), &QAction::triggered, bench.window.get(),
+                         [this] { happenings.undone = true; });
     bench.window->activateWindow();
     bench.window->offerRecovery();
 }

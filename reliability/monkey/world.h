@@ -14,6 +14,7 @@ namespace tessaly::monkey {
 struct Happenings {
     bool sessionChanged = false;  ///< New, Open, Save As, Recover or a new start were under way
     bool keepCopyBeforeDiscard = false;  ///< the project that was open was given up
+    bool undone = false;                 ///< an edit was undone or redone
     bool ranCard = false;                ///< a card was written, or tried to be
 };
 

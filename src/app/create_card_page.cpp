@@ -62,6 +62,11 @@ void CreateCardPage::showProject() {
         renewChecks();
 }
 
+void CreateCardPage::selectRows(const QList<int>&) {
+    if (isVisible())
+        showProject();
+}
+
 void CreateCardPage::renewChecks() {
     checksDue_ = false;
     const CardChecks checks =

@@ -57,6 +57,8 @@ class CreateCardPage : public Page {
 
     /// Runs the checks; while a card is written, once that has ended.
     void showProject() override;
+    /// The checks are for a page that is seen.
+    void selectRows(const QList<int>& rows) override;
 
     bool isRunning() const { return writer_.isRunning(); }
 

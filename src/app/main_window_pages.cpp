@@ -44,7 +44,8 @@ MainWindow::MainWindow(ProjectSession& session, const Services& services)
     ui_->sbStatusBar->addWidget(statusText_, 1);
     sessionStatus_ = new SessionStatus(session_, ui_->sbStatusBar);
     connect(sessionStatus_, &SessionStatus::bringBackChosen, this, &MainWindow::bringBack);
-    connect(sessionStatus_, &SessionStatus::undoChosen, &history_.stack(), &QUndoStack::undo);
+    connect(sessionStatus_, &SessionStatus::undoChosen, this,
+            [this] { findChild<QAction*>(u"mnuEditUndo"_s)->trigger(); });
     connect(&history_, &EditHistory::removed, sessionStatus_, &SessionStatus::sayRemoved);
     connect(&history_, &EditHistory::restored, this, &MainWindow::showRestored);
     addPages();
@@ -144,13 +145,13 @@ void MainWindow::showProject() {
 void MainWindow::showRestored(const WindowView& view) {
     session_.project.unsavedChanges = session_.differs();
     ui_->Tabs->setCurrentIndex(view.page);
-    for (int i = 0; i < ui_->Tabs->count(); ++i)
-        if (auto* page = qobject_cast<Page*>(ui_->Tabs->widget(i)); page != createCard_)
-            page->selectRows(view.rows[i]);
+    // What is selected for a trigger brings its list on view: the page in front has the last word.
+    for (int i = ui_->Tabs->count() - 1; i >= 0; --i)
+        if (i != view.page)
+            qobject_cast<Page*>(ui_->Tabs->widget(i))->selectRows(view.rows[i]);
+    qobject_cast<Page*>(ui_->Tabs->widget(view.page))->selectRows(view.rows[view.page]);
     setup_->showSystemTexts();
     measure();
-    if (ui_->Tabs->currentWidget() == createCard_)
-        createCard_->showProject();
 }
 
 // Shows another project, the system texts that it brought included.

@@ -6,6 +6,8 @@
 #include <vector>
 
 #include "editor/music_editor.h"
+#include "editor/project_change.h"
+#include "model/project_snapshot.h"
 #include "support/projects.h"
 #include "support/scratch_folder.h"
 
@@ -268,10 +270,23 @@ TEST(EditorModel, RandomStepsAgree) {
     for (unsigned seed = 1; seed <= 150; ++seed) {
         SCOPED_TRACE(seed);
         Steps steps(seed);
+        Project& project = steps.project;
+        const Project start = project;
+        std::vector<ProjectChange> changes;
         for (int i = 0; i < 150 && !testing::Test::HasFailure(); ++i) {
+            const Project before = project;
             steps.take();
             steps.compare();
+            changes.emplace_back(before, project);
+            EXPECT_EQ(editInWords(before, project).isEmpty(), sameContent(before, project));
         }
+        const Project end = project;
+        for (auto change = changes.rbegin(); change != changes.rend(); ++change)
+            change->undo(project);
+        EXPECT_TRUE(project == start);
+        for (const ProjectChange& change : changes)
+            change.redo(project);
+        EXPECT_TRUE(project == end);
     }
 }
 

@@ -156,7 +156,7 @@ QStringList menusOf(const QWidget* window) {
     QStringList lines;
     for (const QMenu* menu : window->findChildren<QMenu*>())
         for (const QAction* action : menu->actions())
-            if (!action->text().isEmpty())
+            if (!action->text().isEmpty() && !menu->title().isEmpty())  // the bar's own has none
                 lines.append(QString("%1 %2 %3 %4%5")
                                  .arg(quoted(menu->title()), action->objectName(),
                                       quoted(action->text()), action->shortcut().toString(),
