@@ -15,8 +15,59 @@ using namespace Qt::StringLiterals;
 namespace {
 
 Project withoutTable(Project project) {
-    project.TrackTable.clear();
+    project.TrackTable = {};  // clear() would keep its room
     return project;
+}
+
+constexpr int FieldCount = 8;
+
+Variant valueOf(const TrackRecord& record, int field) {
+    switch (field) {
+        case 0:
+            return record.kind;
+        case 1:
+            return record.itemName;
+        case 2:
+            return record.groupName;
+        case 3:
+            return record.sourcePath;
+        case 4:
+            return record.endlessLoop;
+        case 5:
+            return record.cancelOnInterrupt;
+        case 6:
+            return record.loudVolume;
+        default:
+            return QString::fromLatin1(record.typeTag.data(), record.typeTag.size());
+    }
+}
+
+void setValue(TrackRecord& record, int field, const Variant& value) {
+    switch (field) {
+        case 0:
+            record.kind = value;
+            break;
+        case 1:
+            record.itemName = value;
+            break;
+        case 2:
+            record.groupName = value;
+            break;
+        case 3:
+            record.sourcePath = value;
+            break;
+        case 4:
+            record.endlessLoop = *value.asBoolean();
+            break;
+        case 5:
+            record.cancelOnInterrupt = *value.asBoolean();
+            break;
+        case 6:
+            record.loudVolume = *value.asBoolean();
+            break;
+        default:
+            std::ranges::copy(value.asText()->toLatin1(), record.typeTag.begin());
+    }
 }
 
 }  // namespace
@@ -30,31 +81,39 @@ ProjectChange::ProjectChange(const Project& before, const Project& after)
     if (!before.TrackTable.isSharedWith(after.TrackTable))
         for (qsizetype slot = 0; slot < common_; ++slot)
             if (before.TrackTable[slot] != after.TrackTable[slot])
-                records_.append({slot, before.TrackTable[slot], after.TrackTable[slot]});
+                compare(slot, before.TrackTable[slot], after.TrackTable[slot]);
     endBefore_ = before.TrackTable.mid(common_);
     endAfter_ = after.TrackTable.mid(common_);
 }
 
-// Without making the records' list anew where none of them changed: it stays shared.
-void ProjectChange::undo(Project& project) const {
-    QList<TrackRecord> table = std::exchange(project.TrackTable, {});
-    Q_ASSERT(table.size() == common_ + endAfter_.size());
-    for (const Record& record : records_)
-        table[record.slot] = record.before;
-    table.resize(common_);
-    table.append(endBefore_);
-    project = before_;
-    project.TrackTable = std::move(table);
+// A list that was renamed changes all its records in the same way: that is one change.
+void ProjectChange::compare(qsizetype slot, const TrackRecord& before, const TrackRecord& after) {
+    for (int field = 0; field < FieldCount; ++field) {
+        const Variant old = valueOf(before, field), now = valueOf(after, field);
+        if (old == now)
+            continue;
+        const auto same =
+            std::find_if(fields_.rbegin(), fields_.rend(),
+                         [&](const FieldChange& change) { return change.field == field; });
+        if (same == fields_.rend() || same->before != old || same->after != now)
+            fields_.append({field, old, now, {{slot, slot + 1}}});
+        else if (same->ranges.last().second == slot)
+            ++same->ranges.last().second;
+        else
+            same->ranges.append({slot, slot + 1});
+    }
 }
 
-void ProjectChange::redo(Project& project) const {
+void ProjectChange::put(Project& project, bool isAfter) const {
     QList<TrackRecord> table = std::exchange(project.TrackTable, {});
-    Q_ASSERT(table.size() == common_ + endBefore_.size());
-    for (const Record& record : records_)
-        table[record.slot] = record.after;
+    Q_ASSERT(table.size() == common_ + (isAfter ? endBefore_ : endAfter_).size());
+    for (const FieldChange& change : fields_)
+        for (const auto& [first, end] : change.ranges)
+            for (qsizetype slot = first; slot < end; ++slot)
+                setValue(table[slot], change.field, isAfter ? change.after : change.before);
     table.resize(common_);
-    table.append(endAfter_);
-    project = after_;
+    table.append(isAfter ? endAfter_ : endBefore_);
+    project = isAfter ? after_ : before_;
     project.TrackTable = std::move(table);
 }
 

@@ -3,6 +3,7 @@
 
 #include <QList>
 #include <QString>
+#include <utility>
 
 #include "model/project.h"
 
@@ -17,19 +18,24 @@ class ProjectChange {
 
     /// Puts the project back to what it was before the edit, field by field, or to what it was
     /// after it. `project` must be what the other of the two leaves.
-    void undo(Project& project) const;
-    void redo(Project& project) const;
+    void undo(Project& project) const { put(project, false); }
+    void redo(Project& project) const { put(project, true); }
 
  private:
-    struct Record {
-        qsizetype slot;
-        TrackRecord before, after;
+    // One field of the records in some ranges of slots, which had one value and got another.
+    struct FieldChange {
+        int field;
+        Variant before, after;
+        QList<std::pair<qsizetype, qsizetype>> ranges;  // first, and the one behind the last
     };
+
+    void put(Project& project, bool isAfter) const;
+    void compare(qsizetype slot, const TrackRecord& before, const TrackRecord& after);
 
     // The two states without their tables of tracks.
     Project before_, after_;
-    // The table: records that differ, and what only the longer of the two has at its end.
-    QList<Record> records_;
+    // The table: what differs, and the records that only the longer of the two has at its end.
+    QList<FieldChange> fields_;
     QList<TrackRecord> endBefore_, endAfter_;
     qsizetype common_ = 0;
 };
