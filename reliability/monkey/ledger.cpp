@@ -67,10 +67,13 @@ QList<TrackRecord> recordsThatCount(const Project& project) {
     return records;
 }
 
-// The project without what no edit changes: what is on view, the flag, the numbers of a card.
+// The project without what no edit changes: what is on view, the flag, the numbers of a card. Of
+// the default languages those that are gone are taken out whenever they are shown; see
+// sameContent().
 Project edited(Project project) {
     project.unsavedChanges = project.suppressTriggerEvents = false;
     project.currentMusicList = 0;
+    project.DefaultLanguageTable.clear();
     project.DefaultLanguageCopy.clear();
     for (TrackRecord& record : project.TrackTable)
         record.typeTag = {};
@@ -98,7 +101,8 @@ QStringList Ledger::mark() {
     const Project& project = world_.bench.current;
     const bool wasMarked = std::exchange(wasMarked_, project.unsavedChanges);
     QStringList wrong;
-    if (world_.happenings.sessionChanged)
+    if (world_.happenings.sessionChanged ||
+        (couldBringBack_ && !world_.bench.session.canBringBack()))
         start_.reset();
     if (world_.happenings.undone && project.unsavedChanges != world_.bench.session.differs())
         wrong.append("after Undo the mark says something else than the file");
@@ -180,17 +184,20 @@ QStringList Ledger::undoneAndRedone() {
     auto* undo = window->findChild<QAction*>("mnuEditUndo");
     auto* redo = window->findChild<QAction*>("mnuEditRedo");
     const Project& project = world_.bench.current;
-    const Project now = edited(project);
+    const Project now = project;
     int steps = 0;
     for (; undo->isEnabled(); ++steps)
         undo->trigger();
     QStringList wrong;
-    if (start_ && *start_ != edited(project))
+    const auto isLike = [&](const Project& other) {
+        return edited(project) == edited(other) && sameContent(project, other);
+    };
+    if (start_ && !isLike(*start_))
         wrong.append(QString("%1 steps undone do not lead to the start").arg(steps));
-    start_ = edited(project);
+    start_ = project;
     for (int step = 0; step < steps; ++step)
         redo->trigger();
-    if (edited(project) != now)
+    if (!isLike(now))
         wrong.append(QString("%1 steps undone and redone are another project").arg(steps));
     before_ = project;
     wasMarked_ = project.unsavedChanges;

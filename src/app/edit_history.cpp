@@ -27,15 +27,21 @@ class EditHistory::Step : public QUndoCommand {
         setText(QString(words).replace(u"&"_s, u"&&"_s));
     }
 
+    // What came about since without an edit, as default languages that are gone when their page is
+    // shown, belongs to the step: the way back leads to exactly where it began.
     void undo() override {
+        const Project after = history_.project_;
         change_.undo(history_.project_);
+        change_ = ProjectChange(history_.project_, after);
         history_.restore(viewBefore_);
     }
 
     void redo() override {
         if (std::exchange(isDone_, false))
             return;  // by the operator, before this step was made
+        const Project before = history_.project_;
         change_.redo(history_.project_);
+        change_ = ProjectChange(before, history_.project_);
         history_.restore(viewAfter_);
     }
 
