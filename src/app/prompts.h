@@ -3,6 +3,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include "platform/drives.h"
 #include "platform/file_system.h"
@@ -19,6 +20,8 @@ struct Message {
     QString text;  ///< a carriage return in it breaks the line
     Icon icon = Icon::Information;
     QString title = {};
+    QString more = {};     ///< informative text below it, in a quieter voice
+    QString details = {};  ///< lines behind a button "Details"; empty: no such button
 };
 
 /// A file dialog for one kind of file.
@@ -26,6 +29,7 @@ struct FileRequest {
     QString filter;       ///< "Name (*.ext)", several parted by ";;"
     QString folder;       ///< where it starts
     QString suffix = {};  ///< added to a new file's name that has none
+    QString title = {};   ///< what the file is for
 };
 
 /// Everything that asks the operator or tells them something in a window of its own: the one seam
@@ -45,6 +49,8 @@ class Prompts {
 
     /// The chosen file; empty when cancelled.
     virtual QString openFile(const FileRequest& request) = 0;
+    /// The chosen files, one or more; empty when cancelled.
+    virtual QStringList openFiles(const FileRequest& request) = 0;
     /// The chosen file, overwriting confirmed; empty when cancelled.
     virtual QString saveFile(const FileRequest& request) = 0;
     /// The chosen folder; empty when cancelled.

@@ -57,6 +57,8 @@ int show(const Message& message, QMessageBox::StandardButtons buttons,
         message.title.isEmpty() ? QApplication::applicationDisplayName() : message.title, text,
         buttons, parentWindow());
     box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(message.more);
+    box.setDetailedText(message.details);
     box.setDefaultButton(defaultButton);
     if (QAbstractButton* button = box.button(QMessageBox::Apply))
         button->setText(action);
@@ -80,11 +82,17 @@ bool QtPrompts::offer(const Message& message, const QString& action) {
 }
 
 QString QtPrompts::openFile(const FileRequest& request) {
-    return QFileDialog::getOpenFileName(parentWindow(), {}, request.folder, request.filter);
+    return QFileDialog::getOpenFileName(parentWindow(), request.title, request.folder,
+                                        request.filter);
+}
+
+QStringList QtPrompts::openFiles(const FileRequest& request) {
+    return QFileDialog::getOpenFileNames(parentWindow(), request.title, request.folder,
+                                         request.filter);
 }
 
 QString QtPrompts::saveFile(const FileRequest& request) {
-    QFileDialog dialog(parentWindow(), {}, request.folder, request.filter);
+    QFileDialog dialog(parentWindow(), request.title, request.folder, request.filter);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setDefaultSuffix(request.suffix);  // before the question about overwriting
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();

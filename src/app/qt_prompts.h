@@ -17,6 +17,7 @@ class QtPrompts : public Prompts {
     bool ask(const Message& question, bool defaultsToNo) override;
     bool offer(const Message& message, const QString& action) override;
     QString openFile(const FileRequest& request) override;
+    QStringList openFiles(const FileRequest& request) override;
     QString saveFile(const FileRequest& request) override;
     QString pickFolder(const QString& caption, const QString& start) override;
     QString pickDrive(const Drives& drives, const QString& current) override;

@@ -129,8 +129,11 @@ void turnWheel(QWidget* widget, QPoint at, int degrees) {
 
 bool drop(QWidget* widget, QPoint at, const QString& text, bool asFile) {
     QMimeData data;
+    QList<QUrl> files;
+    for (const QString& file : text.split(" | "))
+        files.append(QUrl::fromLocalFile(file));
     if (asFile)
-        data.setUrls({QUrl::fromLocalFile(text)});
+        data.setUrls(files);
     else
         data.setText(text);
     const Qt::DropActions both = Qt::CopyAction | Qt::MoveAction;

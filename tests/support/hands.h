@@ -51,7 +51,8 @@ void click(QWidget* widget, QPoint at, Qt::MouseButton button = Qt::LeftButton,
 void doubleClick(QWidget* widget, QPoint at);
 void moveTo(QWidget* widget, QPoint at);  ///< buttons that are down stay down
 void turnWheel(QWidget* widget, QPoint at, int degrees);
-/// Offers a move, which a source would take from itself; true when it came in as a copy.
+/// Offers a move, which a source would take from itself; true when it came in as a copy. Several
+/// files are parted by " | ".
 bool drop(QWidget* widget, QPoint at, const QString& text, bool asFile);
 void composeText(const QString& text);  ///< as an input method does
 

@@ -30,6 +30,10 @@ class ReadyPrompts : public Prompts {
     QString openFile(const FileRequest& request) override {
         return place("open " + request.filter);
     }
+    QStringList openFiles(const FileRequest& request) override {
+        const QString one = openFile(request);
+        return one.isEmpty() ? QStringList() : one.split(" | ");
+    }
     QString saveFile(const FileRequest& request) override {
         return place("save " + request.filter);
     }

@@ -23,6 +23,13 @@ QString SessionPrompts::openFile(const FileRequest& request) {
                   : session_.answer("a file to open: " + request.filter + ", from \"" +
                                     request.folder + '"');
 }
+QStringList SessionPrompts::openFiles(const FileRequest& request) {
+    if (isReal)
+        return QtPrompts::openFiles(request);
+    const QString files =
+        session_.answer("files to open: " + request.filter + ", from \"" + request.folder + '"');
+    return files.isEmpty() ? QStringList() : files.split(" | ");
+}
 QString SessionPrompts::saveFile(const FileRequest& request) {
     return isReal ? QtPrompts::saveFile(request)
                   : session_.answer("a file to save: " + request.filter + " (." + request.suffix +

@@ -28,6 +28,7 @@ class SessionPrompts : public QtPrompts {
     void tell(const Message& message) override;
     bool ask(const Message& question, bool defaultsToNo) override;
     QString openFile(const FileRequest& request) override;
+    QStringList openFiles(const FileRequest& request) override;
     QString saveFile(const FileRequest& request) override;
     QString pickFolder(const QString& caption, const QString& start) override;
     QString pickDrive(const Drives& drives, const QString& current) override;

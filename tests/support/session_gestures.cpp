@@ -129,6 +129,24 @@ void Session::addKeysAndClicks() {
             say(drop(widget, spotOn(widget), rest.section(' ', 1), false) ? "as a copy"
                                                                           : "not taken");
     };
+    // drop-files LIST [ROW [COLUMN]] > FILE | FILE: onto that row, else onto the empty part; a
+    // table also has columns, counted from 0.
+    verbs["drop-files"] = [this](const QString& rest) {
+        const QString target = rest.section(" > ", 0, 0);
+        auto* view = qobject_cast<QAbstractItemView*>(named(target.section(' ', 0, 0)));
+        if (!view)
+            return;
+        QPoint at = view->viewport()->rect().bottomLeft() + QPoint(5, -2);
+        if (const QString row = target.section(' ', 1); !row.isEmpty()) {
+            const bool hasColumn = view->model()->columnCount() > 1 && row.contains(' ');
+            const QModelIndex index =
+                view->model()->index(rowOf(view, hasColumn ? row.section(' ', 0, -2) : row),
+                                     hasColumn ? row.section(' ', -1).toInt() : 0);
+            view->scrollTo(index);
+            at = view->visualRect(index).center();
+        }
+        say(drop(view->viewport(), at, rest.section(" > ", 1), true) ? "as a copy" : "not taken");
+    };
     // compose TEXT: as an input method does, in place of as many characters as there are "<" first
     verbs["compose"] = [](const QString& text) {
         const int replaced = int(text.count('<'));

@@ -270,10 +270,16 @@ QStringList WindowText::ofBox(QWidget* box) {
                                           {QMessageBox::Question, "question"},
                                           {QMessageBox::Warning, "exclamation"},
                                           {QMessageBox::Critical, "critical"}};
-    return {QString("box ") + quoted(box->windowTitle()) + ' ' + icons.value(message->icon()) +
-                (message->textFormat() == Qt::PlainText ? "" : " with markup") +
-                (box->parentWidget() ? " before " + nameOf(box->parentWidget()) : " of nobody"),
-            "  " + quoted(message->text()), "  " + buttons.join(' ')};
+    QStringList lines{
+        QString("box ") + quoted(box->windowTitle()) + ' ' + icons.value(message->icon()) +
+            (message->textFormat() == Qt::PlainText ? "" : " with markup") +
+            (box->parentWidget() ? " before " + nameOf(box->parentWidget()) : " of nobody"),
+        "  " + quoted(message->text())};
+    for (const auto& [what, text] : {std::pair("more ", message->informativeText()),
+                                     std::pair("behind Details ", message->detailedText())})
+        if (!text.isEmpty())
+            lines.append(QString("  ") + what + quoted(text));
+    return lines + QStringList("  " + buttons.join(' '));
 }
 
 }  // namespace tessaly::test
