@@ -62,7 +62,7 @@ void CreateCardPage::showProject() {
         renewChecks();
 }
 
-void CreateCardPage::selectRows(const QList<int>&) {
+void CreateCardPage::selectRows(const QList<Rows>&) {
     if (isVisible())
         showProject();
 }

@@ -58,7 +58,7 @@ class CreateCardPage : public Page {
     /// Runs the checks; while a card is written, once that has ended.
     void showProject() override;
     /// The checks are for a page that is seen.
-    void selectRows(const QList<int>& rows) override;
+    void selectRows(const QList<Rows>& rows) override;
 
     bool isRunning() const { return writer_.isRunning(); }
 

@@ -7,6 +7,7 @@
 #include <QUndoStack>
 #include <QWidget>
 
+#include "editor/item_lists.h"
 #include "model/project.h"
 
 namespace tessaly {
@@ -15,7 +16,7 @@ namespace tessaly {
 /// it (see Page::selectedRows()).
 struct WindowView {
     int page = 0;
-    QList<QList<int>> rows;
+    QList<QList<Rows>> rows;
 };
 
 /// What was done to the project, one step after the other, so that it can be undone and redone. A

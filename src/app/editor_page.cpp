@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/editor_page.h"
 
+#include <QAction>
 #include <QFileInfo>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -26,6 +28,10 @@ EditorPage::EditorPage(Project& project, const Services& services, const ListSec
     for (ListSection* section : {&first_, &second_}) {
         lists->addWidget(section);
         connect(section, &ListSection::refused, this, [this] { services_.prompts.beep(); });
+        browseCommands_.append(
+            section->addCommand(file_.browseButton()->text().remove(u'&'), u"Enter"_s));
+        connect(browseCommands_.last(), &QAction::triggered, file_.browseButton(),
+                &QPushButton::click);
     }
 }
 
@@ -34,6 +40,8 @@ void EditorPage::showSelection() {
     first_.enable(enabled.first);
     second_.enable(enabled.second);
     file_.browseButton()->setEnabled(enabled.chooseFile);
+    for (QAction* command : browseCommands_)
+        command->setEnabled(enabled.chooseFile);
     file_.showFile(display());
 }
 
@@ -46,7 +54,18 @@ void EditorPage::entered(ListSection& section) {
 }
 
 QString EditorPage::askForName(const ListSection& section, const QString& prompt) {
-    return services_.prompts.inputText(prompt, section.list()->line(), section.limit());
+    const QString name = section.list()->line();
+    const QString answer = services_.prompts.inputText(prompt, name, section.limit());
+    return section.keepsEqualName() && answer == name ? QString() : answer;
+}
+
+// Enter in a list chooses the file of what is selected there, unless a new name waits to be added.
+void EditorPage::keyPressEvent(QKeyEvent* event) {
+    const bool isInList = first_.list()->hasFocus() || second_.list()->hasFocus();
+    if (isInList && isEnter(*event) && !hasEnabledDefault())
+        file_.browseButton()->click();
+    else
+        Page::keyPressEvent(event);
 }
 
 QString EditorPage::askForFile() {

@@ -16,8 +16,8 @@ class EditorPage : public Page {
 
  public:
     /// The rows of both lists.
-    QList<int> selectedRows() const override {
-        return {first_.list()->row(), second_.list()->row()};
+    QList<Rows> selectedRows() const override {
+        return {first_.list()->rows(), second_.list()->rows()};
     }
 
  protected:
@@ -29,6 +29,8 @@ class EditorPage : public Page {
     virtual FileDisplay display() const = 0;
 
     void showSelection();
+
+    void keyPressEvent(QKeyEvent* event) override;
 
     /// The text of a section's field changed: Enter adds it, if it can be added.
     void entered(ListSection& section);
@@ -47,6 +49,7 @@ class EditorPage : public Page {
 
  private:
     QString lastFileFolder_;
+    QList<QAction*> browseCommands_;
 };
 
 }  // namespace tessaly

@@ -1,36 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/list_section.h"
 
+#include <QAction>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QShortcut>
-#include <QSignalBlocker>
-#include <QStringListModel>
 #include <QStyle>
 #include <QToolButton>
 
 #include "app/small_widgets.h"
-#include "model/format_limits.h"
 
 namespace tessaly {
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-class LineModel : public QStringListModel {
- public:
-    using QStringListModel::QStringListModel;
-
-    QVariant data(const QModelIndex& index, int role) const override {
-        if (role != Qt::ToolTipRole)
-            return QStringListModel::data(index, role);
-        const QString text = index.data().toString();
-        return text.size() > limits::DisplayText ? text : QVariant();
-    }
-};
 
 template <typename Widget>
 Widget* named(QStringView name, Widget* widget) {
@@ -43,42 +28,6 @@ QPushButton* makeButton(QStringView name, QStringView text, QWidget* parent) {
 }
 
 }  // namespace
-
-// ---- the list ----------------------------------------------------------------------------------
-
-LineList::LineList(QWidget* parent) : QListView(parent) {
-    setModel(new LineModel(this));
-    setEditTriggers(NoEditTriggers);
-    setUniformItemSizes(true);
-    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, &LineList::rowChanged);
-}
-
-void LineList::showLines(const QStringList& lines, int row) {
-    auto* shown = static_cast<QStringListModel*>(model());
-    if (shown->stringList() != lines)
-        shown->setStringList(lines);
-    selectRow(row);
-}
-
-void LineList::selectRow(int row) {
-    const QSignalBlocker blocker(this);
-    if (row < 0)
-        selectionModel()->clear();
-    if (row < 0 || row == this->row())
-        return;
-    const QModelIndex index = model()->index(row, 0);
-    setCurrentIndex(index);
-    scrollTo(index);
-}
-
-int LineList::row() const {
-    const auto selected = selectionModel()->selectedRows();
-    return selected.isEmpty() ? -1 : selected.first().row();
-}
-
-QString LineList::line() const {
-    return model()->index(row(), 0).data().toString();
-}
 
 // ---- list and buttons --------------------------------------------------------------------------
 
@@ -93,8 +42,11 @@ ListSection::ListSection(const Names& names, QWidget* parent)
     setObjectName(u"fra"_s + names.item.toString() + u's');
     list_ = named(names.list, new LineList(this));
     list_->setAccessibleName(names.title.toString());
+    list_->allowSeveral();
+    list_->allowDrops();
     edit_ = button(u"buttEdit"_s, isFirst ? u"&Edit" : u"E&dit");
     remove_ = button(u"buttDel"_s, isFirst ? u"&Remove" : u"Re&move");
+    addCommands();
     auto* up = makeMoveButton(names, Direction::Up);
     auto* down = makeMoveButton(names, Direction::Down);
     for (const auto& [name, text] : names.more)
@@ -107,6 +59,8 @@ ListSection::ListSection(const Names& names, QWidget* parent)
     connect(remove_, &QPushButton::clicked, this, &ListSection::removeClicked);
     connect(field_, &QLineEdit::textChanged, this, &ListSection::entered);
     connect(add_, &QPushButton::clicked, this, &ListSection::addClicked);
+    connect(list_, &LineList::rowsDropped, this,
+            [this](int before) { emit moved(travelsBefore(list_->rows(), before)); });
 
     auto* layout = new QGridLayout(this);
     auto* side = new QVBoxLayout;
@@ -139,7 +93,33 @@ QLineEdit* ListSection::makeField(const QString& name) {
     return field;
 }
 
-// The key works while the list has the focus.
+// What the buttons do, for those who have the mouse or the hands on the list. The keys work while
+// it has the focus.
+void ListSection::addCommands() {
+    const auto add = [this](QPushButton* button, QKeySequence key) {
+        auto* command = new QAction(button->text().remove(u'&'), list_);
+        command->setShortcut(key);
+        command->setShortcutContext(Qt::WidgetShortcut);
+        list_->addAction(command);
+        return command;
+    };
+    list_->setContextMenuPolicy(Qt::ActionsContextMenu);
+    editCommand_ = add(edit_, Qt::Key_F2);
+    removeCommand_ = add(remove_, QKeySequence::Delete);
+    connect(editCommand_, &QAction::triggered, this, [this] {
+        keepsEqualName_ = true;
+        edit_->click();
+        keepsEqualName_ = false;
+    });
+    connect(removeCommand_, &QAction::triggered, remove_, &QPushButton::click);
+}
+
+QAction* ListSection::addCommand(const QString& text, const QString& key) {
+    auto* command = new QAction(key.isEmpty() ? text : text + u'\t' + key, list_);
+    list_->addAction(command);
+    return command;
+}
+
 QToolButton* ListSection::makeMoveButton(const Names& names, Direction direction) {
     const bool isUp = direction == Direction::Up;
     const QKeySequence key(Qt::ALT | (isUp ? Qt::Key_Up : Qt::Key_Down));
@@ -150,18 +130,22 @@ QToolButton* ListSection::makeMoveButton(const Names& names, Direction direction
     button->setIcon(style()->standardIcon(isUp ? QStyle::SP_ArrowUp : QStyle::SP_ArrowDown));
     button->setToolTip(action + u" ("_s + key.toString(QKeySequence::NativeText) + u')');
     button->setAccessibleName(action);
-    auto* shortcut = new QShortcut(key, list_);
-    shortcut->setContext(Qt::WidgetShortcut);
-    connect(shortcut, &QShortcut::activated, button, &QToolButton::click);
-    connect(button, &QToolButton::clicked, this,
-            [this, direction] { emit moveClicked(direction); });
+    QAction* command = addCommand(isUp ? u"Move Up"_s : u"Move Down"_s);
+    command->setShortcut(key);
+    command->setShortcutContext(Qt::WidgetShortcut);
+    connect(command, &QAction::triggered, button, &QToolButton::click);
+    connect(button, &QToolButton::clicked, this, [this, direction] {
+        emit moved(travelsByOne(list_->rows(), list_->model()->rowCount(), direction));
+    });
     return button;
 }
 
 void ListSection::enable(const ListControls& enabled) {
     add_->setEnabled(enabled.add);
     edit_->setEnabled(enabled.change);
-    remove_->setEnabled(enabled.change);
+    remove_->setEnabled(enabled.remove);
+    editCommand_->setEnabled(enabled.change);
+    removeCommand_->setEnabled(enabled.remove);
 }
 
 QString ListSection::entry() const {

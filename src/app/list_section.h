@@ -2,12 +2,13 @@
 #pragma once
 
 #include <QGroupBox>
-#include <QListView>
 #include <utility>
 
+#include "app/line_list.h"
 #include "editor/file_display.h"
-#include "editor/item_lists.h"
+#include "editor/row_moves.h"
 
+class QAction;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -16,31 +17,6 @@ class QToolButton;
 // What the pages of music and speech are made of.
 
 namespace tessaly {
-
-/// A list box of names. Thousands of them cost no more than ten: all lines are as high as the
-/// first. A name that is longer than the player's display is in the tool tip, too.
-class LineList : public QListView {
-    Q_OBJECT
-
- public:
-    explicit LineList(QWidget* parent = nullptr);
-
-    /// Shows `lines` and selects `row` (-1: none), without a signal.
-    void showLines(const QStringList& lines, int row);
-
-    /// Selects a row without a signal; -1 selects none.
-    void selectRow(int row);
-
-    /// The selected row; -1 when none is.
-    int row() const;
-
-    /// The text of the selected row; empty when none is.
-    QString line() const;
-
- signals:
-    /// Another row is selected, or none is any more.
-    void rowChanged();
-};
 
 /// A section with a list: what is in it, a field for a new name, and the buttons that change it.
 class ListSection : public QGroupBox {
@@ -68,7 +44,7 @@ class ListSection : public QGroupBox {
         void (Owner::*add)();
         void (Owner::*edit)();
         void (Owner::*remove)();
-        void (Owner::*move)(Direction);
+        void (Owner::*move)(const QList<RowTravel>&);
         void (Owner::*enter)();   ///< the text of the field changed
         void (Owner::*select)();  ///< the selection changed
     };
@@ -77,12 +53,18 @@ class ListSection : public QGroupBox {
         connect(this, &ListSection::addClicked, page, handlers.add);
         connect(this, &ListSection::editClicked, page, handlers.edit);
         connect(this, &ListSection::removeClicked, page, handlers.remove);
-        connect(this, &ListSection::moveClicked, page, handlers.move);
+        connect(this, &ListSection::moved, page, handlers.move);
         connect(this, &ListSection::entered, page, handlers.enter);
         connect(list_, &LineList::rowChanged, page, handlers.select);
     }
 
     void enable(const ListControls& enabled);
+
+    /// A further command of the list's context menu, with the key that it has elsewhere.
+    QAction* addCommand(const QString& text, const QString& key = {});
+
+    /// Whether Edit was chosen in the list itself, where to leave the name as it is means Cancel.
+    bool keepsEqualName() const { return keepsEqualName_; }
 
     /// The text for a new name.
     QString entry() const;
@@ -98,7 +80,8 @@ class ListSection : public QGroupBox {
     void addClicked();
     void editClicked();
     void removeClicked();
-    void moveClicked(Direction direction);
+    /// The rows that are selected are to go elsewhere.
+    void moved(const QList<RowTravel>& travels);
     void entered();
     /// A character was refused: the place for a beep.
     void refused();
@@ -106,6 +89,7 @@ class ListSection : public QGroupBox {
  private:
     QToolButton* makeMoveButton(const Names& names, Direction direction);
     QLineEdit* makeField(const QString& name);
+    void addCommands();
 
     const int limit_;
     LineList* list_;
@@ -114,6 +98,9 @@ class ListSection : public QGroupBox {
     QList<QPushButton*> more_;
     QLineEdit* field_;
     QPushButton* add_;
+    QAction* editCommand_ = nullptr;
+    QAction* removeCommand_ = nullptr;
+    bool keepsEqualName_ = false;
 };
 
 /// The section with the MP3 file of what is selected.

@@ -44,13 +44,13 @@ MusicPage::MusicPage(Project& project, const Services& services, QWidget* parent
     lists_.connectTo(this, {.add = &MusicPage::buttAddMuList_Click,
                             .edit = &MusicPage::buttEditMuList_Click,
                             .remove = &MusicPage::buttDelMuList_Click,
-                            .move = &MusicPage::moveList,
+                            .move = &MusicPage::moveLists,
                             .enter = &MusicPage::txtNewMuList_Change,
                             .select = &MusicPage::selectList});
     tracks_.connectTo(this, {.add = &MusicPage::buttAddMuTrack_Click,
                              .edit = &MusicPage::buttEditMuTrack_Click,
                              .remove = &MusicPage::buttDelMuTrack_Click,
-                             .move = &MusicPage::moveTrack,
+                             .move = &MusicPage::moveTracks,
                              .enter = &MusicPage::txtNewMuTrack_Change,
                              .select = &MusicPage::lstMuTrack_Click});
     connect(lists_.moreButton(0), &QPushButton::clicked, this,
@@ -65,7 +65,8 @@ MusicSelection MusicPage::selection() const {
 }
 
 EditorControls MusicPage::controls() const {
-    return musicControls(selection(), lists_.entry(), trackEntered_);
+    return musicControls(lists_.list()->rows(), tracks_.list()->rows(), lists_.entry(),
+                         trackEntered_);
 }
 
 FileDisplay MusicPage::display() const {
@@ -76,18 +77,18 @@ void MusicPage::projectReplaced() {
     trackRows_.clear();
     clearEntries();
     const int row = currentListRow();
-    showLists(row);
+    showLists(LineList::rowsOf(row));
     if (row >= 0)
         return lstMuList_Click();
-    showTracks(-1);
+    showTracks({});
     showSelection();
 }
 
-void MusicPage::selectRows(const QList<int>& rows) {
-    showLists(rows.value(0, -1));
-    if (const auto list = lineAt(project_.lstMuList, rows.value(0, -1)))
+void MusicPage::selectRows(const QList<Rows>& rows) {
+    showLists(rows.value(0));
+    if (const auto list = lineAt(project_.lstMuList, lists_.list()->row()))
         selectMusicList(project_, *list);
-    showTracks(rows.value(1, -1));
+    showTracks(rows.value(1));
     showSelection();
 }
 
@@ -97,26 +98,27 @@ int MusicPage::currentListRow() const {
 }
 
 void MusicPage::showProject() {
-    const int row = lists_.list()->row();
-    showLists(row);
+    const Rows rows = lists_.list()->rows();
+    showLists(rows);
     const bool isOnView = shownSlot_ == project_.currentMusicList;
-    if (!isOnView && row >= 0 && currentListRow() >= 0) {  // another page brought it on view
-        showLists(currentListRow());
+    if (!isOnView && rows.size() == 1 &&
+        currentListRow() >= 0) {  // another page brought it on view
+        showLists({currentListRow()});
         return lstMuList_Click();
     }
-    showTracks(isOnView ? tracks_.list()->row() : trackRows_.value(project_.currentMusicList, -1));
+    showTracks(isOnView ? tracks_.list()->rows() : trackRows_.value(project_.currentMusicList));
     showSelection();
 }
 
-void MusicPage::showLists(int row) {
-    lists_.list()->showLines(project_.lstMuList, row);
+void MusicPage::showLists(const Rows& rows) {
+    lists_.list()->showLines(project_.lstMuList, rows);
 }
 
-void MusicPage::showTracks(int row) {
+void MusicPage::showTracks(const Rows& rows) {
     const QStringList tracks = project_.lstMuTrack.value(project_.currentMusicList);
-    tracks_.list()->showLines(project_.lstMuList.isEmpty() ? QStringList() : tracks, row);
+    tracks_.list()->showLines(project_.lstMuList.isEmpty() ? QStringList() : tracks, rows);
     shownSlot_ = project_.currentMusicList;
-    trackRows_[shownSlot_] = row;
+    trackRows_[shownSlot_] = rows;
 }
 
 // The operator selected a list, or none any more.
@@ -130,13 +132,13 @@ void MusicPage::selectList() {
 void MusicPage::lstMuList_Click() {
     if (const auto list = lineAt(project_.lstMuList, lists_.list()->row()))
         selectMusicList(project_, *list);
-    showTracks(trackRows_.value(project_.currentMusicList, -1));
+    showTracks(trackRows_.value(project_.currentMusicList));
     showSelection();
     emit summaryDue();
 }
 
 void MusicPage::lstMuTrack_Click() {
-    trackRows_[project_.currentMusicList] = tracks_.list()->row();
+    trackRows_[project_.currentMusicList] = tracks_.list()->rows();
     showSelection();
     emit summaryDue();
 }
@@ -161,7 +163,7 @@ void MusicPage::clearEntries() {
 
 void MusicPage::listEdited(const EditResult& result) {
     if (result.isDone) {
-        showLists(result.row);
+        showLists(LineList::rowsOf(result.row));
         lstMuList_Click();
     }
     emit projectChanged();
@@ -176,25 +178,29 @@ void MusicPage::buttAddMuList_Click() {
 
 void MusicPage::buttEditMuList_Click() {
     const QString answer = askForName(lists_, u"Enter new name of Music List:"_s);
-    showLists(renameMusicList(project_, selection().list, answer).row);
+    showLists(LineList::rowsOf(renameMusicList(project_, selection().list, answer).row));
     showSelection();
     emit projectChanged();
 }
 
 void MusicPage::buttDelMuList_Click() {
-    listEdited(deleteMusicList(project_, selection().list));
+    listEdited(deleteMusicLists(project_, lists_.list()->rows()));
 }
 
-void MusicPage::moveList(Direction direction) {
-    if (const auto result = moveMusicList(project_, selection().list, direction); result.isDone)
-        listEdited(result);
+void MusicPage::moveLists(const QList<RowTravel>& travels) {
+    const Rows rows = moveMusicLists(project_, travels);
+    if (rows == lists_.list()->rows())
+        return;
+    showLists(rows);
+    selectList();
+    emit projectChanged();
 }
 
 // ---- tracks ------------------------------------------------------------------------------------
 
 void MusicPage::trackEdited(const EditResult& result) {
     if (result.isDone) {
-        showTracks(result.row);
+        showTracks(LineList::rowsOf(result.row));
         lstMuTrack_Click();
     }
     emit projectChanged();
@@ -203,7 +209,7 @@ void MusicPage::trackEdited(const EditResult& result) {
 void MusicPage::buttAddMuTrack_Click() {
     const EditResult result = addNewMusicTrack(project_, selection(), tracks_.entry());
     if (result.isDone) {
-        showTracks(result.row);
+        showTracks(tracks_.list()->rows());
         tracks_.clearEntry();
         trackEntered_ = false;
         showSelection();
@@ -218,12 +224,16 @@ void MusicPage::buttEditMuTrack_Click() {
 }
 
 void MusicPage::buttDelMuTrack_Click() {
-    trackEdited(deleteMusicTrack(project_, selection()));
+    trackEdited(deleteMusicTracks(project_, selection().list, tracks_.list()->rows()));
 }
 
-void MusicPage::moveTrack(Direction direction) {
-    if (const auto result = moveMusicTrack(project_, selection(), direction); result.isDone)
-        trackEdited(result);
+void MusicPage::moveTracks(const QList<RowTravel>& travels) {
+    const Rows rows = moveMusicTracks(project_, selection().list, travels);
+    if (rows.isEmpty() || rows == tracks_.list()->rows())
+        return;
+    showTracks(rows);
+    lstMuTrack_Click();
+    emit projectChanged();
 }
 
 void MusicPage::buttAddMuFile_Click() {

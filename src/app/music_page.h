@@ -22,7 +22,7 @@ class MusicPage : public EditorPage {
 
     void showProject() override;
     void projectReplaced() override;
-    void selectRows(const QList<int>& rows) override;
+    void selectRows(const QList<Rows>& rows) override;
 
  protected:
     EditorControls controls() const override;
@@ -38,8 +38,8 @@ class MusicPage : public EditorPage {
     void buttAddMuFile_Click();
     void buttAddMuItunesPlaylist_Click();
     void buttAddMuListDir_Click();
-    void moveList(Direction direction);
-    void moveTrack(Direction direction);
+    void moveLists(const QList<RowTravel>& travels);
+    void moveTracks(const QList<RowTravel>& travels);
     void selectList();
     void lstMuList_Click();
     void lstMuTrack_Click();
@@ -51,16 +51,16 @@ class MusicPage : public EditorPage {
     void clearEntries();
     void listEdited(const EditResult& result);
     void trackEdited(const EditResult& result);
-    void showLists(int row);
-    void showTracks(int row);
+    void showLists(const Rows& rows);
+    void showTracks(const Rows& rows);
     void offerFiles(const QString& list);
     void importList(const std::function<ImportResult(const KeepGoing&)>& run);
 
     ListSection& lists_ = first_;
     ListSection& tracks_ = second_;
-    QHash<int, int> trackRows_;  // slot of a list -> row selected among its tracks
-    int shownSlot_ = 0;          // slot of the list whose tracks are shown
-    bool trackEntered_ = false;  // something was typed for a new track, erased or not
+    QHash<int, Rows> trackRows_;  // slot of a list -> rows selected among its tracks
+    int shownSlot_ = 0;           // slot of the list whose tracks are shown
+    bool trackEntered_ = false;   // something was typed for a new track, erased or not
     QString lastMusicFolder_;
 };
 

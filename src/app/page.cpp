@@ -9,10 +9,6 @@ namespace tessaly {
 
 namespace {
 
-bool isEnter(const QKeyEvent& event) {
-    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
-}
-
 // What is on a page becomes as low as it can, its lists too, before the page scrolls.
 class Contents : public QWidget {
  public:
@@ -23,6 +19,10 @@ class Contents : public QWidget {
 };
 
 }  // namespace
+
+bool isEnter(const QKeyEvent& event) {
+    return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+}
 
 bool pressFocusedButton(const QKeyEvent& event, const QWidget& widget) {
     auto* button = qobject_cast<QAbstractButton*>(widget.focusWidget());
@@ -53,11 +53,15 @@ void Page::unsetDefaultButton(QPushButton* button) {
         setDefaultButton(nullptr);
 }
 
+bool Page::hasEnabledDefault() const {
+    return default_ && default_->isEnabled();
+}
+
 // Outside dialogs Qt draws a default button but gives it no key.
 void Page::keyPressEvent(QKeyEvent* event) {
     if (pressFocusedButton(*event, *this))
         return;
-    if (isEnter(*event) && default_ && default_->isEnabled())
+    if (isEnter(*event) && hasEnabledDefault())
         default_->click();
     else
         QScrollArea::keyPressEvent(event);

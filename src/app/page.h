@@ -3,6 +3,8 @@
 
 #include <QScrollArea>
 
+#include "editor/item_lists.h"
+
 class QPushButton;
 
 namespace tessaly {
@@ -10,6 +12,8 @@ namespace tessaly {
 /// Presses the button below `widget` that has the focus, if `event` is Enter: outside dialogs Qt
 /// gives Enter to no button. False when it is another key or no button has the focus.
 bool pressFocusedButton(const QKeyEvent& event, const QWidget& widget);
+
+bool isEnter(const QKeyEvent& event);
 
 /// One page of the main window. Where the window has no room for it, as with a large font or on a
 /// small screen, it scrolls.
@@ -29,10 +33,10 @@ class Page : public QScrollArea {
     /// Called when the project was replaced: what the page remembers of the old one is void.
     virtual void projectReplaced() {}
 
-    /// What is selected on the page, as rows of its lists; selectRows() takes it back, and shows
-    /// the project as it is now.
-    virtual QList<int> selectedRows() const { return {}; }
-    virtual void selectRows(const QList<int>&) { showProject(); }
+    /// What is selected on the page, as the rows of each of its lists; selectRows() takes it back,
+    /// and shows the project as it is now.
+    virtual QList<Rows> selectedRows() const { return {}; }
+    virtual void selectRows(const QList<Rows>&) { showProject(); }
 
  signals:
     /// The page changed the project, or its flag of unsaved changes.
@@ -51,6 +55,8 @@ class Page : public QScrollArea {
  protected:
     /// The button that Enter presses on this page while no other has the focus; nullptr for none.
     void setDefaultButton(QPushButton* button);
+    /// Whether Enter presses one now.
+    bool hasEnabledDefault() const;
     /// Takes the default away from `button` if it has it.
     void unsetDefaultButton(QPushButton* button);
 

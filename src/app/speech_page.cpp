@@ -37,13 +37,13 @@ SpeechPage::SpeechPage(Project& project, const Services& services, QWidget* pare
     titles_.connectTo(this, {.add = &SpeechPage::buttAddSpTitle_Click,
                              .edit = &SpeechPage::buttEditSpTitle_Click,
                              .remove = &SpeechPage::buttDelSpTitle_Click,
-                             .move = &SpeechPage::moveTitle,
+                             .move = &SpeechPage::moveTitles,
                              .enter = &SpeechPage::txtNewSpTitle_Change,
                              .select = &SpeechPage::showSelection});
     langs_.connectTo(this, {.add = &SpeechPage::buttAddLang_Click,
                             .edit = &SpeechPage::buttEditLang_Click,
                             .remove = &SpeechPage::buttDelLang_Click,
-                            .move = &SpeechPage::moveLang,
+                            .move = &SpeechPage::moveLangs,
                             .enter = &SpeechPage::txtNewLang_Change,
                             .select = &SpeechPage::showSelection});
     connect(file_.browseButton(), &QPushButton::clicked, this, &SpeechPage::buttAddSpFile_Click);
@@ -55,7 +55,8 @@ SpeechSelection SpeechPage::selection() const {
 }
 
 EditorControls SpeechPage::controls() const {
-    return speechControls(project_, selection(), titles_.entry(), langs_.entry());
+    return speechControls(project_, titles_.list()->rows(), langs_.list()->rows(), titles_.entry(),
+                          langs_.entry());
 }
 
 FileDisplay SpeechPage::display() const {
@@ -65,17 +66,17 @@ FileDisplay SpeechPage::display() const {
 void SpeechPage::projectReplaced() {
     titles_.clearEntry();
     langs_.clearEntry();
-    showRows(-1, -1);
+    showRows({}, {});
 }
 
 void SpeechPage::showProject() {
-    showRows(selection().title, selection().language);
+    showRows(titles_.list()->rows(), langs_.list()->rows());
 }
 
 // Shows the project's lines with these rows selected.
-void SpeechPage::showRows(int title, int language) {
-    titles_.list()->showLines(project_.lstSpTitles, title);
-    langs_.list()->showLines(project_.lstLangs, language);
+void SpeechPage::showRows(const Rows& titles, const Rows& languages) {
+    titles_.list()->showLines(project_.lstSpTitles, titles);
+    langs_.list()->showLines(project_.lstLangs, languages);
     showSelection();
 }
 
@@ -90,7 +91,7 @@ void SpeechPage::buttAddSpTitle_Click() {
     const EditResult result = addSpeechTitle(project_, titles_.entry());
     if (result.isDone) {
         titles_.clearEntry();
-        showRows(result.row, selection().language);
+        showRows({}, langs_.list()->rows());
         titles_.list()->scrollToBottom();
     }
     emit projectChanged();
@@ -98,24 +99,25 @@ void SpeechPage::buttAddSpTitle_Click() {
 
 void SpeechPage::buttEditSpTitle_Click() {
     const QString answer = askForName(titles_, u"Enter new text for speech title:"_s);
-    showRows(renameSpeechTitle(project_, selection().title, answer).row, selection().language);
+    const EditResult result = renameSpeechTitle(project_, selection().title, answer);
+    showRows(LineList::rowsOf(result.row), langs_.list()->rows());
     emit projectChanged();
 }
 
 void SpeechPage::buttDelSpTitle_Click() {
-    const EditResult result = deleteSpeechTitle(project_, selection().title);
+    const EditResult result = deleteSpeechTitles(project_, titles_.list()->rows());
     if (result.isDone) {
-        showRows(result.row, selection().language);
+        showRows(LineList::rowsOf(result.row), langs_.list()->rows());
         emit summaryDue();
     }
     emit projectChanged();
 }
 
-void SpeechPage::moveTitle(Direction direction) {
-    const EditResult result = moveSpeechTitle(project_, selection().title, direction);
-    if (!result.isDone)
+void SpeechPage::moveTitles(const QList<RowTravel>& travels) {
+    const Rows rows = moveLines(project_.lstSpTitles, travels);
+    if (rows == titles_.list()->rows())
         return;
-    showRows(result.row, selection().language);
+    showRows(rows, langs_.list()->rows());
     emit projectChanged();
 }
 
@@ -137,25 +139,26 @@ void SpeechPage::buttAddLang_Click() {
 
 void SpeechPage::buttEditLang_Click() {
     const QString answer = askForName(langs_, u"Enter new text for language:"_s);
-    showRows(selection().title, renameLanguage(project_, selection().language, answer).row);
+    const EditResult result = renameLanguage(project_, selection().language, answer);
+    showRows(titles_.list()->rows(), LineList::rowsOf(result.row));
     emit projectChanged();
 }
 
 void SpeechPage::buttDelLang_Click() {
-    const EditResult result = deleteLanguage(project_, selection().language);
+    const EditResult result = deleteLanguages(project_, langs_.list()->rows());
     if (result.isDone) {
-        showRows(selection().title, result.row);
+        showRows(titles_.list()->rows(), LineList::rowsOf(result.row));
         txtNewLang_Change();  // there may be room for it now
         emit summaryDue();
     }
     emit projectChanged();
 }
 
-void SpeechPage::moveLang(Direction direction) {
-    const EditResult result = moveLanguage(project_, selection().language, direction);
-    if (!result.isDone)
+void SpeechPage::moveLangs(const QList<RowTravel>& travels) {
+    const Rows rows = moveLines(project_.lstLangs, travels);
+    if (rows == langs_.list()->rows())
         return;
-    showRows(selection().title, result.row);
+    showRows(titles_.list()->rows(), rows);
     emit projectChanged();
 }
 

@@ -15,9 +15,7 @@ class SpeechPage : public EditorPage {
 
     void showProject() override;
     void projectReplaced() override;
-    void selectRows(const QList<int>& rows) override {
-        showRows(rows.value(0, -1), rows.value(1, -1));
-    }
+    void selectRows(const QList<Rows>& rows) override { showRows(rows.value(0), rows.value(1)); }
 
  protected:
     EditorControls controls() const override;
@@ -31,13 +29,13 @@ class SpeechPage : public EditorPage {
     void buttEditLang_Click();
     void buttDelLang_Click();
     void buttAddSpFile_Click();
-    void moveTitle(Direction direction);
-    void moveLang(Direction direction);
+    void moveTitles(const QList<RowTravel>& travels);
+    void moveLangs(const QList<RowTravel>& travels);
     void txtNewSpTitle_Change();
     void txtNewLang_Change();
 
     SpeechSelection selection() const;
-    void showRows(int title, int language);
+    void showRows(const Rows& titles, const Rows& languages);
 
     ListSection& titles_ = first_;
     ListSection& langs_ = second_;

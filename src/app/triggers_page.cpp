@@ -9,6 +9,20 @@ namespace tessaly {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+// One of two option buttons is checked, or none where several items differ.
+void showChoice(QRadioButton* first, QRadioButton* second, bool isSecond, bool isNone) {
+    for (QRadioButton* button : {first, second})
+        button->setAutoExclusive(false);  // else one of them stays checked
+    first->setChecked(!isNone && !isSecond);
+    second->setChecked(!isNone && isSecond);
+    for (QRadioButton* button : {first, second})
+        button->setAutoExclusive(true);
+}
+
+}  // namespace
+
 TriggersPage::TriggersPage(Project& project, QWidget* parent)
     : Page(parent), project_(project), ui_(std::make_unique<Ui::TriggersPage>()) {
     ui_->setupUi(widget());
@@ -19,6 +33,7 @@ TriggersPage::TriggersPage(Project& project, QWidget* parent)
     ui_->lstTrigLeft->setFont(fixed);
     ui_->lstTrigRight->setFont(fixed);
     ui_->buttTrigMusic->setChecked(true);
+    ui_->lstTrigRight->allowSeveral();
 
     connect(ui_->buttTrigMusic, &QRadioButton::clicked, this, &TriggersPage::buttTrigMusic_Click);
     connect(ui_->buttTrigSpeech, &QRadioButton::clicked, this, &TriggersPage::buttTrigSpeech_Click);
@@ -59,14 +74,17 @@ void TriggersPage::showProject() {
         buttTrigSpeech_Click();
 }
 
-QList<int> TriggersPage::selectedRows() const {
-    return {int(selector_.mode), selector_.leftRow, selector_.rightRow};
+QList<Rows> TriggersPage::selectedRows() const {
+    return {{int(selector_.mode)}, ui_->lstTrigLeft->rows(), ui_->lstTrigRight->rows()};
 }
 
-void TriggersPage::selectRows(const QList<int>& rows) {
-    selector_ = selectTriggerMode(project_, TriggerMode(rows.value(0)));
-    selectTriggerLeft(project_, selector_, rows.value(1, -1));
-    selectTriggerRight(selector_, rows.value(2, -1));
+void TriggersPage::selectRows(const QList<Rows>& rows) {
+    selector_ = selectTriggerMode(project_, TriggerMode(rows.value(0).value(0)));
+    selectTriggerLeft(project_, selector_, rows.value(1).value(0, -1));
+    selectTriggerRight(selector_, rows.value(2).value(0, -1));
+    const Rows items = rows.value(selector_.mode == TriggerMode::Music ? 2 : 1);
+    if (items.size() > 1)
+        selectSeveral(selector_, items);
     showSelector();
 }
 
@@ -83,12 +101,21 @@ void TriggersPage::buttTrigSpeech_Click() {
 }
 
 void TriggersPage::lstTrigLeft_Click() {
-    selectTriggerLeft(project_, selector_, ui_->lstTrigLeft->row());
+    const Rows rows = ui_->lstTrigLeft->rows();
+    if (rows.size() > 1) {
+        selectSeveral(selector_, rows);
+        return showItem();
+    }
+    selectTriggerLeft(project_, selector_, rows.value(0, -1));
     showSelector();
 }
 
 void TriggersPage::lstTrigRight_Click() {
-    selectTriggerRight(selector_, ui_->lstTrigRight->row());
+    const Rows rows = ui_->lstTrigRight->rows();
+    if (rows.size() > 1)
+        selectSeveral(selector_, rows);
+    else
+        selectTriggerRight(selector_, rows.value(0, -1));
     showItem();
 }
 
@@ -156,8 +183,12 @@ void TriggersPage::showSelector() {
     ui_->lblTrigSpTitles->setText(selector_.lblTrigSpTitles);
     ui_->lblTrigMuTitles->setVisible(selector_.rightVisible);
     ui_->lstTrigRight->setVisible(selector_.rightVisible);
-    ui_->lstTrigLeft->showLines(selector_.lstTrigLeft, selector_.leftRow);
-    ui_->lstTrigRight->showLines(selector_.lstTrigRight, selector_.rightRow);
+    ui_->lstTrigLeft->allowSeveral(!isMusic);
+    const auto rows = [&](int row, bool hasItems) {
+        return hasItems && !selector_.several.isEmpty() ? selector_.several : LineList::rowsOf(row);
+    };
+    ui_->lstTrigLeft->showLines(selector_.lstTrigLeft, rows(selector_.leftRow, !isMusic));
+    ui_->lstTrigRight->showLines(selector_.lstTrigRight, rows(selector_.rightRow, isMusic));
     showItem();
 }
 
@@ -172,15 +203,25 @@ void TriggersPage::showItem() {
     ui_->chkPowerUp->setEnabled(enabled.play);
 
     const AttributeDisplay shown = displayedAttributes(project_, selection);
-    ui_->buttPlayNormVolume->setChecked(!shown.loud);
-    ui_->buttPlayLoudVolume->setChecked(shown.loud);
-    ui_->buttResumeOnInt->setChecked(!shown.cancel);
-    ui_->buttCancelOnInt->setChecked(shown.cancel);
-    ui_->chkEndlessLoop->setChecked(shown.loop);
+    const bool isSeveral = !selection.several.isEmpty();
+    showChoice(ui_->buttPlayNormVolume, ui_->buttPlayLoudVolume, shown.loud,
+               isSeveral && shown.loudDiffers);
+    showChoice(ui_->buttResumeOnInt, ui_->buttCancelOnInt, shown.cancel,
+               isSeveral && shown.cancelDiffers);
+    const bool isPartly = isSeveral && shown.loopDiffers;
+    ui_->chkEndlessLoop->setCheckState(isPartly     ? Qt::PartiallyChecked
+                                       : shown.loop ? Qt::Checked
+                                                    : Qt::Unchecked);
+    ui_->chkEndlessLoop->setTristate(isPartly);
     ui_->chkPowerUp->setChecked(shown.powerUp);
     QString note;
     if (enabled.attributes && !shown.hasRecord)
         note = tr("No MP3 file is chosen for this item yet: its attributes cannot be kept.");
+    else if (isSeveral)
+        note =
+            tr("%1 items are selected%2.")
+                .arg(selection.several.size())
+                .arg(shown.differs ? tr("; where they differ, a click makes them alike") : u""_s);
     else if (enabled.attributes && shown.differs)
         note = tr("Its files differ in these attributes; a click makes them alike.");
     ui_->lblAttribNote->setText(note);

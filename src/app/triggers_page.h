@@ -30,8 +30,8 @@ class TriggersPage : public Page {
 
     void showProject() override;
     /// Music or speech, then the rows of both lists.
-    QList<int> selectedRows() const override;
-    void selectRows(const QList<int>& rows) override;
+    QList<Rows> selectedRows() const override;
+    void selectRows(const QList<Rows>& rows) override;
 
  private:
     struct Row {

@@ -16,9 +16,15 @@ bool isNamed(const TrackRecord& record, Variant TrackRecord::*plays, const ItemN
            (!names.group || record.groupName.is(*names.group));
 }
 
+bool isNamed(const TrackRecord& record, Variant TrackRecord::*plays, const ManyNames& names) {
+    return (record.*plays).is(names.kind) &&
+           (!names.groups || names.groups->contains(record.groupName.text())) &&
+           (!names.items || names.items->contains(record.itemName.text()));
+}
+
 // Calls `change` with each record and the field that says what it is or plays.
-template <typename Change>
-void changeItems(Project& project, Among among, const ItemNames& names, const Change& change) {
+template <typename Names, typename Change>
+void changeItems(Project& project, Among among, const Names& names, const Change& change) {
     const auto visit = [&](TrackRecord& record, Variant TrackRecord::*plays) {
         if (isNamed(record, plays, names))
             change(record, plays);
@@ -42,22 +48,27 @@ std::optional<QString> renameLine(QStringList& lines, int row, const QString& an
     return lines[row] = uniqueName(answer, lines);
 }
 
-int removeLine(QStringList& lines, int row) {
-    lines.removeAt(row);
-    return std::min(row, int(lines.size()) - 1);
+QSet<QString> linesAt(const QStringList& lines, const Rows& rows) {
+    QSet<QString> texts;
+    for (const int row : rows)
+        if (const auto text = lineAt(lines, row))
+            texts.insert(*text);
+    return texts;
 }
 
-int neighbourOf(const QStringList& lines, int row, Direction direction) {
-    const int neighbour = row + int(direction);
-    return lineAt(lines, row) && lineAt(lines, neighbour) ? neighbour : -1;
-}
-
-EditResult moveLine(QStringList& lines, int row, Direction direction) {
-    const int neighbour = neighbourOf(lines, row, direction);
-    if (neighbour < 0)
-        return {.row = row};
-    lines.swapItemsAt(row, neighbour);
-    return {.isDone = true, .row = neighbour, .name = lines[neighbour]};
+EditResult removeLines(QStringList& lines, const Rows& rows) {
+    const qsizetype before = lines.size();
+    QStringList left;
+    left.reserve(before);
+    for (qsizetype row = 0, next = 0; row < before; ++row) {
+        while (next < rows.size() && rows[next] < row)
+            ++next;
+        if (next == rows.size() || rows[next] != row)
+            left.append(lines[row]);
+    }
+    lines = left;
+    return {.isDone = lines.size() < before,
+            .row = std::min(rows.value(0, -1), int(lines.size()) - 1)};
 }
 
 void renameItems(Project& project, Among among, const ItemNames& names, Variant TrackRecord::*field,
@@ -65,7 +76,7 @@ void renameItems(Project& project, Among among, const ItemNames& names, Variant 
     changeItems(project, among, names, [&](TrackRecord& record, auto) { record.*field = name; });
 }
 
-void emptyItems(Project& project, Among among, const ItemNames& names) {
+void emptyItems(Project& project, Among among, const ManyNames& names) {
     changeItems(project, among, names, [](TrackRecord& record, Variant TrackRecord::*plays) {
         record.*plays = kind::Empty;
     });

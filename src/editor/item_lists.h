@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QList>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <optional>
@@ -19,12 +21,14 @@ struct EditResult {
     QString name = {};    ///< final name of the list, track, title or language; empty when not done
 };
 
-enum class Direction { Up = -1, Down = 1 };
+/// Rows of a list box, ascending, none twice. Those that do not exist count for nothing.
+using Rows = QList<int>;
 
 /// Which buttons beside a list can be used.
 struct ListControls {
     bool add = false;
-    bool change = false;  ///< Edit and Remove
+    bool change = false;  ///< Edit: one row is selected
+    bool remove = false;  ///< Remove: one row or more
 
     bool operator==(const ListControls&) const = default;
 };
@@ -42,15 +46,11 @@ struct EditorControls {
 /// without that row or when the answer is empty, as it is after Cancel.
 std::optional<QString> renameLine(QStringList& lines, int row, const QString& answer);
 
-/// Removes a row that exists and returns the row to select: the one now in its place, else the
-/// last.
-int removeLine(QStringList& lines, int row);
+/// The texts of rows.
+QSet<QString> linesAt(const QStringList& lines, const Rows& rows);
 
-/// The row beside `row`; -1 when it has no neighbour on that side or does not exist.
-int neighbourOf(const QStringList& lines, int row, Direction direction);
-
-/// Swaps a row with its neighbour, which is the row to select then.
-EditResult moveLine(QStringList& lines, int row, Direction direction);
+/// Removes rows. The row to select is the one now in the place of the first, else the last.
+EditResult removeLines(QStringList& lines, const Rows& rows);
 
 /// The records of a kind, music or speech, that name an item, a group or both. What is not given
 /// may be anything.
@@ -71,8 +71,15 @@ enum class Among {
 void renameItems(Project& project, Among among, const ItemNames& names, Variant TrackRecord::*field,
                  const QString& name);
 
+/// The same for any of several items or groups.
+struct ManyNames {
+    QStringView kind;
+    std::optional<QSet<QString>> items = {};
+    std::optional<QSet<QString>> groups = {};
+};
+
 /// Makes those records of TrackTable "empty", and triggers and power-up item free.
-void emptyItems(Project& project, Among among, const ItemNames& names);
+void emptyItems(Project& project, Among among, const ManyNames& names);
 
 /// The first record in table order, whose file the page shows; nullptr when there is none.
 const TrackRecord* shownRecord(const Project& project, const ItemNames& names);

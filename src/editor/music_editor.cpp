@@ -10,8 +10,8 @@ namespace tessaly {
 namespace {
 
 // The lines of the selected list's tracks; nullptr when no list is selected.
-QStringList* selectedTracks(Project& project, const MusicSelection& selected) {
-    const auto list = lineAt(project.lstMuList, selected.list);
+QStringList* selectedTracks(Project& project, int row) {
+    const auto list = lineAt(project.lstMuList, row);
     if (!list)
         return nullptr;
     selectMusicList(project, *list);
@@ -20,13 +20,14 @@ QStringList* selectedTracks(Project& project, const MusicSelection& selected) {
 
 }  // namespace
 
-EditorControls musicControls(const MusicSelection& selected, const QString& newList,
+EditorControls musicControls(const Rows& lists, const Rows& tracks, const QString& newList,
                              bool trackEntered) {
-    const bool hasList = selected.list >= 0;
-    const bool hasTrack = hasList && selected.track >= 0;  // without its list it is none
-    return {.first = {.add = !newList.isEmpty(), .change = hasList},
-            .second = {.add = trackEntered, .change = hasTrack},
-            .chooseFile = hasTrack};
+    const bool hasList = lists.size() == 1;
+    const bool hasTrack = hasList && tracks.size() == 1;
+    return {
+        .first = {.add = !newList.isEmpty(), .change = hasList, .remove = !lists.isEmpty()},
+        .second = {.add = trackEntered, .change = hasTrack, .remove = hasList && !tracks.isEmpty()},
+        .chooseFile = hasTrack};
 }
 
 EditResult addNewMusicList(Project& project, const QString& name) {
@@ -39,7 +40,7 @@ EditResult addNewMusicList(Project& project, const QString& name) {
 
 EditResult addNewMusicTrack(Project& project, const MusicSelection& selected, const QString& name) {
     project.unsavedChanges = true;
-    const QStringList* tracks = selectedTracks(project, selected);
+    const QStringList* tracks = selectedTracks(project, selected.list);
     if (!tracks)
         return {.row = selected.track};
     UniqueNames names(*tracks);
@@ -48,7 +49,7 @@ EditResult addNewMusicTrack(Project& project, const MusicSelection& selected, co
 
 EditResult chooseMusicFile(Project& project, const MusicSelection& selected, const QString& path) {
     project.unsavedChanges = true;
-    const QStringList* tracks = selectedTracks(project, selected);
+    const QStringList* tracks = selectedTracks(project, selected.list);
     const auto track = tracks ? lineAt(*tracks, selected.track) : std::nullopt;
     if (!track || path.isEmpty())
         return {.row = selected.track};
@@ -78,7 +79,7 @@ EditResult renameMusicList(Project& project, int list, const QString& answer) {
 EditResult renameMusicTrack(Project& project, const MusicSelection& selected,
                             const QString& answer) {
     project.unsavedChanges = true;
-    QStringList* tracks = selectedTracks(project, selected);
+    QStringList* tracks = selectedTracks(project, selected.list);
     if (!tracks)
         return {.row = selected.track};
     const QString old = lineAt(*tracks, selected.track).value_or(QString());
@@ -90,57 +91,50 @@ EditResult renameMusicTrack(Project& project, const MusicSelection& selected,
     return {.isDone = true, .row = selected.track, .name = *name};
 }
 
-EditResult deleteMusicList(Project& project, int list) {
+EditResult deleteMusicLists(Project& project, const Rows& lists) {
     project.unsavedChanges = true;
-    const auto name = lineAt(project.lstMuList, list);
-    if (!name)
-        return {.row = list};
-    emptyItems(project, Among::Both, {.kind = kind::Music, .group = name});
-    std::replace(project.MusicListNames.begin(), project.MusicListNames.end(), *name, QString());
-    if (name->isEmpty())
+    const QSet<QString> names = linesAt(project.lstMuList, lists);
+    if (names.isEmpty())
+        return {.row = lists.value(0, -1)};
+    emptyItems(project, Among::Both, {.kind = kind::Music, .groups = names});
+    for (QString& name : project.MusicListNames)
+        if (names.contains(name))
+            name.clear();
+    if (names.contains(QString()))
         project.lstMuTrack.last().clear();
-    const int row = removeLine(project.lstMuList, list);
-    selectMusicList(project, lineAt(project.lstMuList, row).value_or(QString()));
-    return {.isDone = true, .row = row, .name = *name};
-}
-
-EditResult deleteMusicTrack(Project& project, const MusicSelection& selected) {
-    project.unsavedChanges = true;
-    QStringList* tracks = selectedTracks(project, selected);
-    const auto track = tracks ? lineAt(*tracks, selected.track) : std::nullopt;
-    if (!track)
-        return {.row = selected.track};
-    emptyItems(project, Among::Both, {kind::Music, track, project.lstMuList[selected.list]});
-    return {.isDone = true, .row = removeLine(*tracks, selected.track), .name = *track};
-}
-
-EditResult moveMusicList(Project& project, int list, Direction direction) {
-    const EditResult result = moveLine(project.lstMuList, list, direction);
-    if (result.isDone)
-        selectMusicList(project, result.name);
+    const EditResult result = removeLines(project.lstMuList, lists);
+    selectMusicList(project, lineAt(project.lstMuList, result.row).value_or(QString()));
     return result;
 }
 
-EditResult moveMusicTrack(Project& project, const MusicSelection& selected, Direction direction) {
-    QStringList* tracks = selectedTracks(project, selected);
-    if (!tracks || neighbourOf(*tracks, selected.track, direction) < 0)
-        return {.row = selected.track};
-    const QString& list = project.lstMuList[selected.list];
-    const QString& track = (*tracks)[selected.track];
-    const TrackRecord* shown = shownRecord(project, {kind::Music, track, list});
-    const QString path = shown ? shown->sourcePath.text() : QString();
-    // Slot 0 is no record: it is neither moved nor a partner.
-    for (qsizetype i = 1; i < project.TrackTable.size(); ++i) {
-        const TrackRecord& record = project.TrackTable[i];
-        if (!record.itemName.is(track) || !record.groupName.is(list) || !record.sourcePath.is(path))
-            continue;
-        const qsizetype partner = i + int(direction);
-        if (partner < 1 || partner >= project.TrackTable.size())
-            return {.row = selected.track};
-        project.TrackTable.swapItemsAt(i, partner);
-        break;
-    }
-    return moveLine(*tracks, selected.track, direction);
+EditResult deleteMusicTracks(Project& project, int list, const Rows& tracks) {
+    project.unsavedChanges = true;
+    QStringList* lines = selectedTracks(project, list);
+    const QSet<QString> names = lines ? linesAt(*lines, tracks) : QSet<QString>();
+    if (names.isEmpty())
+        return {.row = tracks.value(0, -1)};
+    emptyItems(project, Among::Both, {kind::Music, names, QSet{project.lstMuList[list]}});
+    return removeLines(*lines, tracks);
+}
+
+Rows moveMusicLists(Project& project, const QList<RowTravel>& travels) {
+    const auto first =
+        travels.isEmpty() ? std::nullopt : lineAt(project.lstMuList, travels.first().from);
+    const Rows rows = moveLines(project.lstMuList, travels);
+    if (first)
+        selectMusicList(project, *first);
+    return rows;
+}
+
+Rows moveMusicTracks(Project& project, int list, const QList<RowTravel>& travels) {
+    QStringList* lines = selectedTracks(project, list);
+    return lines ? moveTracks(project, project.lstMuList[list], *lines, travels) : Rows();
+}
+
+void sortMusicTracks(Project& project, int list, const QList<int>& order) {
+    project.unsavedChanges = true;
+    if (QStringList* lines = selectedTracks(project, list))
+        reorderTracks(project, project.lstMuList[list], *lines, order);
 }
 
 }  // namespace tessaly

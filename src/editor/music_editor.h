@@ -4,6 +4,7 @@
 #include <QString>
 
 #include "editor/item_lists.h"
+#include "editor/row_moves.h"
 #include "model/project.h"
 
 // What the operator does on the page of music lists and tracks. Every operation but the moves sets
@@ -19,9 +20,10 @@ struct MusicSelection {
 };
 
 /// The one rule for the buttons: what is selected and entered decides, however it came about.
-/// `newList` is the text for a new list; `trackEntered` says that one for a track was entered, even
-/// if it is empty by now, as a track's name may be.
-EditorControls musicControls(const MusicSelection& selected, const QString& newList,
+/// `lists` and `tracks` are the selected rows: what concerns tracks needs one list, and all but
+/// Remove one track. `newList` is the text for a new list; `trackEntered` says that one for a track
+/// was entered, even if it is empty by now, as a track's name may be.
+EditorControls musicControls(const Rows& lists, const Rows& tracks, const QString& newList,
                              bool trackEntered);
 
 /// Appends a list under the unique form of `name` and makes it the current one. An empty name
@@ -41,19 +43,20 @@ EditResult renameMusicList(Project& project, int list, const QString& answer);
 EditResult renameMusicTrack(Project& project, const MusicSelection& selected,
                             const QString& answer);
 
-/// Removes a list with its tracks; triggers and power-up item that play from it are freed. The list
-/// in the row to select is the current one then.
-EditResult deleteMusicList(Project& project, int list);
+/// Removes lists with their tracks; triggers and power-up item that play from them are freed. The
+/// list in the row to select is the current one then.
+EditResult deleteMusicLists(Project& project, const Rows& lists);
 
-/// Removes a track; triggers and power-up item that play it are freed.
-EditResult deleteMusicTrack(Project& project, const MusicSelection& selected);
+/// Removes tracks of one list; triggers and power-up item that play them are freed.
+EditResult deleteMusicTracks(Project& project, int list, const Rows& tracks);
 
-/// Moves a list within the display order.
-EditResult moveMusicList(Project& project, int list, Direction direction);
+/// Moves lists within the display order. The first one in `travels` becomes the current one.
+Rows moveMusicLists(Project& project, const QList<RowTravel>& travels);
 
-/// Moves a track within its list's lines, and its record past its neighbour in `TrackTable`,
-/// whatever that belongs to: the two orders may part. A record that has no neighbour on that side
-/// stays, and its line with it.
-EditResult moveMusicTrack(Project& project, const MusicSelection& selected, Direction direction);
+/// Moves tracks of a list; see moveTracks().
+Rows moveMusicTracks(Project& project, int list, const QList<RowTravel>& travels);
+
+/// Puts the tracks of a list into another order; see reorderTracks(). Sets `unsavedChanges`.
+void sortMusicTracks(Project& project, int list, const QList<int>& order);
 
 }  // namespace tessaly

@@ -15,13 +15,15 @@ EditResult addLine(QStringList& lines, const QString& name) {
 
 }  // namespace
 
-EditorControls speechControls(const Project& project, const SpeechSelection& selected,
+EditorControls speechControls(const Project& project, const Rows& titles, const Rows& languages,
                               const QString& newTitle, const QString& newLanguage) {
-    const bool hasTitle = selected.title >= 0;
-    const bool hasLanguage = selected.language >= 0;
+    const bool hasTitle = titles.size() == 1;
+    const bool hasLanguage = languages.size() == 1;
     const bool hasRoom = project.lstLangs.size() < limits::Languages;
-    return {.first = {.add = !newTitle.isEmpty(), .change = hasTitle},
-            .second = {.add = !newLanguage.isEmpty() && hasRoom, .change = hasLanguage},
+    return {.first = {.add = !newTitle.isEmpty(), .change = hasTitle, .remove = !titles.isEmpty()},
+            .second = {.add = !newLanguage.isEmpty() && hasRoom,
+                       .change = hasLanguage,
+                       .remove = !languages.isEmpty()},
             .chooseFile = hasTitle && hasLanguage};
 }
 
@@ -73,33 +75,25 @@ EditResult renameLanguage(Project& project, int language, const QString& answer)
     return {.isDone = true, .row = -1, .name = *name};
 }
 
-EditResult deleteSpeechTitle(Project& project, int title) {
+EditResult deleteSpeechTitles(Project& project, const Rows& titles) {
     project.unsavedChanges = true;
-    const auto name = lineAt(project.lstSpTitles, title);
-    if (!name)
-        return {.row = title};
-    emptyItems(project, Among::Both, {.kind = kind::Speech, .item = name});
-    return {.isDone = true, .row = removeLine(project.lstSpTitles, title), .name = *name};
+    const QSet<QString> names = linesAt(project.lstSpTitles, titles);
+    if (names.isEmpty())
+        return {.row = titles.value(0, -1)};
+    emptyItems(project, Among::Both, {.kind = kind::Speech, .items = names});
+    return removeLines(project.lstSpTitles, titles);
 }
 
-EditResult deleteLanguage(Project& project, int language) {
+EditResult deleteLanguages(Project& project, const Rows& languages) {
     project.unsavedChanges = true;
-    const auto name = lineAt(project.lstLangs, language);
-    if (!name)
-        return {.row = language};
-    emptyItems(project, Among::Records, {.kind = kind::Speech, .group = name});
+    const QSet<QString> names = linesAt(project.lstLangs, languages);
+    if (names.isEmpty())
+        return {.row = languages.value(0, -1)};
+    emptyItems(project, Among::Records, {.kind = kind::Speech, .groups = names});
     for (qsizetype i = project.DefaultLanguageTable.size() - 1; i > 0; --i)
-        if (project.DefaultLanguageTable[i].groupName.is(*name))
+        if (names.contains(project.DefaultLanguageTable[i].groupName.text()))
             project.DefaultLanguageTable.removeAt(i);
-    return {.isDone = true, .row = removeLine(project.lstLangs, language), .name = *name};
-}
-
-EditResult moveSpeechTitle(Project& project, int title, Direction direction) {
-    return moveLine(project.lstSpTitles, title, direction);
-}
-
-EditResult moveLanguage(Project& project, int language, Direction direction) {
-    return moveLine(project.lstLangs, language, direction);
+    return removeLines(project.lstLangs, languages);
 }
 
 }  // namespace tessaly

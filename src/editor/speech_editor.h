@@ -4,6 +4,7 @@
 #include <QString>
 
 #include "editor/item_lists.h"
+#include "editor/row_moves.h"
 #include "model/project.h"
 
 // What the operator does on the page of speech titles and languages. Every operation but the moves
@@ -17,9 +18,9 @@ struct SpeechSelection {
     int language = -1;
 };
 
-/// The one rule for the buttons: what is selected and the texts for a new title and a new language
-/// decide, however they came about, and whether there is room for one more language.
-EditorControls speechControls(const Project& project, const SpeechSelection& selected,
+/// The one rule for the buttons: the rows that are selected and the texts for a new title and a new
+/// language decide, however they came about, and whether there is room for one more language.
+EditorControls speechControls(const Project& project, const Rows& titles, const Rows& languages,
                               const QString& newTitle, const QString& newLanguage);
 
 /// Appends a title under the unique form of `name`; an empty name makes none. Nothing is selected.
@@ -40,15 +41,11 @@ EditResult renameSpeechTitle(Project& project, int title, const QString& answer)
 /// empty answer changes nothing.
 EditResult renameLanguage(Project& project, int language, const QString& answer);
 
-/// Removes a title with its files in every language; triggers and power-up item that play it are
+/// Removes titles with their files in every language; triggers and power-up item that play them are
 /// freed.
-EditResult deleteSpeechTitle(Project& project, int title);
+EditResult deleteSpeechTitles(Project& project, const Rows& titles);
 
-/// Removes a language with its files and takes it out of the default languages.
-EditResult deleteLanguage(Project& project, int language);
-
-/// Moves a title or a language within its list; no record moves.
-EditResult moveSpeechTitle(Project& project, int title, Direction direction);
-EditResult moveLanguage(Project& project, int language, Direction direction);
+/// Removes languages with their files and takes them out of the default languages.
+EditResult deleteLanguages(Project& project, const Rows& languages);
 
 }  // namespace tessaly

@@ -8,12 +8,16 @@ using namespace Qt::StringLiterals;
 namespace {
 
 bool matches(const TrackRecord& record, const TriggerSelection& selection) {
+    const auto isNamed = [&](const QString& name) {
+        return selection.several.isEmpty() ? record.itemName.is(name)
+                                           : selection.several.contains(record.itemName.text());
+    };
     switch (selection.item) {
         case SelectedItem::Track:
             return isMusic(record) && record.groupName.is(*selection.left) &&
-                   record.itemName.is(*selection.right);
+                   isNamed(*selection.right);
         case SelectedItem::Title:
-            return isSpeech(record) && record.itemName.is(*selection.left);
+            return isSpeech(record) && isNamed(*selection.left);
         case SelectedItem::None:
         case SelectedItem::ContinuousMix:
         case SelectedItem::WholeList:
@@ -27,12 +31,6 @@ void setFlag(Project& project, const TriggerSelection& selection, Boolean16 Trac
     for (TrackRecord& record : project.TrackTable)
         if (matches(record, selection))
             record.*flag = Boolean16::of(value);
-}
-
-bool sameAttributes(const TrackRecord& a, const TrackRecord& b) {
-    return a.loudVolume.isTrue() == b.loudVolume.isTrue() &&
-           a.cancelOnInterrupt.isTrue() == b.cancelOnInterrupt.isTrue() &&
-           a.endlessLoop.isTrue() == b.endlessLoop.isTrue();
 }
 
 bool isPowerUpItem(const Project& project, const TriggerSelection& selection) {
@@ -62,7 +60,7 @@ AttributeControls enabledControls(const TriggerSelection& selection) {
     const bool isTrack = selection.item == SelectedItem::Track;
     return {.attributes = isTrack || selection.item == SelectedItem::Title,
             .endlessLoop = isTrack,
-            .play = selection.item != SelectedItem::None};
+            .play = selection.item != SelectedItem::None && selection.several.isEmpty()};
 }
 
 AttributeDisplay displayedAttributes(const Project& project, const TriggerSelection& selection) {
@@ -74,9 +72,12 @@ AttributeDisplay displayedAttributes(const Project& project, const TriggerSelect
             continue;
         if (!first)
             first = &record;
-        else if (!sameAttributes(*first, record))
-            display.differs = true;
+        display.loudDiffers |= record.loudVolume.isTrue() != first->loudVolume.isTrue();
+        display.cancelDiffers |=
+            record.cancelOnInterrupt.isTrue() != first->cancelOnInterrupt.isTrue();
+        display.loopDiffers |= record.endlessLoop.isTrue() != first->endlessLoop.isTrue();
     }
+    display.differs = display.loudDiffers || display.cancelDiffers || display.loopDiffers;
     if (!first)
         return display;
     display.hasRecord = true;
@@ -108,7 +109,7 @@ void setPowerUpItem(Project& project, const TriggerSelection& selection, bool ch
             item.kind = kind::Empty;
         return;
     }
-    if (selection.item == SelectedItem::None)
+    if (!enabledControls(selection).play)
         return;
     Q_ASSERT(selection.left);
     const bool isTitle = selection.item == SelectedItem::Title;
@@ -143,7 +144,7 @@ void assignTrigger(Project& project, const TriggerSelection& selection, int slot
     if (project.suppressTriggerEvents)
         return;
     project.unsavedChanges = true;
-    if (selection.item == SelectedItem::None)
+    if (!enabledControls(selection).play)
         return;
     Q_ASSERT(selection.left);
     TrackRecord& trigger = triggerAt(project, slot);

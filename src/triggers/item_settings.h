@@ -21,7 +21,8 @@ struct AttributeControls {
 };
 
 /// The one rule for it: a track can have everything, a title everything but the endless loop, the
-/// continuous mix and a whole list only be played.
+/// continuous mix and a whole list only be played. Several tracks or titles cannot be played at
+/// once, but have their attributes set together.
 AttributeControls enabledControls(const TriggerSelection& selection);
 
 /// What the option buttons and check boxes show for the selected item. An item without attributes
@@ -33,20 +34,21 @@ struct AttributeDisplay {
     bool powerUp = false;
     bool hasRecord = false;  ///< false: no file was chosen yet, so that no attribute would be kept
     bool differs = false;    ///< the item's records differ; the first one is shown
+    bool loudDiffers = false, cancelDiffers = false, loopDiffers = false;  ///< in what
 
     bool operator==(const AttributeDisplay&) const = default;
 };
 
 AttributeDisplay displayedAttributes(const Project& project, const TriggerSelection& selection);
 
-/// buttPlayLoudVolume or buttPlayNormVolume: sets every record of the selected track, or of the
-/// selected title in all languages. Sets `unsavedChanges`, whatever is selected.
+/// buttPlayLoudVolume or buttPlayNormVolume: sets every record of the selected tracks, or of the
+/// selected titles in all languages. Sets `unsavedChanges`, whatever is selected.
 void setLoudVolume(Project& project, const TriggerSelection& selection, bool loud);
 
 /// The same for buttCancelOnInt or buttResumeOnInt.
 void setCancelOnInterrupt(Project& project, const TriggerSelection& selection, bool cancel);
 
-/// chkEndlessLoop: sets every record of the selected track; titles do not loop. Leaves
+/// chkEndlessLoop: sets every record of the selected tracks; titles do not loop. Leaves
 /// `unsavedChanges` as it is.
 void setEndlessLoop(Project& project, const TriggerSelection& selection, bool loop);
 

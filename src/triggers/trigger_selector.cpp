@@ -40,6 +40,7 @@ TriggerSelector selectTriggerMode(const Project& project, TriggerMode mode) {
 }
 
 void selectTriggerLeft(Project& project, TriggerSelector& selector, int row) {
+    selector.several.clear();
     selector.leftRow = existingRow(selector.lstTrigLeft, row);
     selector.lstTrigRight.clear();
     selector.rightRow = -1;
@@ -53,7 +54,21 @@ void selectTriggerLeft(Project& project, TriggerSelector& selector, int row) {
 }
 
 void selectTriggerRight(TriggerSelector& selector, int row) {
+    selector.several.clear();
     selector.rightRow = existingRow(selector.lstTrigRight, row);
+}
+
+void selectSeveral(TriggerSelector& selector, const QList<int>& rows) {
+    const bool isMusic = selector.mode == TriggerMode::Music;
+    const QStringList& lines = isMusic ? selector.lstTrigRight : selector.lstTrigLeft;
+    selector.several.clear();
+    for (const int row : rows)
+        if (existingRow(lines, row) >= (isMusic ? 1 : 0))
+            selector.several.append(row);
+    int& row = isMusic ? selector.rightRow : selector.leftRow;
+    row = selector.several.value(0, -1);
+    if (selector.several.size() < 2)
+        selector.several.clear();
 }
 
 TriggerSelection selectionOf(const TriggerSelector& selector) {
@@ -68,11 +83,16 @@ TriggerSelection selectionOf(const TriggerSelector& selector) {
         selection.item = SelectedItem::ContinuousMix;
     else if (selection.right)
         selection.item = selector.rightRow == 0 ? SelectedItem::WholeList : SelectedItem::Track;
+    const bool isTitle = selection.item == SelectedItem::Title;
+    for (const int row : selector.several)
+        selection.several.insert((isTitle ? selector.lstTrigLeft : selector.lstTrigRight)[row]);
     return selection;
 }
 
 bool namesSelection(const TrackRecord& record, const Variant& plays,
                     const TriggerSelection& selection) {
+    if (!selection.several.isEmpty())
+        return false;
     switch (selection.item) {
         case SelectedItem::None:
             return false;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QList>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <optional>
@@ -24,6 +26,7 @@ struct TriggerSelector {
     QStringList lstTrigRight;
     int rightRow = -1;
     bool rightVisible = false;  ///< lstTrigRight and lblTrigMuTitles
+    QList<int> several = {};    ///< rows of tracks or titles if more than one is selected
 
     bool operator==(const TriggerSelector&) const = default;
 };
@@ -36,6 +39,7 @@ struct TriggerSelection {
     std::optional<QString> left;   ///< music list, "<Continuous Mix>" or title
     std::optional<QString> right;  ///< track or "<Play Full List>"
     SelectedItem item = SelectedItem::None;
+    QSet<QString> several = {};  ///< tracks of the list or titles, if it is more than one
 };
 
 /// The selector right after a click on buttTrigMusic or buttTrigSpeech, and whenever the page comes
@@ -48,6 +52,10 @@ void selectTriggerLeft(Project& project, TriggerSelector& selector, int row);
 
 /// Selects a line of lstTrigRight; a row that does not exist selects none.
 void selectTriggerRight(TriggerSelector& selector, int row);
+
+/// Selects several lines of the list box of tracks or of titles, so that their attributes can be
+/// set together: which of them makes no difference. "<Play Full List>" is none of them.
+void selectSeveral(TriggerSelector& selector, const QList<int>& rows);
 
 TriggerSelection selectionOf(const TriggerSelector& selector);
 

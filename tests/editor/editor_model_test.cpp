@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The music page against a model of it that knows things where the program knows names: there a
 // rename needs no search and a deletion leaves nothing behind. Both take the same random steps.
+#include <algorithm>
 #include <memory>
 #include <random>
 #include <vector>
@@ -152,7 +153,6 @@ class Steps {
         const auto list = model.list(at.list);
         const auto track = model.track(at);
         const QString name = anyName();
-        const int step = upTo(1) == 0 ? -1 : 1;
         switch (upTo(11)) {
             case 0:
                 expect(addNewMusicList(project, name), !name.isEmpty());
@@ -188,28 +188,31 @@ class Steps {
             case 8:
                 if (upTo(2) > 0)  // or there is soon nothing left
                     break;
-                expect(deleteMusicList(project, at.list), list != nullptr,
-                       std::min(at.list, int(model.lists.size()) - 2));
-                if (list)
-                    model.lists.erase(model.lists.begin() + at.list);
+                remove(model.lists, rows(int(model.lists.size())),
+                       [&](const Rows& rows) { return deleteMusicLists(project, rows); });
                 break;
             case 9:
-                expect(deleteMusicTrack(project, at), track != nullptr,
-                       list ? std::min(at.track, int(list->tracks.size()) - 2) : -1);
-                if (track)
-                    list->tracks.erase(list->tracks.begin() + at.track);
+                if (list)
+                    remove(list->tracks, rows(int(list->tracks.size())), [&](const Rows& rows) {
+                        return deleteMusicTracks(project, at.list, rows);
+                    });
                 break;
             case 10:
-                if (upTo(1) == 0) {
-                    const EditResult moved = moveMusicTrack(project, at, Direction(step));
-                    EXPECT_EQ(moved.isDone, model.moveTrack(at, step));
-                    EXPECT_EQ(moved.row, at.track + (moved.isDone ? step : 0));
-                } else {
-                    moveMusicList(project, at.list, Direction(step));
-                    if (list && model.list(at.list + step))
-                        std::swap(model.lists[size_t(at.list)],
-                                  model.lists[size_t(at.list + step)]);
-                }
+                if (list && upTo(2) > 0)
+                    travel(
+                        list->tracks,
+                        [&](const auto& ways) { return moveMusicTracks(project, at.list, ways); },
+                        [&](int row, int step) {
+                            return model.moveTrack({at.list, row}, step);
+                        });
+                else
+                    travel(
+                        model.lists,
+                        [&](const auto& ways) { return moveMusicLists(project, ways); },
+                        [&](int row, int step) {
+                            std::swap(model.lists[size_t(row)], model.lists[size_t(row + step)]);
+                            return true;
+                        });
                 EXPECT_FALSE(project.unsavedChanges) << "moves are no edits";
                 break;
             case 11:
@@ -238,6 +241,45 @@ class Steps {
         if (isDone && row) {
             EXPECT_EQ(result.row, *row);
         }
+    }
+    // One or several rows, seldom all.
+    Rows rows(int count) {
+        Rows rows;
+        const int often = upTo(3);
+        for (int row = 0; row < count; ++row)
+            if (upTo(often) == 0)
+                rows.append(row);
+        return rows;
+    }
+    template <typename Things, typename Remove>
+    void remove(Things& things, const Rows& rows, const Remove& removeRows) {
+        if (rows.size() > 3)
+            return;
+        expect(removeRows(rows), !rows.isEmpty(),
+               std::min(rows.value(0, -1), int(things.size() - size_t(rows.size())) - 1));
+        for (auto row = rows.rbegin(); row != rows.rend(); ++row)
+            things.erase(things.begin() + *row);
+    }
+    // What travels goes one step after the other, and is where the program says then.
+    template <typename Things, typename Move, typename MoveOne>
+    void travel(Things& things, const Move& move, const MoveOne& moveOne) {
+        const int count = int(things.size());
+        const Rows chosen = rows(count);
+        const int where = upTo(3);
+        const QList<RowTravel> ways =
+            where < 2 ? travelsByOne(chosen, count, where == 0 ? Direction::Up : Direction::Down)
+                      : travelsBefore(chosen, upTo(count));
+        std::vector<typename Things::value_type> travellers;
+        for (const int row : chosen)
+            travellers.push_back(things[size_t(row)]);
+        for (const auto& [from, to] : ways)
+            for (int row = from; row != to && moveOne(row, to < from ? -1 : 1);)
+                row += to < from ? -1 : 1;
+        Rows ends;
+        for (int row = 0; row < count; ++row)
+            if (std::count(travellers.begin(), travellers.end(), things[size_t(row)]) > 0)
+                ends.append(row);
+        EXPECT_EQ(move(ways), ends);
     }
     int upTo(int most) { return std::uniform_int_distribution<int>(0, most)(random_); }
     int row(int count) { return upTo(count + 1) - 1; }  // none and one too many among them

@@ -47,9 +47,9 @@ TEST(SpeechEditor, TitlesTakeAllThatNamesThemAlong) {
     EXPECT_TRUE(project.TriggerTable[0].itemName.is(u"01 Goodbye"));
     EXPECT_TRUE(project.PowerUpRecord.itemName.is(u"01 Goodbye"));
 
-    EXPECT_EQ(deleteSpeechTitle(project, 1).row, 0);
+    EXPECT_EQ(deleteSpeechTitles(project, {1}).row, 0);
     EXPECT_TRUE(isAssigned(project.TriggerTable[0]));
-    EXPECT_EQ(deleteSpeechTitle(project, 0).row, -1);
+    EXPECT_EQ(deleteSpeechTitles(project, {0}).row, -1);
     EXPECT_EQ(table(project), (QStringList{"-", "-", "-"}));
     EXPECT_FALSE(isAssigned(project.TriggerTable[0]) || hasPowerUpItem(project));
 }
@@ -61,7 +61,7 @@ TEST(SpeechEditor, LanguagesLeaveTriggersAlone) {
     EXPECT_EQ(table(project),
               (QStringList{"Welcome/English", "Goodbye/English", "Welcome/Deutsch"}));
     EXPECT_TRUE(project.DefaultLanguageTable.last().groupName.is(u"Deutsch"));
-    deleteLanguage(project, 1);
+    deleteLanguages(project, {1});
     EXPECT_EQ(table(project), (QStringList{"Welcome/English", "Goodbye/English", "-"}));
     EXPECT_EQ(project.DefaultLanguageTable, Project().DefaultLanguageTable);
     EXPECT_EQ(project.TriggerTable, before.TriggerTable);
@@ -83,7 +83,7 @@ TEST(MusicEditor, ANamelessListOfAFileCanBeRenamed) {
     addTrack(project, "Rock", "a", "1");
     addTrack(project, "", "b", "2");
     addTrack(project, "Gone", "c", "3");
-    deleteMusicList(project, 2);
+    deleteMusicLists(project, {2});
     addTrack(project, "", "b", "2");
     EXPECT_EQ(renameMusicList(project, 1, "Folk").name, "Folk");
     EXPECT_EQ(tracksOfMusicList(project, "Folk").value(0), "b");
@@ -91,7 +91,7 @@ TEST(MusicEditor, ANamelessListOfAFileCanBeRenamed) {
     EXPECT_TRUE(tracksOfMusicList(project, "New").isEmpty());
 
     addTrack(project, "", "b", "2");
-    deleteMusicList(project, 3);
+    deleteMusicLists(project, {3});
     addNewMusicList(project, "Next");
     EXPECT_TRUE(tracksOfMusicList(project, "Next").isEmpty());
 }
@@ -107,7 +107,7 @@ TEST(MusicEditor, MovingATrackSwapsTheFirstRecordOfItsNameAndFile) {
         auto expected = project.TrackTable;
         if (isSameFile)
             expected.swapItemsAt(1, 2);
-        EXPECT_EQ(moveMusicTrack(project, {0, 0}, Direction::Down).isDone, isSameFile);
+        EXPECT_EQ(moveMusicTracks(project, 0, {{0, 1}}), Rows{isSameFile ? 1 : 0});
         EXPECT_EQ(project.TrackTable, expected);
         EXPECT_EQ(project.lstMuTrack[0].first(), isSameFile ? "b" : "a");
     }

@@ -1,0 +1,175 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/line_list.h"
+
+#include <QDrag>
+#include <QDropEvent>
+#include <QMimeData>
+#include <QSignalBlocker>
+#include <QStringListModel>
+#include <QUrl>
+#include <algorithm>
+
+#include "model/format_limits.h"
+
+namespace tessaly {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QLatin1String RowsDragged("application/x-tessaly-rows");
+
+class LineModel : public QStringListModel {
+ public:
+    using QStringListModel::QStringListModel;
+
+    bool takesOnto = false;  // a row can be what something is dropped on, not only a place between
+
+    QVariant data(const QModelIndex& index, int role) const override {
+        if (role != Qt::ToolTipRole)
+            return QStringListModel::data(index, role);
+        const QString text = index.data().toString();
+        return text.size() > limits::DisplayText ? text : QVariant();
+    }
+
+    Qt::ItemFlags flags(const QModelIndex& index) const override {
+        const Qt::ItemFlags base = Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemIsDragEnabled;
+        return !index.isValid() || takesOnto ? base | Qt::ItemIsDropEnabled : base;
+    }
+    QStringList mimeTypes() const override { return {RowsDragged, u"text/uri-list"_s}; }
+    Qt::DropActions supportedDropActions() const override {
+        return Qt::CopyAction | Qt::MoveAction;
+    }
+    bool canDropMimeData(const QMimeData*, Qt::DropAction, int, int,
+                         const QModelIndex&) const override {
+        return true;  // the list has judged it
+    }
+};
+
+LineModel* modelOf(const QListView* list) {
+    return static_cast<LineModel*>(list->model());
+}
+
+QStringList filesIn(const QMimeData& data) {
+    QStringList files;
+    for (const QUrl& url : data.urls())
+        if (url.isLocalFile())
+            files.append(url.toLocalFile());
+    return files;
+}
+
+}  // namespace
+
+LineList::LineList(QWidget* parent) : QListView(parent) {
+    setModel(new LineModel(this));
+    setEditTriggers(NoEditTriggers);
+    setUniformItemSizes(true);
+    connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, &LineList::rowChanged);
+}
+
+void LineList::allowSeveral(bool isAllowed) {
+    setSelectionMode(isAllowed ? ExtendedSelection : SingleSelection);
+}
+
+void LineList::allowDrops() {
+    setDragDropMode(DragDrop);
+    setDropIndicatorShown(true);
+}
+
+void LineList::showLines(const QStringList& lines, const Rows& rows) {
+    LineModel* shown = modelOf(this);
+    if (shown->stringList() != lines)
+        shown->setStringList(lines);
+    selectRows(rows);
+}
+
+void LineList::selectRows(const Rows& rows) {
+    const QSignalBlocker blocker(this);
+    if (rows.isEmpty())
+        selectionModel()->clear();
+    if (rows.isEmpty() || rows == this->rows())
+        return;
+    const auto index = [this](int row) { return model()->index(row, 0); };
+    QItemSelection selection;
+    for (qsizetype first = 0, next = 0; first < rows.size(); first = next) {
+        for (next = first + 1; next < rows.size() && rows[next] == rows[next - 1] + 1;)
+            ++next;
+        selection.select(index(rows[first]), index(rows[next - 1]));
+    }
+    selectionModel()->setCurrentIndex(index(rows.first()), QItemSelectionModel::NoUpdate);
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    scrollTo(index(rows.last()));
+    scrollTo(index(rows.first()));
+}
+
+Rows LineList::rows() const {
+    Rows rows;
+    for (const QItemSelectionRange& range : selectionModel()->selection())
+        for (int row = range.top(); row <= range.bottom(); ++row)
+            rows.append(row);
+    std::sort(rows.begin(), rows.end());
+    return rows;
+}
+
+int LineList::row() const {
+    const Rows selected = rows();
+    return selected.size() == 1 ? selected.first() : -1;
+}
+
+QString LineList::line() const {
+    return model()->index(row(), 0).data().toString();
+}
+
+// ---- dragging ----------------------------------------------------------------------------------
+
+// Qt's own way would remove the rows here once they were taken.
+void LineList::startDrag(Qt::DropActions) {
+    if (rows().isEmpty() || !acceptDrops())
+        return;
+    auto* dragged = new QMimeData;
+    dragged->setData(RowsDragged, {});
+    auto* drag = new QDrag(this);
+    drag->setMimeData(dragged);
+    drag->exec(Qt::MoveAction);
+}
+
+void LineList::dragEnterEvent(QDragEnterEvent* event) {
+    const bool isOwn = event->source() == this && event->mimeData()->hasFormat(RowsDragged);
+    const bool hasFiles = !filesIn(*event->mimeData()).isEmpty();
+    if (!isOwn && !hasFiles)
+        return event->ignore();
+    modelOf(this)->takesOnto = !isOwn;
+    QListView::dragEnterEvent(event);
+    event->setDropAction(isOwn ? Qt::MoveAction : Qt::CopyAction);
+    event->accept();
+}
+
+void LineList::dragMoveEvent(QDragMoveEvent* event) {
+    QListView::dragMoveEvent(event);  // scrolls at the edges and draws where it would go
+    event->setDropAction(event->source() == this ? Qt::MoveAction : Qt::CopyAction);
+    event->accept();
+}
+
+// The row that what is dragged would go before.
+int LineList::rowBelow(const QDropEvent& event) const {
+    const QPoint at = event.position().toPoint();
+    const QModelIndex index = indexAt(at);
+    if (!index.isValid())
+        return model()->rowCount();
+    return index.row() + (at.y() > visualRect(index).center().y() ? 1 : 0);
+}
+
+void LineList::dropEvent(QDropEvent* event) {
+    stopAutoScroll();
+    setState(NoState);
+    viewport()->update();
+    const bool isOwn = event->source() == this;
+    event->setDropAction(isOwn ? Qt::MoveAction : Qt::CopyAction);  // a source never removes files
+    event->accept();
+    if (isOwn)
+        emit rowsDropped(rowBelow(*event));
+    else
+        emit filesDropped(filesIn(*event->mimeData()), indexAt(event->position().toPoint()).row());
+}
+
+}  // namespace tessaly
