@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/line_list.h"
 
+#include <QCoreApplication>
 #include <QDrag>
 #include <QDropEvent>
 #include <QMimeData>
@@ -40,9 +41,22 @@ class LineModel : public QStringListModel {
     Qt::DropActions supportedDropActions() const override {
         return Qt::CopyAction | Qt::MoveAction;
     }
+    // The rows themselves are no texts for other programs: only their own list takes them.
+    QMimeData* mimeData(const QModelIndexList&) const override {
+        auto* rows = new QMimeData;
+        rows->setData(RowsDragged, id());
+        return rows;
+    }
+    bool isOwn(const QMimeData& data) const { return data.data(RowsDragged) == id(); }
     bool canDropMimeData(const QMimeData*, Qt::DropAction, int, int,
                          const QModelIndex&) const override {
         return true;  // the list has judged it
+    }
+
+ private:
+    QByteArray id() const {
+        return QByteArray::number(QCoreApplication::applicationPid()) + '/' +
+               QByteArray::number(quintptr(this));
     }
 };
 
@@ -124,17 +138,15 @@ QString LineList::line() const {
 
 // Qt's own way would remove the rows here once they were taken.
 void LineList::startDrag(Qt::DropActions) {
-    if (rows().isEmpty() || !acceptDrops())
+    if (rows().isEmpty())
         return;
-    auto* dragged = new QMimeData;
-    dragged->setData(RowsDragged, {});
     auto* drag = new QDrag(this);
-    drag->setMimeData(dragged);
+    drag->setMimeData(model()->mimeData({}));
     drag->exec(Qt::MoveAction);
 }
 
 void LineList::dragEnterEvent(QDragEnterEvent* event) {
-    const bool isOwn = event->source() == this && event->mimeData()->hasFormat(RowsDragged);
+    const bool isOwn = modelOf(this)->isOwn(*event->mimeData());
     const bool hasFiles = !filesIn(*event->mimeData()).isEmpty();
     if (!isOwn && !hasFiles)
         return event->ignore();
@@ -146,7 +158,8 @@ void LineList::dragEnterEvent(QDragEnterEvent* event) {
 
 void LineList::dragMoveEvent(QDragMoveEvent* event) {
     QListView::dragMoveEvent(event);  // scrolls at the edges and draws where it would go
-    event->setDropAction(event->source() == this ? Qt::MoveAction : Qt::CopyAction);
+    event->setDropAction(modelOf(this)->isOwn(*event->mimeData()) ? Qt::MoveAction
+                                                                  : Qt::CopyAction);
     event->accept();
 }
 
@@ -163,7 +176,7 @@ void LineList::dropEvent(QDropEvent* event) {
     stopAutoScroll();
     setState(NoState);
     viewport()->update();
-    const bool isOwn = event->source() == this;
+    const bool isOwn = modelOf(this)->isOwn(*event->mimeData());
     event->setDropAction(isOwn ? Qt::MoveAction : Qt::CopyAction);  // a source never removes files
     event->accept();
     if (isOwn)

@@ -5,11 +5,12 @@
 
 namespace tessaly {
 
-/// The texts of one tag block of an MP3 file; empty where the file has none.
+/// What one tag block of an MP3 file says; empty where the file has none.
 struct TagBlock {
     QString title;
     QString artist;
     QString album;
+    int trackNumber = 0;  ///< 0 for none
     bool operator==(const TagBlock&) const = default;
 };
 
