@@ -123,6 +123,9 @@ void MainWindow::addPages() {
 
 void MainWindow::Tabs_Click() {
     qobject_cast<Page*>(ui_->Tabs->currentWidget())->showProject();
+    // Qt leaves the focus on the page behind if what had it on this one is disabled by now.
+    if (const QWidget* focus = focusWidget(); focus && !focus->isVisible())
+        ui_->Tabs->setFocus();
     history_.looked(view());
 }
 

@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/music_page.h"
 
-#include <QProgressDialog>
+#include <QAction>
 #include <QPushButton>
-#include <QScopeGuard>
 
-#include "app/session_status.h"
-#include "editor/list_import.h"
 #include "model/music_lists.h"
-#include "platform/error.h"
 
 namespace tessaly {
 
@@ -24,7 +20,8 @@ MusicPage::MusicPage(Project& project, const Services& services, QWidget* parent
                   .label = u"New &list:",
                   .what = u"list",
                   .more = {{u"buttAddMuItunesPlaylist", u"Add Exported  &Playlist..."},
-                           {u"buttAddMuListDir", u"Add F&older..."}}},
+                           {u"buttAddMuListDir", u"Add F&older..."},
+                           {u"buttAddMuFiles", u"Add File&s..."}}},
                  {.item = u"MuTrack",
                   .list = u"lstMuTrack",
                   .image = u"imgMuTrack",
@@ -56,7 +53,12 @@ MusicPage::MusicPage(Project& project, const Services& services, QWidget* parent
     connect(lists_.moreButton(0), &QPushButton::clicked, this,
             &MusicPage::buttAddMuItunesPlaylist_Click);
     connect(lists_.moreButton(1), &QPushButton::clicked, this, &MusicPage::buttAddMuListDir_Click);
+    connect(lists_.moreButton(2), &QPushButton::clicked, this, &MusicPage::buttAddMuFiles_Click);
     connect(file_.browseButton(), &QPushButton::clicked, this, &MusicPage::buttAddMuFile_Click);
+    connect(lists_.list(), &LineList::filesDropped, this, &MusicPage::addFiles);
+    connect(tracks_.list(), &LineList::filesDropped, this,
+            [this](const QStringList& paths) { addFiles(paths, selection().list); });
+    addSorting();
     showSelection();
 }
 
@@ -67,6 +69,13 @@ MusicSelection MusicPage::selection() const {
 EditorControls MusicPage::controls() const {
     return musicControls(lists_.list()->rows(), tracks_.list()->rows(), lists_.entry(),
                          trackEntered_);
+}
+
+void MusicPage::showSelection() {
+    EditorPage::showSelection();
+    const bool canSort = lists_.list()->row() >= 0 && tracks_.list()->model()->rowCount() > 1;
+    for (QAction* command : sortCommands_)
+        command->setEnabled(canSort);
 }
 
 FileDisplay MusicPage::display() const {
@@ -234,87 +243,6 @@ void MusicPage::moveTracks(const QList<RowTravel>& travels) {
     showTracks(rows);
     lstMuTrack_Click();
     emit projectChanged();
-}
-
-void MusicPage::buttAddMuFile_Click() {
-    const QString path = askForFile();
-    if (chooseMusicFile(project_, selection(), path).isDone)
-        lstMuTrack_Click();
-    emit projectChanged();
-    tellUnsavablePaths(services_.prompts, {path});
-}
-
-// ---- imports -----------------------------------------------------------------------------------
-
-// Runs an import behind a dialog that appears when it takes long, and shows its list.
-void MusicPage::importList(const std::function<ImportResult(const KeepGoing&)>& run) {
-    QProgressDialog progress(u"Reading the tracks..."_s, u"Cancel"_s, 0, 0, window());
-    progress.setWindowModality(Qt::ApplicationModal);
-    progress.setMinimumDuration(50);  // an operator who waits longer wonders
-    emit editBegins();
-    const auto ends = qScopeGuard([this] { emit editEnds(); });
-    const KeepGoing keepGoing = [&](int done, int total) {
-        progress.setMaximum(total);
-        progress.setValue(done);  // pumps events while the dialog is shown
-        return !progress.wasCanceled();
-    };
-    const qsizetype before = project_.TrackTable.size();
-    try {
-        const ImportResult result = run(keepGoing);
-        progress.reset();
-        const bool isMade = result.outcome == ImportResult::Outcome::Imported;
-        const auto icon = isMade ? Message::Icon::Information : Message::Icon::Exclamation;
-        for (const ImportMessage& message : boxesOf(result))
-            services_.prompts.tell({.text = message.text, .icon = icon, .title = message.title});
-        if (isMade)
-            clearEntries();
-        listEdited({.isDone = result.listRow >= 0, .row = result.listRow});
-        trackEdited({.isDone = result.trackRow >= 0, .row = result.trackRow});
-        if (isMade)
-            offerFiles(result.list);
-    } catch (const TessalyError& error) {
-        progress.reset();
-        services_.prompts.tell({.text = error.description, .icon = Message::Icon::Exclamation});
-    }
-    emit projectChanged();
-    QStringList added;
-    for (const TrackRecord& record : project_.TrackTable.mid(before))
-        added.append(record.sourcePath.text());
-    tellUnsavablePaths(services_.prompts, added);
-}
-
-// Says which tracks of a new list are silent, and makes them play when that is wanted.
-void MusicPage::offerFiles(const QString& list) {
-    const QString namesakes = namesakesText(project_, list);
-    if (namesakes.isEmpty() ||
-        !services_.prompts.offer(
-            {.text = namesakes + u"\r\r"_s + NamesakesFate.toString() +
-                     u"  \"Give each its file\" makes each track play the file it was made of."_s,
-             .icon = Message::Icon::Exclamation},
-            u"Give each its file"_s))
-        return;
-    giveEachItsFile(project_, {list});
-    lstMuTrack_Click();
-}
-
-void MusicPage::buttAddMuItunesPlaylist_Click() {
-    const QString path = services_.prompts.openFile(
-        {.filter = u"TXT files (*.txt);;M3U files (*.M3U *.m3u)"_s,
-         .folder = foldersOfProgram(services_.appFolder, services_.userFolder)
-                       .projectsStart(services_.files)});
-    importList([&](const KeepGoing& keepGoing) {
-        return importPlaylist(project_, services_.files, services_.tags, path, keepGoing);
-    });
-}
-
-void MusicPage::buttAddMuListDir_Click() {
-    const QString folder =
-        services_.prompts.pickFolder(u"Select folder containing MP3 files"_s, lastMusicFolder_);
-    if (!folder.isEmpty())
-        lastMusicFolder_ = folder;
-    importList([&](const KeepGoing& keepGoing) {
-        return importMusicFolder(project_, services_.files, services_.tags, folder, keepGoing);
-    });
 }
 
 }  // namespace tessaly

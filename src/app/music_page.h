@@ -26,6 +26,7 @@ class MusicPage : public EditorPage {
 
  protected:
     EditorControls controls() const override;
+    void showSelection() override;
     FileDisplay display() const override;
 
  private:
@@ -38,6 +39,7 @@ class MusicPage : public EditorPage {
     void buttAddMuFile_Click();
     void buttAddMuItunesPlaylist_Click();
     void buttAddMuListDir_Click();
+    void buttAddMuFiles_Click();
     void moveLists(const QList<RowTravel>& travels);
     void moveTracks(const QList<RowTravel>& travels);
     void selectList();
@@ -54,7 +56,12 @@ class MusicPage : public EditorPage {
     void showLists(const Rows& rows);
     void showTracks(const Rows& rows);
     void offerFiles(const QString& list);
-    void importList(const std::function<ImportResult(const KeepGoing&)>& run);
+    using LongWork = std::function<std::function<void()>(const KeepGoing&)>;
+    void runLong(const QString& what, const LongWork& work);
+    void showImport(const ImportResult& result, const QString& inside = {});
+    void addFiles(const QStringList& paths, int listRow);
+    void addSorting();
+    void sortTracks(bool byNumber);
 
     ListSection& lists_ = first_;
     ListSection& tracks_ = second_;
@@ -62,6 +69,7 @@ class MusicPage : public EditorPage {
     int shownSlot_ = 0;           // slot of the list whose tracks are shown
     bool trackEntered_ = false;   // something was typed for a new track, erased or not
     QString lastMusicFolder_;
+    QList<QAction*> sortCommands_;
 };
 
 }  // namespace tessaly

@@ -129,4 +129,11 @@ void tellUnsavablePaths(Prompts& prompts, QStringList paths) {
         prompts.tell({.text = lostFilesText(paths), .icon = Message::Icon::Exclamation});
 }
 
+void tellSummary(Prompts& prompts, const AddSummary& summary) {
+    prompts.tell(
+        {.text = summary.text() + u'.',
+         .icon = summary.added > 0 ? Message::Icon::Information : Message::Icon::Exclamation,
+         .details = summary.details()});
+}
+
 }  // namespace tessaly

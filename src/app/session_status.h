@@ -5,6 +5,7 @@
 #include <QStringList>
 
 #include "app/prompts.h"
+#include "editor/add_summary.h"
 #include "model/project_session.h"
 
 class QLabel;
@@ -54,5 +55,8 @@ bool confirmSave(ProjectSession& session, Prompts& prompts);
 /// Tells which of `paths`, of files that were added just now, no card file can hold. Says nothing
 /// when it can hold them all.
 void tellUnsavablePaths(Prompts& prompts, QStringList paths);
+
+/// Tells what became of files that were added together.
+void tellSummary(Prompts& prompts, const AddSummary& summary);
 
 }  // namespace tessaly

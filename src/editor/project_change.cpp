@@ -242,31 +242,32 @@ bool isTypedText(const Project& before, Project after) {
 
 QString removalInWords(const Project& before, const Project& after) {
     QStringList gone;
-    for (const auto& [old, now] : {std::pair(before.lstMuList, after.lstMuList),
-                                   std::pair(before.lstSpTitles, after.lstSpTitles),
-                                   std::pair(before.lstLangs, after.lstLangs)}) {
+    QString kind;
+    const auto look = [&](const QString& one, const QStringList& old, const QStringList& now) {
         const Difference found = differenceOf(old, now);
-        if (found.added.isEmpty())
-            gone += found.removed;
-    }
-    for (const QString& list : after.lstMuList) {
-        const Difference found =
-            differenceOf(tracksOfMusicList(before, list), tracksOfMusicList(after, list));
-        if (found.added.isEmpty())
-            gone += found.removed;
-    }
+        if (found.removed.isEmpty() || !found.added.isEmpty())
+            return;
+        gone += found.removed;
+        kind = one;
+    };
+    look(u"list"_s, before.lstMuList, after.lstMuList);
+    look(u"title"_s, before.lstSpTitles, after.lstSpTitles);
+    look(u"language"_s, before.lstLangs, after.lstLangs);
+    for (const QString& list : after.lstMuList)
+        look(u"track"_s, tracksOfMusicList(before, list), tracksOfMusicList(after, list));
     if (gone.isEmpty())
         return {};
     const auto countFiles = [](const Project& project) {
         return std::count_if(project.TrackTable.begin(), project.TrackTable.end(), isTrackFile);
     };
     const qsizetype files = countFiles(before) - countFiles(after);
-    const QString what =
-        gone.size() == 1 ? shortName(gone.first()) : u"%1 lines"_s.arg(gone.size());
+    const bool isOne = gone.size() == 1;
+    const QString what = isOne ? shortName(gone.first()) : counted(gone.size(), kind);
     if (files == 0)
         return what + u" removed"_s;
+    const QString whose = isOne ? u"its "_s : u"their "_s;
     return u"%1 and %2 removed"_s.arg(what,
-                                      files == 1 ? u"its file"_s : u"its %1 files"_s.arg(files));
+                                      whose + (files == 1 ? u"file"_s : counted(files, u"file"_s)));
 }
 
 }  // namespace tessaly

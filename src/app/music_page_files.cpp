@@ -1,0 +1,206 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// How files come to the page of music: chosen, imported, dropped; music_page.cpp has the rest.
+#include <QAction>
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QScopeGuard>
+#include <algorithm>
+#include <climits>
+#include <numeric>
+
+#include "app/music_page.h"
+#include "app/session_status.h"
+#include "editor/folder_tree.h"
+#include "editor/list_import.h"
+#include "editor/music_files.h"
+#include "model/music_lists.h"
+#include "platform/error.h"
+
+namespace tessaly {
+
+using namespace Qt::StringLiterals;
+
+void MusicPage::buttAddMuFile_Click() {
+    const QString path = askForFile();
+    if (chooseMusicFile(project_, selection(), path).isDone)
+        lstMuTrack_Click();
+    emit projectChanged();
+    tellUnsavablePaths(services_.prompts, {path});
+}
+
+// Does something with many files as one edit, behind a dialog that appears when it takes long.
+// `work` returns what is to be shown of it when the dialog is gone.
+void MusicPage::runLong(const QString& what, const LongWork& work) {
+    QProgressDialog progress(what, u"Cancel"_s, 0, 0, window());
+    progress.setWindowModality(Qt::ApplicationModal);
+    progress.setMinimumDuration(50);  // an operator who waits longer wonders
+    emit editBegins();
+    const auto ends = qScopeGuard([this] { emit editEnds(); });
+    const KeepGoing keepGoing = [&](int done, int total) {
+        progress.setMaximum(total);
+        progress.setValue(done);  // pumps events while the dialog is shown
+        return !progress.wasCanceled();
+    };
+    const qsizetype before = project_.TrackTable.size();
+    try {
+        const std::function<void()> show = work(keepGoing);
+        progress.reset();
+        show();
+    } catch (const TessalyError& error) {
+        progress.reset();
+        services_.prompts.tell({.text = error.description, .icon = Message::Icon::Exclamation});
+    }
+    emit projectChanged();
+    QStringList added;
+    for (const TrackRecord& record : project_.TrackTable.mid(before))
+        added.append(record.sourcePath.text());
+    tellUnsavablePaths(services_.prompts, added);
+}
+
+// Shows what an import brought. `inside` is a folder without MP3 files whose folders hold some.
+void MusicPage::showImport(const ImportResult& result, const QString& inside) {
+    const bool isMade = result.outcome == ImportResult::Outcome::Imported;
+    const auto icon = isMade ? Message::Icon::Information : Message::Icon::Exclamation;
+    bool addsInside = false;
+    for (const ImportMessage& import : boxesOf(result)) {
+        Message message{
+            .text = import.text, .icon = icon, .title = import.title, .more = import.more};
+        if (inside.isEmpty()) {
+            services_.prompts.tell(message);
+            continue;
+        }
+        message.more = u"The folders in it do. Each of them can become a list."_s;
+        addsInside = services_.prompts.offer(message, u"Add the folders in it"_s);
+    }
+    if (isMade)
+        clearEntries();
+    listEdited({.isDone = result.listRow >= 0, .row = result.listRow});
+    trackEdited({.isDone = result.trackRow >= 0, .row = result.trackRow});
+    if (isMade)
+        offerFiles(result.list);
+    if (addsInside)
+        addFiles({inside}, -1);
+}
+
+// Says which tracks of a new list are silent, and makes them play when that is wanted.
+void MusicPage::offerFiles(const QString& list) {
+    const QString namesakes = namesakesText(project_, list);
+    if (namesakes.isEmpty() ||
+        !services_.prompts.offer(
+            {.text = namesakes + u"\r\r"_s + NamesakesFate.toString() +
+                     u"  \"Give each its file\" makes each track play the file it was made of."_s,
+             .icon = Message::Icon::Exclamation},
+            u"Give each its file"_s))
+        return;
+    giveEachItsFile(project_, {list});
+    lstMuTrack_Click();
+}
+
+void MusicPage::buttAddMuItunesPlaylist_Click() {
+    const QString path = services_.prompts.openFile(
+        {.filter = u"TXT files (*.txt);;M3U files (*.M3U *.m3u)"_s,
+         .folder = foldersOfProgram(services_.appFolder, services_.userFolder)
+                       .projectsStart(services_.files)});
+    runLong(u"Reading the tracks..."_s, [&](const KeepGoing& keepGoing) {
+        const ImportResult result =
+            importPlaylist(project_, services_.files, services_.tags, path, keepGoing);
+        return [this, result] { showImport(result); };
+    });
+}
+
+void MusicPage::buttAddMuListDir_Click() {
+    const QString folder =
+        services_.prompts.pickFolder(u"Select folder containing MP3 files"_s, lastMusicFolder_);
+    if (!folder.isEmpty())
+        lastMusicFolder_ = folder;
+    runLong(u"Reading the tracks..."_s, [&](const KeepGoing& keepGoing) {
+        const ImportResult result =
+            importMusicFolder(project_, services_.files, services_.tags, folder, keepGoing);
+        QString inside;  // what its folders hold, if it holds no file itself
+        if (result.outcome == ImportResult::Outcome::NoFiles) {
+            AddSummary ignored;
+            const auto found = mp3FoldersIn(services_.files, folder, ignored, keepGoing);
+            if (!found.isEmpty() && !ignored.isCancelled)
+                inside = folder;
+        }
+        return [this, result, inside] { showImport(result, inside); };
+    });
+}
+
+// ---- many files at once -------------------------------------------------------------------------
+
+void MusicPage::buttAddMuFiles_Click() {
+    const QStringList paths = services_.prompts.openFiles(
+        {.filter = u"MP3 files and playlists (*.mp3 *.MP3 *.m3u *.m3u8 *.pls)"_s,
+         .folder = lastMusicFolder_,
+         .title = u"Add MP3 Files and Playlists"_s});
+    if (!paths.isEmpty())
+        addFiles(paths, selection().list);
+}
+
+// Loose files join the list in that row; folders and playlists, and files for no list, make lists
+// of their own.
+void MusicPage::addFiles(const QStringList& paths, int listRow) {
+    const bool isLoose = std::all_of(paths.begin(), paths.end(), [](const QString& path) {
+        return path.endsWith(u".mp3", Qt::CaseInsensitive);
+    });
+    runLong(u"Reading the files..."_s, [&](const KeepGoing& keepGoing) {
+        const AddSummary summary = addMusicFiles(project_, services_.files, services_.tags, paths,
+                                                 {isLoose ? listRow : -1}, keepGoing);
+        return [this, summary] {
+            if (summary.listRow >= 0) {
+                clearEntries();
+                listEdited({.isDone = true, .row = summary.listRow});
+                trackEdited({.isDone = summary.trackRow >= 0, .row = summary.trackRow});
+            }
+            if (!summary.isCancelled)
+                tellSummary(services_.prompts, summary);
+        };
+    });
+}
+
+// ---- sorting -----------------------------------------------------------------------------------
+
+void MusicPage::addSorting() {
+    for (const bool byNumber : {false, true}) {
+        QAction* command =
+            tracks_.addCommand(byNumber ? u"Sort by Track Number"_s : u"Sort by Name"_s);
+        connect(command, &QAction::triggered, this, [this, byNumber] { sortTracks(byNumber); });
+        sortCommands_.append(command);
+    }
+}
+
+// By the texts of the lines, or by the numbers in the files' tags, those without one last.
+void MusicPage::sortTracks(bool byNumber) {
+    const int list = selection().list;
+    const QStringList lines = project_.lstMuTrack.value(project_.currentMusicList);
+    runLong(u"Reading the track numbers..."_s, [&](const KeepGoing& keepGoing) {
+        QList<int> numbers(lines.size(), 0), order(lines.size());
+        const TrackIndex index(project_);
+        for (int row = 0; byNumber && row < int(lines.size()); ++row) {
+            if (!keepGoing(row, int(lines.size())))
+                return std::function([] {});
+            const TrackRecord* record = index.music(project_.lstMuList[list], lines[row]);
+            const TagBlocks tags =
+                record ? services_.tags.read(record->sourcePath.text()) : TagBlocks();
+            const int number =
+                tags.first.trackNumber ? tags.first.trackNumber : tags.second.trackNumber;
+            numbers[row] = number ? number : INT_MAX;
+        }
+        std::iota(order.begin(), order.end(), 0);
+        std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
+            return byNumber ? numbers[a] < numbers[b] : comesBefore(lines[a], lines[b]);
+        });
+        sortMusicTracks(project_, list, order);
+        return std::function([this, order, rows = tracks_.list()->rows()] {
+            Rows now;  // what was selected goes with its rows
+            for (int row = 0; row < int(order.size()); ++row)
+                if (std::binary_search(rows.begin(), rows.end(), order[row]))
+                    now.append(row);
+            showTracks(now);
+            lstMuTrack_Click();
+        });
+    });
+}
+
+}  // namespace tessaly
