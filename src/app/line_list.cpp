@@ -179,6 +179,7 @@ void LineList::dropEvent(QDropEvent* event) {
     const bool isOwn = modelOf(this)->isOwn(*event->mimeData());
     event->setDropAction(isOwn ? Qt::MoveAction : Qt::CopyAction);  // a source never removes files
     event->accept();
+    setFocus(Qt::MouseFocusReason);
     if (isOwn)
         emit rowsDropped(rowBelow(*event));
     else

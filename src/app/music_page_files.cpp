@@ -13,6 +13,7 @@
 #include "editor/folder_tree.h"
 #include "editor/list_import.h"
 #include "editor/music_files.h"
+#include "editor/standard_playlist.h"
 #include "model/music_lists.h"
 #include "platform/error.h"
 
@@ -141,8 +142,8 @@ void MusicPage::buttAddMuFiles_Click() {
 // Loose files join the list in that row; folders and playlists, and files for no list, make lists
 // of their own.
 void MusicPage::addFiles(const QStringList& paths, int listRow) {
-    const bool isLoose = std::all_of(paths.begin(), paths.end(), [](const QString& path) {
-        return path.endsWith(u".mp3", Qt::CaseInsensitive);
+    const bool isLoose = std::none_of(paths.begin(), paths.end(), [this](const QString& path) {
+        return isStandardPlaylist(path) || services_.files.isFolder(path);
     });
     runLong(u"Reading the files..."_s, [&](const KeepGoing& keepGoing) {
         const AddSummary summary = addMusicFiles(project_, services_.files, services_.tags, paths,

@@ -136,6 +136,10 @@ bool drop(QWidget* widget, QPoint at, const QString& text, bool asFile) {
         data.setUrls(files);
     else
         data.setText(text);
+    return drop(widget, at, data);
+}
+
+bool drop(QWidget* widget, QPoint at, const QMimeData& data) {
     const Qt::DropActions both = Qt::CopyAction | Qt::MoveAction;
     QDragEnterEvent enter(at, both, &data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(widget, &enter);

@@ -3,6 +3,7 @@
 
 #include <QAbstractItemView>
 #include <QList>
+#include <QMimeData>
 #include <QString>
 #include <QWidget>
 
@@ -54,6 +55,7 @@ void turnWheel(QWidget* widget, QPoint at, int degrees);
 /// Offers a move, which a source would take from itself; true when it came in as a copy. Several
 /// files are parted by " | ".
 bool drop(QWidget* widget, QPoint at, const QString& text, bool asFile);
+bool drop(QWidget* widget, QPoint at, const QMimeData& data);
 void composeText(const QString& text);  ///< as an input method does
 
 void pressKey(QWidget* window, Qt::Key key, Qt::KeyboardModifiers keys = {});

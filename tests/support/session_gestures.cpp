@@ -147,6 +147,19 @@ void Session::addKeysAndClicks() {
         }
         say(drop(view->viewport(), at, rest.section(" > ", 1), true) ? "as a copy" : "not taken");
     };
+    // drag-rows LIST ROW: what is selected there, to before that row or behind the last
+    verbs["drag-rows"] = [this](const QString& rest) {
+        auto* view = qobject_cast<QAbstractItemView*>(named(rest.section(' ', 0, 0)));
+        if (!view)
+            return;
+        const std::unique_ptr<QMimeData> rows(view->model()->mimeData({}));
+        const QModelIndex index = view->model()->index(rowOf(view, rest.section(' ', 1)), 0);
+        const QRect below = view->visualRect(index);
+        drop(view->viewport(),
+             index.isValid() ? below.topLeft() + QPoint(5, 1)
+                             : view->viewport()->rect().bottomLeft(),
+             *rows);
+    };
     // compose TEXT: as an input method does, in place of as many characters as there are "<" first
     verbs["compose"] = [](const QString& text) {
         const int replaced = int(text.count('<'));

@@ -4,6 +4,7 @@
 #include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QCheckBox>
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QLabel>
@@ -56,8 +57,13 @@ QString rowsOf(const QAbstractItemView* view) {
 
 // What a control says; nothing of one that only holds others.
 QString contentOf(const QWidget* widget) {
-    if (const auto* button = qobject_cast<const QAbstractButton*>(widget))
-        return quoted(button->text()) + (button->isChecked() ? " checked" : "");
+    if (const auto* button = qobject_cast<const QAbstractButton*>(widget)) {
+        const auto* box = qobject_cast<const QCheckBox*>(button);
+        const bool isPartly = box && box->checkState() == Qt::PartiallyChecked;
+        return quoted(button->text()) + (isPartly              ? " partly checked"
+                                         : button->isChecked() ? " checked"
+                                                               : "");
+    }
     if (const auto* edit = qobject_cast<const QLineEdit*>(widget))
         return '[' + edit->text() + ']';
     if (const auto* label = qobject_cast<const QLabel*>(widget))
