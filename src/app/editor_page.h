@@ -28,7 +28,7 @@ class EditorPage : public Page {
     virtual EditorControls controls() const = 0;
     virtual FileDisplay display() const = 0;
 
-    void showSelection();
+    virtual void showSelection();
 
     /// The text of a section's field changed: Enter adds it, if it can be added.
     void entered(ListSection& section);

@@ -4,9 +4,14 @@
 #include "app/editor_page.h"
 #include "editor/speech_editor.h"
 
+class QRadioButton;
+
 namespace tessaly {
 
-/// The page of speech titles, languages and the file of each pair.
+class OverviewSection;
+
+/// The page of speech titles, languages and the file of each pair: two lists, or all pairs in one
+/// table. Both have the same selection.
 class SpeechPage : public EditorPage {
     Q_OBJECT
 
@@ -22,6 +27,7 @@ class SpeechPage : public EditorPage {
  protected:
     EditorControls controls() const override;
     FileDisplay display() const override;
+    void showSelection() override;
 
  private:
     void buttAddSpTitle_Click();
@@ -31,16 +37,22 @@ class SpeechPage : public EditorPage {
     void buttEditLang_Click();
     void buttDelLang_Click();
     void buttAddSpFile_Click();
+    void buttNoSpFile_Click();
+    void buttSpOverview_Toggle(bool isOverview);
     void moveTitle(Direction direction);
     void moveLang(Direction direction);
     void txtNewSpTitle_Change();
     void txtNewLang_Change();
 
+    void addViews();
     SpeechSelection selection() const;
     void showRows(int title, int language);
 
     ListSection& titles_ = first_;
     ListSection& langs_ = second_;
+    OverviewSection& overview_;
+    QRadioButton* asList_;
+    QRadioButton* asOverview_;
 };
 
 }  // namespace tessaly

@@ -34,6 +34,7 @@ struct ListControls {
 struct EditorControls {
     ListControls first, second;
     bool chooseFile = false;
+    bool clearFile = false;  ///< speech only
 
     bool operator==(const EditorControls&) const = default;
 };
