@@ -16,6 +16,7 @@ namespace tessaly {
 struct ImportMessage {
     QString title = {};  ///< empty: the program's own
     QString text = {};   ///< lines end in CR LF
+    QString more = {};   ///< to be said below it, in a quieter voice
 };
 
 /// Called before each file or entry with how many are done and how many there are; false cancels
