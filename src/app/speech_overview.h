@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QGroupBox>
-#include <QTableView>
 #include <QTimer>
 
 #include "editor/speech_overview.h"
@@ -13,28 +12,7 @@ class QLabel;
 namespace tessaly {
 
 class OverviewModel;
-
-/// The table of the overview. Letters that are typed look for a title; files can be dropped on a
-/// cell, and on the name of a title or a language.
-class OverviewTable : public QTableView {
-    Q_OBJECT
-
- public:
-    explicit OverviewTable(QWidget* parent = nullptr);
-
-    void keyboardSearch(const QString& letters) override { emit searched(letters); }
-
- signals:
-    void searched(const QString& letters);
-    /// A row of -1 is none: dropped on a language, a title or beside all.
-    void filesDropped(const QStringList& paths, const SpeechSelection& onto);
-
- protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-    void paintEvent(QPaintEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-    void updateGeometries() override;
-};
+class OverviewTable;
 
 /// The section with all titles in all languages: which pairs have a file, and whether it is any
 /// good. A sign says that without its colour.

@@ -3,10 +3,7 @@
 
 #include <QPushButton>
 #include <QRadioButton>
-#include <QShortcut>
-#include <QVBoxLayout>
 
-#include "app/session_status.h"
 #include "app/speech_overview.h"
 #include "model/format_limits.h"
 
@@ -58,60 +55,6 @@ SpeechPage::SpeechPage(Project& project, const Services& services, QWidget* pare
     connect(file_.browseButton(), &QPushButton::clicked, this, &SpeechPage::buttAddSpFile_Click);
     connect(file_.clearButton(), &QPushButton::clicked, this, &SpeechPage::buttNoSpFile_Click);
     showSelection();
-}
-
-// The switch between the lists and the overview, which have the same place.
-void SpeechPage::addViews() {
-    const QKeySequence key(Qt::CTRL | Qt::Key_G);
-    asList_->setObjectName(u"buttSpList"_s);
-    asOverview_->setObjectName(u"buttSpOverview"_s);
-    asList_->setChecked(true);
-    asOverview_->setToolTip(u"All titles in all languages ("_s +
-                            key.toString(QKeySequence::NativeText) + u')');
-    auto* views = new QHBoxLayout;
-    views->addWidget(asList_);
-    views->addWidget(asOverview_);
-    views->addStretch();
-    auto* layout = qobject_cast<QVBoxLayout*>(widget()->layout());
-    layout->insertLayout(0, views);
-    layout->insertWidget(1, &overview_, 1);
-    overview_.hide();
-    auto* shortcut = new QShortcut(key, this);
-    connect(shortcut, &QShortcut::activated, this,
-            [this] { (asOverview_->isChecked() ? asList_ : asOverview_)->setChecked(true); });
-    connect(asOverview_, &QRadioButton::toggled, this, &SpeechPage::buttSpOverview_Toggle);
-    connect(overview_.table(), &OverviewTable::searched, titles_.list(), &LineList::keyboardSearch);
-    connect(&overview_, &OverviewSection::browseChosen, file_.browseButton(), &QPushButton::click);
-    connect(&overview_, &OverviewSection::clearChosen, file_.clearButton(), &QPushButton::click);
-    connect(&overview_, &OverviewSection::selectionMoved, this, [this] {
-        const SpeechSelection pair = overview_.current();
-        titles_.list()->selectRow(pair.title);
-        langs_.list()->selectRow(pair.language);
-        showSelection();
-        emit looked();
-    });
-}
-
-void SpeechPage::showSelection() {
-    EditorPage::showSelection();
-    const bool isOverview = asOverview_->isChecked();
-    if (isOverview)
-        overview_.select(selection());
-    const bool canClear = isOverview ? overview_.hasFile() : controls().clearFile;
-    file_.clearButton()->setEnabled(canClear);
-    overview_.enableClear(canClear);
-}
-
-void SpeechPage::buttSpOverview_Toggle(bool isOverview) {
-    titles_.setVisible(!isOverview);
-    langs_.setVisible(!isOverview);
-    overview_.setVisible(isOverview);
-    if (isOverview) {  // where nothing is selected, the first pair is
-        showRows(project_.lstSpTitles.isEmpty() ? -1 : std::max(0, selection().title),
-                 project_.lstLangs.isEmpty() ? -1 : std::max(0, selection().language));
-        emit looked();
-    }
-    (isOverview ? static_cast<QWidget*>(overview_.table()) : titles_.list())->setFocus();
 }
 
 SpeechSelection SpeechPage::selection() const {
@@ -222,26 +165,6 @@ void SpeechPage::moveLang(Direction direction) {
     if (!result.isDone)
         return;
     showRows(selection().title, result.row);
-    emit projectChanged();
-}
-
-// ---- files -------------------------------------------------------------------------------------
-
-void SpeechPage::buttAddSpFile_Click() {
-    const QString path = askForFile();
-    if (chooseSpeechFile(project_, selection(), path).isDone) {
-        showProject();
-        emit summaryDue();
-    }
-    emit projectChanged();
-    tellUnsavablePaths(services_.prompts, {path});
-}
-
-void SpeechPage::buttNoSpFile_Click() {
-    clearSpeechFiles(project_, asOverview_->isChecked() ? overview_.selected()
-                                                        : QList<SpeechSelection>{selection()});
-    showProject();
-    emit summaryDue();
     emit projectChanged();
 }
 

@@ -9,6 +9,7 @@ class QRadioButton;
 namespace tessaly {
 
 class OverviewSection;
+struct SpeechPlan;
 
 /// The page of speech titles, languages and the file of each pair: two lists, or all pairs in one
 /// table. Both have the same selection.
@@ -24,6 +25,12 @@ class SpeechPage : public EditorPage {
         showRows(rows.value(0, -1), rows.value(1, -1));
     }
 
+    /// Files and folders were dropped on a row of a list, or beside them all (-1). Loose files are
+    /// for that title or that language, and so is a folder that holds nothing but files for a
+    /// language; all else says by its names whose it is.
+    void dropOnTitles(const QStringList& paths, int row);
+    void dropOnLanguages(const QStringList& paths, int row);
+
  protected:
     EditorControls controls() const override;
     FileDisplay display() const override;
@@ -38,6 +45,7 @@ class SpeechPage : public EditorPage {
     void buttDelLang_Click();
     void buttAddSpFile_Click();
     void buttNoSpFile_Click();
+    void buttAddSpFolder_Click();
     void buttSpOverview_Toggle(bool isOverview);
     void moveTitle(Direction direction);
     void moveLang(Direction direction);
@@ -45,6 +53,10 @@ class SpeechPage : public EditorPage {
     void txtNewLang_Change();
 
     void addViews();
+    void drop(const QStringList& paths, const SpeechSelection& onto);
+    void addFiles(const QStringList& paths, const SpeechSelection& onto);
+    void addPlanned(const SpeechPlan& plan);
+    void chooseFile(const QString& path);
     SpeechSelection selection() const;
     void showRows(int title, int language);
 
@@ -53,6 +65,7 @@ class SpeechPage : public EditorPage {
     OverviewSection& overview_;
     QRadioButton* asList_;
     QRadioButton* asOverview_;
+    QString lastFolder_;
 };
 
 }  // namespace tessaly
