@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int FilesLookedForAtOnce = 100;
-constexpr int ColumnCharacters = 14, HeaderCharacters = 20;
+constexpr int ColumnCharacters = 18, HeaderCharacters = 20;
 
 // What the sign of a cell says to those who do not see it.
 QString inWords(const SpeechCell& cell) {
@@ -79,7 +79,7 @@ class CellDelegate : public QStyledItemDelegate {
         // An empty picture keeps the room for the sign.
         option->features |= QStyleOptionViewItem::HasDecoration;
         option->decorationSize = QSize(option->fontMetrics.height() + 2, 1);
-        option->textElideMode = Qt::ElideMiddle;
+        option->textElideMode = Qt::ElideRight;
         option->palette.setColor(QPalette::Text, option->palette.color(QPalette::PlaceholderText));
     }
 

@@ -78,6 +78,8 @@ void SpeechPage::buttSpOverview_Toggle(bool isOverview) {
         showRows(project_.lstSpTitles.isEmpty() ? -1 : std::max(0, selection().title),
                  project_.lstLangs.isEmpty() ? -1 : std::max(0, selection().language));
         emit looked();
+    } else {
+        showSelection();
     }
     (isOverview ? static_cast<QWidget*>(overview_.table()) : titles_.list())->setFocus();
 }

@@ -70,7 +70,9 @@ class NameDelegate : public QStyledItemDelegate {
 
     void setEditorData(QWidget* editor, const QModelIndex& index) const override {
         auto* box = static_cast<QComboBox*>(editor);
-        box->setCurrentText(index.data(Qt::EditRole).toString());
+        const QString name = index.data(Qt::EditRole).toString();
+        box->setCurrentIndex(box->findText(name));
+        box->setEditText(name);
         box->lineEdit()->selectAll();
     }
 
