@@ -255,7 +255,8 @@ void MusicPage::importList(const std::function<ImportResult(const KeepGoing&)>& 
         const bool isMade = result.outcome == ImportResult::Outcome::Imported;
         const auto icon = isMade ? Message::Icon::Information : Message::Icon::Exclamation;
         for (const ImportMessage& message : boxesOf(result))
-            services_.prompts.tell({.text = message.text, .icon = icon, .title = message.title});
+            services_.prompts.tell(
+                {.text = message.text, .icon = icon, .title = message.title, .more = message.more});
         if (isMade)
             clearEntries();
         listEdited({.isDone = result.listRow >= 0, .row = result.listRow});

@@ -15,7 +15,7 @@ enum class LeftOut {
     Unreadable,  ///< a folder or playlist that cannot be read
     SecondFile,  ///< another file has its title and language
     NoRoom,      ///< it would need a 17th language
-    SeenBefore,  ///< a folder that a link leads to once more, or that lies too deep
+    Already,     ///< the pair has this very file, or a link leads to a folder once more
 };
 constexpr int LeftOutReasons = 7;
 
@@ -56,9 +56,12 @@ struct AddSummary {
     /// line.
     void leaveOut(LeftOut why, const QString& path, const QString& detail = {});
 
-    /// Counts what became of a name that a file brought: cut to `limit` characters (16, or 8 of a
-    /// language), numbered, or neither. `path` is the file's.
-    void noteName(const QString& path, const QString& whole, const QString& name, int limit);
+    /// Counts what became of a name that came with the files: cut to `limit` characters (16, or 8
+    /// of a language), numbered, or neither. The line says `subject`, then from what to what.
+    void noteName(const QString& subject, const QString& whole, const QString& name, int limit);
 };
+
+/// A path for a line: native, and whole unless it is longer than any system has it.
+QString wholePath(const QString& path);
 
 }  // namespace tessaly

@@ -37,10 +37,10 @@ struct Mp3Folder {
 };
 
 /// The folder `path` and those at any depth below it that hold MP3 files themselves: each before
-/// those inside it. What else stands there, folders that cannot be read, and those met before or
-/// more than 64 deep go into `summary`, each as left out. `keepGoing` is asked for each folder,
-/// with a total of 0; when it says no, what was found so far is returned and `summary.isCancelled`
-/// set. Throws error 555 beyond MostImportedTracks files.
+/// those inside it. What else stands there, folders that cannot be read or lie more than 64 deep,
+/// and those that a link leads to once more go into `summary`, each as left out. `keepGoing` is
+/// asked for each folder, with a total of 0; when it says no, what was found so far is returned and
+/// `summary.isCancelled` set. Throws error 555 beyond MostImportedTracks files.
 QList<Mp3Folder> mp3FoldersIn(const FileSystem& files, const QString& path, AddSummary& summary,
                               const KeepGoing& keepGoing = {});
 

@@ -12,6 +12,7 @@
 #include "model/music_lists.h"
 #include "model/numbers.h"
 #include "platform/error.h"
+#include "platform/paths.h"
 
 namespace tessaly {
 
@@ -95,6 +96,36 @@ QList<ImportMessage> boxesOf(const ImportResult& result) {
     return boxes + result.messages;
 }
 
+TessalyError tooManyAtOnce(const QString& path) {
+    return {error_number::BadImport, u"%1: there are more than %2 MP3 files to add at once"_s.arg(
+                                         shownPath(path), grouped(MostImportedTracks))};
+}
+
+QStringList appendTracks(Project& project, const QString& list, const QList<ImportedTrack>& tracks,
+                         RecordNames recordNames, UniqueNames& names, qsizetype& characters) {
+    QStringList appended;
+    QSet<QString> lines;
+    for (const ImportedTrack& track : tracks) {
+        const QString listed = addMusicTrack(project, track.name, names);
+        characters += listed.size();
+        if (characters > MostNameCharacters)
+            throw tooMuch(u"too many of its tracks have the same name."_s);
+        TrackRecord record;
+        record.kind = kind::Music;
+        // Two Cyrillic names become the same question marks in a project file, so the second is
+        // numbered although no line has that name yet. Its record follows the line.
+        record.itemName = recordNames == RecordNames::AsListed || !lines.contains(track.name)
+                              ? listed
+                              : track.name;
+        lines.insert(listed);
+        record.groupName = list;
+        record.sourcePath = track.path;
+        project.TrackTable.append(record);
+        appended.append(listed);
+    }
+    return appended;
+}
+
 ImportResult addImportedList(Project& project, const QString& name,
                              const QList<ImportedTrack>& tracks, RecordNames recordNames) {
     if (tracks.size() > MostImportedTracks)
@@ -107,25 +138,8 @@ ImportResult addImportedList(Project& project, const QString& name,
                         .tracks = int(tracks.size())};
     grown.TrackTable.reserve(grown.TrackTable.size() + tracks.size());
     UniqueNames names(grown.lstMuTrack[grown.currentMusicList]);
-    QSet<QString> lines;
     qsizetype characters = 0;
-    for (const ImportedTrack& track : tracks) {
-        const QString listed = addMusicTrack(grown, track.name, names);
-        characters += listed.size();
-        if (characters > MostNameCharacters)
-            throw tooMuch(u"too many of its tracks have the same name."_s);
-        TrackRecord record;
-        record.kind = kind::Music;
-        // Two Cyrillic names become the same question marks in a project file, so the second is
-        // numbered although no line has that name yet. Its record follows the line.
-        record.itemName = recordNames == RecordNames::AsListed || !lines.contains(track.name)
-                              ? listed
-                              : track.name;
-        lines.insert(listed);
-        record.groupName = result.list;
-        record.sourcePath = track.path;
-        grown.TrackTable.append(record);
-    }
+    appendTracks(grown, result.list, tracks, recordNames, names, characters);
     project = std::move(grown);
     selectLastRows(project, result);
     return result;

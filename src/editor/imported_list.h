@@ -6,7 +6,9 @@
 #include <QStringList>
 #include <functional>
 
+#include "model/music_lists.h"
 #include "model/project.h"
+#include "platform/error.h"
 
 // What the imports of a playlist and of a folder have in common.
 
@@ -59,6 +61,15 @@ enum class RecordNames {
 /// counted, too: as many tracks as a card holds may all have the same name.
 constexpr int MostImportedTracks = 100'000;
 constexpr qsizetype MostNameCharacters = 100'000'000;
+
+/// Error 555 for more files than MostImportedTracks, brought by what is at `path`.
+TessalyError tooManyAtOnce(const QString& path);
+
+/// Appends tracks with their records to the current list, whose name is `list`, and returns their
+/// lines. `names` must know the list's tracks. `characters` counts the text of all lines of an
+/// import. Throws error 555 beyond MostNameCharacters, half-way: call it on a copy.
+QStringList appendTracks(Project& project, const QString& list, const QList<ImportedTrack>& tracks,
+                         RecordNames recordNames, UniqueNames& names, qsizetype& characters);
 
 /// Appends a list, cut to 16 characters, "Music" when it has no name, with its tracks and their
 /// records. Throws error 555 beyond the limits above, and has changed nothing then.

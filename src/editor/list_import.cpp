@@ -23,8 +23,12 @@ namespace {
 constexpr qsizetype MostLines = 2 * qsizetype(MostImportedTracks) + 1;
 
 ImportResult invalidPlaylist() {
-    return {.outcome = ImportResult::Outcome::Invalid,
-            .messages = {{.text = u"Invalid playlist format, cannot open"_s}}};
+    return {
+        .outcome = ImportResult::Outcome::Invalid,
+        .messages = {{.text = u"Invalid playlist format, cannot open"_s,
+                      .more = u"This takes playlists that a media player exported. A standard "_s
+                              u"playlist (.m3u, .m3u8, .pls) comes in by Add Files... or when "_s
+                              u"it is dropped onto the music lists."_s}}};
 }
 
 // A plain list has paths only: the name is the title tag, else the file's own.

@@ -16,8 +16,8 @@ struct MusicTarget {
     int listRow = -1;  ///< row of `lstMuList` whose tracks are appended to; -1: lists of its own
 };
 
-/// Adds what was dropped or chosen together: MP3 files, folders at any depth, and standard
-/// playlists (editor/standard_playlist.h), in any mixture.
+/// Adds what was dropped or chosen together, by absolute paths: MP3 files, folders at any depth,
+/// and standard playlists (editor/standard_playlist.h), in any mixture.
 ///
 /// Without a list as the target, loose MP3 files together make one list named after their folder,
 /// each folder that holds MP3 files itself makes one named after it, and each playlist one named

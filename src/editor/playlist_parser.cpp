@@ -98,16 +98,20 @@ QString decodePlaylist(QByteArrayView bytes) {
     return utf8.hasError() ? fromCodePage(bytes) : text;
 }
 
+QStringView takeLine(QStringView& text) {
+    qsizetype end = 0;
+    while (end < text.size() && text[end] != u'\r' && text[end] != u'\n')
+        ++end;
+    const QStringView line = text.first(end);
+    const bool isPair = text.sliced(end).startsWith(u"\r\n");
+    text = text.sliced(std::min(text.size(), end + (isPair ? 2 : 1)));
+    return line;
+}
+
 QList<QStringView> linesOf(QStringView text, qsizetype most) {
     QList<QStringView> lines;
-    while (!text.isEmpty() && lines.size() < most) {
-        qsizetype end = 0;
-        while (end < text.size() && text[end] != u'\r' && text[end] != u'\n')
-            ++end;
-        lines.append(text.first(end));
-        const bool isPair = text.sliced(end).startsWith(u"\r\n");
-        text = text.sliced(std::min(text.size(), end + (isPair ? 2 : 1)));
-    }
+    while (!text.isEmpty() && lines.size() < most)
+        lines.append(takeLine(text));
     return lines;
 }
 

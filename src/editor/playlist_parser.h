@@ -22,7 +22,10 @@ namespace tessaly {
 /// it is UTF-8 where it is valid, else Windows-1252. Any bytes give a text.
 QString decodePlaylist(QByteArrayView bytes);
 
-/// The lines of a text, without their ends: CR LF, LF, or CR alone. An end behind the last line
+/// Takes the first line off a text and returns it without its end: CR LF, LF, or CR alone.
+QStringView takeLine(QStringView& text);
+
+/// The lines of a text, without their ends. An end behind the last line
 /// begins no further one. At most `most` lines are looked for.
 QList<QStringView> linesOf(QStringView text, qsizetype most);
 

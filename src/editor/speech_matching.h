@@ -23,6 +23,7 @@ struct SpeechPlanLine {
         NoLanguage,  ///< the language is empty
         SecondFile,  ///< a line above has this title and language
         NoRoom,      ///< a 17th language
+        Already,     ///< the pair has this very file
     };
 
     QString path;      ///< native

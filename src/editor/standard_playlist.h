@@ -4,6 +4,7 @@
 #include <QByteArrayView>
 #include <QList>
 #include <QString>
+#include <QStringView>
 
 // Playlists as media players write them for each other. editor/playlist_parser.h has the prescribed
 // formats of exported ones, which read the same endings by other rules.
@@ -16,8 +17,16 @@
 
 namespace tessaly {
 
+inline constexpr QStringView PlaylistEndings[] = {u".m3u", u".m3u8", u".pls"};
+
 /// Whether a file's name ends as a standard playlist's: .m3u, .m3u8, .pls, in any case.
 bool isStandardPlaylist(const QString& path);
+
+/// The name of the list that a standard playlist makes, not yet cut: that of its file.
+QString nameOfPlaylist(const QString& path);
+
+/// A text without its %-escapes, as file:// has them. What is no escape stays.
+QString withoutEscapes(const QString& text);
 
 /// One file that a playlist names.
 struct StandardEntry {

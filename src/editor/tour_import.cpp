@@ -2,12 +2,14 @@
 #include "editor/tour_import.h"
 
 #include <QDir>
-#include <QSet>
-#include <algorithm>
 
+#include "editor/add_summary.h"
+#include "editor/folder_tree.h"
+#include "editor/speech_matching.h"
 #include "model/display_text.h"
 #include "model/format_limits.h"
 #include "model/music_lists.h"
+#include "model/numbers.h"
 #include "platform/error.h"
 #include "platform/paths.h"
 
@@ -17,22 +19,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString Mp3Ending = u".mp3"_s;
-
-bool isMp3(const FolderEntry& entry) {
-    return !entry.isFolder && entry.name.endsWith(Mp3Ending, Qt::CaseInsensitive) &&
-           entry.name.size() > Mp3Ending.size();
-}
-
-// As other systems write the same name: e and accent are one.
-QString composed(const QString& name) {
-    return name.normalized(QString::NormalizationForm_C);
-}
-
-QString withoutEnding(const QString& name) {
-    return composed(name.chopped(Mp3Ending.size()));
-}
-
 // The two folders of a tour; empty where there is none.
 struct TourFolders {
     QString speech, music;
@@ -40,24 +26,6 @@ struct TourFolders {
 
     bool isTour() const { return !speech.isEmpty() || !music.isEmpty(); }
 };
-
-// The end of a run of digits, from its first digit on.
-qsizetype digitsEnd(const QString& text, qsizetype from) {
-    while (from < text.size() && text[from].isDigit())
-        ++from;
-    return from;
-}
-
-QList<FolderEntry> sortedEntries(const FileSystem& files, const QString& folder) {
-    QList<FolderEntry> entries = files.entries(folder);
-    for (FolderEntry& entry : entries)
-        if (entry.isLink)
-            entry.isFolder = files.isFolder(pathIn(folder, entry.name));
-    std::sort(entries.begin(), entries.end(), [](const FolderEntry& a, const FolderEntry& b) {
-        return comesBefore(a.name, b.name);
-    });
-    return entries;
-}
 
 TourFolders tourFoldersIn(const FileSystem& files, const QString& root) {
     TourFolders found;
@@ -68,7 +36,7 @@ TourFolders tourFoldersIn(const FileSystem& files, const QString& root) {
                                    shownPath(folder), shownPath(path)));
         folder = path;
     };
-    for (const FolderEntry& entry : sortedEntries(files, root)) {
+    for (const FolderEntry& entry : orderedEntries(files, root)) {
         const QString path = pathIn(root, entry.name);
         if (entry.isFolder && entry.name.compare(u"Speech", Qt::CaseInsensitive) == 0)
             take(found.speech, path);
@@ -96,8 +64,6 @@ class FolderImport {
     QStringList foldersOf(const QString& folder, const QString& what);
     QString trackName(const QString& path, const QString& file) const;
     void noteChange(const QString& what, const QString& whole, const QString& name);
-    void addRecord(QStringView kind, const QString& item, const QString& group,
-                   const QString& path);
 
     const FileSystem& files_;
     const Mp3Tags& tags_;
@@ -107,8 +73,8 @@ class FolderImport {
 
 QStringList FolderImport::mp3sOf(const QString& folder) {
     QStringList names;
-    for (const FolderEntry& entry : sortedEntries(files_, folder)) {
-        if (isMp3(entry))
+    for (const FolderEntry& entry : orderedEntries(files_, folder)) {
+        if (!entry.isFolder && isMp3Name(entry.name))
             names.append(entry.name);
         else
             leaveOut(pathIn(folder, entry.name), u"is no MP3 file"_s);
@@ -118,7 +84,7 @@ QStringList FolderImport::mp3sOf(const QString& folder) {
 
 QStringList FolderImport::foldersOf(const QString& folder, const QString& what) {
     QStringList names;
-    for (const FolderEntry& entry : sortedEntries(files_, folder)) {
+    for (const FolderEntry& entry : orderedEntries(files_, folder)) {
         if (entry.isFolder)
             names.append(entry.name);
         else
@@ -136,56 +102,15 @@ void FolderImport::noteChange(const QString& what, const QString& whole, const Q
         report.notes.append(u"The %1 \"%2\" became \"%3\"."_s.arg(what, elided(whole), name));
 }
 
-void FolderImport::addRecord(QStringView kind, const QString& item, const QString& group,
-                             const QString& path) {
-    TrackRecord record;
-    record.kind = kind;
-    record.itemName = item;
-    record.groupName = group;
-    record.sourcePath = QDir::toNativeSeparators(path);
-    project_.TrackTable.append(record);
-}
-
 void FolderImport::importSpeech(const QString& folder) {
-    struct SpeechFile {
-        QString title;  // whole file name
-        QString language;
-        QString path;
-    };
-    QList<SpeechFile> found;
-    UniqueNames languages;
-    for (const QString& name : foldersOf(folder, u"language"_s)) {
-        const QString language = languages.add(firstCharacters(name, limits::LanguageName));
-        project_.lstLangs.append(language);
-        noteChange(u"language"_s, composed(name), language);
-        const QString languageFolder = pathIn(folder, name);
-        QSet<QString> taken;
-        for (const QString& file : mp3sOf(languageFolder)) {
-            const QString title = withoutEnding(file), path = pathIn(languageFolder, file);
-            if (taken.contains(title)) {
-                leaveOut(path, u"is a second file for one title and language"_s);
-                continue;
-            }
-            taken.insert(title);
-            found.append({title, language, path});
-        }
-    }
-    QStringList titles;
-    for (const SpeechFile& file : found)
-        titles.append(file.title);
-    titles.removeDuplicates();
-    std::sort(titles.begin(), titles.end(), comesBefore);
-    UniqueNames unique;
-    QHash<QString, QString> names;
-    for (const QString& title : titles) {
-        const QString name = unique.add(firstCharacters(title, limits::DisplayText));
-        names.insert(title, name);
-        project_.lstSpTitles.append(name);
-        noteChange(u"title"_s, title, name);
-    }
-    for (const SpeechFile& file : found)
-        addRecord(kind::Speech, names.value(file.title), file.language, file.path);
-    report.speechFiles = int(found.size());
+    QStringList languages;
+    for (const QString& name : foldersOf(folder, u"language"_s))
+        languages.append(pathIn(folder, name));
+    const AddSummary summary = applySpeechPlan(project_, planSpeech(project_, files_, languages));
+    report.notes += summary.lines;
+    if (summary.moreLines > 0)
+        report.notes.append(u"... and %1 more."_s.arg(grouped(summary.moreLines)));
+    report.speechFiles = summary.added;
 }
 
 QString FolderImport::trackName(const QString& path, const QString& file) const {
@@ -194,7 +119,7 @@ QString FolderImport::trackName(const QString& path, const QString& file) const 
         const TagBlocks blocks = tags_.read(path);
         name = blocks.first.title.isEmpty() ? blocks.second.title : blocks.first.title;
     }
-    return name.isEmpty() ? withoutEnding(file) : name;
+    return name.isEmpty() ? nameOfMp3(file) : name;
 }
 
 void FolderImport::importMusic(const QString& folder) {
@@ -207,7 +132,7 @@ void FolderImport::importMusic(const QString& folder) {
             continue;
         }
         const QString list = addMusicList(project_, firstCharacters(name, limits::DisplayText));
-        noteChange(u"music list"_s, composed(name), list);
+        noteChange(u"music list"_s, name.normalized(QString::NormalizationForm_C), list);
         UniqueNames tracks;
         for (const QString& file : found) {
             const QString path = pathIn(listFolder, file);
@@ -215,41 +140,18 @@ void FolderImport::importMusic(const QString& folder) {
             const QString track =
                 addMusicTrack(project_, firstCharacters(whole, limits::DisplayText), tracks);
             noteChange(u"track"_s, whole, track);
-            addRecord(kind::Music, track, list, path);
+            TrackRecord record;
+            record.kind = kind::Music;
+            record.itemName = track;
+            record.groupName = list;
+            record.sourcePath = QDir::toNativeSeparators(path);
+            project_.TrackTable.append(record);
             ++report.tracks;
         }
     }
 }
 
 }  // namespace
-
-bool comesBefore(const QString& a, const QString& b) {
-    qsizetype i = 0, j = 0;
-    while (i < a.size() && j < b.size()) {
-        if (a[i].isDigit() && b[j].isDigit()) {
-            const qsizetype iEnd = digitsEnd(a, i), jEnd = digitsEnd(b, j);
-            while (i + 1 < iEnd && a[i] == u'0')
-                ++i;
-            while (j + 1 < jEnd && b[j] == u'0')
-                ++j;
-            if (iEnd - i != jEnd - j)
-                return iEnd - i < jEnd - j;
-            const int order =
-                QStringView(a).sliced(i, iEnd - i).compare(QStringView(b).sliced(j, jEnd - j));
-            if (order != 0)
-                return order < 0;
-            i = iEnd;
-            j = jEnd;
-            continue;
-        }
-        const QChar x = a[i++].toCaseFolded(), y = b[j++].toCaseFolded();
-        if (x != y)
-            return x < y;
-    }
-    if (a.size() - i != b.size() - j)
-        return a.size() - i < b.size() - j;
-    return a < b;
-}
 
 bool isTourFolder(const FileSystem& files, const QString& folder) {
     return tourFoldersIn(files, folder).isTour();

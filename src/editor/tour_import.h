@@ -10,10 +10,6 @@
 
 namespace tessaly {
 
-/// Orders file names as people do: without regard to case, numbers in them by their value. Names
-/// that are alike by that rule keep a fixed order.
-bool comesBefore(const QString& a, const QString& b);
-
 /// What an import took, and what it left alone.
 struct ImportReport {
     int tracks = 0;
