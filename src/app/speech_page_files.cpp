@@ -155,10 +155,11 @@ void SpeechPage::addFiles(const QStringList& paths, const SpeechSelection& onto)
             title.reset();
         const SpeechPlan plan = planSpeech(project_, files, paths, language, title);
         if (plan.lines.isEmpty())
-            return services_.prompts.tell({.text = u"There is no MP3 file to add."_s,
-                                           .icon = Message::Icon::Exclamation,
-                                           .more = plan.leftOut.text(),
-                                           .details = plan.leftOut.details()});
+            return services_.prompts.tell(
+                {.text = u"There is no MP3 file to add."_s,
+                 .icon = Message::Icon::Exclamation,
+                 .more = plan.leftOut.leftOutInAll() > 0 ? plan.leftOut.text() + u'.' : QString(),
+                 .details = plan.leftOut.details()});
         SpeechPlanDialog dialog(project_, plan, window());
         if (dialog.exec() == QDialog::Accepted)
             addPlanned(dialog.plan());

@@ -38,6 +38,8 @@ QString whatHappens(const SpeechPlanLine& line) {
             return u"left out: second file for this title and language"_s;
         case NoRoom:
             return u"left out: there are 16 languages"_s;
+        case Already:
+            return u"left out: is there already"_s;
         case None:
             break;
     }
@@ -47,7 +49,7 @@ QString whatHappens(const SpeechPlanLine& line) {
     if (line.isNewLanguage)
         words.append(u"new language"_s);
     if (line.replaces)
-        words.append(u"replaces the file that is there"_s);
+        words.append(u"in the place of another file"_s);
     return words.isEmpty() ? u"added"_s : words.join(u", "_s);
 }
 
@@ -119,7 +121,8 @@ QString PlanModel::inWords() const {
     for (const auto& [number, text] :
          {std::pair(titles.size(), counted(titles.size(), u"new title"_s)),
           std::pair(languages.size(), counted(languages.size(), u"new language"_s)),
-          std::pair(replaced, u"%1 in place of another"_s.arg(replaced)),
+          std::pair(replaced, counted(replaced, u"in the place of another file"_s,
+                                      u"in the place of other files"_s)),
           std::pair(leftOut, u"%1 left out"_s.arg(leftOut))})
         if (number > 0)
             words.append(text);

@@ -101,7 +101,7 @@ QString Session::neutral(QString line) const {
          "{time}"},
         {QRegularExpression("0x[0-9A-F]{4}"), "{number}"},
         {QRegularExpression("(?<=records, |up to byte )\\d+"), "{number}"},
-        {QRegularExpression(", [^,\"]* left"), ""},
+        {QRegularExpression(", [^,\"]* left(?! out)"), ""},
         {QRegularExpression("[^ ]*\u2026[^ ]*"), "{cut}"},
         {QRegularExpression(" {8,}"), "  "}};
     line.replace(bench.scratch.path(), "~")
