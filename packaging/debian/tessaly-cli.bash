@@ -18,7 +18,7 @@ _tessaly_cli()
     local options= ending=
     case $command in
         "")       options="-h --help --version --app-folder" ;;
-        import)   options="-h --help -o --output --append --give-each-its-file --titles-from-tags" ending="txt|m3u|M3U" ;;
+        import)   options="-h --help -o --output --append --exported --give-each-its-file --titles-from-tags" ending="txt|m3u|M3U|m3u8|pls" ;;
         check)    options="-h --help --card --json --strict" ending=crd2 ;;
         image)    options="-h --help -o --output --hex --identifier" ending=crd2 ;;
         create)   options="-h --help --card --settings-only --no-verify --erase --yes --strict" ending=crd2 ;;

@@ -323,9 +323,10 @@ bool Monkey::pressSomeKey(QWidget* window, Dice& dice) {
     static const char* const withAlt[] = {
         "Alt+Up", "Alt+Down", "Alt+F", "Alt+H", "Alt+A", "Alt+E", "Alt+D", "Alt+N",   "Alt+L",
         "Alt+T",  "Alt+S",    "Alt+C", "Alt+P", "Alt+R", "Alt+B", "Alt+M", "Alt+Left"};
-    static const char* const withControl[] = {
-        "Ctrl+A", "Ctrl+C",   "Ctrl+V",    "Ctrl+X",     "Ctrl+Z",      "Ctrl+Y",
-        "Ctrl+S", "Ctrl+Tab", "Ctrl+Left", "Ctrl+Right", "Ctrl+PgDown", "Ctrl+Home"};
+    static const char* const withControl[] = {"Ctrl+A",    "Ctrl+C",     "Ctrl+V",      "Ctrl+X",
+                                              "Ctrl+Z",    "Ctrl+Y",     "Ctrl+S",      "Ctrl+Tab",
+                                              "Ctrl+Left", "Ctrl+Right", "Ctrl+PgDown", "Ctrl+Home",
+                                              "Ctrl+G",    "Ctrl+G",     "Ctrl+Down"};
     static const char* const rarely[] = {"Ctrl+N", "Ctrl+O", "Ctrl+Q", "Ctrl+Shift+S"};
     const int kind = dice.below(100);
     const QString name = kind < 12   ? dice.anyOf(withAlt)

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "window_checks.h"
 
+#include <QTableView>
+
 #include "card/card_files.h"
+#include "editor/speech_editor.h"
 
 namespace tessaly::monkey {
 
@@ -41,6 +44,8 @@ class Comparison {
              !bench_.field("txtNewLang").isEmpty() && project_.lstLangs.size() < 16);
         file("txtSpeechFile", "buttAddSpFile", "speech", project_.lstSpTitles.value(title),
              project_.lstLangs.value(language), title >= 0 && language >= 0);
+        if (bench_.isShown("tblSpOverview"))
+            overview({title, language});
     }
     void music() {
         const int row = list("lstMuList", project_.lstMuList, "buttEditMuList");
@@ -108,6 +113,23 @@ class Comparison {
         const int row = bench_.selectedRow(name);
         same(button, bench_.isEnabled(button), row >= 0);
         return row;
+    }
+    // Compares the table of all titles and languages, and where the operator is in it.
+    void overview(const SpeechSelection& selected) {
+        const auto* table = bench_.find<QTableView>("tblSpOverview");
+        const TrackIndex records(project_);
+        QStringList cells, expected;
+        for (int title = 0; title < project_.lstSpTitles.size(); ++title)
+            for (int language = 0; language < project_.lstLangs.size(); ++language) {
+                const TrackRecord* record =
+                    records.speech(project_.lstSpTitles[title], project_.lstLangs[language]);
+                cells += table->model()->index(title, language).data().toString();
+                expected += record ? QFileInfo(record->sourcePath.text()).fileName() : QString();
+            }
+        same("the overview", cells, expected);
+        if (selected.title >= 0 && selected.language >= 0)
+            same("its current cell", table->currentIndex(),
+                 table->model()->index(selected.title, selected.language));
     }
     const TrackRecord* record(const char* kind, const QString& item, const QString& group) const {
         for (const TrackRecord& one : project_.TrackTable)

@@ -169,6 +169,8 @@ FileSection::FileSection(const Names& names, QWidget* parent)
     auto* layout = new QGridLayout(this);
     layout->addWidget(path_, 0, 0, 1, 2);
     layout->addWidget(browse_, 0, 2);
+    if (!names.clear.isEmpty())
+        layout->addWidget(clear_ = makeButton(names.clear, u"&No File", this), 0, 3);
     for (const auto& [name, caption] : names.lines) {
         auto* line = named(name, new QLabel);
         QSizePolicy wide(QSizePolicy::Expanding, QSizePolicy::Preferred);

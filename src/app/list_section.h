@@ -113,6 +113,7 @@ class FileSection : public QGroupBox {
     struct Names {
         QStringView frame, title, path, browse;
         QList<std::pair<QStringView, QStringView>> lines;  ///< name and caption
+        QStringView clear = {};  ///< the button that takes the file away; empty: there is none
     };
 
     FileSection(const Names& names, QWidget* parent);
@@ -120,10 +121,12 @@ class FileSection : public QGroupBox {
     void showFile(const FileDisplay& display);
 
     QPushButton* browseButton() const { return browse_; }
+    QPushButton* clearButton() const { return clear_; }  ///< nullptr where there is none
 
  private:
     QLineEdit* path_;
     QPushButton* browse_;
+    QPushButton* clear_ = nullptr;
     QList<QLabel*> lines_;
 };
 

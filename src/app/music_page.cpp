@@ -55,10 +55,7 @@ MusicPage::MusicPage(Project& project, const Services& services, QWidget* parent
     connect(lists_.moreButton(1), &QPushButton::clicked, this, &MusicPage::buttAddMuListDir_Click);
     connect(lists_.moreButton(2), &QPushButton::clicked, this, &MusicPage::buttAddMuFiles_Click);
     connect(file_.browseButton(), &QPushButton::clicked, this, &MusicPage::buttAddMuFile_Click);
-    connect(lists_.list(), &LineList::filesDropped, this, &MusicPage::addFiles);
-    connect(tracks_.list(), &LineList::filesDropped, this,
-            [this](const QStringList& paths) { addFiles(paths, selection().list); });
-    addSorting();
+    addDropsAndSorting();
     showSelection();
 }
 

@@ -60,7 +60,7 @@ class MusicPage : public EditorPage {
     void runLong(const QString& what, const LongWork& work);
     void showImport(const ImportResult& result, const QString& inside = {});
     void addFiles(const QStringList& paths, int listRow);
-    void addSorting();
+    void addDropsAndSorting();
     void sortTracks(bool byNumber);
 
     ListSection& lists_ = first_;

@@ -162,7 +162,13 @@ void MusicPage::addFiles(const QStringList& paths, int listRow) {
 
 // ---- sorting -----------------------------------------------------------------------------------
 
-void MusicPage::addSorting() {
+// The program that files are dragged from waits until the drop is over: boxes come after it.
+void MusicPage::addDropsAndSorting() {
+    const auto after = Qt::QueuedConnection;
+    connect(lists_.list(), &LineList::filesDropped, this, &MusicPage::addFiles, after);
+    connect(
+        tracks_.list(), &LineList::filesDropped, this,
+        [this](const QStringList& paths) { addFiles(paths, selection().list); }, after);
     for (const bool byNumber : {false, true}) {
         QAction* command =
             tracks_.addCommand(byNumber ? u"Sort by Track Number"_s : u"Sort by Name"_s);

@@ -242,17 +242,28 @@ void StatusCircle::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const double side = std::min(width(), height());
-    painter.translate((width() - side) / 2, (height() - side) / 2);
-    painter.scale(side / 16, side / 16);
-    const QColor fill = colour(verdict_);
-    painter.setPen(QPen(fill.darker(160), 0.8));
+    paint(painter, {(width() - side) / 2, (height() - side) / 2, side, side}, verdict_);
+}
+
+void StatusCircle::paint(QPainter& painter, const QRectF& square, Verdict verdict) {
+    const QColor fill = colour(verdict);
+    const double unit = square.width() / 16;
+    painter.setPen(QPen(fill.darker(160), 0.8 * unit));
     painter.setBrush(fill);
-    painter.drawEllipse(QRectF(1, 1, 14, 14));
-    const QColor ink = verdict_ == Verdict::Red ? Qt::white : Qt::black;
+    painter.drawEllipse(square.adjusted(unit, unit, -unit, -unit));
+    paintSign(painter, square, verdict, verdict == Verdict::Red ? Qt::white : Qt::black);
+}
+
+void StatusCircle::paintSign(QPainter& painter, const QRectF& square, Verdict verdict,
+                             const QColor& ink) {
+    painter.save();
+    painter.translate(square.topLeft());
+    painter.scale(square.width() / 16, square.height() / 16);
     painter.setPen(QPen(ink, 1.9, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.setBrush(Qt::NoBrush);
-    for (const QPolygonF& line : lookOf(verdict_).sign)
+    for (const QPolygonF& line : lookOf(verdict).sign)
         painter.drawPolyline(line);
+    painter.restore();
 }
 
 }  // namespace tessaly

@@ -80,6 +80,11 @@ class StatusCircle : public QWidget {
     /// The colour of a verdict's circle.
     static QColor colour(Verdict verdict);
 
+    /// Paints the circle with its sign, or the sign alone, into a square.
+    static void paint(QPainter& painter, const QRectF& square, Verdict verdict);
+    static void paintSign(QPainter& painter, const QRectF& square, Verdict verdict,
+                          const QColor& ink);
+
     QSize sizeHint() const override;
 
  protected:

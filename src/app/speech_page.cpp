@@ -2,8 +2,9 @@
 #include "app/speech_page.h"
 
 #include <QPushButton>
+#include <QRadioButton>
 
-#include "app/session_status.h"
+#include "app/speech_overview.h"
 #include "model/format_limits.h"
 
 namespace tessaly {
@@ -32,8 +33,13 @@ SpeechPage::SpeechPage(Project& project, const Services& services, QWidget* pare
                   .title = u"File to play for this Speech Title and Language:",
                   .path = u"txtSpeechFile",
                   .browse = u"buttAddSpFile",
-                  .lines = {{u"lblSpFilesize", u"File Size:"}}},
-                 parent) {
+                  .lines = {{u"lblSpFilesize", u"File Size:"}},
+                  .clear = u"buttNoSpFile"},
+                 parent),
+      overview_(*new OverviewSection(services.files, widget())),
+      asList_(new QRadioButton(u"L&ist"_s, widget())),
+      asOverview_(new QRadioButton(u"O&verview"_s, widget())) {
+    addViews();
     titles_.connectTo(this, {.add = &SpeechPage::buttAddSpTitle_Click,
                              .edit = &SpeechPage::buttEditSpTitle_Click,
                              .remove = &SpeechPage::buttDelSpTitle_Click,
@@ -47,6 +53,7 @@ SpeechPage::SpeechPage(Project& project, const Services& services, QWidget* pare
                             .enter = &SpeechPage::txtNewLang_Change,
                             .select = &SpeechPage::showSelection});
     connect(file_.browseButton(), &QPushButton::clicked, this, &SpeechPage::buttAddSpFile_Click);
+    connect(file_.clearButton(), &QPushButton::clicked, this, &SpeechPage::buttNoSpFile_Click);
     showSelection();
 }
 
@@ -77,6 +84,8 @@ void SpeechPage::showProject() {
 void SpeechPage::showRows(const Rows& titles, const Rows& languages) {
     titles_.list()->showLines(project_.lstSpTitles, titles);
     langs_.list()->showLines(project_.lstLangs, languages);
+    if (asOverview_->isChecked())
+        overview_.showProject(project_, selection());
     showSelection();
 }
 
@@ -160,18 +169,6 @@ void SpeechPage::moveLangs(const QList<RowTravel>& travels) {
         return;
     showRows(titles_.list()->rows(), rows);
     emit projectChanged();
-}
-
-// ---- files -------------------------------------------------------------------------------------
-
-void SpeechPage::buttAddSpFile_Click() {
-    const QString path = askForFile();
-    if (chooseSpeechFile(project_, selection(), path).isDone) {
-        showSelection();
-        emit summaryDue();
-    }
-    emit projectChanged();
-    tellUnsavablePaths(services_.prompts, {path});
 }
 
 }  // namespace tessaly

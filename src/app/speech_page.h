@@ -4,9 +4,15 @@
 #include "app/editor_page.h"
 #include "editor/speech_editor.h"
 
+class QRadioButton;
+
 namespace tessaly {
 
-/// The page of speech titles, languages and the file of each pair.
+class OverviewSection;
+struct SpeechPlan;
+
+/// The page of speech titles, languages and the file of each pair: two lists, or all pairs in one
+/// table. Both have the same selection.
 class SpeechPage : public EditorPage {
     Q_OBJECT
 
@@ -20,6 +26,7 @@ class SpeechPage : public EditorPage {
  protected:
     EditorControls controls() const override;
     FileDisplay display() const override;
+    void showSelection() override;
 
  private:
     void buttAddSpTitle_Click();
@@ -29,16 +36,27 @@ class SpeechPage : public EditorPage {
     void buttEditLang_Click();
     void buttDelLang_Click();
     void buttAddSpFile_Click();
+    void buttNoSpFile_Click();
+    void buttAddSpFolder_Click();
+    void buttSpOverview_Toggle(bool isOverview);
     void moveTitles(const QList<RowTravel>& travels);
     void moveLangs(const QList<RowTravel>& travels);
     void txtNewSpTitle_Change();
     void txtNewLang_Change();
 
+    void addViews();
+    void addFiles(const QStringList& paths, const SpeechSelection& onto);
+    void addPlanned(const SpeechPlan& plan);
+    void chooseFile(const QString& path);
     SpeechSelection selection() const;
     void showRows(const Rows& titles, const Rows& languages);
 
     ListSection& titles_ = first_;
     ListSection& langs_ = second_;
+    OverviewSection& overview_;
+    QRadioButton* asList_;
+    QRadioButton* asOverview_;
+    QString lastFolder_;
 };
 
 }  // namespace tessaly

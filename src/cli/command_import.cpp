@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <QDir>
+#include <algorithm>
 
 #include "cli/commands.h"
 #include "cli/console.h"
+#include "editor/folder_tree.h"
 #include "editor/list_import.h"
+#include "editor/music_files.h"
+#include "editor/standard_playlist.h"
 #include "editor/tour_import.h"
 #include "model/card_file.h"
 #include "model/format_limits.h"
@@ -53,8 +57,8 @@ void save(FileSystem& files, const QString& path, Project& project) {
 int importTour(const ImportOptions& options, FileSystem& files, const Mp3Tags& tags) {
     if (options.append)
         throw badImport(options.source,
-                        u"only one music list can be added to a project, but this "_s
-                        u"folder holds whole folders of them"_s);
+                        u"only music lists can be added to a project, but this folder "_s
+                        u"is a whole tour"_s);
     Project project;
     const ImportReport report =
         importFolder(files, tags, options.source, options.titlesFromTags, project);
@@ -69,13 +73,12 @@ int importTour(const ImportOptions& options, FileSystem& files, const Mp3Tags& t
     return Done;
 }
 
-int importList(const ImportOptions& options, FileSystem& files, const Mp3Tags& tags,
-               bool isFolder) {
+// A folder of MP3 files or an exported playlist, by the rules of the window's buttons for them.
+int importList(const ImportOptions& options, FileSystem& files, const Mp3Tags& tags, bool isFolder,
+               const QString& source) {
     Project project;
     if (options.append)
         project = openProject(files, options.output);
-    // The records name their files wherever the project is used from.
-    const QString source = QDir::cleanPath(absolutePath(options.source));
     const ImportResult result = isFolder ? importMusicFolder(project, files, tags, source)
                                          : importPlaylist(project, files, tags, source);
     if (result.outcome == ImportResult::Outcome::NoFiles)
@@ -102,6 +105,37 @@ int importList(const ImportOptions& options, FileSystem& files, const Mp3Tags& t
     return Done;
 }
 
+// What no button of the window prescribes: a standard playlist, or a folder with folders inside.
+int importFiles(const ImportOptions& options, FileSystem& files, const Mp3Tags& tags,
+                const QString& source) {
+    Project project;
+    if (options.append)
+        project = openProject(files, options.output);
+    const AddSummary summary = addMusicFiles(project, files, tags, {source});
+    for (const QString& line : summary.lines)
+        printError(u"note: "_s + oneLine(line));
+    if (summary.moreLines > 0)
+        printError(u"note: ... and %1 more."_s.arg(grouped(summary.moreLines)));
+    if (summary.added == 0)
+        throw badImport(options.source, u"there is no MP3 file to import"_s);
+    save(files, options.output, project);
+    const QString made = summary.lists == 1
+                             ? u"the music list \"%1\""_s.arg(oneLine(project.lstMuList.last()))
+                             : counted(summary.lists, u"music list"_s);
+    print(u"%1: %2 with %3."_s.arg(QDir::toNativeSeparators(options.output), made,
+                                   counted(summary.added, u"track"_s)));
+    return Done;
+}
+
+// Whether MP3 files stand deeper than in the folder itself.
+bool hasListsInside(const FileSystem& files, const QString& folder) {
+    AddSummary passedOver;
+    const QList<Mp3Folder> found = mp3FoldersIn(files, folder, passedOver);
+    return std::any_of(found.begin(), found.end(), [&](const Mp3Folder& each) {
+        return each.path != QDir::toNativeSeparators(folder);
+    });
+}
+
 }  // namespace
 
 int importCommand(const ImportOptions& options) {
@@ -112,7 +146,12 @@ int importCommand(const ImportOptions& options) {
         throw badImport(options.source, u"there is no such folder or file"_s);
     if (isFolder && isTourFolder(files, options.source))
         return importTour(options, files, tags);
-    return importList(options, files, tags, isFolder);
+    // The records name their files wherever the project is used from.
+    const QString source = QDir::cleanPath(absolutePath(options.source));
+    const bool isStandard = isStandardPlaylist(source) && !options.exported;
+    if (isFolder ? hasListsInside(files, source) : isStandard)
+        return importFiles(options, files, tags, source);
+    return importList(options, files, tags, isFolder, source);
 }
 
 }  // namespace tessaly::cli

@@ -22,6 +22,7 @@ struct ImportOptions {
     QString output;
     bool titlesFromTags = false;
     bool append = false;           ///< to the project that `output` is
+    bool exported = false;         ///< a standard playlist, too, by the rules of exported ones
     bool giveEachItsFile = false;  ///< to tracks that have the name of another
 };
 

@@ -108,13 +108,17 @@ class CommandLine {
                     "SOURCE is\n"
                     "  a folder that holds Music/<List>/*.mp3 and Speech/<Language>/<Title>.mp3,\n"
                     "  a folder that holds MP3 files itself: it makes one music list,\n"
-                    "  or a playlist that a media player exported as .txt or .m3u: likewise.\n"
-                    "Entries that a playlist import leaves out are named on standard error.",
+                    "  a folder with folders of MP3 files inside: each makes one,\n"
+                    "  a standard playlist (.m3u, .m3u8, .pls): one music list,\n"
+                    "  or a playlist that a media player exported as text: likewise.\n"
+                    "What an import leaves out or renames is named on standard error.",
                     [this] { return importCommand(import_); });
         addPath(sub, "source", import_.source, "Folder or playlist", "SOURCE")->required();
         addPath(sub, "--output,-o", import_.output, "Project file to write", "P.crd2")->required();
         sub->add_flag("--append", import_.append,
-                      "Add the one music list to the project that P.crd2 holds");
+                      "Add the music lists to the project that P.crd2 holds");
+        sub->add_flag("--exported", import_.exported,
+                      "Take a .m3u, .m3u8 or .pls as the window's \"Add Exported Playlist\" does");
         sub->add_flag("--give-each-its-file", import_.giveEachItsFile,
                       "Give tracks that have the name of another the files they were made of");
         sub->add_flag("--titles-from-tags", import_.titlesFromTags,

@@ -38,6 +38,7 @@ struct ListControls {
 struct EditorControls {
     ListControls first, second;
     bool chooseFile = false;
+    bool clearFile = false;  ///< speech only
 
     bool operator==(const EditorControls&) const = default;
 };

@@ -171,19 +171,22 @@ QString tracksInWords(const Project& before, const Project& after) {
     return {};
 }
 
-// What happened to the files: their paths, or how they are played.
+// What happened to the files of lines that stayed: their paths, or how they are played.
 QString filesInWords(const Project& before, const Project& after) {
-    QStringList chosen, changed;
+    QStringList chosen, cleared, changed;
     for (qsizetype slot = 1; slot < after.TrackTable.size(); ++slot) {
         const TrackRecord& now = after.TrackTable[slot];
         const TrackRecord old = before.TrackTable.value(slot);
         if (now.sourcePath != old.sourcePath && isTrackFile(now))
             chosen.append(now.itemName.text());
+        else if (isTrackFile(old) && !isTrackFile(now))
+            cleared.append(old.itemName.text());
         else if (now.loudVolume != old.loudVolume || now.endlessLoop != old.endlessLoop ||
                  now.cancelOnInterrupt != old.cancelOnInterrupt)
             changed.append(now.itemName.text());
     }
     chosen.removeDuplicates();
+    cleared.removeDuplicates();
     changed.removeDuplicates();
     const auto ofItems = [](const QString& action, const QStringList& items) {
         return items.size() == 1 ? u"%1 of '%2'"_s.arg(action, shortName(items.first()))
@@ -191,6 +194,8 @@ QString filesInWords(const Project& before, const Project& after) {
     };
     if (!chosen.isEmpty())
         return ofItems(u"Choose File"_s, chosen);
+    if (!cleared.isEmpty())
+        return ofItems(u"Remove File"_s, cleared);
     return changed.isEmpty() ? QString() : ofItems(u"Change Attributes"_s, changed);
 }
 
@@ -255,12 +260,12 @@ QString removalInWords(const Project& before, const Project& after) {
     look(u"language"_s, before.lstLangs, after.lstLangs);
     for (const QString& list : after.lstMuList)
         look(u"track"_s, tracksOfMusicList(before, list), tracksOfMusicList(after, list));
-    if (gone.isEmpty())
-        return {};
     const auto countFiles = [](const Project& project) {
         return std::count_if(project.TrackTable.begin(), project.TrackTable.end(), isTrackFile);
     };
     const qsizetype files = countFiles(before) - countFiles(after);
+    if (gone.isEmpty())
+        return files > 0 ? counted(files, u"file"_s) + u" removed"_s : QString();
     const bool isOne = gone.size() == 1;
     const QString what = isOne ? shortName(gone.first()) : counted(gone.size(), kind);
     if (files == 0)

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/speech_editor.h"
 
+#include <QSet>
+#include <utility>
+
 #include "model/format_limits.h"
 #include "model/music_lists.h"
 
@@ -11,6 +14,12 @@ namespace {
 EditResult addLine(QStringList& lines, const QString& name) {
     lines.append(uniqueName(name, lines));
     return {.isDone = true, .row = -1, .name = lines.last()};
+}
+
+bool hasFile(const Project& project, const SpeechSelection& pair) {
+    return shownRecord(project, {.kind = kind::Speech,
+                                 .item = lineAt(project.lstSpTitles, pair.title),
+                                 .group = lineAt(project.lstLangs, pair.language)}) != nullptr;
 }
 
 }  // namespace
@@ -24,7 +33,9 @@ EditorControls speechControls(const Project& project, const Rows& titles, const 
             .second = {.add = !newLanguage.isEmpty() && hasRoom,
                        .change = hasLanguage,
                        .remove = !languages.isEmpty()},
-            .chooseFile = hasTitle && hasLanguage};
+            .chooseFile = hasTitle && hasLanguage,
+            .clearFile =
+                hasTitle && hasLanguage && hasFile(project, {titles.first(), languages.first()})};
 }
 
 EditResult addSpeechTitle(Project& project, const QString& name) {
@@ -48,6 +59,22 @@ EditResult chooseSpeechFile(Project& project, const SpeechSelection& selected,
         return {.row = selected.title};
     chooseFile(project, {kind::Speech, title, language}, path);
     return {.isDone = true, .row = selected.title, .name = *title};
+}
+
+int clearSpeechFiles(Project& project, const QList<SpeechSelection>& pairs) {
+    project.unsavedChanges = true;
+    QSet<std::pair<QString, QString>> names, cleared;
+    for (const SpeechSelection& pair : pairs)
+        names.insert(
+            {project.lstSpTitles.value(pair.title), project.lstLangs.value(pair.language)});
+    for (TrackRecord& record : project.TrackTable) {
+        const std::pair name(record.itemName.text(), record.groupName.text());
+        if (!isSpeech(record) || !names.contains(name))
+            continue;
+        record.kind = kind::Empty;
+        cleared.insert(name);
+    }
+    return int(cleared.size());
 }
 
 EditResult renameSpeechTitle(Project& project, int title, const QString& answer) {

@@ -16,6 +16,8 @@ namespace tessaly {
 struct SpeechSelection {
     int title = -1;
     int language = -1;
+
+    bool operator==(const SpeechSelection&) const = default;
 };
 
 /// The one rule for the buttons: the rows that are selected and the texts for a new title and a new
@@ -32,6 +34,12 @@ EditResult addLanguage(Project& project, const QString& name);
 /// Gives the selected title its MP3 file in the selected language. An empty path, as after Cancel,
 /// changes nothing.
 EditResult chooseSpeechFile(Project& project, const SpeechSelection& selected, const QString& path);
+
+/// Takes the files of these titles in these languages away; returns how many there were. The
+/// attributes of a file go with it: one that is chosen for the pair later starts with those of a
+/// new file. Triggers and power-up item stay, as they play the title in whatever language is
+/// chosen.
+int clearSpeechFiles(Project& project, const QList<SpeechSelection>& pairs);
 
 /// Renames a title wherever it is named, in every language. The row to select is none. An empty
 /// answer changes nothing.

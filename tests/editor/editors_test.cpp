@@ -2,8 +2,12 @@
 // What neither the sessions at the window nor the random steps of editor_model_test.cpp reach.
 #include "editor/speech_editor.h"
 
+#include <QSet>
+#include <random>
+
 #include "editor/file_display.h"
 #include "editor/music_editor.h"
+#include "editor/speech_overview.h"
 #include "model/music_lists.h"
 #include "platform/local_file_system.h"
 #include "support/fake_tags.h"
@@ -66,6 +70,78 @@ TEST(SpeechEditor, LanguagesLeaveTriggersAlone) {
     EXPECT_EQ(project.DefaultLanguageTable, Project().DefaultLanguageTable);
     EXPECT_EQ(project.TriggerTable, before.TriggerTable);
     EXPECT_EQ(project.PowerUpRecord, before.PowerUpRecord);
+}
+
+TEST(SpeechEditor, AFileIsTakenAwayAndWhatPlaysTheTitleStays) {
+    Project project = tour();
+    Project expected = project;
+    expected.TrackTable[1].kind = expected.TrackTable[3].kind = kind::Empty;
+    EXPECT_FALSE(speechControls(project, {1}, {1}, {}, {}).clearFile);
+    EXPECT_TRUE(speechControls(project, {0}, {1}, {}, {}).clearFile);
+    EXPECT_FALSE(isMarkedBy(project, [&] { moveLines(project.lstSpTitles, {{1, 0}, {0, 1}}); }));
+    // Two have one, one has none, and two are no pairs.
+    EXPECT_EQ(clearSpeechFiles(project, {{0, 0}, {1, 1}, {0, 1}, {-1, 0}, {0, 2}}), 2);
+    expected.unsavedChanges = true;
+    EXPECT_EQ(project, expected);
+    EXPECT_FALSE(speechControls(project, {0}, {1}, {}, {}).clearFile);
+    // A new file does not bring the old one's attributes back.
+    EXPECT_TRUE(chooseSpeechFile(project, {0, 0}, "4").isDone);
+    EXPECT_EQ(project.TrackTable.last(), makeRecord("speech", "Welcome", "English", "4"));
+}
+
+// Whatever the lists and the checks of a card say of a file, the overview says, too.
+TEST(SpeechOverview, AgreesWithListsAndChecksInRandomProjects) {
+    const ScratchFolder scratch;
+    const LocalFileSystem files;
+    const QStringList paths = {scratch.write("a.mp3", "x"), scratch.write("empty.mp3", {}),
+                               scratch.write("notes.txt", "x"), scratch.write("B.Mp3", "x"),
+                               scratch.path("gone.mp3")};
+    for (unsigned seed = 1; seed <= 40; ++seed) {
+        std::mt19937 random(seed);
+        Project project = randomProject(random, 120, Names::Any);
+        for (TrackRecord& record : project.TrackTable)
+            record.sourcePath = paths[int(random() % unsigned(paths.size()))];
+        SpeechOverview overview(project, {});
+        const bool hasFiles = overview.inWords().contains("not looked for yet");
+        while (overview.lookFurther(files, 7)) {
+        }
+        const SpeechOverview again(project, overview);  // knows what was seen before
+        QHash<SpeechFile, int> counts;
+        for (int title = 0; title < overview.titles().size(); ++title)
+            for (int language = 0; language < overview.languages().size(); ++language) {
+                const SpeechSelection pair{title, language};
+                const SpeechCell& cell = overview.at(pair);
+                const QString path = speechDisplay(project, pair, files).path;
+                const auto expected = path.isEmpty()         ? SpeechFile::None
+                                      : path == paths.last() ? SpeechFile::Missing
+                                      : path == paths[1] || path == paths[2]
+                                          ? SpeechFile::NotPlayable
+                                          : SpeechFile::There;
+                EXPECT_EQ(cell.path, path);
+                EXPECT_EQ(int(cell.file), int(expected)) << path.toStdString();
+                EXPECT_EQ(cell.problem.isEmpty(),
+                          expected == SpeechFile::None || expected == SpeechFile::There);
+                EXPECT_EQ(cell, again.at(pair));
+                ++counts[expected];
+            }
+        const int all = int(overview.titles().size() * overview.languages().size());
+        EXPECT_EQ(hasFiles, counts[SpeechFile::None] < all);
+        EXPECT_TRUE(overview.inWords().startsWith(
+            QString("%1 of %2 there").arg(counts[SpeechFile::There]).arg(all)));
+        EXPECT_FALSE(overview.inWords().contains("not looked for yet"));
+        // As many steps as there are empty cells lead through all of them, down each language.
+        SpeechSelection at;
+        QSet<std::pair<int, int>> met;
+        for (int i = 0; i < counts[SpeechFile::None]; ++i) {
+            const SpeechSelection next = overview.nextEmpty(at);
+            EXPECT_TRUE(std::pair(at.language, at.title) < std::pair(next.language, next.title));
+            EXPECT_EQ(overview.at(next).file, SpeechFile::None);
+            met.insert({next.title, next.language});
+            at = next;
+        }
+        EXPECT_EQ(met.size(), counts[SpeechFile::None]);
+        EXPECT_EQ(overview.nextEmpty(at), overview.nextEmpty({}));
+    }
 }
 
 // As a folder import makes them.

@@ -2,11 +2,13 @@
 // The gestures of sessions: what people do at the window.
 #include <QClipboard>
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QHelpEvent>
 #include <QInputMethodEvent>
 #include <QMenu>
 #include <QProgressDialog>
 #include <QScrollArea>
+#include <QTableView>
 #include <QToolTip>
 
 #include "support/session.h"
@@ -130,14 +132,22 @@ void Session::addKeysAndClicks() {
                                                                           : "not taken");
     };
     // drop-files LIST [ROW [COLUMN]] > FILE | FILE: onto that row, else onto the empty part; a
-    // table also has columns, counted from 0.
+    // table also has columns, counted from 0, and "-" in place of a row or column is its header.
     verbs["drop-files"] = [this](const QString& rest) {
         const QString target = rest.section(" > ", 0, 0);
         auto* view = qobject_cast<QAbstractItemView*>(named(target.section(' ', 0, 0)));
         if (!view)
             return;
         QPoint at = view->viewport()->rect().bottomLeft() + QPoint(5, -2);
-        if (const QString row = target.section(' ', 1); !row.isEmpty()) {
+        QWidget* onto = view->viewport();
+        auto* table = qobject_cast<QTableView*>(view);
+        if (const QStringList cell = target.split(' '); table && cell.contains("-")) {
+            const bool isColumn = cell[1] == "-";
+            QHeaderView* header = isColumn ? table->horizontalHeader() : table->verticalHeader();
+            const int start = header->sectionViewportPosition(cell[isColumn ? 2 : 1].toInt()) + 5;
+            at = isColumn ? QPoint(start, 5) : QPoint(5, start);
+            onto = header->viewport();
+        } else if (const QString row = target.section(' ', 1); !row.isEmpty()) {
             const bool hasColumn = view->model()->columnCount() > 1 && row.contains(' ');
             const QModelIndex index =
                 view->model()->index(rowOf(view, hasColumn ? row.section(' ', 0, -2) : row),
@@ -145,7 +155,7 @@ void Session::addKeysAndClicks() {
             view->scrollTo(index);
             at = view->visualRect(index).center();
         }
-        say(drop(view->viewport(), at, rest.section(" > ", 1), true) ? "as a copy" : "not taken");
+        say(drop(onto, at, rest.section(" > ", 1), true) ? "as a copy" : "not taken");
     };
     // drag-rows LIST ROW: what is selected there, to before that row or behind the last
     verbs["drag-rows"] = [this](const QString& rest) {

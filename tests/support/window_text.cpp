@@ -43,7 +43,14 @@ QString rowsOf(const QAbstractItemView* view) {
         for (int column = 0; column < model->columnCount(); ++column) {
             const QModelIndex index = model->index(row, column);
             const bool isBold = index.data(Qt::FontRole).value<QFont>().bold();
-            cells.append(index.data().toString() + (isBold ? " (bold)" : ""));
+            const bool isCell = view->selectionBehavior() == QAbstractItemView::SelectItems &&
+                                model->columnCount() > 1 && index == view->currentIndex();
+            const QVariant tick = index.data(Qt::CheckStateRole);
+            cells.append(QString(isCell ? ">" : "") +
+                         (tick.isNull()                 ? ""
+                          : tick.toInt() == Qt::Checked ? "[x] "
+                                                        : "[ ] ") +
+                         index.data().toString() + (isBold ? " (bold)" : ""));
         }
         const bool isSelected = view->selectionModel()->isRowSelected(row, {});
         const bool isCurrent = view->currentIndex().row() == row;
