@@ -35,7 +35,16 @@ EditorPage::EditorPage(Project& project, const Services& services, const ListSec
     }
 }
 
+const LineNotes& EditorPage::notes() {
+    if (!notes_)
+        notes_.emplace(project_);
+    return *notes_;
+}
+
 void EditorPage::showSelection() {
+    notes_.reset();
+    for (const ListSection* section : {&first_, &second_})
+        section->list()->viewport()->update();
     const EditorControls enabled = controls();
     first_.enable(enabled.first);
     second_.enable(enabled.second);

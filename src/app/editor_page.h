@@ -32,6 +32,9 @@ class EditorPage : public Page {
 
     void keyPressEvent(QKeyEvent* event) override;
 
+    /// What the lists say behind their lines; of the project as it was last shown.
+    const LineNotes& notes();
+
     /// The text of a section's field changed: Enter adds it, if it can be added.
     void entered(ListSection& section);
 
@@ -50,6 +53,7 @@ class EditorPage : public Page {
  private:
     QString lastFileFolder_;
     QList<QAction*> browseCommands_;
+    std::optional<LineNotes> notes_;
 };
 
 }  // namespace tessaly

@@ -5,10 +5,13 @@
 #include <QDrag>
 #include <QDropEvent>
 #include <QMimeData>
+#include <QPainter>
 #include <QSignalBlocker>
 #include <QStringListModel>
+#include <QStyledItemDelegate>
 #include <QUrl>
 #include <algorithm>
+#include <utility>
 
 #include "model/format_limits.h"
 
@@ -25,12 +28,16 @@ class LineModel : public QStringListModel {
     using QStringListModel::QStringListModel;
 
     bool takesOnto = false;  // a row can be what something is dropped on, not only a place between
+    std::function<LineNote(int)> notes = [](int) { return LineNote(); };
 
     QVariant data(const QModelIndex& index, int role) const override {
+        const QString text = QStringListModel::data(index, Qt::DisplayRole).toString();
+        if (role == Qt::AccessibleTextRole)
+            return joined(text, u", "_s, notes(index.row()).text);
         if (role != Qt::ToolTipRole)
             return QStringListModel::data(index, role);
-        const QString text = index.data().toString();
-        return text.size() > limits::DisplayText ? text : QVariant();
+        return joined(text.size() > limits::DisplayText ? text : QString(), u"\n"_s,
+                      notes(index.row()).path);
     }
 
     Qt::ItemFlags flags(const QModelIndex& index) const override {
@@ -54,6 +61,9 @@ class LineModel : public QStringListModel {
     }
 
  private:
+    static QString joined(const QString& a, const QString& between, const QString& b) {
+        return a.isEmpty() || b.isEmpty() ? a + b : a + between + b;
+    }
     QByteArray id() const {
         return QByteArray::number(QCoreApplication::applicationPid()) + '/' +
                QByteArray::number(quintptr(this));
@@ -63,6 +73,39 @@ class LineModel : public QStringListModel {
 LineModel* modelOf(const QListView* list) {
     return static_cast<LineModel*>(list->model());
 }
+
+// A name, and behind it the note as far as there is room: the name is never cut for it.
+class LineDelegate : public QStyledItemDelegate {
+ public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        QStyledItemDelegate::paint(painter, option, index);
+        const auto* model = static_cast<const LineModel*>(index.model());
+        const LineNote note = model->notes(index.row());
+        const QFontMetrics& metrics = option.fontMetrics;
+        const int gap = metrics.averageCharWidth();
+        const int room =
+            option.rect.width() - 3 * gap - metrics.horizontalAdvance(index.data().toString());
+        const QString shown = metrics.elidedText(note.text, Qt::ElideRight, room);
+        if (shown.size() < 3 && shown != note.text)
+            return;
+        const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+        QColor ink = option.palette.color(isSelected ? QPalette::HighlightedText : QPalette::Text);
+        ink.setAlphaF(note.isBad || isSelected ? 0.9F : 0.55F);
+        painter->save();
+        painter->setPen(ink);
+        if (note.isBad) {
+            QFont font = option.font;
+            font.setItalic(true);
+            painter->setFont(font);
+        }
+        painter->drawText(option.rect.adjusted(0, 0, -gap, 0), Qt::AlignRight | Qt::AlignVCenter,
+                          shown);
+        painter->restore();
+    }
+};
 
 QStringList filesIn(const QMimeData& data) {
     QStringList files;
@@ -76,6 +119,7 @@ QStringList filesIn(const QMimeData& data) {
 
 LineList::LineList(QWidget* parent) : QListView(parent) {
     setModel(new LineModel(this));
+    setItemDelegate(new LineDelegate(this));
     setEditTriggers(NoEditTriggers);
     setUniformItemSizes(true);
     connect(selectionModel(), &QItemSelectionModel::selectionChanged, this, &LineList::rowChanged);
@@ -88,6 +132,21 @@ void LineList::allowSeveral(bool isAllowed) {
 void LineList::allowDrops() {
     setDragDropMode(DragDrop);
     setDropIndicatorShown(true);
+}
+
+void LineList::setNotes(std::function<LineNote(int)> notes) {
+    modelOf(this)->notes = std::move(notes);
+}
+
+void LineList::paintEvent(QPaintEvent* event) {
+    QListView::paintEvent(event);
+    if (model()->rowCount() > 0 || hint_.isEmpty())
+        return;
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::PlaceholderText));
+    const int margin = fontMetrics().height();
+    painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin),
+                     Qt::AlignCenter | Qt::TextWordWrap, hint_);
 }
 
 void LineList::showLines(const QStringList& lines, const Rows& rows) {

@@ -3,13 +3,16 @@
 
 #include <QListView>
 #include <QStringList>
+#include <functional>
 
 #include "editor/item_lists.h"
+#include "editor/line_notes.h"
 
 namespace tessaly {
 
 /// A list box of names. Thousands of them cost no more than ten: all lines are as high as the
-/// first. A name that is longer than the player's display is in the tool tip, too.
+/// first. A name that is longer than the player's display is in the tool tip, too. Behind the names
+/// there may be notes, in a quieter colour, as far as there is room.
 class LineList : public QListView {
     Q_OBJECT
 
@@ -21,6 +24,12 @@ class LineList : public QListView {
 
     /// Rows can be dragged to another place, and files dropped from the desktop.
     void allowDrops();
+
+    /// What is said behind each line; asked for those that are seen.
+    void setNotes(std::function<LineNote(int row)> notes);
+
+    /// What stands in the list, in grey, while it is empty.
+    void setHint(const QString& hint) { hint_ = hint; }
 
     /// Shows `lines` and selects rows (or one; -1: none), without a signal.
     void showLines(const QStringList& lines, const Rows& rows);
@@ -57,8 +66,10 @@ class LineList : public QListView {
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dragMoveEvent(QDragMoveEvent* event) override;
     void dropEvent(QDropEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
  private:
+    QString hint_;
     int rowBelow(const QDropEvent& event) const;
 };
 

@@ -42,6 +42,7 @@ ListSection::ListSection(const Names& names, QWidget* parent)
     setObjectName(u"fra"_s + names.item.toString() + u's');
     list_ = named(names.list, new LineList(this));
     list_->setAccessibleName(names.title.toString());
+    list_->setHint(names.hint.toString());
     list_->allowSeveral();
     list_->allowDrops();
     edit_ = button(u"buttEdit"_s, isFirst ? u"&Edit" : u"E&dit");
@@ -66,6 +67,7 @@ ListSection::ListSection(const Names& names, QWidget* parent)
     auto* side = new QVBoxLayout;
     auto* moves = new QHBoxLayout;
     auto* entry = new QHBoxLayout;
+    layout->setColumnStretch(0, 1);  // the list has the room, the buttons their own size
     layout->addWidget(list_, 0, 0);
     layout->addLayout(side, 0, 1);
     layout->addLayout(entry, 1, 0);

@@ -32,6 +32,7 @@ class ListSection : public QGroupBox {
         QStringView title;  ///< of the section, without its number
         QStringView label;  ///< of the field
         QStringView what;   ///< is in the list: "track"
+        QStringView hint;   ///< what the empty list says
         int limit = 0;      ///< most characters that can be typed for a name; 0: any number
         QList<std::pair<QStringView, QStringView>> more = {};  ///< further buttons: name and text
     };

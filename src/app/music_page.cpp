@@ -19,6 +19,8 @@ MusicPage::MusicPage(Project& project, const Services& services, QWidget* parent
                   .title = u"Select or add a new Music List",
                   .label = u"New &list:",
                   .what = u"list",
+                  .hint = u"Type a name below and press Enter, or drop folders, playlists or MP3 "
+                          u"files here",
                   .more = {{u"buttAddMuItunesPlaylist", u"Add Exported  &Playlist..."},
                            {u"buttAddMuListDir", u"Add F&older..."},
                            {u"buttAddMuFiles", u"Add File&s..."}}},
@@ -28,7 +30,8 @@ MusicPage::MusicPage(Project& project, const Services& services, QWidget* parent
                   .step = 2,
                   .title = u"Select or add a new Music Track",
                   .label = u"New &track:",
-                  .what = u"track"},
+                  .what = u"track",
+                  .hint = u"Type a name below and press Enter, or drop MP3 files here"},
                  {.frame = u"fraMuFile",
                   .title = u"3) File to play for this Music List and Track:",
                   .path = u"txtMuFile",
@@ -37,7 +40,8 @@ MusicPage::MusicPage(Project& project, const Services& services, QWidget* parent
                             {u"lblMP3tagTitle", u"Title:"},
                             {u"lblMP3tagArtist", u"Artist:"},
                             {u"lblMP3tagAlbum", u"Album:"}}},
-                 parent) {
+                 parent),
+      lengths_(services.tags) {
     lists_.connectTo(this, {.add = &MusicPage::buttAddMuList_Click,
                             .edit = &MusicPage::buttEditMuList_Click,
                             .remove = &MusicPage::buttDelMuList_Click,
@@ -56,6 +60,11 @@ MusicPage::MusicPage(Project& project, const Services& services, QWidget* parent
     connect(lists_.moreButton(2), &QPushButton::clicked, this, &MusicPage::buttAddMuFiles_Click);
     connect(file_.browseButton(), &QPushButton::clicked, this, &MusicPage::buttAddMuFile_Click);
     addDropsAndSorting();
+    lists_.list()->setNotes(
+        [this](int row) { return notes().list(project_.lstMuList.value(row)); });
+    tracks_.list()->setNotes([this](int row) { return trackNote(row); });
+    connect(&lengths_, &TrackLengths::learned, tracks_.list()->viewport(),
+            qOverload<>(&QWidget::update));
     showSelection();
 }
 
@@ -114,6 +123,16 @@ void MusicPage::showProject() {
     }
     showTracks(isOnView ? tracks_.list()->rows() : trackRows_.value(project_.currentMusicList));
     showSelection();
+}
+
+LineNote MusicPage::trackNote(int row) {
+    const int slot = project_.currentMusicList;
+    LineNote note = notes().track(project_.MusicListNames.value(slot),
+                                  project_.lstMuTrack.value(slot).value(row), services_.files);
+    const QString length = note.bytes > 0 ? lengths_.of(note.path, note.bytes) : QString();
+    if (!length.isEmpty())
+        note.text = note.text.isEmpty() ? length : note.text + u"  "_s + length;
+    return note;
 }
 
 void MusicPage::showLists(const Rows& rows) {

@@ -5,6 +5,7 @@
 #include <functional>
 
 #include "app/editor_page.h"
+#include "app/track_lengths.h"
 #include "editor/imported_list.h"
 #include "editor/music_editor.h"
 
@@ -53,6 +54,7 @@ class MusicPage : public EditorPage {
     void clearEntries();
     void listEdited(const EditResult& result);
     void trackEdited(const EditResult& result);
+    LineNote trackNote(int row);
     void showLists(const Rows& rows);
     void showTracks(const Rows& rows);
     void offerFiles(const QString& list);
@@ -70,6 +72,7 @@ class MusicPage : public EditorPage {
     bool trackEntered_ = false;   // something was typed for a new track, erased or not
     QString lastMusicFolder_;
     QList<QAction*> sortCommands_;
+    TrackLengths lengths_;
 };
 
 }  // namespace tessaly

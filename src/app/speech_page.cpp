@@ -20,6 +20,8 @@ SpeechPage::SpeechPage(Project& project, const Services& services, QWidget* pare
                   .title = u"Select or add a new Speech title",
                   .label = u"New &title:",
                   .what = u"title",
+                  .hint = u"Type a title below and press Enter, or drop a folder with a folder for "
+                          u"each language here",
                   .limit = limits::DisplayText},
                  {.item = u"Lang",
                   .list = u"lstLangs",
@@ -28,6 +30,8 @@ SpeechPage::SpeechPage(Project& project, const Services& services, QWidget* pare
                   .title = u"Select or add a new Language",
                   .label = u"New &language:",
                   .what = u"language",
+                  .hint = u"Type a language below and press Enter, or drop the folder of a "
+                          u"language here",
                   .limit = limits::LanguageName},
                  {.frame = u"fraSpFile",
                   .title = u"File to play for this Speech Title and Language:",
@@ -40,6 +44,10 @@ SpeechPage::SpeechPage(Project& project, const Services& services, QWidget* pare
       asList_(new QRadioButton(u"L&ist"_s, widget())),
       asOverview_(new QRadioButton(u"O&verview"_s, widget())) {
     addViews();
+    titles_.list()->setNotes(
+        [this](int row) { return notes().title(project_.lstSpTitles.value(row)); });
+    langs_.list()->setNotes(
+        [this](int row) { return notes().language(project_.lstLangs.value(row)); });
     titles_.connectTo(this, {.add = &SpeechPage::buttAddSpTitle_Click,
                              .edit = &SpeechPage::buttEditSpTitle_Click,
                              .remove = &SpeechPage::buttDelSpTitle_Click,

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Takes the pictures of the documents: plays pictures.txt in the real windows with the sample tour.
-// Arguments: the support folders' parent, the folder for the pictures.
+// Arguments: the support folders' parent, the folder for the pictures, and another script, if any.
 #include <QApplication>
 #include <QLabel>
 #include <cstdio>
@@ -34,9 +34,9 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setApplicationName("Tessaly");
     QApplication::setQuitOnLastWindowClosed(false);
-    QFile script(TESSALY_PICTURES);
-    if (argc != 3 || !script.open(QIODevice::ReadOnly)) {
-        std::fprintf(stderr, "usage: tessaly-screenshots SUPPORT PICTURES\n");
+    QFile script(argc > 3 ? argv[3] : TESSALY_PICTURES);
+    if (argc < 3 || !script.open(QIODevice::ReadOnly)) {
+        std::fprintf(stderr, "usage: tessaly-screenshots SUPPORT PICTURES [SCRIPT]\n");
         return 2;
     }
     const QString support = QFileInfo(argv[1]).absoluteFilePath(), pictures = argv[2];

@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/line_notes.h"
+
+#include <QSet>
+
+#include "model/music_lists.h"
+#include "model/numbers.h"
+
+namespace tessaly {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// How a file is played when that is not the usual way.
+QStringList attributesOf(const TrackRecord& record) {
+    QStringList words;
+    if (record.loudVolume.isTrue())
+        words.append(u"loud"_s);
+    if (record.cancelOnInterrupt.isTrue())
+        words.append(u"cancel"_s);
+    if (record.endlessLoop.isTrue())
+        words.append(u"loop"_s);
+    return words;
+}
+
+QString joined(QStringList words) {
+    words.removeAll(QString());
+    return words.join(u", "_s);
+}
+
+}  // namespace
+
+LineNotes::LineNotes(const Project& project) : project_(project), index_(project) {
+    const MusicListIndex lists(project);
+    for (const QString& list : project.lstMuList)
+        tracks_.insert(list, int(lists.tracks(list).size()));
+    QSet<std::pair<QString, QString>> pairs;
+    for (const TrackRecord& record : project.TrackTable) {
+        const std::pair pair(record.itemName.text(), record.groupName.text());
+        if (!isSpeech(record) || pairs.contains(pair))
+            continue;
+        pairs.insert(pair);
+        ++languages_[pair.first];
+        ++titles_[pair.second];
+        if (!firstOfTitle_.contains(pair.first))
+            firstOfTitle_.insert(pair.first, &record);
+    }
+}
+
+LineNote LineNotes::list(const QString& list) const {
+    return {joined({counted(tracks_.value(list), u"track"_s),
+                    playersOf(kind::Music, list, PlayFullListName.toString())})};
+}
+
+LineNote LineNotes::track(const QString& list, const QString& track,
+                          const FileSystem& files) const {
+    const TrackRecord* record = index_.music(list, track);
+    const QString players = playersOf(kind::Music, list, track);
+    if (!record)
+        return {.text = joined({u"no file"_s, players}), .isBad = true};
+    LineNote note{.text = {}, .path = record->sourcePath.text()};
+    const auto bytes = files.fileSize(note.path);
+    note.isBad = !bytes;
+    note.bytes = bytes.value_or(0);
+    note.text = joined(
+        {note.isBad ? u"missing"_s : QString(), attributesOf(*record).join(u", "_s), players});
+    return note;
+}
+
+LineNote LineNotes::title(const QString& title) const {
+    const int there = languages_.value(title), all = int(project_.lstLangs.size());
+    const TrackRecord* record = firstOfTitle_.value(title);
+    return {.text = joined({u"%1 of %2"_s.arg(there).arg(all),
+                            record ? attributesOf(*record).join(u", "_s) : QString(),
+                            playersOf(kind::Speech, {}, title)}),
+            .isBad = there < all};
+}
+
+LineNote LineNotes::language(const QString& language) const {
+    const int there = titles_.value(language), all = int(project_.lstSpTitles.size());
+    bool isDefault = false;
+    for (const TrackRecord& record : project_.DefaultLanguageTable.mid(1))
+        isDefault |= record.groupName.is(language);
+    return {
+        .text = joined({u"%1 of %2"_s.arg(there).arg(all), isDefault ? u"default"_s : QString()}),
+        .path = {},
+        .isBad = there < all};
+}
+
+// What starts it by itself. A title is named without a group.
+QString LineNotes::playersOf(QStringView plays, const QString& group, const QString& item) const {
+    const bool isTitle = plays == kind::Speech;
+    const auto names = [&](const TrackRecord& record, const Variant& what) {
+        return what.is(plays) && record.itemName.is(item) &&
+               (isTitle || record.groupName.is(group));
+    };
+    QStringList words;
+    for (size_t slot = 0; slot < project_.TriggerTable.size(); ++slot)
+        if (const TrackRecord& trigger = project_.TriggerTable[slot];
+            names(trigger, trigger.sourcePath))
+            words.append(u"trigger %1"_s.arg(slot + 1));
+    if (names(project_.PowerUpRecord, project_.PowerUpRecord.kind))
+        words.append(u"power-up"_s);
+    return words.join(u", "_s);
+}
+
+}  // namespace tessaly
