@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/editor_page.h"
 
-#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -46,15 +45,15 @@ void EditorPage::entered(ListSection& section) {
 }
 
 QString EditorPage::askForName(const ListSection& section, const QString& prompt) {
-    return services_.prompts.inputText(prompt, section.list()->line(), section.limit());
+    return services_.prompts.inputText(prompt, section.list()->line(), section.limit(),
+                                       u"Rename "_s + section.what());
 }
 
-QString EditorPage::askForFile() {
-    QString path =
-        services_.prompts.openFile({.filter = u"MP3 files (*.mp3)"_s, .folder = lastFileFolder_});
-    if (!path.isEmpty())
-        lastFileFolder_ = QFileInfo(path).path();
-    return path;
+QString EditorPage::askForFile(FileKind kind, const QString& item) {
+    return services_.prompts.openFile({.filter = u"MP3 files (*.mp3)"_s,
+                                       .folder = {},
+                                       .title = u"Choose the MP3 File for "_s + item,
+                                       .kind = kind});
 }
 
 }  // namespace tessaly

@@ -36,17 +36,14 @@ class EditorPage : public Page {
     /// Asks for the new name of the selected line of a section; empty when cancelled.
     QString askForName(const ListSection& section, const QString& prompt);
 
-    /// Asks for an MP3 file, starting where the last one was; empty when cancelled.
-    QString askForFile();
+    /// Asks for an MP3 file for an item, in words; empty when cancelled.
+    QString askForFile(FileKind kind, const QString& item);
 
     Project& project_;
     const Services& services_;
     ListSection& first_;
     ListSection& second_;
     FileSection& file_;
-
- private:
-    QString lastFileFolder_;
 };
 
 }  // namespace tessaly

@@ -85,7 +85,8 @@ QString LineList::line() const {
 // Tab goes through the controls in the order in which they are made.
 ListSection::ListSection(const Names& names, QWidget* parent)
     : QGroupBox(QString::number(names.step) + u") "_s + names.title.toString() + u':', parent),
-      limit_(names.limit) {
+      limit_(names.limit),
+      what_(names.what.toString()) {
     const bool isFirst = names.step == 1;  // the keys of a page are not enough for all buttons
     const auto button = [&](const QString& what, QStringView text) {
         return makeButton(what + names.item.toString(), text, this);
@@ -162,6 +163,10 @@ void ListSection::enable(const ListControls& enabled) {
     add_->setEnabled(enabled.add);
     edit_->setEnabled(enabled.change);
     remove_->setEnabled(enabled.change);
+}
+
+QString ListSection::what() const {
+    return what_.at(0).toUpper() + what_.mid(1);
 }
 
 QString ListSection::entry() const {

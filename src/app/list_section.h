@@ -91,6 +91,8 @@ class ListSection : public QGroupBox {
     LineList* list() const { return list_; }
     QPushButton* addButton() const { return add_; }
     int limit() const { return limit_; }
+    /// What is in the list, as a title says it: "Track".
+    QString what() const;
     /// One of the further buttons.
     QPushButton* moreButton(qsizetype index) const { return more_[index]; }
 
@@ -108,6 +110,7 @@ class ListSection : public QGroupBox {
     QLineEdit* makeField(const QString& name);
 
     const int limit_;
+    const QString what_;
     LineList* list_;
     QPushButton* edit_;
     QPushButton* remove_;

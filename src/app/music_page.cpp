@@ -227,7 +227,7 @@ void MusicPage::moveTrack(Direction direction) {
 }
 
 void MusicPage::buttAddMuFile_Click() {
-    const QString path = askForFile();
+    const QString path = askForFile(FileKind::Music, u"Track '%1'"_s.arg(tracks_.list()->line()));
     if (chooseMusicFile(project_, selection(), path).isDone)
         lstMuTrack_Click();
     emit projectChanged();
@@ -291,17 +291,17 @@ void MusicPage::buttAddMuItunesPlaylist_Click() {
     const QString path = services_.prompts.openFile(
         {.filter = u"TXT files (*.txt);;M3U files (*.M3U *.m3u)"_s,
          .folder = foldersOfProgram(services_.appFolder, services_.userFolder)
-                       .projectsStart(services_.files)});
+                       .projectsStart(services_.files),
+         .title = u"Add Exported Playlist"_s,
+         .kind = FileKind::Playlist});
     importList([&](const KeepGoing& keepGoing) {
         return importPlaylist(project_, services_.files, services_.tags, path, keepGoing);
     });
 }
 
 void MusicPage::buttAddMuListDir_Click() {
-    const QString folder =
-        services_.prompts.pickFolder(u"Select folder containing MP3 files"_s, lastMusicFolder_);
-    if (!folder.isEmpty())
-        lastMusicFolder_ = folder;
+    const QString folder = services_.prompts.pickFolder(u"Select folder containing MP3 files"_s, {},
+                                                        FileKind::MusicFolder);
     importList([&](const KeepGoing& keepGoing) {
         return importMusicFolder(project_, services_.files, services_.tags, folder, keepGoing);
     });

@@ -61,7 +61,6 @@ class MusicPage : public EditorPage {
     QHash<int, int> trackRows_;  // slot of a list -> row selected among its tracks
     int shownSlot_ = 0;          // slot of the list whose tracks are shown
     bool trackEntered_ = false;  // something was typed for a new track, erased or not
-    QString lastMusicFolder_;
 };
 
 }  // namespace tessaly

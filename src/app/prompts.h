@@ -24,12 +24,26 @@ struct Message {
     QString details = {};  ///< lines behind a button "Details"; empty: no such button
 };
 
+/// What a file dialog is for: each kind starts where the last one of it ended.
+enum class FileKind {
+    Other,  ///< starts where it is told to
+    Project,
+    Music,
+    MusicFolder,
+    Playlist,
+    Speech,
+    SpeechFolder,
+    Chime,
+    CardDrive,
+};
+
 /// A file dialog for one kind of file.
 struct FileRequest {
     QString filter;       ///< "Name (*.ext)", several parted by ";;"
-    QString folder;       ///< where it starts
+    QString folder;       ///< where it starts, if nothing is remembered of its kind
     QString suffix = {};  ///< added to a new file's name that has none
     QString title = {};   ///< what the file is for
+    FileKind kind = FileKind::Other;
 };
 
 /// Everything that asks the operator or tells them something in a window of its own: the one seam
@@ -54,15 +68,17 @@ class Prompts {
     /// The chosen file, overwriting confirmed; empty when cancelled.
     virtual QString saveFile(const FileRequest& request) = 0;
     /// The chosen folder; empty when cancelled.
-    virtual QString pickFolder(const QString& caption, const QString& start) = 0;
+    virtual QString pickFolder(const QString& caption, const QString& start,
+                               FileKind kind = FileKind::Other) = 0;
     /// The root of the chosen drive; empty when cancelled. `current` is the one that was chosen
     /// before, empty if none was.
     virtual QString pickDrive(const Drives& drives, const QString& current) = 0;
     /// One of several lines, by its index; -1 when cancelled.
     virtual int pickLine(const QString& caption, const QStringList& lines) = 0;
     /// The text typed, of at most `limit` characters (0: any number), or `initial` if that is
-    /// longer and was left as it is; null when cancelled.
-    virtual QString inputText(const QString& prompt, const QString& initial, int limit = 0) = 0;
+    /// longer and was left as it is; null when cancelled. `title` says what it is for.
+    virtual QString inputText(const QString& prompt, const QString& initial, int limit = 0,
+                              const QString& title = {}) = 0;
 
     /// Shows a file in the program that the system has for it. False when there is none; nothing
     /// was said then. Without a desktop, that is always so.

@@ -162,7 +162,8 @@ void SpeechPage::moveLang(Direction direction) {
 // ---- files -------------------------------------------------------------------------------------
 
 void SpeechPage::buttAddSpFile_Click() {
-    const QString path = askForFile();
+    const QString path = askForFile(
+        FileKind::Speech, u"'%1' in '%2'"_s.arg(titles_.list()->line(), langs_.list()->line()));
     if (chooseSpeechFile(project_, selection(), path).isDone) {
         showSelection();
         emit summaryDue();

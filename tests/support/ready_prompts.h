@@ -37,14 +37,17 @@ class ReadyPrompts : public Prompts {
     QString saveFile(const FileRequest& request) override {
         return place("save " + request.filter);
     }
-    QString pickFolder(const QString& caption, const QString&) override { return place(caption); }
+    QString pickFolder(const QString& caption, const QString&, FileKind) override {
+        return place(caption);
+    }
     QString pickDrive(const Drives&, const QString&) override { return place("drive"); }
     int pickLine(const QString& caption, const QStringList& lines) override {
         lineCount = int(lines.size());
         onAsked(caption);
         return line;
     }
-    QString inputText(const QString& prompt, const QString& initial, int limit) override {
+    QString inputText(const QString& prompt, const QString& initial, int limit,
+                      const QString&) override {
         onAsked(prompt);
         return limit > 0 && text != initial ? text.left(limit) : text;
     }

@@ -20,23 +20,23 @@ bool SessionPrompts::ask(const Message& question, bool defaultsToNo) {
 }
 QString SessionPrompts::openFile(const FileRequest& request) {
     return isReal ? QtPrompts::openFile(request)
-                  : session_.answer("a file to open: " + request.filter + ", from \"" +
-                                    request.folder + '"');
+                  : session_.answer(request.title + ", a file to open: " + request.filter +
+                                    ", from \"" + request.folder + '"');
 }
 QStringList SessionPrompts::openFiles(const FileRequest& request) {
     if (isReal)
         return QtPrompts::openFiles(request);
-    const QString files =
-        session_.answer("files to open: " + request.filter + ", from \"" + request.folder + '"');
+    const QString files = session_.answer(request.title + ", files to open: " + request.filter +
+                                          ", from \"" + request.folder + '"');
     return files.isEmpty() ? QStringList() : files.split(" | ");
 }
 QString SessionPrompts::saveFile(const FileRequest& request) {
     return isReal ? QtPrompts::saveFile(request)
-                  : session_.answer("a file to save: " + request.filter + " (." + request.suffix +
-                                    "), from \"" + request.folder + '"');
+                  : session_.answer(request.title + ", a file to save: " + request.filter + " (." +
+                                    request.suffix + "), from \"" + request.folder + '"');
 }
-QString SessionPrompts::pickFolder(const QString& caption, const QString& folder) {
-    return isReal ? QtPrompts::pickFolder(caption, folder)
+QString SessionPrompts::pickFolder(const QString& caption, const QString& folder, FileKind kind) {
+    return isReal ? QtPrompts::pickFolder(caption, folder, kind)
                   : session_.answer(caption + ", from \"" + folder + '"');
 }
 QString SessionPrompts::pickDrive(const Drives& drives, const QString& current) {
@@ -45,8 +45,9 @@ QString SessionPrompts::pickDrive(const Drives& drives, const QString& current) 
 int SessionPrompts::pickLine(const QString& caption, const QStringList& lines) {
     return isQuiet ? 0 : QtPrompts::pickLine(caption, lines);
 }
-QString SessionPrompts::inputText(const QString& prompt, const QString& initial, int limit) {
-    return isQuiet ? session_.answer(prompt) : QtPrompts::inputText(prompt, initial, limit);
+QString SessionPrompts::inputText(const QString& prompt, const QString& initial, int limit,
+                                  const QString& title) {
+    return isQuiet ? session_.answer(prompt) : QtPrompts::inputText(prompt, initial, limit, title);
 }
 bool SessionPrompts::openDocument(const QString& file) {
     session_.say("shows the document " + file);
