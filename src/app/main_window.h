@@ -89,6 +89,7 @@ class MainWindow : public QMainWindow {
     void showProject();
     void showReplaced();
     void showRestored(const WindowView& view);
+    FindBar& findBar();
     void goTo(const Place& place);
     Page* page(int index) const;
     void measure();
@@ -105,7 +106,7 @@ class MainWindow : public QMainWindow {
     ElidedLabel* statusText_;
     SessionStatus* sessionStatus_;
     RecentMenu* recent_;
-    FindBar* findBar_;
+    FindBar* findBar_ = nullptr;  ///< once it was asked for
     KeysWindow* keys_ = nullptr;  ///< once it was asked for
     CardTotals totals_;           ///< as last measured, by whichever page
     SetupPage* setup_ = nullptr;

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The main window's menus and keys.
+#include "app/main_window.h"
+
+#include <QShortcut>
+
 #include "app/about_window.h"
 #include "app/find_bar.h"
 #include "app/keys_window.h"
-#include "app/main_window.h"
 #include "app/recent_menu.h"
 #include "app/small_widgets.h"
 #include "ui_main_window.h"
-
-#include <QShortcut>
-#include <QTabBar>
 
 namespace tessaly {
 
@@ -39,10 +39,9 @@ void MainWindow::connectMenus() {
     triggered(ui_->mnuHelpManual, &MainWindow::mnuHelpManual_Click);
     triggered(ui_->mnuHelpKeys, &MainWindow::mnuHelpKeys_Click);
     triggered(ui_->mnuHelpAbout, &MainWindow::mnuHelpAbout_Click);
-    connect(ui_->mnuEditFind, &QAction::triggered, findBar_, &FindBar::open);
-    connect(ui_->mnuEditFindNext, &QAction::triggered, findBar_, [this] { findBar_->goOn(1); });
-    connect(ui_->mnuEditFindPrevious, &QAction::triggered, findBar_,
-            [this] { findBar_->goOn(-1); });
+    connect(ui_->mnuEditFind, &QAction::triggered, this, [this] { findBar().open(); });
+    connect(ui_->mnuEditFindNext, &QAction::triggered, this, [this] { findBar().goOn(1); });
+    connect(ui_->mnuEditFindPrevious, &QAction::triggered, this, [this] { findBar().goOn(-1); });
     recent_ = new RecentMenu(remembered_, this);
     ui_->mnuFile->insertMenu(ui_->mnuFileSave, recent_);
     connect(recent_, &RecentMenu::chosen, this, &MainWindow::open);

@@ -56,9 +56,6 @@ MainWindow::MainWindow(ProjectSession& session, const Services& services)
     connect(&history_, &EditHistory::removed, sessionStatus_, &SessionStatus::sayRemoved);
     connect(&history_, &EditHistory::restored, this, &MainWindow::showRestored);
     addPages();
-    findBar_ = new FindBar(session_.project, this);
-    ui_->layout_central->addWidget(findBar_);
-    connect(findBar_, &FindBar::chosen, this, &MainWindow::goTo);
     // Large enough for every page, whatever the font, if the screen is.
     const QSize frame(0, style()->pixelMetric(QStyle::PM_TitleBarHeight));
     const QSize tabs(ui_->Tabs->tabBar()->sizeHint().width(), 0);
@@ -164,6 +161,15 @@ void MainWindow::showRestored(const WindowView& view) {
     page(view.page)->selectRows(view.rows[view.page]);
     setup_->showSystemTexts();
     measure();
+}
+
+FindBar& MainWindow::findBar() {
+    if (!findBar_) {
+        findBar_ = new FindBar(session_.project, centralWidget());
+        ui_->layout_central->addWidget(findBar_);
+        connect(findBar_, &FindBar::chosen, this, &MainWindow::goTo);
+    }
+    return *findBar_;
 }
 
 // Brings a place that was found to the front.

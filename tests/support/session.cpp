@@ -20,20 +20,20 @@ bool SessionPrompts::ask(const Message& question, bool defaultsToNo) {
 }
 QString SessionPrompts::openFile(const FileRequest& request) {
     return isReal ? QtPrompts::openFile(request)
-                  : session_.answer(request.title + ", a file to open: " + request.filter +
-                                    ", from \"" + request.folder + '"');
+                  : session_.answer("a file to open: " + request.filter + ", from \"" +
+                                    request.folder + '"');
 }
 QStringList SessionPrompts::openFiles(const FileRequest& request) {
     if (isReal)
         return QtPrompts::openFiles(request);
-    const QString files = session_.answer(request.title + ", files to open: " + request.filter +
-                                          ", from \"" + request.folder + '"');
+    const QString files =
+        session_.answer("files to open: " + request.filter + ", from \"" + request.folder + '"');
     return files.isEmpty() ? QStringList() : files.split(" | ");
 }
 QString SessionPrompts::saveFile(const FileRequest& request) {
     return isReal ? QtPrompts::saveFile(request)
-                  : session_.answer(request.title + ", a file to save: " + request.filter + " (." +
-                                    request.suffix + "), from \"" + request.folder + '"');
+                  : session_.answer("a file to save: " + request.filter + " (." + request.suffix +
+                                    "), from \"" + request.folder + '"');
 }
 QString SessionPrompts::pickFolder(const QString& caption, const QString& folder, FileKind kind) {
     return isReal ? QtPrompts::pickFolder(caption, folder, kind)
