@@ -105,6 +105,7 @@ void FindBar::open() {
     field_->setFocus();
     field_->selectAll();
     search();
+    list_->setVisible(!places_.isEmpty());
     showPlaces();
 }
 
@@ -118,7 +119,7 @@ void FindBar::leave() {
 }
 
 void FindBar::search() {
-    places_ = findPlaces(project_, field_->text());
+    places_ = finder_.find(project_, field_->text());
 }
 
 void FindBar::showPlaces() {
@@ -127,7 +128,7 @@ void FindBar::showPlaces() {
     count_->setText(isEmpty             ? QString()
                     : places_.isEmpty() ? u"Nothing found"_s
                     : current_ < 0      ? all
-                                        : u"%1 of %2"_s.arg(current_ + 1).arg(all));
+                                        : u"%1 of %2"_s.arg(current_ + 1).arg(places_.size()));
     if (list_->isHidden())
         return;
     list_->clear();
@@ -139,7 +140,8 @@ void FindBar::showPlaces() {
         items.last()->setFlags(Qt::NoItemFlags);
     }
     list_->addTopLevelItems(items);
-    list_->setCurrentItem(list_->topLevelItem(0));
+    list_->setCurrentItem(
+        list_->topLevelItem(int(std::clamp<qsizetype>(current_, 0, PlacesShown - 1))));
 }
 
 void FindBar::goOn(int step) {

@@ -41,6 +41,7 @@ class FindBar : public QFrame {
     void leave();
 
     const Project& project_;
+    Finder finder_;
     QTreeWidget* list_;
     QLineEdit* field_;
     QLabel* count_;
