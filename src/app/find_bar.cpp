@@ -2,7 +2,6 @@
 #include "app/find_bar.h"
 
 #include <QApplication>
-#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -23,7 +22,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype PlacesShown = 100;  // more than anybody reads
-constexpr int RowsSeen = 7;
+constexpr int RowsSeen = 7;             // where there is room
 
 }  // namespace
 
@@ -40,9 +39,7 @@ FindBar::FindBar(const Project& project, QWidget* parent)
     list_->setUniformRowHeights(true);
     list_->setHeaderHidden(true);
     list_->setColumnCount(2);
-    list_->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
     list_->setFocusPolicy(Qt::NoFocus);  // the keys of the field work on it
-    list_->setFixedHeight(list_->fontMetrics().height() * RowsSeen * 5 / 4);
     field_->setObjectName(u"txtFind"_s);
     field_->setPlaceholderText(u"Part of the name of a list, track, title, language or file"_s);
     field_->setAccessibleName(u"Find"_s);
@@ -140,6 +137,12 @@ void FindBar::showPlaces() {
         items.last()->setFlags(Qt::NoItemFlags);
     }
     list_->addTopLevelItems(items);
+    // The page behind it stays in sight.
+    list_->setFixedHeight(std::min(list_->sizeHintForRow(0) * RowsSeen + list_->frameWidth() * 2,
+                                   window()->height() / 4));
+    list_->resizeColumnToContents(0);
+    list_->setColumnWidth(
+        0, std::min(list_->columnWidth(0) + list_->fontMetrics().height(), list_->width() / 2));
     list_->setCurrentItem(
         list_->topLevelItem(int(std::clamp<qsizetype>(current_, 0, PlacesShown - 1))));
 }

@@ -2,7 +2,7 @@
 #include "app/keys_window.h"
 
 #include <QDialogButtonBox>
-#include <QHeaderView>
+#include <QScreen>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -76,8 +76,9 @@ KeysWindow::KeysWindow(QWidget* parent) : QDialog(parent) {
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(list);
     layout->addWidget(buttons);
-    resize(list->columnWidth(0) + fontMetrics().averageCharWidth() * 60,
-           fontMetrics().height() * 28);
+    resize(QSize(list->columnWidth(0) + fontMetrics().averageCharWidth() * 60,
+                 fontMetrics().height() * 28)
+               .boundedTo(screen()->availableSize() * 9 / 10));
 }
 
 }  // namespace tessaly
