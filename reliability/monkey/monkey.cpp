@@ -159,7 +159,7 @@ void Monkey::act(Dice& dice) {
     using Action = bool (Monkey::*)(QWidget*, Dice&);
     static const std::pair<int, Action> actions[] = {
         {20, &Monkey::clickButton},  {22, &Monkey::workOnList}, {22, &Monkey::workOnField},
-        {12, &Monkey::pressSomeKey}, {6, &Monkey::switchPage},  {3, &Monkey::workOnMenu},
+        {12, &Monkey::pressSomeKey}, {6, &Monkey::switchPage},  {2, &Monkey::workOnMenu},
         {4, &Monkey::pokeAnywhere},  {2, &Monkey::changeWindow}};
     const auto windows = openWindows();
     if (windows.isEmpty() || dice.oneIn(25)) {
@@ -172,7 +172,7 @@ void Monkey::act(Dice& dice) {
         world_.bench.choose("mnuFileNew");
         return;
     }
-    int drawn = dice.below(91);  // what the weights come to
+    int drawn = dice.below(90);  // what the weights come to
     for (const auto& [weight, action] : actions) {
         drawn -= weight;
         if (drawn >= 0)
@@ -316,23 +316,22 @@ bool Monkey::switchPage(QWidget* window, Dice& dice) {
 
 bool Monkey::pressSomeKey(QWidget* window, Dice& dice) {
     static const char* const plain[] = {
-        "Tab",        "Tab",       "Shift+Tab",  "Return",    "Enter",    "Esc",   "Up",
-        "Down",       "Left",      "End",        "Right",     "Home",     "PgUp",  "PgDown",
-        "Del",        "Space",     "F2",         "F3",        "Shift+F3", "Space", "F10",
-        "Menu",       "Backspace", "A",          "R",         "Ins",      "Alt",   "Shift+Up",
-        "Shift+Down", "Shift+End", "Shift+Left", "Shift+Home"};
-    static const char* const withAlt[] = {"Alt+Up", "Alt+Down", "Alt+1", "Alt+4",   "Alt+F",
-                                          "Alt+H",  "Alt+A",    "Alt+E", "Alt+D",   "Alt+N",
-                                          "Alt+L",  "Alt+T",    "Alt+S", "Alt+C",   "Alt+P",
-                                          "Alt+R",  "Alt+B",    "Alt+M", "Alt+Left"};
+        "Tab",  "Tab",      "Shift+Tab",  "Return",    "Enter",      "Esc",       "Up",  "Down",
+        "Left", "End",      "Right",      "Home",      "PgUp",       "PgDown",    "Del", "Space",
+        "F2",   "Space",    "F10",        "Menu",      "Backspace",  "A",         "R",   "Ins",
+        "Alt",  "Shift+Up", "Shift+Down", "Shift+End", "Shift+Left", "Shift+Home"};
+    static const char* const withAlt[] = {
+        "Alt+Up", "Alt+Down", "Alt+F", "Alt+H", "Alt+A", "Alt+E", "Alt+D", "Alt+N",   "Alt+L",
+        "Alt+T",  "Alt+S",    "Alt+C", "Alt+P", "Alt+R", "Alt+B", "Alt+M", "Alt+Left"};
     static const char* const withControl[] = {
-        "Ctrl+A",   "Ctrl+C", "Ctrl+V",    "Ctrl+X",     "Ctrl+Z",      "Ctrl+Y",   "Ctrl+S",
-        "Ctrl+Tab", "Ctrl+F", "Ctrl+Left", "Ctrl+Right", "Ctrl+PgDown", "Ctrl+Home"};
-    static const char* const rarely[] = {"Ctrl+N", "Ctrl+O", "Ctrl+Q", "Ctrl+Shift+S"};
+        "Ctrl+A", "Ctrl+C",   "Ctrl+V",    "Ctrl+X",     "Ctrl+Z",      "Ctrl+Y",
+        "Ctrl+S", "Ctrl+Tab", "Ctrl+Left", "Ctrl+Right", "Ctrl+PgDown", "Ctrl+Home"};
+    static const char* const rarely[] = {"Ctrl+N", "Ctrl+O", "Ctrl+Q", "Ctrl+Shift+S", "Ctrl+F",
+                                         "F3",     "F3",     "Alt+1",  "Shift+F3"};
     const int kind = dice.below(100);
     const QString name = kind < 12   ? dice.anyOf(withAlt)
                          : kind < 26 ? dice.anyOf(withControl)
-                         : kind < 28 ? dice.anyOf(rarely)
+                         : kind < 30 ? dice.anyOf(rarely)
                                      : dice.anyOf(plain);
     note("press " + name);
     const QKeyCombination keys = name == "Alt" ? Qt::Key_Alt : QKeySequence(name)[0];
