@@ -16,13 +16,18 @@ struct Presence::Answers {
     QSet<QString> there, owed;
 };
 
-Presence::Presence(QObject* parent) : QObject(parent), answers_(std::make_shared<Answers>()) {}
+bool Presence::isOnDisk(const QString& path) {
+    return QFileInfo::exists(path);
+}
+
+Presence::Presence(Question question)
+    : question_(std::move(question)), answers_(std::make_shared<Answers>()) {}
 
 Presence::~Presence() = default;
 
 void Presence::ask(const QStringList& paths, int milliseconds) {
-    const auto find = [answers = answers_](const QString& path) {
-        const bool isThere = QFileInfo::exists(path);
+    const auto find = [answers = answers_, question = question_](const QString& path) {
+        const bool isThere = question(path);
         const QMutexLocker lock(&answers->mutex);
         answers->owed.remove(path);
         if (isThere)

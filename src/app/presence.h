@@ -3,6 +3,7 @@
 
 #include <QObject>
 #include <QStringList>
+#include <functional>
 #include <memory>
 
 namespace tessaly {
@@ -13,7 +14,10 @@ class Presence : public QObject {
     Q_OBJECT
 
  public:
-    explicit Presence(QObject* parent = nullptr);
+    /// What asks for one path, and may take as long as it will.
+    using Question = std::function<bool(const QString& path)>;
+
+    explicit Presence(Question question = isOnDisk);
     ~Presence() override;
 
     /// Asks for all these paths anew, and waits up to so many milliseconds for their answers. A
@@ -28,7 +32,10 @@ class Presence : public QObject {
     void answered();
 
  private:
+    static bool isOnDisk(const QString& path);
+
     struct Answers;
+    const Question question_;
     const std::shared_ptr<Answers> answers_;  // which late threads write to when this is gone
 };
 

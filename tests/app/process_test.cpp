@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What sessions as text cannot hold: names that are no text, other processes, days that pass,
 // screens, any bytes, tables.
+#include <QElapsedTimer>
 #include <QProcess>
+#include <QSemaphore>
+#include <atomic>
 
 #include "app/keys_window.h"
+#include "app/presence.h"
 #include "app/program.h"
 #include "platform/paths.h"
 #include "support/window_bench.h"
@@ -115,6 +119,33 @@ TEST(Remembered, AnyBytesAreReadAndMadeAnew) {
     QFile::setPermissions(file, QFile::ReadOwner);
     Remembered(file).keepFolder(FileKind::Project, "/here");
     EXPECT_EQ(Remembered(file).folder(FileKind::Project), "/here") << "though it was read-only";
+}
+
+TEST(Recent, APathThatDoesNotAnswerHoldsNobodyUp) {
+    const auto network = std::make_shared<QSemaphore>();
+    std::atomic<int> asked = 0;
+    Presence presence([&](const QString& path) {
+        if (path == "far") {
+            ++asked;
+            network->acquire();
+        }
+        return path != "gone";
+    });
+    QElapsedTimer timer;
+    timer.start();
+    presence.ask({"far", "here", "gone"}, 50);
+    EXPECT_TRUE(presence.isThere("here"));
+    EXPECT_FALSE(presence.isThere("gone") || presence.isThere("far"));
+    presence.ask({"far", "here"}, 60000);
+    EXPECT_LT(timer.elapsed(), 20000) << "it is waited for once";
+    EXPECT_EQ(asked, 1);
+    network->release();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return presence.isThere("far"); }));
+    {
+        Presence other([network](const QString&) { return network->tryAcquire(1, 60000); });
+        other.ask({"far"}, 0);
+    }
+    network->release();  // its answer comes when nobody wants it any more
 }
 
 TEST(Keys, TheManualHasThem) {
