@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 MostBytes = 64 * 1024;  // some kilobytes is what it ever has
+constexpr qint64 MostBytes = 65536;  // some kilobytes is what it ever has
 constexpr int FolderAnswersMs = 300;
 
 #ifdef Q_OS_WIN
