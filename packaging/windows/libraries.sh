@@ -106,7 +106,7 @@ build_qt() {
   for feature in opengl sql dbus network printsupport concurrent xml icu \
     system_zlib system_png system_jpeg system_pcre2 system_freetype system_harfbuzz \
     tabletevent direct2d direct2d1_1 directwrite3 vulkan \
-    pdf graphicsview wizard mdiarea dial lcdnumber calendarwidget fontcombobox undocommand \
+    pdf graphicsview wizard mdiarea dial lcdnumber calendarwidget fontcombobox \
     syntaxhighlighter colordialog fontdialog zstd glib gif textodfwriter; do
     features+=("-DFEATURE_$feature=OFF")
   done

@@ -327,11 +327,12 @@ bool Monkey::pressSomeKey(QWidget* window, Dice& dice) {
                                               "Ctrl+Z",    "Ctrl+Y",     "Ctrl+S",      "Ctrl+Tab",
                                               "Ctrl+Left", "Ctrl+Right", "Ctrl+PgDown", "Ctrl+Home",
                                               "Ctrl+G",    "Ctrl+G",     "Ctrl+Down"};
-    static const char* const rarely[] = {"Ctrl+N", "Ctrl+O", "Ctrl+Q", "Ctrl+Shift+S"};
+    static const char* const rarely[] = {"Ctrl+N", "Ctrl+O", "Ctrl+Q", "Ctrl+Shift+S", "Ctrl+F",
+                                         "F3",     "F3",     "Alt+1",  "Shift+F3"};
     const int kind = dice.below(100);
     const QString name = kind < 12   ? dice.anyOf(withAlt)
                          : kind < 26 ? dice.anyOf(withControl)
-                         : kind < 28 ? dice.anyOf(rarely)
+                         : kind < 30 ? dice.anyOf(rarely)
                                      : dice.anyOf(plain);
     note("press " + name);
     const QKeyCombination keys = name == "Alt" ? Qt::Key_Alt : QKeySequence(name)[0];

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "world.h"
 
+#include <QRegularExpression>
 #include <random>
 
 #include "app/create_card_page.h"
@@ -115,6 +116,10 @@ void World::restart() {
     for (const char* step : {"mnuEditUndo", "mnuEditRedo"})
         QObject::connect(bench.find<QAction>(step), &QAction::triggered, bench.window.get(),
                          [this] { happenings.undone = true; });
+    for (auto* file : bench.window->findChildren<QAction*>(QRegularExpression("^mnuFileRecent_")))
+        QObject::connect(file, &QAction::triggered, bench.window.get(), [this] {
+            happenings.sessionChanged = happenings.keepCopyBeforeDiscard = true;
+        });
     bench.window->activateWindow();
     bench.window->offerRecovery();
 }

@@ -2,7 +2,6 @@
 #include "app/editor_page.h"
 
 #include <QAction>
-#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPushButton>
@@ -77,12 +76,11 @@ void EditorPage::keyPressEvent(QKeyEvent* event) {
         Page::keyPressEvent(event);
 }
 
-QString EditorPage::askForFile() {
-    QString path =
-        services_.prompts.openFile({.filter = u"MP3 files (*.mp3)"_s, .folder = lastFileFolder_});
-    if (!path.isEmpty())
-        lastFileFolder_ = QFileInfo(path).path();
-    return path;
+QString EditorPage::askForFile(FileKind kind, const QString& item) {
+    return services_.prompts.openFile({.filter = u"MP3 files (*.mp3)"_s,
+                                       .folder = {},
+                                       .title = u"Choose the MP3 File for "_s + item,
+                                       .kind = kind});
 }
 
 }  // namespace tessaly

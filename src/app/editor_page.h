@@ -41,8 +41,8 @@ class EditorPage : public Page {
     /// Asks for the new name of the selected line of a section; empty when cancelled.
     QString askForName(const ListSection& section, const QString& prompt);
 
-    /// Asks for an MP3 file, starting where the last one was; empty when cancelled.
-    QString askForFile();
+    /// Asks for an MP3 file for an item, in words; empty when cancelled.
+    QString askForFile(FileKind kind, const QString& item);
 
     Project& project_;
     const Services& services_;
@@ -51,7 +51,6 @@ class EditorPage : public Page {
     FileSection& file_;
 
  private:
-    QString lastFileFolder_;
     QList<QAction*> browseCommands_;
     std::optional<LineNotes> notes_;
 };

@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 
 #include "app/create_card_page.h"
+#include "app/recent_menu.h"
 #include "app/session_status.h"
 #include "app/small_widgets.h"
 #include "card/firmware.h"
@@ -99,20 +100,30 @@ void MainWindow::mnuFileNew_Click() {
 }
 
 void MainWindow::mnuFileOpen_Click() {
-    createCard_->afterRun([this] {
+    open({});
+}
+
+// Opens a file; without one it asks for it.
+void MainWindow::open(const QString& path) {
+    createCard_->afterRun([this, path] {
         if (keepBeforeDiscard())
-            openProject();
+            openProject(path);
     });
 }
 
-void MainWindow::openProject() {
+void MainWindow::openProject(const QString& path) {
     session_.clear();
     measure();
     showProject();
-    const QString path = services_.prompts.openFile(
-        {.filter = CardFiles, .folder = folders_.projectsStart(services_.files)});
-    if (!path.isEmpty())
-        readProjectFile(path);
+    const QString chosen =
+        path.isEmpty()
+            ? services_.prompts.openFile({.filter = CardFiles,
+                                          .folder = folders_.projectsStart(services_.files),
+                                          .title = u"Open Project"_s,
+                                          .kind = FileKind::Project})
+            : path;
+    if (!chosen.isEmpty())
+        readProjectFile(chosen);
 }
 
 void MainWindow::openAtStart(const QString& path) {
@@ -128,6 +139,7 @@ void MainWindow::openAtStart(const QString& path) {
 void MainWindow::readProjectFile(const QString& path) {
     try {
         const ReadReport report = session_.open(path);
+        recent_->add(path);
         if (!report.isComplete)
             services_.prompts.tell(
                 {.text = u"%1 could be read up to byte %2 only: %3.\r%4 could be read. "_s
@@ -156,7 +168,9 @@ void MainWindow::mnuFileSaveAs_Click() {
     const QString path =
         services_.prompts.saveFile({.filter = CardFiles,
                                     .folder = folders_.projectsStart(services_.files),
-                                    .suffix = u"crd2"_s});
+                                    .suffix = u"crd2"_s,
+                                    .title = u"Save Project As"_s,
+                                    .kind = FileKind::Project});
     if (!path.isEmpty())
         saveTo(path);
 }
@@ -164,6 +178,7 @@ void MainWindow::mnuFileSaveAs_Click() {
 bool MainWindow::saveTo(const QString& path) {
     try {
         session_.save(path);
+        recent_->add(path);
         showCaption();
         return true;
     } catch (const TessalyError& error) {
@@ -223,6 +238,7 @@ bool MainWindow::confirmExit() {
 // A session that ends asks nothing, but loses nothing either.
 void MainWindow::Form_SessionEnds() {
     session_.keepCopy();
+    remember();
 }
 
 void MainWindow::mnuFileExit_Click() {
@@ -254,6 +270,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
         return;
     }
     session_.keepCopy();
+    remember();
     event->accept();  // the other windows belong to this one, and end with it
 }
 

@@ -6,7 +6,9 @@
 
 #include "app/edit_history.h"
 #include "app/prompts.h"
+#include "app/remembered.h"
 #include "card/card_files.h"
+#include "editor/find.h"
 #include "model/project_session.h"
 #include "model/recovery.h"
 
@@ -20,7 +22,10 @@ namespace tessaly {
 
 class CreateCardPage;
 class ElidedLabel;
+class FindBar;
+class KeysWindow;
 class Page;
+class RecentMenu;
 class SessionStatus;
 class SetupPage;
 
@@ -58,14 +63,20 @@ class MainWindow : public QMainWindow {
     void mnuFileRecover_Click();
     void mnuFileExit_Click();
     void mnuHelpManual_Click();
+    void mnuHelpKeys_Click();
     void mnuHelpAbout_Click();
     void Tabs_Click();
     void tmrRecovery_Timer();
 
     void connectMenus();
+    void addIcons();
+    void addPageKeys();
     void addPages();
+    void standWhereRemembered();
+    void remember();
     QString readFirmwareVersion();
-    void openProject();
+    void open(const QString& path);
+    void openProject(const QString& path);
     void readProjectFile(const QString& path);
     bool saveTo(const QString& path);
     bool keepBeforeDiscard();
@@ -78,18 +89,26 @@ class MainWindow : public QMainWindow {
     void showProject();
     void showReplaced();
     void showRestored(const WindowView& view);
+    FindBar& findBar();
+    void goTo(const Place& place);
+    Page* page(int index) const;
     void measure();
     void showTotals();
     void showCaption();
 
     ProjectSession& session_;
     EditHistory history_;
-    const Services& services_;
+    Remembered remembered_;
+    RememberingPrompts prompts_;
+    const Services services_;  ///< with those prompts
     const SupportFolders folders_;
     const std::unique_ptr<Ui::MainWindow> ui_;
     ElidedLabel* statusText_;
     SessionStatus* sessionStatus_;
-    CardTotals totals_;  ///< as last measured, by whichever page
+    RecentMenu* recent_;
+    FindBar* findBar_ = nullptr;  ///< once it was asked for
+    KeysWindow* keys_ = nullptr;  ///< once it was asked for
+    CardTotals totals_;           ///< as last measured, by whichever page
     SetupPage* setup_ = nullptr;
     CreateCardPage* createCard_ = nullptr;
     std::unique_ptr<RecoveryFolder> recovery_;

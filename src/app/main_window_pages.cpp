@@ -7,10 +7,11 @@
 #include <QScreen>
 #include <QStyle>
 #include <QTabBar>
+#include <QTableView>
 #include <QTimer>
 
-#include "app/about_window.h"
 #include "app/create_card_page.h"
+#include "app/find_bar.h"
 #include "app/list_section.h"
 #include "app/music_page.h"
 #include "app/session_status.h"
@@ -18,6 +19,7 @@
 #include "app/small_widgets.h"
 #include "app/speech_page.h"
 #include "app/triggers_page.h"
+#include "platform/paths.h"
 #include "ui_main_window.h"
 
 namespace tessaly {
@@ -28,12 +30,18 @@ namespace {
 
 constexpr int KeepCopyEveryMs = 60 * 1000;
 
+// The pages that places are found on.
+constexpr int SpeechIndex = 0, MusicIndex = 1, SetupIndex = 3;
+
 }  // namespace
 
 MainWindow::MainWindow(ProjectSession& session, const Services& services)
     : session_(session),
       history_(session.project),
-      services_(services),
+      remembered_(pathIn(services.userFolder, u"tessaly.ini"_s)),
+      prompts_(services.prompts, remembered_),
+      services_{services.files,    services.drives,    prompts_,           services.tags,
+                services.instance, services.appFolder, services.userFolder},
       folders_(foldersOfProgram(services.appFolder, services.userFolder)),
       ui_(std::make_unique<Ui::MainWindow>()),
       statusText_(new ElidedLabel) {
@@ -56,6 +64,7 @@ MainWindow::MainWindow(ProjectSession& session, const Services& services)
                .expandedTo(sizeHint())
                .expandedTo(tabs)
                .boundedTo(screen()->availableSize() - frame));
+    standWhereRemembered();
     connectMenus();
     connect(ui_->Tabs, &QTabWidget::currentChanged, this, &MainWindow::Tabs_Click);
 
@@ -71,28 +80,29 @@ MainWindow::~MainWindow() {
     session_.setRecovery(nullptr);
 }
 
-void MainWindow::connectMenus() {
-    const auto triggered = [this](QAction* action, void (MainWindow::*handler)()) {
-        connect(action, &QAction::triggered, this, handler);
-    };
-    const auto addStep = [this](QAction* action, const QString& name,
-                                const QList<QKeySequence>& keys) {
-        action->setObjectName(name);
-        action->setShortcuts(keys);
-        ui_->mnuEdit->addAction(action);
-    };
-    addStep(history_.stack().createUndoAction(this, u"&Undo"_s), u"mnuEditUndo"_s,
-            {Qt::CTRL | Qt::Key_Z});
-    addStep(history_.stack().createRedoAction(this, u"&Redo"_s), u"mnuEditRedo"_s,
-            {Qt::CTRL | Qt::SHIFT | Qt::Key_Z, Qt::CTRL | Qt::Key_Y});
-    triggered(ui_->mnuFileNew, &MainWindow::mnuFileNew_Click);
-    triggered(ui_->mnuFileOpen, &MainWindow::mnuFileOpen_Click);
-    triggered(ui_->mnuFileSave, &MainWindow::mnuFileSave_Click);
-    triggered(ui_->mnuFileSaveAs, &MainWindow::mnuFileSaveAs_Click);
-    triggered(ui_->mnuFileRecover, &MainWindow::mnuFileRecover_Click);
-    triggered(ui_->mnuFileExit, &MainWindow::mnuFileExit_Click);
-    triggered(ui_->mnuHelpManual, &MainWindow::mnuHelpManual_Click);
-    triggered(ui_->mnuHelpAbout, &MainWindow::mnuHelpAbout_Click);
+void MainWindow::standWhereRemembered() {
+    const Remembered::Window window = remembered_.window();
+    if (window.page > 0 && window.page < ui_->Tabs->count())
+        ui_->Tabs->setCurrentIndex(window.page);
+    if (!window.place.isValid())
+        return;
+    const int titleBar = style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    QList<QRect> available;
+    for (const QScreen* one : QGuiApplication::screens())
+        available.append(one->availableGeometry().adjusted(0, titleBar, 0, 0));
+    setGeometry(placeOnScreen(window.place, available));
+    if (window.isMaximized)
+        setWindowState(windowState() | Qt::WindowMaximized);
+}
+
+void MainWindow::remember() {
+    remembered_.keepWindow({.place = normalGeometry(),
+                            .isMaximized = isMaximized(),
+                            .page = ui_->Tabs->currentIndex()});
+}
+
+Page* MainWindow::page(int index) const {
+    return qobject_cast<Page*>(ui_->Tabs->widget(index));
 }
 
 void MainWindow::addPages() {
@@ -106,18 +116,18 @@ void MainWindow::addPages() {
     ui_->Tabs->addTab(createCard_, u"Create Card"_s);
     connect(createCard_, &CreateCardPage::totalsMeasured, this, &MainWindow::showTotals);
     for (int i = 0; i < ui_->Tabs->count(); ++i) {
-        auto* page = qobject_cast<Page*>(ui_->Tabs->widget(i));
-        connect(page, &Page::projectChanged, this, [this] {
+        Page* one = page(i);
+        connect(one, &Page::projectChanged, this, [this] {
             history_.edited(view());
             showCaption();
         });
         const auto look = [this] { history_.looked(view()); };
-        connect(page, &Page::looked, this, look);
-        for (const LineList* list : page->findChildren<LineList*>())
+        connect(one, &Page::looked, this, look);
+        for (const LineList* list : one->findChildren<LineList*>())
             connect(list, &LineList::rowChanged, this, look);
-        connect(page, &Page::editBegins, this, [this] { history_.begin(); });
-        connect(page, &Page::editEnds, this, [this] { history_.end(view()); });
-        connect(page, &Page::summaryDue, this, &MainWindow::measure);
+        connect(one, &Page::editBegins, this, [this] { history_.begin(); });
+        connect(one, &Page::editEnds, this, [this] { history_.end(view()); });
+        connect(one, &Page::summaryDue, this, &MainWindow::measure);
     }
 }
 
@@ -132,13 +142,13 @@ void MainWindow::Tabs_Click() {
 WindowView MainWindow::view() const {
     WindowView view{.page = ui_->Tabs->currentIndex(), .rows = {}};
     for (int i = 0; i < ui_->Tabs->count(); ++i)
-        view.rows.append(qobject_cast<Page*>(ui_->Tabs->widget(i))->selectedRows());
+        view.rows.append(page(i)->selectedRows());
     return view;
 }
 
 void MainWindow::showProject() {
     for (int i = 0; i < ui_->Tabs->count(); ++i)
-        qobject_cast<Page*>(ui_->Tabs->widget(i))->projectReplaced();
+        page(i)->projectReplaced();
     Tabs_Click();
     showCaption();
     history_.start(view());
@@ -151,10 +161,50 @@ void MainWindow::showRestored(const WindowView& view) {
     // What is selected for a trigger brings its list on view: the page in front has the last word.
     for (int i = ui_->Tabs->count() - 1; i >= 0; --i)
         if (i != view.page)
-            qobject_cast<Page*>(ui_->Tabs->widget(i))->selectRows(view.rows[i]);
-    qobject_cast<Page*>(ui_->Tabs->widget(view.page))->selectRows(view.rows[view.page]);
+            page(i)->selectRows(view.rows[i]);
+    page(view.page)->selectRows(view.rows[view.page]);
     setup_->showSystemTexts();
     measure();
+}
+
+FindBar& MainWindow::findBar() {
+    if (!findBar_) {
+        findBar_ = new FindBar(session_.project, centralWidget());
+        ui_->layout_central->addWidget(findBar_);
+        connect(findBar_, &FindBar::chosen, this, &MainWindow::goTo);
+    }
+    return *findBar_;
+}
+
+// Brings a place that was found to the front.
+void MainWindow::goTo(const Place& place) {
+    using Kind = Place::Kind;
+    const bool isMusic =
+        place.kind == Kind::MusicList || place.kind == Kind::Track || place.kind == Kind::MusicFile;
+    const int index = place.kind == Kind::Chime ? SetupIndex : isMusic ? MusicIndex : SpeechIndex;
+    ui_->Tabs->setCurrentIndex(index);
+    QList<Rows> rows = page(index)->selectedRows();
+    if (place.kind == Kind::MusicList)
+        rows = {{place.first}, {}};
+    else if (place.kind == Kind::Title)
+        rows[0] = {place.first};
+    else if (place.kind == Kind::Language)
+        rows[1] = {place.second};
+    else if (place.kind != Kind::Chime)
+        rows = {{place.first}, {place.second}};
+    page(index)->selectRows(rows);
+    history_.looked(view());
+    const QString name = place.kind == Kind::Chime       ? u"txtChimeFileName"_s
+                         : place.kind == Kind::MusicList ? u"lstMuList"_s
+                         : isMusic                       ? u"lstMuTrack"_s
+                         : place.kind == Kind::Language  ? u"lstLangs"_s
+                                                         : u"lstSpTitles"_s;
+    auto* widget = page(index)->findChild<QWidget*>(name);
+    if (!widget->isVisible())  // speech as one table
+        widget = page(index)->findChild<QTableView*>();
+    widget->setFocus();
+    if (auto* list = qobject_cast<QAbstractItemView*>(widget))
+        list->scrollTo(list->currentIndex());
 }
 
 // Shows another project, the system texts that it brought included.
@@ -180,24 +230,6 @@ void MainWindow::showCaption() {
     setWindowTitle(caption + u"[*]"_s);
     setWindowModified(session_.project.unsavedChanges);
     sessionStatus_->show();
-}
-
-void MainWindow::mnuHelpManual_Click() {
-    const QString& file = folders_.manualFile;
-    const bool exists = services_.files.fileSize(file).has_value();
-    if (!exists)
-        services_.prompts.tell({.text = u"Cannot find the manual "_s + file + u"."_s,
-                                .icon = Message::Icon::Exclamation});
-    else if (!services_.prompts.openDocument(file))
-        services_.prompts.tell(
-            {.text = u"No program could be found that shows the manual.  It is "_s
-                     u"the file "_s +
-                     file + u", for any web browser."_s,
-             .icon = Message::Icon::Exclamation});
-}
-
-void MainWindow::mnuHelpAbout_Click() {
-    AboutWindow(firmwareVersion_, folders_.makersFiles(), services_.prompts, this).exec();
 }
 
 }  // namespace tessaly

@@ -70,7 +70,6 @@ class MusicPage : public EditorPage {
     QHash<int, Rows> trackRows_;  // slot of a list -> rows selected among its tracks
     int shownSlot_ = 0;           // slot of the list whose tracks are shown
     bool trackEntered_ = false;   // something was typed for a new track, erased or not
-    QString lastMusicFolder_;
     QList<QAction*> sortCommands_;
     TrackLengths lengths_;
 };

@@ -22,7 +22,7 @@ namespace tessaly {
 using namespace Qt::StringLiterals;
 
 void MusicPage::buttAddMuFile_Click() {
-    const QString path = askForFile();
+    const QString path = askForFile(FileKind::Music, u"Track '%1'"_s.arg(tracks_.list()->line()));
     if (chooseMusicFile(project_, selection(), path).isDone)
         lstMuTrack_Click();
     emit projectChanged();
@@ -101,7 +101,9 @@ void MusicPage::buttAddMuItunesPlaylist_Click() {
     const QString path = services_.prompts.openFile(
         {.filter = u"TXT files (*.txt);;M3U files (*.M3U *.m3u)"_s,
          .folder = foldersOfProgram(services_.appFolder, services_.userFolder)
-                       .projectsStart(services_.files)});
+                       .projectsStart(services_.files),
+         .title = u"Add Exported Playlist"_s,
+         .kind = FileKind::Playlist});
     runLong(u"Reading the tracks..."_s, [&](const KeepGoing& keepGoing) {
         const ImportResult result =
             importPlaylist(project_, services_.files, services_.tags, path, keepGoing);
@@ -110,10 +112,8 @@ void MusicPage::buttAddMuItunesPlaylist_Click() {
 }
 
 void MusicPage::buttAddMuListDir_Click() {
-    const QString folder =
-        services_.prompts.pickFolder(u"Select folder containing MP3 files"_s, lastMusicFolder_);
-    if (!folder.isEmpty())
-        lastMusicFolder_ = folder;
+    const QString folder = services_.prompts.pickFolder(u"Select folder containing MP3 files"_s, {},
+                                                        FileKind::MusicFolder);
     runLong(u"Reading the tracks..."_s, [&](const KeepGoing& keepGoing) {
         const ImportResult result =
             importMusicFolder(project_, services_.files, services_.tags, folder, keepGoing);
@@ -133,8 +133,9 @@ void MusicPage::buttAddMuListDir_Click() {
 void MusicPage::buttAddMuFiles_Click() {
     const QStringList paths = services_.prompts.openFiles(
         {.filter = u"MP3 files and playlists (*.mp3 *.MP3 *.m3u *.m3u8 *.pls)"_s,
-         .folder = lastMusicFolder_,
-         .title = u"Add MP3 Files and Playlists"_s});
+         .folder = {},
+         .title = u"Add MP3 Files and Playlists"_s,
+         .kind = FileKind::Music});
     if (!paths.isEmpty())
         addFiles(paths, selection().list);
 }

@@ -24,12 +24,26 @@ struct Message {
     QString details = {};  ///< lines behind a button "Details"; empty: no such button
 };
 
+/// What a file dialog is for: each kind starts where the last one of it ended.
+enum class FileKind {
+    Other,  ///< starts where it is told to
+    Project,
+    Music,
+    MusicFolder,
+    Playlist,
+    Speech,
+    SpeechFolder,
+    Chime,
+    CardDrive,
+};
+
 /// A file dialog for one kind of file.
 struct FileRequest {
     QString filter;       ///< "Name (*.ext)", several parted by ";;"
-    QString folder;       ///< where it starts
+    QString folder;       ///< where it starts, if nothing is remembered of its kind
     QString suffix = {};  ///< added to a new file's name that has none
     QString title = {};   ///< what the file is for
+    FileKind kind = FileKind::Other;
 };
 
 /// Everything that asks the operator or tells them something in a window of its own: the one seam
@@ -54,7 +68,8 @@ class Prompts {
     /// The chosen file, overwriting confirmed; empty when cancelled.
     virtual QString saveFile(const FileRequest& request) = 0;
     /// The chosen folder; empty when cancelled.
-    virtual QString pickFolder(const QString& caption, const QString& start) = 0;
+    virtual QString pickFolder(const QString& caption, const QString& start,
+                               FileKind kind = FileKind::Other) = 0;
     /// The root of the chosen drive; empty when cancelled. `current` is the one that was chosen
     /// before, empty if none was.
     virtual QString pickDrive(const Drives& drives, const QString& current) = 0;

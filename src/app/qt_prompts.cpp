@@ -98,7 +98,7 @@ QString QtPrompts::saveFile(const FileRequest& request) {
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
-QString QtPrompts::pickFolder(const QString& caption, const QString& start) {
+QString QtPrompts::pickFolder(const QString& caption, const QString& start, FileKind) {
     return QFileDialog::getExistingDirectory(parentWindow(), caption, start);
 }
 
@@ -113,6 +113,7 @@ int QtPrompts::pickLine(const QString& caption, const QStringList& lines) {
     auto* list = new QListWidget;
     list->addItems(lines);
     list->setCurrentRow(0);
+    list->setAccessibleName(caption);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Open | QDialogButtonBox::Cancel);
     buttons->button(QDialogButtonBox::Open)->setEnabled(!lines.isEmpty());
     auto* layout = new QVBoxLayout(&dialog);

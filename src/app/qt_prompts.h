@@ -19,7 +19,7 @@ class QtPrompts : public Prompts {
     QString openFile(const FileRequest& request) override;
     QStringList openFiles(const FileRequest& request) override;
     QString saveFile(const FileRequest& request) override;
-    QString pickFolder(const QString& caption, const QString& start) override;
+    QString pickFolder(const QString& caption, const QString& start, FileKind kind) override;
     QString pickDrive(const Drives& drives, const QString& current) override;
     int pickLine(const QString& caption, const QStringList& lines) override;
     QString inputText(const QString& prompt, const QString& initial, int limit) override;

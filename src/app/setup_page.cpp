@@ -147,8 +147,11 @@ void SetupPage::showChime() {
 }
 
 void SetupPage::buttGetChimeFile_Click() {
-    const QString path = services_.prompts.openFile(
-        {.filter = u"MP3 files (*.mp3)"_s, .folder = folders_.chimesStart()});
+    const QString path =
+        services_.prompts.openFile({.filter = u"MP3 files (*.mp3)"_s,
+                                    .folder = folders_.chimesStart(),
+                                    .title = u"Choose the MP3 File for the Chime"_s,
+                                    .kind = FileKind::Chime});
     chooseChimeFile(project_, path.isEmpty() ? std::nullopt : std::optional(path));
     showChime();
     if (!path.isEmpty())

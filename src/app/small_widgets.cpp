@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/small_widgets.h"
 
+#include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QDropEvent>
 #include <QFontDatabase>
-#include <QGuiApplication>
 #include <QHelpEvent>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
@@ -14,7 +14,6 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QRegularExpression>
-#include <QStyle>
 #include <QStyleOption>
 #include <QToolTip>
 #include <algorithm>
@@ -31,6 +30,10 @@ QFont fixedFont(const QFont& font) {
     fixed.setStyleHint(QFont::TypeWriter);
     fixed.setPointSize(font.pointSize());
     return fixed;
+}
+
+QIcon themedIcon(const QString& name, QStyle::StandardPixmap otherwise) {
+    return QIcon::fromTheme(name, QApplication::style()->standardIcon(otherwise));
 }
 
 // ---- elided label -------------------------------------------------------------------------------

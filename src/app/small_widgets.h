@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
+#include <QStyle>
 #include <QWidget>
 
 #include "card/card_checks.h"
@@ -11,6 +13,9 @@ namespace tessaly {
 
 /// The system's font of fixed pitch in the size of `font`.
 QFont fixedFont(const QFont& font);
+
+/// The icon that the desktop has for `name`, else one that is always there.
+QIcon themedIcon(const QString& name, QStyle::StandardPixmap otherwise);
 
 /// A label that shows as much of its text as there is room for, and all of it in its tool tip. It
 /// asks for the same room whatever its text is. A text of several fields, parted by wide gaps,

@@ -56,7 +56,6 @@ class SpeechPage : public EditorPage {
     OverviewSection& overview_;
     QRadioButton* asList_;
     QRadioButton* asOverview_;
-    QString lastFolder_;
 };
 
 }  // namespace tessaly

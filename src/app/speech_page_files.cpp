@@ -98,7 +98,8 @@ void SpeechPage::buttSpOverview_Toggle(bool isOverview) {
 // ---- one pair ----------------------------------------------------------------------------------
 
 void SpeechPage::buttAddSpFile_Click() {
-    chooseFile(askForFile());
+    chooseFile(askForFile(FileKind::Speech,
+                          u"'%1' in '%2'"_s.arg(titles_.list()->line(), langs_.list()->line())));
 }
 
 void SpeechPage::chooseFile(const QString& path) {
@@ -122,10 +123,9 @@ void SpeechPage::buttNoSpFile_Click() {
 
 void SpeechPage::buttAddSpFolder_Click() {
     const QString folder = services_.prompts.pickFolder(
-        u"Select folder of languages, or of one language"_s, lastFolder_);
+        u"Select folder of languages, or of one language"_s, {}, FileKind::SpeechFolder);
     if (folder.isEmpty())
         return;
-    lastFolder_ = folder;
     addFiles({folder}, {});
 }
 

@@ -7,6 +7,7 @@
 #include <id3v2tag.h>
 #include <mpegfile.h>
 #include <tbytevectorstream.h>
+#include <xingheader.h>
 
 #include <algorithm>
 #include <fstream>
@@ -120,9 +121,10 @@ class MpegFile : public TagLib::MPEG::File {
  public:
     MpegFile(TagLib::ByteVectorStream& ends, FewFrames& frames, bool readProperties)
 #if TAGLIB_MAJOR_VERSION >= 2
-        : File(&ends, readProperties, TagLib::AudioProperties::Average, &frames) {}
+        : File(&ends, readProperties, TagLib::AudioProperties::Average, &frames){}
 #else
-        : File(&ends, &frames, readProperties) {}
+        : File(&ends, &frames, readProperties) {
+    }
 #endif
 };
 
@@ -149,7 +151,7 @@ TagBlocks LocalMp3Tags::read(const QString& path) const {
     if (ends.length() == 0)
         return {};
     FewFrames frames;
-    const MpegFile file(ends, frames, /*readProperties=*/false);
+    MpegFile file(ends, frames, /*readProperties=*/false);
     if (!file.isValid())
         return {};
     return {.first = blockOf(file.hasID3v2Tag() ? file.ID3v2Tag() : nullptr),

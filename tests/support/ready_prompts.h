@@ -37,7 +37,9 @@ class ReadyPrompts : public Prompts {
     QString saveFile(const FileRequest& request) override {
         return place("save " + request.filter);
     }
-    QString pickFolder(const QString& caption, const QString&) override { return place(caption); }
+    QString pickFolder(const QString& caption, const QString&, FileKind) override {
+        return place(caption);
+    }
     QString pickDrive(const Drives&, const QString&) override { return place("drive"); }
     int pickLine(const QString& caption, const QStringList& lines) override {
         lineCount = int(lines.size());

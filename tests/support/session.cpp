@@ -35,8 +35,8 @@ QString SessionPrompts::saveFile(const FileRequest& request) {
                   : session_.answer("a file to save: " + request.filter + " (." + request.suffix +
                                     "), from \"" + request.folder + '"');
 }
-QString SessionPrompts::pickFolder(const QString& caption, const QString& folder) {
-    return isReal ? QtPrompts::pickFolder(caption, folder)
+QString SessionPrompts::pickFolder(const QString& caption, const QString& folder, FileKind kind) {
+    return isReal ? QtPrompts::pickFolder(caption, folder, kind)
                   : session_.answer(caption + ", from \"" + folder + '"');
 }
 QString SessionPrompts::pickDrive(const Drives& drives, const QString& current) {

@@ -36,7 +36,10 @@ void Session::addWorld() {
         QFile::resize(scratch.path(words(rest)[0]), words(rest)[1].toLongLong());
     };
     verbs["folder"] = [&](const QString& name) { scratch.makeFolder(name); };
-    verbs["remove"] = [&](const QString& name) { QFile::remove(scratch.path(name)); };
+    verbs["remove"] = [&](const QString& name) {  // a file, or a folder with all in it
+        const QString path = scratch.path(name);
+        QFileInfo(path).isDir() ? QDir(path).removeRecursively() : QFile::remove(path);
+    };
     verbs["copy"] = [&, words](const QString& rest) {  // FROM | TO | bytes less
         const QStringList names = words(rest);
         scratch.write(names[1], scratch.read(names[0]).chopped(names.value(2).toInt()));
