@@ -49,13 +49,15 @@ library_options=(-G Ninja -DCMAKE_TOOLCHAIN_FILE="$here/mingw-w64.cmake" -DCMAKE
   "-DCMAKE_C_FLAGS_RELEASE=-O2 -DNDEBUG" "-DCMAKE_CXX_FLAGS_RELEASE=-O2 -DNDEBUG"
   -DBUILD_SHARED_LIBS=OFF -DCMAKE_INSTALL_PREFIX="$prefix" "${launcher[@]}")
 
-# Each of these leaves a mark when it is done; the sources and the build folder then go.
+# Each of these leaves a mark when it is done, which says how; the sources and the build folder
+# then go.
 build_once() {
-  local name=$1
-  [ ! -f "$prefix/$name.done" ] || return 0
+  local name=$1 how
+  how=$(declare -f "build_$name" | sha256sum)
+  [ "$(cat "$prefix/$name.done" 2>/dev/null)" != "$how" ] || return 0
   echo "Building $name for Windows"
   "build_$name"
-  touch "$prefix/$name.done"
+  echo "$how" > "$prefix/$name.done"
   rm -rf "$cache/$name-build"
 }
 
