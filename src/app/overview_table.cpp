@@ -7,6 +7,7 @@
 #include <QHeaderView>
 #include <QMimeData>
 #include <QPainter>
+#include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <QUrl>
 #include <algorithm>
@@ -20,7 +21,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int FilesLookedForAtOnce = 100;
-constexpr int ColumnCharacters = 18, HeaderCharacters = 20;
+constexpr int ColumnCharacters = 18, HeaderCharacters = 20, LeastRows = 3;
 
 // What the sign of a cell says to those who do not see it.
 QString inWords(const SpeechCell& cell) {
@@ -102,16 +103,14 @@ void OverviewModel::show(const SpeechOverview& overview) {
     overview_ = overview;
     if (!isSameTable)
         endResetModel();
-    changed();
+    showFound();
 }
 
 bool OverviewModel::lookFurther(const FileSystem& files) {
-    const bool goesOn = overview_.lookFurther(files, FilesLookedForAtOnce);
-    changed();
-    return goesOn;
+    return overview_.lookFurther(files, FilesLookedForAtOnce);
 }
 
-void OverviewModel::changed() {
+void OverviewModel::showFound() {
     if (rowCount() > 0 && columnCount() > 0)
         emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
 }
@@ -166,6 +165,14 @@ OverviewTable::OverviewTable(QWidget* parent) : QTableView(parent) {
         target->setAcceptDrops(true);
         target->installEventFilter(this);
     }
+}
+
+// Some rows can always be seen.
+QSize OverviewTable::minimumSizeHint() const {
+    return {QTableView::minimumSizeHint().width(),
+            horizontalHeader()->sizeHint().height() +
+                LeastRows * verticalHeader()->defaultSectionSize() +
+                horizontalScrollBar()->sizeHint().height() + 2 * frameWidth()};
 }
 
 bool OverviewTable::eventFilter(QObject* watched, QEvent* event) {

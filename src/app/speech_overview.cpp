@@ -13,6 +13,12 @@ namespace tessaly {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+constexpr int ShowEveryMs = 200;
+
+}  // namespace
+
 OverviewSection::OverviewSection(const FileSystem& files, QWidget* parent)
     : QGroupBox(u"Titles and languages:"_s, parent),
       files_(files),
@@ -115,10 +121,16 @@ void OverviewSection::hideEvent(QHideEvent* event) {
     QGroupBox::hideEvent(event);
 }
 
-// A few files whenever there is nothing else to do, so that the window never waits for them all.
+// A few files whenever there is nothing else to do, so that the window never waits for them all. To
+// paint the table takes longer than to look for the files in it.
 void OverviewSection::lookFurther() {
-    if (!model_->lookFurther(files_))
+    const bool goesOn = model_->lookFurther(files_);
+    if (!goesOn)
         looking_.stop();
+    else if (shown_.isValid() && !shown_.hasExpired(ShowEveryMs))
+        return;
+    shown_.start();
+    model_->showFound();
     words_->setText(model_->overview().inWords());
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QElapsedTimer>
 #include <QGroupBox>
 #include <QTimer>
 
@@ -63,6 +64,7 @@ class OverviewSection : public QGroupBox {
     QLabel* words_;
     QAction* clear_;
     QTimer looking_;
+    QElapsedTimer shown_;  ///< since the table last showed what was found
 };
 
 }  // namespace tessaly
