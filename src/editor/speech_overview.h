@@ -60,6 +60,8 @@ class SpeechOverview {
     QString inWords() const;
 
  private:
+    void take(const SpeechOverview& before);
+
     QStringList titles_, languages_;
     QList<SpeechCell> cells_;  // title by title
     qsizetype seen_ = 0;       // so many cells were looked at
