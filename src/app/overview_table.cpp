@@ -124,6 +124,8 @@ int OverviewModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant OverviewModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid())  // Ctrl+C asks for the current cell, whether there is one or not
+        return {};
     const SpeechCell& cell = cellAt(index);
     switch (role) {
         case Qt::DisplayRole:

@@ -167,6 +167,8 @@ Qt::ItemFlags PlanModel::flags(const QModelIndex& index) const {
 }
 
 QVariant PlanModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid())
+        return {};
     const SpeechPlanLine& line = plan_.lines[index.row()];
     if (role == Qt::CheckStateRole && index.column() == FileColumn)
         return line.taken ? Qt::Checked : Qt::Unchecked;
