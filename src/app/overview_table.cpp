@@ -178,6 +178,8 @@ QSize OverviewTable::minimumSizeHint() const {
 }
 
 bool OverviewTable::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::DragLeave || event->type() == QEvent::Drop)
+        emit filesGone();
     const bool isDrop = event->type() == QEvent::Drop;
     if (!isDrop && event->type() != QEvent::DragEnter && event->type() != QEvent::DragMove)
         return QTableView::eventFilter(watched, event);
@@ -187,12 +189,14 @@ bool OverviewTable::eventFilter(QObject* watched, QEvent* event) {
     if (paths.isEmpty())
         return true;
     drag->setDropAction(Qt::CopyAction);
-    if (isDrop) {
-        const QPoint at = drag->position().toPoint();
-        emit filesDropped(
-            paths, {.title = watched == horizontalHeader()->viewport() ? -1 : rowAt(at.y()),
-                    .language = watched == verticalHeader()->viewport() ? -1 : columnAt(at.x())});
-    }
+    const QPoint at = drag->position().toPoint();
+    const SpeechSelection place{
+        .title = watched == horizontalHeader()->viewport() ? -1 : rowAt(at.y()),
+        .language = watched == verticalHeader()->viewport() ? -1 : columnAt(at.x())};
+    if (isDrop)
+        emit filesDropped(paths, place);
+    else
+        emit filesHeld(place);
     return true;
 }
 

@@ -54,6 +54,9 @@ class OverviewTable : public QTableView {
     void searched(const QString& letters);
     /// A row of -1 is none: dropped on a language, a title or beside all.
     void filesDropped(const QStringList& paths, const SpeechSelection& onto);
+    /// Files are held over a place, and not any more.
+    void filesHeld(const SpeechSelection& over);
+    void filesGone();
 
  protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

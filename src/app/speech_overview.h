@@ -56,6 +56,8 @@ class OverviewSection : public QGroupBox {
     QAction* addAction(const QString& name, const QString& text, const QList<QKeySequence>& keys,
                        void (OverviewSection::*does)());
     void goToNextEmpty();
+    void showWords();
+    void showPlace(const SpeechSelection& place);
     void lookFurther();
 
     const FileSystem& files_;
