@@ -212,10 +212,19 @@ void OverviewTable::paintEvent(QPaintEvent* event) {
                      u"list, or drop a folder with a folder for each language here."_s);
 }
 
-// The columns share the room as long as all have enough; then the table scrolls.
 void OverviewTable::resizeEvent(QResizeEvent* event) {
     QTableView::resizeEvent(event);
-    const int columns = std::max(1, model()->columnCount());
+    shareRoom();
+}
+
+void OverviewTable::reset() {
+    QTableView::reset();
+    shareRoom();
+}
+
+// The columns share the room as long as all have enough; then the table scrolls.
+void OverviewTable::shareRoom() {
+    const int columns = model() ? std::max(1, model()->columnCount()) : 1;
     const int least = fontMetrics().averageCharWidth() * ColumnCharacters;
     horizontalHeader()->setDefaultSectionSize(
         std::clamp(viewport()->width() / columns, least, 3 * least));

@@ -49,6 +49,7 @@ class OverviewTable : public QTableView {
     void keyboardSearch(const QString& letters) override { emit searched(letters); }
 
     QSize minimumSizeHint() const override;
+    void reset() override;
 
  signals:
     void searched(const QString& letters);
@@ -63,6 +64,9 @@ class OverviewTable : public QTableView {
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void updateGeometries() override;
+
+ private:
+    void shareRoom();
 };
 
 }  // namespace tessaly

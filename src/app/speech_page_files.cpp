@@ -107,8 +107,7 @@ void SpeechPage::buttNoSpFile_Click() {
     emit projectChanged();
 }
 
-// ---- many files
-// ----------------------------------------------------------------------------------
+// ---- many files --------------------------------------------------------------------------------
 
 void SpeechPage::buttAddSpFolder_Click() {
     const QString folder = services_.prompts.pickFolder(
@@ -176,7 +175,8 @@ void SpeechPage::addPlanned(const SpeechPlan& plan) {
     services_.prompts.tell({.text = summary.text() + u'.', .details = summary.details()});
     QStringList added;
     for (const SpeechPlanLine& line : plan.lines)
-        added.append(line.path);
+        if (line.taken && line.obstacle == SpeechPlanLine::Obstacle::None)
+            added.append(line.path);
     tellUnsavablePaths(services_.prompts, added);
 }
 

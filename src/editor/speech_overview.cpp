@@ -104,6 +104,8 @@ SpeechSelection SpeechOverview::nextEmpty(const SpeechSelection& from) const {
 }
 
 QString SpeechOverview::inWords() const {
+    if (cells_.isEmpty())
+        return {};
     const auto count = [this](SpeechFile file) {
         return std::ranges::count(cells_, file, &SpeechCell::file);
     };

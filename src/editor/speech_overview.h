@@ -56,7 +56,7 @@ class SpeechOverview {
     /// from the start; a row of -1 begins there. {-1, -1} when every pair has a file.
     SpeechSelection nextEmpty(const SpeechSelection& from) const;
 
-    /// "34 of 40 there, 5 without a file, 1 missing".
+    /// "34 of 40 there, 5 without a file, 1 missing"; empty without a pair.
     QString inWords() const;
 
  private:
