@@ -7,6 +7,7 @@
 
 #include "editor/file_display.h"
 #include "editor/music_editor.h"
+#include "editor/project_change.h"
 #include "editor/speech_overview.h"
 #include "model/music_lists.h"
 #include "platform/local_file_system.h"
@@ -83,6 +84,8 @@ TEST(SpeechEditor, AFileIsTakenAwayAndWhatPlaysTheTitleStays) {
     EXPECT_EQ(clearSpeechFiles(project, {{0, 0}, {1, 1}, {0, 1}, {-1, 0}, {0, 2}}), 2);
     expected.unsavedChanges = true;
     EXPECT_EQ(project, expected);
+    EXPECT_EQ(editInWords(tour(), project), "Remove File of 'Welcome'");
+    EXPECT_EQ(removalInWords(tour(), project), "2 files removed");
     EXPECT_FALSE(speechControls(project, {0, 1}, {}, {}).clearFile);
     // A new file does not bring the old one's attributes back.
     EXPECT_TRUE(chooseSpeechFile(project, {0, 0}, "4").isDone);
