@@ -7,6 +7,7 @@
 #include <QHeaderView>
 #include <QMimeData>
 #include <QPainter>
+#include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <QUrl>
 #include <algorithm>
@@ -20,7 +21,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int FilesLookedForAtOnce = 100;
-constexpr int ColumnCharacters = 18, HeaderCharacters = 20;
+constexpr int ColumnCharacters = 18, HeaderCharacters = 20, LeastRows = 3;
 
 // What the sign of a cell says to those who do not see it.
 QString inWords(const SpeechCell& cell) {
@@ -102,16 +103,14 @@ void OverviewModel::show(const SpeechOverview& overview) {
     overview_ = overview;
     if (!isSameTable)
         endResetModel();
-    changed();
+    showFound();
 }
 
 bool OverviewModel::lookFurther(const FileSystem& files) {
-    const bool goesOn = overview_.lookFurther(files, FilesLookedForAtOnce);
-    changed();
-    return goesOn;
+    return overview_.lookFurther(files, FilesLookedForAtOnce);
 }
 
-void OverviewModel::changed() {
+void OverviewModel::showFound() {
     if (rowCount() > 0 && columnCount() > 0)
         emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
 }
@@ -125,6 +124,8 @@ int OverviewModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant OverviewModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid())  // Ctrl+C asks for the current cell, whether there is one or not
+        return {};
     const SpeechCell& cell = cellAt(index);
     switch (role) {
         case Qt::DisplayRole:
@@ -168,7 +169,17 @@ OverviewTable::OverviewTable(QWidget* parent) : QTableView(parent) {
     }
 }
 
+// Some rows can always be seen.
+QSize OverviewTable::minimumSizeHint() const {
+    return {QTableView::minimumSizeHint().width(),
+            horizontalHeader()->sizeHint().height() +
+                LeastRows * verticalHeader()->defaultSectionSize() +
+                horizontalScrollBar()->sizeHint().height() + 2 * frameWidth()};
+}
+
 bool OverviewTable::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::DragLeave || event->type() == QEvent::Drop)
+        emit filesGone();
     const bool isDrop = event->type() == QEvent::Drop;
     if (!isDrop && event->type() != QEvent::DragEnter && event->type() != QEvent::DragMove)
         return QTableView::eventFilter(watched, event);
@@ -178,12 +189,14 @@ bool OverviewTable::eventFilter(QObject* watched, QEvent* event) {
     if (paths.isEmpty())
         return true;
     drag->setDropAction(Qt::CopyAction);
-    if (isDrop) {
-        const QPoint at = drag->position().toPoint();
-        emit filesDropped(
-            paths, {.title = watched == horizontalHeader()->viewport() ? -1 : rowAt(at.y()),
-                    .language = watched == verticalHeader()->viewport() ? -1 : columnAt(at.x())});
-    }
+    const QPoint at = drag->position().toPoint();
+    const SpeechSelection place{
+        .title = watched == horizontalHeader()->viewport() ? -1 : rowAt(at.y()),
+        .language = watched == verticalHeader()->viewport() ? -1 : columnAt(at.x())};
+    if (isDrop)
+        emit filesDropped(paths, place);
+    else
+        emit filesHeld(place);
     return true;
 }
 
@@ -199,10 +212,19 @@ void OverviewTable::paintEvent(QPaintEvent* event) {
                      u"list, or drop a folder with a folder for each language here."_s);
 }
 
-// The columns share the room as long as all have enough; then the table scrolls.
 void OverviewTable::resizeEvent(QResizeEvent* event) {
     QTableView::resizeEvent(event);
-    const int columns = std::max(1, model()->columnCount());
+    shareRoom();
+}
+
+void OverviewTable::reset() {
+    QTableView::reset();
+    shareRoom();
+}
+
+// The columns share the room as long as all have enough; then the table scrolls.
+void OverviewTable::shareRoom() {
+    const int columns = model() ? std::max(1, model()->columnCount()) : 1;
     const int least = fontMetrics().averageCharWidth() * ColumnCharacters;
     horizontalHeader()->setDefaultSectionSize(
         std::clamp(viewport()->width() / columns, least, 3 * least));

@@ -18,9 +18,11 @@ class OverviewModel : public QAbstractTableModel {
     const SpeechOverview& overview() const { return overview_; }
     void show(const SpeechOverview& overview);
 
-    /// Looks for some more of the files; false when it has looked for all.
+    /// Looks for some more of the files; false when it has looked for all. What was found is shown
+    /// by showFound().
     bool lookFurther(const FileSystem& files);
     void lookAgain() { overview_.lookAgain(); }
+    void showFound();
 
     SpeechSelection pairAt(const QModelIndex& index) const {
         return {.title = index.row(), .language = index.column()};
@@ -33,8 +35,6 @@ class OverviewModel : public QAbstractTableModel {
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
-    void changed();
-
     SpeechOverview overview_;
 };
 
@@ -48,16 +48,25 @@ class OverviewTable : public QTableView {
 
     void keyboardSearch(const QString& letters) override { emit searched(letters); }
 
+    QSize minimumSizeHint() const override;
+    void reset() override;
+
  signals:
     void searched(const QString& letters);
     /// A row of -1 is none: dropped on a language, a title or beside all.
     void filesDropped(const QStringList& paths, const SpeechSelection& onto);
+    /// Files are held over a place, and not any more.
+    void filesHeld(const SpeechSelection& over);
+    void filesGone();
 
  protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void updateGeometries() override;
+
+ private:
+    void shareRoom();
 };
 
 }  // namespace tessaly

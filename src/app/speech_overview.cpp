@@ -13,6 +13,12 @@ namespace tessaly {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+constexpr int ShowEveryMs = 200;
+
+}  // namespace
+
 OverviewSection::OverviewSection(const FileSystem& files, QWidget* parent)
     : QGroupBox(u"Titles and languages:"_s, parent),
       files_(files),
@@ -30,6 +36,8 @@ OverviewSection::OverviewSection(const FileSystem& files, QWidget* parent)
     const auto moved = [this] { emit selectionMoved(); };
     connect(table_->selectionModel(), &QItemSelectionModel::currentChanged, this, moved);
     connect(table_->selectionModel(), &QItemSelectionModel::selectionChanged, this, moved);
+    connect(table_, &OverviewTable::filesHeld, this, &OverviewSection::showPlace);
+    connect(table_, &OverviewTable::filesGone, this, &OverviewSection::showWords);
     connect(table_, &QTableView::doubleClicked, this, &OverviewSection::browseChosen);
     addAction(u"mnuSpBrowse"_s, u"&Browse..."_s, {Qt::Key_Return, Qt::Key_Enter},
               &OverviewSection::browseChosen);
@@ -58,7 +66,7 @@ void OverviewSection::showProject(const Project& project, const SpeechSelection&
     const QSignalBlocker blocker(this);
     model_->show(SpeechOverview(project, model_->overview()));
     select(pair);
-    words_->setText(model_->overview().inWords());
+    showWords();
     looking_.start();
 }
 
@@ -101,6 +109,18 @@ void OverviewSection::goToNextEmpty() {
         table_->setCurrentIndex(model_->index(pair.title, pair.language));
 }
 
+void OverviewSection::showWords() {
+    words_->setText(model_->overview().inWords());
+}
+
+// Says for what the files would be that the operator is about to drop.
+void OverviewSection::showPlace(const SpeechSelection& place) {
+    QStringList names{model_->overview().titles().value(place.title),
+                      model_->overview().languages().value(place.language)};
+    names.removeAll(QString());
+    words_->setText(names.isEmpty() ? u"Drop files here"_s : u"Drop: "_s + names.join(u", "_s));
+}
+
 // Files may have come or gone while the operator was elsewhere.
 bool OverviewSection::event(QEvent* event) {
     if (event->type() == QEvent::WindowActivate) {
@@ -115,11 +135,17 @@ void OverviewSection::hideEvent(QHideEvent* event) {
     QGroupBox::hideEvent(event);
 }
 
-// A few files whenever there is nothing else to do, so that the window never waits for them all.
+// A few files whenever there is nothing else to do, so that the window never waits for them all. To
+// paint the table takes longer than to look for the files in it.
 void OverviewSection::lookFurther() {
-    if (!model_->lookFurther(files_))
+    const bool goesOn = model_->lookFurther(files_);
+    if (!goesOn)
         looking_.stop();
-    words_->setText(model_->overview().inWords());
+    else if (shown_.isValid() && !shown_.hasExpired(ShowEveryMs))
+        return;
+    shown_.start();
+    model_->showFound();
+    showWords();
 }
 
 }  // namespace tessaly

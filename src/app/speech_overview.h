@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QElapsedTimer>
 #include <QGroupBox>
 #include <QTimer>
 
@@ -55,6 +56,8 @@ class OverviewSection : public QGroupBox {
     QAction* addAction(const QString& name, const QString& text, const QList<QKeySequence>& keys,
                        void (OverviewSection::*does)());
     void goToNextEmpty();
+    void showWords();
+    void showPlace(const SpeechSelection& place);
     void lookFurther();
 
     const FileSystem& files_;
@@ -63,6 +66,7 @@ class OverviewSection : public QGroupBox {
     QLabel* words_;
     QAction* clear_;
     QTimer looking_;
+    QElapsedTimer shown_;  ///< since the table last showed what was found
 };
 
 }  // namespace tessaly

@@ -172,7 +172,8 @@ void SpeechPage::addPlanned(const SpeechPlan& plan) {
     tellSummary(services_.prompts, summary);
     QStringList added;
     for (const SpeechPlanLine& line : plan.lines)
-        added.append(line.path);
+        if (line.taken && line.obstacle == SpeechPlanLine::Obstacle::None)
+            added.append(line.path);
     tellUnsavablePaths(services_.prompts, added);
 }
 

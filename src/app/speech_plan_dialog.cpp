@@ -42,7 +42,7 @@ SpeechPlanDialog::SpeechPlanDialog(const Project& project, const SpeechPlan& pla
     showWords();
     table->setCurrentIndex(model_->index(0, PlanModel::TitleColumn));
     table->setFocus();
-    resize(QSize(110 * fontMetrics().averageCharWidth(), 30 * fontMetrics().height())
+    resize(QSize(130 * fontMetrics().averageCharWidth(), 30 * fontMetrics().height())
                .boundedTo(screen()->availableSize() * 9 / 10));
 }
 

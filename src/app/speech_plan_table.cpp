@@ -9,7 +9,6 @@
 #include <QSet>
 #include <QStyledItemDelegate>
 #include <algorithm>
-#include <tuple>
 
 #include "app/small_widgets.h"
 #include "model/format_limits.h"
@@ -167,6 +166,8 @@ Qt::ItemFlags PlanModel::flags(const QModelIndex& index) const {
 }
 
 QVariant PlanModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid())
+        return {};
     const SpeechPlanLine& line = plan_.lines[index.row()];
     if (role == Qt::CheckStateRole && index.column() == FileColumn)
         return line.taken ? Qt::Checked : Qt::Unchecked;
@@ -212,16 +213,14 @@ PlanTable::PlanTable(PlanModel* model, QWidget* parent) : QTableView(parent), mo
     setWordWrap(false);
     verticalHeader()->hide();
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 10);
-    horizontalHeader()->setResizeContentsPrecision(200);
-    horizontalHeader()->setStretchLastSection(true);
-    horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    resizeColumnsToContents();
+    // Names of files get what the others leave.
     const int character = fontMetrics().averageCharWidth();
-    for (const auto& [column, least, most] :
-         {std::tuple(PlanModel::FileColumn, 20, 44), std::tuple(PlanModel::LanguageColumn, 14, 18),
-          std::tuple(PlanModel::TitleColumn, 22, 26)})
-        setColumnWidth(column,
-                       std::clamp(columnWidth(column), least * character, most * character));
+    horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    horizontalHeader()->setMinimumSectionSize(12 * character);
+    horizontalHeader()->setSectionResizeMode(PlanModel::FileColumn, QHeaderView::Stretch);
+    setColumnWidth(PlanModel::LanguageColumn, 16 * character);
+    setColumnWidth(PlanModel::TitleColumn, 26 * character);
+    setColumnWidth(PlanModel::WordsColumn, 34 * character);
 }
 
 void PlanTable::keyPressEvent(QKeyEvent* event) {

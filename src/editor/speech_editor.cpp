@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/speech_editor.h"
 
-#include <QSet>
-#include <utility>
+#include <QBitArray>
 
 #include "model/format_limits.h"
 #include "model/music_lists.h"
@@ -22,7 +21,37 @@ bool hasFile(const Project& project, const SpeechSelection& pair) {
                                  .group = lineAt(project.lstLangs, pair.language)}) != nullptr;
 }
 
+// The row of each name; of equal ones the first.
+QHash<QString, int> rowsOf(const QStringList& names) {
+    QHash<QString, int> rows;
+    for (qsizetype row = names.size() - 1; row >= 0; --row)
+        rows.insert(names[row], int(row));
+    return rows;
+}
+
 }  // namespace
+
+SpeechRows::SpeechRows(const Project& project)
+    : project_(project),
+      titles_(rowsOf(project.lstSpTitles)),
+      languages_(rowsOf(project.lstLangs)) {}
+
+SpeechSelection SpeechRows::named(const QString& title, const QString& language) const {
+    const SpeechSelection pair{.title = titles_.value(title, -1),
+                               .language = languages_.value(language, -1)};
+    return pair.title < 0 || pair.language < 0 ? SpeechSelection() : pair;
+}
+
+SpeechSelection SpeechRows::of(const TrackRecord& record) const {
+    return isSpeech(record) ? named(record.itemName.text(), record.groupName.text())
+                            : SpeechSelection();
+}
+
+SpeechSelection SpeechRows::first(const SpeechSelection& pair) const {
+    const auto title = lineAt(project_.lstSpTitles, pair.title);
+    const auto language = lineAt(project_.lstLangs, pair.language);
+    return title && language ? named(*title, *language) : SpeechSelection();
+}
 
 EditorControls speechControls(const Project& project, const Rows& titles, const Rows& languages,
                               const QString& newTitle, const QString& newLanguage) {
@@ -63,18 +92,20 @@ EditResult chooseSpeechFile(Project& project, const SpeechSelection& selected,
 
 int clearSpeechFiles(Project& project, const QList<SpeechSelection>& pairs) {
     project.unsavedChanges = true;
-    QSet<std::pair<QString, QString>> names, cleared;
+    const SpeechRows rows(project);
+    const qsizetype languages = project.lstLangs.size();
+    QBitArray wanted(project.lstSpTitles.size() * languages), cleared(wanted.size());
     for (const SpeechSelection& pair : pairs)
-        names.insert(
-            {project.lstSpTitles.value(pair.title), project.lstLangs.value(pair.language)});
+        if (const SpeechSelection at = rows.first(pair); at.title >= 0)
+            wanted.setBit(at.title * languages + at.language);
     for (TrackRecord& record : project.TrackTable) {
-        const std::pair name(record.itemName.text(), record.groupName.text());
-        if (!isSpeech(record) || !names.contains(name))
+        const SpeechSelection at = rows.of(record);
+        if (at.title < 0 || !wanted.testBit(at.title * languages + at.language))
             continue;
         record.kind = kind::Empty;
-        cleared.insert(name);
+        cleared.setBit(at.title * languages + at.language);
     }
-    return int(cleared.size());
+    return int(cleared.count(true));
 }
 
 EditResult renameSpeechTitle(Project& project, int title, const QString& answer) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QHash>
 #include <QString>
 
 #include "editor/item_lists.h"
@@ -18,6 +19,26 @@ struct SpeechSelection {
     int language = -1;
 
     bool operator==(const SpeechSelection&) const = default;
+};
+
+/// Finds the pairs of many records. Built once for an operation, valid while no title or language
+/// changes.
+class SpeechRows {
+ public:
+    explicit SpeechRows(const Project& project);
+
+    /// The pair that a record names, by the first rows of these names; {-1, -1} when it is no
+    /// speech or one of its names has no row.
+    SpeechSelection of(const TrackRecord& record) const;
+
+    /// A pair by the first rows of its names; {-1, -1} when it does not exist.
+    SpeechSelection first(const SpeechSelection& pair) const;
+
+ private:
+    SpeechSelection named(const QString& title, const QString& language) const;
+
+    const Project& project_;
+    QHash<QString, int> titles_, languages_;
 };
 
 /// The one rule for the buttons: the rows that are selected and the texts for a new title and a new

@@ -3,6 +3,7 @@
 
 #include <QHash>
 #include <algorithm>
+#include <optional>
 
 namespace tessaly {
 
@@ -27,24 +28,50 @@ void lookAt(SpeechCell& cell, const FileSystem& files) {
 
 SpeechOverview::SpeechOverview(const Project& project, const SpeechOverview& before)
     : titles_(project.lstSpTitles), languages_(project.lstLangs) {
-    QHash<QString, const SpeechCell*> known;
-    known.reserve(before.cells_.size());
-    for (const SpeechCell& cell : before.cells_)
-        if (cell.file != SpeechFile::None)
-            known.insert(cell.path, &cell);
-    const TrackIndex records(project);
-    cells_.reserve(titles_.size() * languages_.size());
-    for (const QString& title : titles_)
-        for (const QString& language : languages_) {
-            const TrackRecord* record = records.speech(title, language);
-            SpeechCell cell;
-            if (record) {
-                cell = {.path = record->sourcePath.text(), .file = SpeechFile::NotSeen};
-                if (const SpeechCell* same = known.value(cell.path))
-                    cell = *same;
-            }
-            cells_.append(cell);
+    const SpeechRows rows(project);
+    const auto place = [this](const SpeechSelection& pair) {
+        return pair.title * languages_.size() + pair.language;
+    };
+    cells_.resize(titles_.size() * languages_.size());
+    for (const TrackRecord& record : project.TrackTable) {
+        const SpeechSelection pair = rows.of(record);
+        if (pair.title < 0 || cells_[place(pair)].file != SpeechFile::None)
+            continue;  // the first record of a pair is shown
+        cells_[place(pair)] = {.path = record.sourcePath.text(), .file = SpeechFile::NotSeen};
+    }
+    // What has the same name, which only a file brings, shows the same.
+    QList<SpeechSelection> firsts;
+    for (int language = 0; language < languages_.size(); ++language)
+        firsts.append(rows.first({.title = 0, .language = language}));
+    for (int title = 0; title < titles_.size() && !firsts.isEmpty(); ++title) {
+        const int first = rows.first({.title = title, .language = 0}).title;
+        for (int language = 0; language < languages_.size(); ++language)
+            cells_[place({title, language})] = cells_[place({first, firsts[language].language})];
+    }
+    take(before);
+}
+
+// Takes over what is known of the files. Most of them stand where they stood.
+void SpeechOverview::take(const SpeechOverview& before) {
+    std::optional<QHash<QString, const SpeechCell*>> others;
+    for (qsizetype i = 0; i < cells_.size(); ++i) {
+        SpeechCell& cell = cells_[i];
+        if (cell.file == SpeechFile::None)
+            continue;
+        if (i < before.cells_.size() && before.cells_[i].file != SpeechFile::None &&
+            before.cells_[i].path == cell.path) {
+            cell = before.cells_[i];
+            continue;
         }
+        if (!others) {
+            others.emplace();
+            for (const SpeechCell& other : before.cells_)
+                if (other.file != SpeechFile::None)
+                    others->insert(other.path, &other);
+        }
+        if (const SpeechCell* same = others->value(cell.path))
+            cell = *same;
+    }
 }
 
 const SpeechCell& SpeechOverview::at(const SpeechSelection& pair) const {
@@ -77,6 +104,8 @@ SpeechSelection SpeechOverview::nextEmpty(const SpeechSelection& from) const {
 }
 
 QString SpeechOverview::inWords() const {
+    if (cells_.isEmpty())
+        return {};
     const auto count = [this](SpeechFile file) {
         return std::ranges::count(cells_, file, &SpeechCell::file);
     };

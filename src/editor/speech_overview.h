@@ -56,10 +56,12 @@ class SpeechOverview {
     /// from the start; a row of -1 begins there. {-1, -1} when every pair has a file.
     SpeechSelection nextEmpty(const SpeechSelection& from) const;
 
-    /// "34 of 40 there, 5 without a file, 1 missing".
+    /// "34 of 40 there, 5 without a file, 1 missing"; empty without a pair.
     QString inWords() const;
 
  private:
+    void take(const SpeechOverview& before);
+
     QStringList titles_, languages_;
     QList<SpeechCell> cells_;  // title by title
     qsizetype seen_ = 0;       // so many cells were looked at

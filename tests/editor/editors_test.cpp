@@ -7,6 +7,7 @@
 
 #include "editor/file_display.h"
 #include "editor/music_editor.h"
+#include "editor/project_change.h"
 #include "editor/speech_overview.h"
 #include "model/music_lists.h"
 #include "platform/local_file_system.h"
@@ -83,6 +84,8 @@ TEST(SpeechEditor, AFileIsTakenAwayAndWhatPlaysTheTitleStays) {
     EXPECT_EQ(clearSpeechFiles(project, {{0, 0}, {1, 1}, {0, 1}, {-1, 0}, {0, 2}}), 2);
     expected.unsavedChanges = true;
     EXPECT_EQ(project, expected);
+    EXPECT_EQ(editInWords(tour(), project), "Remove File of 'Welcome'");
+    EXPECT_EQ(removalInWords(tour(), project), "2 files removed");
     EXPECT_FALSE(speechControls(project, {0}, {1}, {}, {}).clearFile);
     // A new file does not bring the old one's attributes back.
     EXPECT_TRUE(chooseSpeechFile(project, {0, 0}, "4").isDone);
@@ -126,9 +129,13 @@ TEST(SpeechOverview, AgreesWithListsAndChecksInRandomProjects) {
             }
         const int all = int(overview.titles().size() * overview.languages().size());
         EXPECT_EQ(hasFiles, counts[SpeechFile::None] < all);
-        EXPECT_TRUE(overview.inWords().startsWith(
-            QString("%1 of %2 there").arg(counts[SpeechFile::There]).arg(all)));
-        EXPECT_FALSE(overview.inWords().contains("not looked for yet"));
+        QString words = QString("%1 of %2 there").arg(counts[SpeechFile::There]).arg(all);
+        for (const auto& [file, what] : {std::pair(SpeechFile::None, " without a file"),
+                                         std::pair(SpeechFile::Missing, " missing"),
+                                         std::pair(SpeechFile::NotPlayable, " not playable")})
+            if (counts[file] > 0)
+                words += QString(", %1%2").arg(counts[file]).arg(what);
+        EXPECT_EQ(overview.inWords(), all > 0 ? words : QString());
         // As many steps as there are empty cells lead through all of them, down each language.
         SpeechSelection at;
         QSet<std::pair<int, int>> met;

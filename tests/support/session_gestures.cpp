@@ -70,10 +70,15 @@ QWidget* Session::named(const QString& name) {
 
 void Session::clickOn(const QString& name, Qt::MouseButton button, bool isDouble) {
     QWidget* widget = named(name);
+    QPoint at = widget ? spotOn(widget) : QPoint();
+    if (auto* table = qobject_cast<QTableView*>(widget)) {
+        at = table->visualRect(table->currentIndex()).center();  // its current cell
+        widget = table->viewport();
+    }
     if (widget && isDouble)
-        doubleClick(widget, spotOn(widget));
+        doubleClick(widget, at);
     else if (widget)
-        click(widget, spotOn(widget), button);
+        click(widget, at, button);
 }
 
 // LIST ROW: the row of that text, or of that number with a # before it; "#last", "#middle".
