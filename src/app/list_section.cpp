@@ -50,6 +50,7 @@ ListSection::ListSection(const Names& names, QWidget* parent)
     addCommands();
     auto* up = makeMoveButton(names, Direction::Up);
     auto* down = makeMoveButton(names, Direction::Down);
+    addSelectAll();
     for (const auto& [name, text] : names.more)
         more_.append(makeButton(name, text, this));
     auto* label = new QLabel(names.label.toString(), this);
@@ -114,6 +115,11 @@ void ListSection::addCommands() {
         keepsEqualName_ = false;
     });
     connect(removeCommand_, &QAction::triggered, remove_, &QPushButton::click);
+}
+
+void ListSection::addSelectAll() {
+    connect(addCommand(u"Select All"_s, u"Ctrl+A"_s), &QAction::triggered, list_,
+            &LineList::selectAll);
 }
 
 QAction* ListSection::addCommand(const QString& text, const QString& key) {

@@ -91,6 +91,7 @@ class ListSection : public QGroupBox {
     QToolButton* makeMoveButton(const Names& names, Direction direction);
     QLineEdit* makeField(const QString& name);
     void addCommands();
+    void addSelectAll();
 
     const int limit_;
     LineList* list_;

@@ -54,6 +54,7 @@ QString MainWindow::readFirmwareVersion() {
         if (!services_.files.fileSize(file))
             return u"Cannot find TRL740 firmware file "_s + file + u". Please reinstall Tessaly."_s;
         firmwareVersion_ = firmwareVersion(services_.files, file);
+        sessionStatus_->sayStandIn(isStandIn(services_.files, file));
         statusText_->setText(QString(40, u' ') + u"TRL740 firmware version: "_s + firmwareVersion_);
         return {};
     } catch (const TessalyError& error) {

@@ -55,16 +55,21 @@ SessionStatus::SessionStatus(const ProjectSession& session, QStatusBar* bar)
       bar_(bar),
       lblRemoved_(new QLabel),
       lblNotSaved_(new QLabel),
+      lblStandIn_(new QLabel(u"stand-in firmware"_s)),
       buttBringBack_(new QPushButton) {
     lblNotSaved_->setObjectName(u"lblNotSaved"_s);
     lblNotSaved_->setTextFormat(Qt::PlainText);
     buttBringBack_->setObjectName(u"buttBringBack"_s);
     buttBringBack_->setAutoDefault(true);  // Enter presses it, too
+    lblStandIn_->setObjectName(u"lblStandIn"_s);
+    lblStandIn_->setToolTip(
+        u"The firmware folder holds a stand-in: a card written with it updates "_s
+        u"no player. About names the folder for the maker's file."_s);
     lblRemoved_->setObjectName(u"lblRemoved"_s);
     lblRemoved_->setTextFormat(Qt::RichText);
     connect(lblRemoved_, &QLabel::linkActivated, this, &SessionStatus::undoChosen);
     for (QWidget* widget :
-         std::initializer_list<QWidget*>{lblRemoved_, buttBringBack_, lblNotSaved_}) {
+         std::initializer_list<QWidget*>{lblStandIn_, lblRemoved_, buttBringBack_, lblNotSaved_}) {
         bar->addPermanentWidget(widget);
         widget->hide();
     }

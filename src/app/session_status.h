@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QLabel>
 #include <QObject>
 #include <QStringList>
 
@@ -31,6 +32,9 @@ class SessionStatus : public QObject {
     /// Says what was removed, with a link that undoes it; empty: nothing is to be said any more.
     void sayRemoved(const QString& words);
 
+    /// Says that the firmware is a stand-in, whose version "0000" looks like any other.
+    void sayStandIn(bool isStandIn) { lblStandIn_->setVisible(isStandIn); }
+
  signals:
     /// The operator takes the offer.
     void bringBackChosen();
@@ -42,6 +46,7 @@ class SessionStatus : public QObject {
     QStatusBar* bar_;
     QLabel* lblRemoved_;
     QLabel* lblNotSaved_;
+    QLabel* lblStandIn_;
     QPushButton* buttBringBack_;
 };
 
