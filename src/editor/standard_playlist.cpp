@@ -51,13 +51,12 @@ QString fileOfUrl(QStringView rest) {
 
 // The whole path that stands in a playlist of `folder`.
 QString wholePathOf(QStringView text, const QString& folder) {
-    if (beginsWith(text, u"file:/"))
-        return fileOfUrl(text.sliced(5));
-    QString path = text.toString();
+    const bool isUrl = beginsWith(text, u"file:/");
+    QString path = isUrl ? fileOfUrl(text.sliced(5)) : text.toString();
     if (hasDrive(path) || isShare(path))
         return path;
     // Playlists travel on sticks: their backslashes part folders here, too.
-    if (QDir::separator() == u'/')
+    if (!isUrl && QDir::separator() == u'/')
         path.replace(u'\\', u'/');
     const bool isRooted = path.startsWith(u'/') || path.startsWith(u'\\');
     if (isRooted)
@@ -66,10 +65,12 @@ QString wholePathOf(QStringView text, const QString& folder) {
 }
 
 StandardEntry entryOf(QStringView location, QStringView title, const QString& folder) {
+    // Many entries of a .pls may share one number, and so one title.
+    constexpr qsizetype MostTitle = 1000;
+    const QString name = title.first(std::min(title.size(), MostTitle)).trimmed().toString();
     if (hasScheme(location) && !beginsWith(location, u"file:"))
-        return {.title = title.toString(), .location = location.toString(), .isStream = true};
-    return {.title = title.toString(),
-            .location = QDir::toNativeSeparators(wholePathOf(location, folder))};
+        return {.title = name, .location = location.toString(), .isStream = true};
+    return {.title = name, .location = QDir::toNativeSeparators(wholePathOf(location, folder))};
 }
 
 QList<StandardEntry> entriesOfM3u(QStringView text, const QString& folder, qsizetype most) {
