@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QHash>
 #include <algorithm>
+#include <cctype>
 #include <optional>
 
 #include "editor/playlist_parser.h"
@@ -136,12 +137,13 @@ QString nameOfPlaylist(const QString& path) {
 
 QString withoutEscapes(const QString& text) {
     const QByteArray escaped = toNativePath(text);
+    const auto isHex = [&](qsizetype i) {
+        return i < escaped.size() && std::isxdigit(static_cast<unsigned char>(escaped[i]));
+    };
     QByteArray bytes;
     for (qsizetype i = 0; i < escaped.size(); ++i) {
-        bool isEscape = false;
-        const uint byte = escaped[i] == '%' ? escaped.mid(i + 1, 2).toUInt(&isEscape, 16) : 0;
-        isEscape = isEscape && i + 2 < escaped.size() && isxdigit(uchar(escaped[i + 1]));
-        bytes += isEscape ? char(byte) : escaped[i];
+        const bool isEscape = escaped[i] == '%' && isHex(i + 1) && isHex(i + 2);
+        bytes += isEscape ? char(escaped.mid(i + 1, 2).toUInt(nullptr, 16)) : escaped[i];
         i += isEscape ? 2 : 0;
     }
     return fromNativePath(bytes);
