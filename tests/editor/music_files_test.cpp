@@ -6,6 +6,7 @@
 #include <random>
 
 #include "editor/folder_tree.h"
+#include "editor/speech_matching.h"
 #include "editor/standard_playlist.h"
 #include "model/music_lists.h"
 #include "model/text_codec.h"
@@ -184,6 +185,46 @@ TEST(MusicFiles, OneSentenceAndALineForEach) {
         many.details().endsWith("\n999 is no MP3 file and was left out.\n... and 234 more."));
 }
 
+// Folders of any number of files, which no disk needs to have.
+class ManyFiles : public LocalFileSystem {
+ public:
+    explicit ManyFiles(int count) : count_(count) {}
+    bool isFolder(const QString& path) const override { return !path.endsWith(".mp3"); }
+    std::optional<qint64> fileSize(const QString&) const override { return 1; }
+    QList<FolderEntry> entries(const QString&) const override {
+        QList<FolderEntry> found;
+        for (int i = 0; i < count_; ++i)
+            found.append({.name = QString::number(i) + ".mp3"});
+        return found;
+    }
+
+ private:
+    int count_;
+};
+
+TEST(MusicFiles, NoMemoryIsFilled) {
+    ManyFiles most(MostImportedTracks), half(MostImportedTracks / 2 + 1);
+    Project project;
+    EXPECT_EQ(addMusicFiles(project, most, FakeTags(), {"/m"}).added, MostImportedTracks);
+    const Project before = project;
+    for (const QStringList& paths : {QStringList{"/a", "/b"}, QStringList{"/a", "/b.mp3", "/c"}}) {
+        EXPECT_THROW(addMusicFiles(project, half, FakeTags(), paths), TessalyError);
+        EXPECT_THROW(planSpeech(project, half, paths), TessalyError);
+    }
+    EXPECT_THROW(addMusicFiles(project, most, FakeTags(), {"/m", "/n.mp3"}), TessalyError);
+    ManyFiles tooMany(MostImportedTracks + 1);
+    EXPECT_THROW(addMusicFiles(project, tooMany, FakeTags(), {"/m"}), TessalyError);
+    EXPECT_TRUE(project == before);
+
+    const ScratchFolder scratch;
+    LocalFileSystem files;
+    const QString list = scratch.write(
+        "l.m3u", QByteArray("a\0b.mp3\n", 8) + QByteArray(70000, 'x') + ".mp3\nc.mp3");
+    const AddSummary summary = addMusicFiles(project, files, FakeTags(), {list});
+    EXPECT_EQ(summary.text(),
+              "1 added in 1 new list, 1 file not found, 2 left out: cannot be read");
+}
+
 // Playlists drawn at random, as different players write them.
 TEST(StandardPlaylist, EveryLineCounts) {
     std::mt19937 random(2);
@@ -211,8 +252,9 @@ TEST(StandardPlaylist, EveryLineCounts) {
                               QString::fromLatin1(QUrl::toPercentEncoding(
                                   QDir::fromNativeSeparators(whole), "/:,=#")),
                           whole},
+                         {"Op. 7://" + name, QDir::toNativeSeparators(folder + "/Op. 7:/" + name)},
                          {"https://host/" + name, "https://host/" + name, true}};
-            const auto& [written, location, isStream] = kinds[draw(6)];
+            const auto& [written, location, isStream] = kinds[draw(7)];
             const QString title = draw(2) == 0 ? QString() : "Title, é " + QString::number(i);
             expected.append({title, location, isStream});
             if (isPls) {

@@ -57,9 +57,11 @@ TEST(SpeechMatching, FilesFindTheirTitlesAndLanguages) {
         // A language is called by its name, its code or its letters, in any language.
         {{"Quay"},
          {"German", "English", "Spanish", "Castella"},
-         {"x/Deutsch/quay.mp3", "x/en/Quay.mp3", "x/Español/QUAY.mp3", "x/Castellano/1 quay.mp3"},
+         {"x/Deutsch/quay.mp3", "x/en/Quay.mp3", "x/Español/QUAY.mp3", "x/Castellano/1 quay.mp3",
+          "x/G/quay.mp3", "x/Engli/quay.mp3"},
          {"x"},
-         {"Castella: Quay", "German: Quay", "English: Quay", "Spanish: Quay"}},
+         {"Castella: Quay", "German: Quay", "English: Quay", "Engli: Quay", "Spanish: Quay",
+          "G: Quay"}},
         // Loose files tell it by their end; a code must be set off, and the rest is the folder's.
         {{"Quay", "Lo que"},
          {"German", "Spanish"},
@@ -100,6 +102,11 @@ TEST(SpeechMatching, FilesFindTheirTitlesAndLanguages) {
          {"en/stairs.mp3", "en/1848 Stairs.mp3", "en/2.5 Miles.mp3"},
          {"en"},
          {"en: 2.5 Miles", "en: 1848 Stairs", "en: 05 Stairs"}},
+        {{"Quay", "quay!"},
+         {"en"},
+         {"en/A-B.mp3", "en/A_B.mp3", "en/QUAY.mp3"},
+         {"en"},
+         {"en: A-B", "en: A_B", "en: Quay"}},
         // Cut titles are found again, if there are as many of both.
         {{"A very long titl", "01 A very long titl"},
          {"en"},
