@@ -46,6 +46,13 @@ QStringList picture(QWidget* widget, int side) {
     return lines;
 }
 
+// Where a control is pointed at; a table at its current cell.
+std::pair<QWidget*, QPoint> targetOf(QWidget* widget) {
+    if (auto* table = qobject_cast<QTableView*>(widget))
+        return {table->viewport(), table->visualRect(table->currentIndex()).center()};
+    return {widget, widget ? spotOn(widget) : QPoint()};
+}
+
 }  // namespace
 
 QWidget* Session::named(const QString& name) {
@@ -69,12 +76,7 @@ QWidget* Session::named(const QString& name) {
 }
 
 void Session::clickOn(const QString& name, Qt::MouseButton button, bool isDouble) {
-    QWidget* widget = named(name);
-    QPoint at = widget ? spotOn(widget) : QPoint();
-    if (auto* table = qobject_cast<QTableView*>(widget)) {
-        at = table->visualRect(table->currentIndex()).center();  // its current cell
-        widget = table->viewport();
-    }
+    const auto [widget, at] = targetOf(named(name));
     if (widget && isDouble)
         doubleClick(widget, at);
     else if (widget)
@@ -171,10 +173,10 @@ void Session::addKeysAndClicks() {
             QApplication::sendEvent(focus, &done);
     };
     verbs["hover"] = [this](const QString& name) {
-        if (QWidget* widget = named(name)) {
-            QHelpEvent event(QEvent::ToolTip, {5, 5}, widget->mapToGlobal(QPoint(5, 5)));
+        if (const auto [widget, at] = targetOf(named(name)); widget) {
+            QHelpEvent event(QEvent::ToolTip, at, widget->mapToGlobal(at));
             QApplication::sendEvent(widget, &event);
-            say("tip \"" + QToolTip::text() + '"');
+            say("tip \"" + QToolTip::text().replace('\n', " / ") + '"');
         }
     };
     verbs["choose"] = [this](const QString& name) {
