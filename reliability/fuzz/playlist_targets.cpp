@@ -3,6 +3,7 @@
 
 #include "editor/list_import.h"
 #include "editor/playlist_parser.h"
+#include "editor/standard_playlist.h"
 #include "model/music_lists.h"
 #include "platform/error.h"
 #include "platform/mp3_tags.h"
@@ -81,9 +82,31 @@ void requireImported(const Project& project, const ImportResult& result, QByteAr
             "each entry is a track or has its message");
 }
 
+// The same bytes as a standard playlist.
+void requireStandard(QByteArrayView bytes, const QString& ending) {
+    constexpr qsizetype Most = 50;
+    const QString folder = "/music/";
+    qsizetype characters = 0;
+    const auto entries = parseStandardPlaylist(bytes, folder + "My playlist" + ending, Most);
+    require(entries.size() <= Most, "no more entries than wanted are read");
+    for (const StandardEntry& entry : entries) {
+        const QString& path = entry.location;
+        const bool hasRoot = path.startsWith('/') || path.startsWith('\\');
+        require(entry.isStream ? path.contains("://") : hasRoot || path.indexOf(':') == 1,
+                "every path is whole");
+        require(entry.title.size() <= 1000 && entry.title == entry.title.trimmed(),
+                "titles are short and trimmed");
+        characters += path.size();
+    }
+    require(characters <= bytes.size() + folder.size() * entries.size(),
+            "paths hold no more than the file does");
+}
+
 }  // namespace
 
 void fuzzPlaylist(QByteArrayView bytes) {
+    for (const char* ending : {".m3u8", ".pls"})
+        requireStandard(bytes, ending);
     const QString path = "/music/My playlist.txt";
     const SomeTags tags;
     Project project = projectBefore();

@@ -38,7 +38,7 @@ inline bool isTurn([[maybe_unused]] QByteArrayView bytes, [[maybe_unused]] int t
 void fuzzProject(QByteArrayView bytes);   ///< a project file (.crd2)
 void fuzzImage(QByteArrayView bytes);     ///< a configuration image
 void fuzzHex(QByteArrayView bytes);       ///< a HEX file
-void fuzzPlaylist(QByteArrayView bytes);  ///< an exported playlist
+void fuzzPlaylist(QByteArrayView bytes);  ///< a playlist, exported or standard
 void fuzzMounts(QByteArrayView bytes);    ///< Linux's table of mounts
 void fuzzTags(QByteArrayView bytes);      ///< an MP3 file whose tags are read
 void fuzzSnapshot(QByteArrayView bytes);  ///< what a recovery copy holds behind its checksum

@@ -90,7 +90,9 @@ void AddSummary::leaveOut(LeftOut why, const QString& path, const QString& detai
 void AddSummary::noteName(const QString& subject, const QString& whole, const QString& name,
                           int limit) {
     const QString first = firstCharacters(whole, limit);
-    const bool isCut = first != firstCharacters(whole, int(whole.size()));
+    // Composing a tag's title of a million accents would take long.
+    const bool isCut = whole.size() > 16 * qsizetype(limit) ||
+                       first != whole.normalized(QString::NormalizationForm_C);
     const bool isNumbered = name != first;
     (limit == limits::LanguageName ? cutLanguages : cut) += isCut ? 1 : 0;
     numbered += isNumbered ? 1 : 0;

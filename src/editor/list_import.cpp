@@ -23,12 +23,10 @@ namespace {
 constexpr qsizetype MostLines = 2 * qsizetype(MostImportedTracks) + 1;
 
 ImportResult invalidPlaylist() {
-    return {
-        .outcome = ImportResult::Outcome::Invalid,
-        .messages = {{.text = u"Invalid playlist format, cannot open"_s,
-                      .more = u"This takes playlists that a media player exported. A standard "_s
-                              u"playlist (.m3u, .m3u8, .pls) comes in by Add Files... or when "_s
-                              u"it is dropped onto the music lists."_s}}};
+    return {.outcome = ImportResult::Outcome::Invalid,
+            .messages = {{.text = u"Invalid playlist format, cannot open"_s,
+                          .more = u"Add Files... takes standard playlists (.m3u, .m3u8, .pls), "_s
+                                  u"as media players write them for each other."_s}}};
 }
 
 // A plain list has paths only: the name is the title tag, else the file's own.
@@ -69,7 +67,8 @@ TessalyError tooLong(const QString& path) {
 
 constexpr QStringView Mp3Ending = u".mp3";
 
-// In upper case, in which file systems that ignore case compare names: "_" sorts behind letters.
+// In upper case, in which file systems that ignore case compare names: "_" sorts behind
+// letters.
 QString sortingKey(QString name) {
     for (QChar& c : name)
         c = c.toUpper();

@@ -109,7 +109,7 @@ void Gathering::addPlaylist(const QString& path) {
             summary.leaveOut(LeftOut::Stream, entry.location);
         else if (!isMp3Name(lastNameOf(entry.location)))
             summary.leaveOut(LeftOut::NoMp3, entry.location);
-        else if (entry.location.contains(QChar(u'\0')))
+        else if (entry.location.contains(QChar(u'\0')) || entry.location.size() > limits::TextBytes)
             summary.leaveOut(LeftOut::Unreadable, entry.location);
         else
             list.tracks.append(entry);

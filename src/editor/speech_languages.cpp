@@ -159,22 +159,26 @@ QList<SpeechPlanLine> LanguageFinder::linesOf(const QList<SpeechFolder>& folders
         names.insert(folder.name);
     for (const QString& name : names)
         ++cutNames_[nameKey(firstCharacters(name, limits::LanguageName))];
-    QHash<QString, QString> byFolder;  // one name is one language, wherever the folder stands
+    QHash<QString, QString> byFolder;   // one name is one language, wherever the folder stands
+    QHash<QString, QString> byDefault;  // of files that nothing tells
     QList<SpeechPlanLine> lines;
     for (const SpeechFolder& folder : folders) {
         if (!byFolder.contains(folder.name))
             byFolder.insert(folder.name, languageOf(folder));
-        const bool endsTell = byFolder[folder.name].isEmpty() && endsTellLanguages(folder.files);
+        const QString ofFolder = byFolder[folder.name];
+        const bool endsTell = ofFolder.isEmpty() && endsTellLanguages(folder.files);
         for (const QString& file : folder.files) {
-            QString language = byFolder[folder.name];
             const QString name = nameOfMp3(lastNameOf(file));
+            QString language = ofFolder;
             if (language.isEmpty())
                 if (const auto ending = languages.endingOf(name))
                     language = ending->language;
             if (language.isEmpty() && endsTell)
                 language = addLanguage(languageEnding(name)->language);
-            if (language.isEmpty())
-                language = byFolder[folder.name] = addLanguage(folder.name);
+            if (language.isEmpty()) {
+                QString& found = byDefault[folder.name];
+                language = found = found.isEmpty() ? addLanguage(folder.name) : found;
+            }
             lines.append({.path = file,
                           .language = language,
                           .title = {},

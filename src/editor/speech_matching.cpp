@@ -22,19 +22,19 @@ using Obstacle = SpeechPlanLine::Obstacle;
 
 namespace {
 
-// Adds what a plan's lines need to the lines of a list, and says what each is called there.
+// Adds what a plan needs to the lines of a list, and says what each is called there.
 class NewLines {
  public:
     explicit NewLines(QStringList& lines)
         : lines_(lines), known_(lines.begin(), lines.end()), names_(lines) {}
 
-    // Nothing happens for a name that is there.
-    int add(const QString& name) {
+    // False when it is there already.
+    bool add(const QString& name) {
         if (known_.contains(name) || added_.contains(name))
-            return 0;
+            return false;
         lines_.append(names_.add(name));
         added_.insert(name, lines_.last());
-        return 1;
+        return true;
     }
     QString nameOf(const QString& name) const { return added_.value(name, name); }
 
@@ -96,8 +96,8 @@ void judgeSpeechPlan(const Project& project, SpeechPlan& plan) {
     QSet<std::pair<QString, QString>> pairs;
     for (SpeechPlanLine& line : plan.lines) {
         const TrackRecord* record = index.speech(line.title, line.language);
-        line.isNewTitle = !titles.contains(line.title);
-        line.isNewLanguage = !before.contains(line.language);
+        line.isNewTitle = !line.title.isEmpty() && !titles.contains(line.title);
+        line.isNewLanguage = !line.language.isEmpty() && !before.contains(line.language);
         line.replaces = record && !record->sourcePath.is(line.path);
         line.obstacle = line.title.isEmpty()      ? Obstacle::NoTitle
                         : line.language.isEmpty() ? Obstacle::NoLanguage

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QHash>
 #include <algorithm>
+#include <cctype>
 #include <optional>
 
 #include "editor/playlist_parser.h"
@@ -51,13 +52,12 @@ QString fileOfUrl(QStringView rest) {
 
 // The whole path that stands in a playlist of `folder`.
 QString wholePathOf(QStringView text, const QString& folder) {
-    if (beginsWith(text, u"file:/"))
-        return fileOfUrl(text.sliced(5));
-    QString path = text.toString();
+    const bool isUrl = beginsWith(text, u"file:/");
+    QString path = isUrl ? fileOfUrl(text.sliced(5)) : text.toString();
     if (hasDrive(path) || isShare(path))
         return path;
     // Playlists travel on sticks: their backslashes part folders here, too.
-    if (QDir::separator() == u'/')
+    if (!isUrl && QDir::separator() == u'/')
         path.replace(u'\\', u'/');
     const bool isRooted = path.startsWith(u'/') || path.startsWith(u'\\');
     if (isRooted)
@@ -66,10 +66,12 @@ QString wholePathOf(QStringView text, const QString& folder) {
 }
 
 StandardEntry entryOf(QStringView location, QStringView title, const QString& folder) {
+    // Many entries of a .pls may share one number, and so one title.
+    constexpr qsizetype MostTitle = 1000;
+    const QString name = title.first(std::min(title.size(), MostTitle)).trimmed().toString();
     if (hasScheme(location) && !beginsWith(location, u"file:"))
-        return {.title = title.toString(), .location = location.toString(), .isStream = true};
-    return {.title = title.toString(),
-            .location = QDir::toNativeSeparators(wholePathOf(location, folder))};
+        return {.title = name, .location = location.toString(), .isStream = true};
+    return {.title = name, .location = QDir::toNativeSeparators(wholePathOf(location, folder))};
 }
 
 QList<StandardEntry> entriesOfM3u(QStringView text, const QString& folder, qsizetype most) {
@@ -135,12 +137,13 @@ QString nameOfPlaylist(const QString& path) {
 
 QString withoutEscapes(const QString& text) {
     const QByteArray escaped = toNativePath(text);
+    const auto isHex = [&](qsizetype i) {
+        return i < escaped.size() && std::isxdigit(static_cast<unsigned char>(escaped[i]));
+    };
     QByteArray bytes;
     for (qsizetype i = 0; i < escaped.size(); ++i) {
-        bool isEscape = false;
-        const uint byte = escaped[i] == '%' ? escaped.mid(i + 1, 2).toUInt(&isEscape, 16) : 0;
-        isEscape = isEscape && i + 2 < escaped.size() && isxdigit(uchar(escaped[i + 1]));
-        bytes += isEscape ? char(byte) : escaped[i];
+        const bool isEscape = escaped[i] == '%' && isHex(i + 1) && isHex(i + 2);
+        bytes += isEscape ? char(escaped.mid(i + 1, 2).toUInt(nullptr, 16)) : escaped[i];
         i += isEscape ? 2 : 0;
     }
     return fromNativePath(bytes);

@@ -30,7 +30,7 @@ QString withoutEscapes(const QString& text);
 
 /// One file that a playlist names.
 struct StandardEntry {
-    QString title;          ///< as it stands there; empty where there is none
+    QString title;          ///< its first 1,000 characters; empty where there is none
     QString location;       ///< whole path, native; of a stream its address
     bool isStream = false;  ///< an address of the network, http:// and the like
 };
