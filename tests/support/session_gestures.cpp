@@ -179,6 +179,27 @@ void Session::addKeysAndClicks() {
             say("tip \"" + QToolTip::text().replace('\n', " / ") + '"');
         }
     };
+    // sign TABLE ROW COLUMN: the colour that the sign of a cell has, which must not be selected
+    verbs["sign"] = [this](const QString& rest) {
+        auto* table = qobject_cast<QTableView*>(named(rest.section(' ', 0, 0)));
+        if (!table)
+            return;
+        const QModelIndex cell =
+            table->model()->index(rest.section(' ', 1, 1).toInt(), rest.section(' ', 2).toInt());
+        QRect square = table->visualRect(cell);
+        square.setWidth(square.height());
+        const QImage image = table->viewport()->grab(square).toImage();
+        QHash<QRgb, int> found;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                ++found[qGray(image.pixel(x, y)) < 60 ? qRgb(0, 0, 0) : image.pixel(x, y)];
+        for (const auto& [colour, name] :
+             {std::pair(qRgb(255, 0, 0), "red"), std::pair(qRgb(255, 255, 0), "yellow"),
+              std::pair(qRgb(0xC0, 0xC0, 0xC0), "grey"), std::pair(qRgb(0, 0, 0), "ink")})
+            if (found[colour] > 3)
+                return say(name);
+        say("no sign");
+    };
     verbs["choose"] = [this](const QString& name) {
         if (auto* menu = qobject_cast<QMenu*>(frontBox())) {
             for (QAction* action : menu->actions())
