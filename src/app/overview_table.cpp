@@ -151,7 +151,6 @@ QVariant OverviewModel::headerData(int section, Qt::Orientation orientation, int
 
 OverviewTable::OverviewTable(QWidget* parent) : QTableView(parent) {
     setItemDelegate(new CellDelegate(this));
-    setSelectionMode(ExtendedSelection);
     setTabKeyNavigation(false);
     setWordWrap(false);
     setCornerButtonEnabled(false);

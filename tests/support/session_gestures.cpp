@@ -46,6 +46,13 @@ QStringList picture(QWidget* widget, int side) {
     return lines;
 }
 
+// Where a control is pointed at; a table at its current cell.
+std::pair<QWidget*, QPoint> targetOf(QWidget* widget) {
+    if (auto* table = qobject_cast<QTableView*>(widget))
+        return {table->viewport(), table->visualRect(table->currentIndex()).center()};
+    return {widget, widget ? spotOn(widget) : QPoint()};
+}
+
 }  // namespace
 
 QWidget* Session::named(const QString& name) {
@@ -69,12 +76,7 @@ QWidget* Session::named(const QString& name) {
 }
 
 void Session::clickOn(const QString& name, Qt::MouseButton button, bool isDouble) {
-    QWidget* widget = named(name);
-    QPoint at = widget ? spotOn(widget) : QPoint();
-    if (auto* table = qobject_cast<QTableView*>(widget)) {
-        at = table->visualRect(table->currentIndex()).center();  // its current cell
-        widget = table->viewport();
-    }
+    const auto [widget, at] = targetOf(named(name));
     if (widget && isDouble)
         doubleClick(widget, at);
     else if (widget)
@@ -184,11 +186,32 @@ void Session::addKeysAndClicks() {
             QApplication::sendEvent(focus, &done);
     };
     verbs["hover"] = [this](const QString& name) {
-        if (QWidget* widget = named(name)) {
-            QHelpEvent event(QEvent::ToolTip, {5, 5}, widget->mapToGlobal(QPoint(5, 5)));
+        if (const auto [widget, at] = targetOf(named(name)); widget) {
+            QHelpEvent event(QEvent::ToolTip, at, widget->mapToGlobal(at));
             QApplication::sendEvent(widget, &event);
-            say("tip \"" + QToolTip::text() + '"');
+            say("tip \"" + QToolTip::text().replace('\n', " / ") + '"');
         }
+    };
+    // sign TABLE ROW COLUMN: the colour that the sign of a cell has, which must not be selected
+    verbs["sign"] = [this](const QString& rest) {
+        auto* table = qobject_cast<QTableView*>(named(rest.section(' ', 0, 0)));
+        if (!table)
+            return;
+        const QModelIndex cell =
+            table->model()->index(rest.section(' ', 1, 1).toInt(), rest.section(' ', 2).toInt());
+        QRect square = table->visualRect(cell);
+        square.setWidth(square.height());
+        const QImage image = table->viewport()->grab(square).toImage();
+        QHash<QRgb, int> found;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                ++found[qGray(image.pixel(x, y)) < 60 ? qRgb(0, 0, 0) : image.pixel(x, y)];
+        for (const auto& [colour, name] :
+             {std::pair(qRgb(255, 0, 0), "red"), std::pair(qRgb(255, 255, 0), "yellow"),
+              std::pair(qRgb(0xC0, 0xC0, 0xC0), "grey"), std::pair(qRgb(0, 0, 0), "ink")})
+            if (found[colour] > 3)
+                return say(name);
+        say("no sign");
     };
     verbs["choose"] = [this](const QString& name) {
         if (auto* menu = qobject_cast<QMenu*>(frontBox())) {
