@@ -4,6 +4,7 @@
 #include "app/list_section.h"
 #include "app/page.h"
 #include "app/prompts.h"
+#include "editor/imported_list.h"
 #include "model/project.h"
 
 namespace tessaly {
@@ -37,6 +38,11 @@ class EditorPage : public Page {
 
     /// The text of a section's field changed: Enter adds it, if it can be added.
     void entered(ListSection& section);
+
+    /// Does something with many files as one edit, behind a dialog that appears when it takes long.
+    /// `work` returns what is to be shown of it when that dialog is gone.
+    using LongWork = std::function<std::function<void()>(const KeepGoing&)>;
+    void runLong(const QString& what, const LongWork& work);
 
     /// Asks for the new name of the selected line of a section; empty when cancelled.
     QString askForName(const ListSection& section, const QString& prompt);

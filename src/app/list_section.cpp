@@ -120,6 +120,13 @@ void ListSection::addCommands() {
 void ListSection::addSelectAll() {
     connect(addCommand(u"Select All"_s, u"Ctrl+A"_s), &QAction::triggered, list_,
             &LineList::selectAll);
+    addSeparator();
+}
+
+void ListSection::addSeparator() {
+    auto* separator = new QAction(list_);
+    separator->setSeparator(true);
+    list_->addAction(separator);
 }
 
 QAction* ListSection::addCommand(const QString& text, const QString& key) {

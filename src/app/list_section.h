@@ -61,6 +61,9 @@ class ListSection : public QGroupBox {
 
     void enable(const ListControls& enabled);
 
+    /// Parts the commands that follow from those before.
+    void addSeparator();
+
     /// A further command of the list's context menu, with the key that it has elsewhere.
     QAction* addCommand(const QString& text, const QString& key = {});
 

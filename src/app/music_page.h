@@ -58,8 +58,6 @@ class MusicPage : public EditorPage {
     void showLists(const Rows& rows);
     void showTracks(const Rows& rows);
     void offerFiles(const QString& list);
-    using LongWork = std::function<std::function<void()>(const KeepGoing&)>;
-    void runLong(const QString& what, const LongWork& work);
     void showImport(const ImportResult& result, const QString& inside = {});
     void addFiles(const QStringList& paths, int listRow);
     void addDropsAndSorting();

@@ -1,9 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // How files come to the page of music: chosen, imported, dropped; music_page.cpp has the rest.
 #include <QAction>
-#include <QProgressDialog>
 #include <QPushButton>
-#include <QScopeGuard>
 #include <algorithm>
 #include <climits>
 #include <numeric>
@@ -27,35 +25,6 @@ void MusicPage::buttAddMuFile_Click() {
         lstMuTrack_Click();
     emit projectChanged();
     tellUnsavablePaths(services_.prompts, {path});
-}
-
-// Does something with many files as one edit, behind a dialog that appears when it takes long.
-// `work` returns what is to be shown of it when the dialog is gone.
-void MusicPage::runLong(const QString& what, const LongWork& work) {
-    QProgressDialog progress(what, u"Cancel"_s, 0, 0, window());
-    progress.setWindowModality(Qt::ApplicationModal);
-    progress.setMinimumDuration(50);  // an operator who waits longer wonders
-    emit editBegins();
-    const auto ends = qScopeGuard([this] { emit editEnds(); });
-    const KeepGoing keepGoing = [&](int done, int total) {
-        progress.setMaximum(total);
-        progress.setValue(done);  // pumps events while the dialog is shown
-        return !progress.wasCanceled();
-    };
-    const qsizetype before = project_.TrackTable.size();
-    try {
-        const std::function<void()> show = work(keepGoing);
-        progress.reset();
-        show();
-    } catch (const TessalyError& error) {
-        progress.reset();
-        services_.prompts.tell({.text = error.description, .icon = Message::Icon::Exclamation});
-    }
-    emit projectChanged();
-    QStringList added;
-    for (const TrackRecord& record : project_.TrackTable.mid(before))
-        added.append(record.sourcePath.text());
-    tellUnsavablePaths(services_.prompts, added);
 }
 
 // Shows what an import brought. `inside` is a folder without MP3 files whose folders hold some.
@@ -170,6 +139,7 @@ void MusicPage::addDropsAndSorting() {
     connect(
         tracks_.list(), &LineList::filesDropped, this,
         [this](const QStringList& paths) { addFiles(paths, selection().list); }, after);
+    tracks_.addSeparator();
     for (const bool byNumber : {false, true}) {
         QAction* command =
             tracks_.addCommand(byNumber ? u"Sort by Track Number"_s : u"Sort by Name"_s);

@@ -46,6 +46,7 @@ class SpeechPage : public EditorPage {
 
     void addViews();
     void addFiles(const QStringList& paths, const SpeechSelection& onto);
+    void showPlan(const SpeechPlan& plan);
     void addPlanned(const SpeechPlan& plan);
     void chooseFile(const QString& path);
     SpeechSelection selection() const;

@@ -149,19 +149,27 @@ void SpeechPage::addFiles(const QStringList& paths, const SpeechSelection& onto)
         }
         if (language)  // several files on a cell are of its language
             title.reset();
-        const SpeechPlan plan = planSpeech(project_, files, paths, language, title);
-        if (plan.lines.isEmpty())
-            return services_.prompts.tell(
-                {.text = u"There is no MP3 file to add."_s,
-                 .icon = Message::Icon::Exclamation,
-                 .more = plan.leftOut.leftOutInAll() > 0 ? plan.leftOut.text() + u'.' : QString(),
-                 .details = plan.leftOut.details()});
-        SpeechPlanDialog dialog(project_, plan, window());
-        if (dialog.exec() == QDialog::Accepted)
-            addPlanned(dialog.plan());
+        runLong(u"Reading the files..."_s, [&](const KeepGoing& keepGoing) {
+            const SpeechPlan plan = planSpeech(project_, files, paths, language, title, keepGoing);
+            return [this, plan] { showPlan(plan); };
+        });
     } catch (const TessalyError& error) {
         services_.prompts.tell({.text = error.description, .icon = Message::Icon::Exclamation});
     }
+}
+
+void SpeechPage::showPlan(const SpeechPlan& plan) {
+    if (plan.leftOut.isCancelled)
+        return;
+    if (plan.lines.isEmpty())
+        return services_.prompts.tell(
+            {.text = u"There is no MP3 file to add."_s,
+             .icon = Message::Icon::Exclamation,
+             .more = plan.leftOut.leftOutInAll() > 0 ? plan.leftOut.text() + u'.' : QString(),
+             .details = plan.leftOut.details()});
+    SpeechPlanDialog dialog(project_, plan, window());
+    if (dialog.exec() == QDialog::Accepted)
+        addPlanned(dialog.plan());
 }
 
 void SpeechPage::addPlanned(const SpeechPlan& plan) {

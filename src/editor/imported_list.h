@@ -25,6 +25,11 @@ struct ImportMessage {
 /// the import. An empty function never does.
 using KeepGoing = std::function<bool(int done, int total)>;
 
+/// Asks `keepGoing` now and then in a loop whose steps take a few microseconds.
+inline bool goesOn(const KeepGoing& keepGoing, qsizetype done, qsizetype total) {
+    return !keepGoing || done % 64 != 0 || keepGoing(int(done), int(total));
+}
+
 /// What became of an import.
 struct ImportResult {
     enum class Outcome {

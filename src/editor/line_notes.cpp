@@ -31,12 +31,12 @@ QString joined(QStringList words) {
 
 }  // namespace
 
-LineNotes::LineNotes(const Project& project) : project_(project), index_(project) {
-    const MusicListIndex lists(project);
-    for (const QString& list : project.lstMuList)
+LineNotes::LineNotes(const Project& project) : project_(project), index_(project_) {
+    const MusicListIndex lists(project_);
+    for (const QString& list : project_.lstMuList)
         tracks_.insert(list, int(lists.tracks(list).size()));
     QSet<std::pair<QString, QString>> pairs;
-    for (const TrackRecord& record : project.TrackTable) {
+    for (const TrackRecord& record : project_.TrackTable) {
         const std::pair pair(record.itemName.text(), record.groupName.text());
         if (!isSpeech(record) || pairs.contains(pair))
             continue;

@@ -20,11 +20,12 @@ struct LineNote {
     bool operator==(const LineNote&) const = default;
 };
 
-/// The notes of a project. Made once, in one pass over its records, and valid while it is
-/// unchanged.
+/// The notes of a project as it was when they were made, in one pass over its records. They may be
+/// asked for later, by a list that is painted or read aloud, when it has changed.
 class LineNotes {
  public:
     explicit LineNotes(const Project& project);
+    Q_DISABLE_COPY(LineNotes)
 
     /// How many tracks a list has, and what plays it: "12 tracks, trigger 1".
     LineNote list(const QString& list) const;
@@ -42,7 +43,7 @@ class LineNotes {
  private:
     QString playersOf(QStringView plays, const QString& group, const QString& item) const;
 
-    const Project& project_;
+    const Project project_;
     const TrackIndex index_;
     QHash<QString, int> tracks_;     // by list
     QHash<QString, int> titles_;     // by language

@@ -33,8 +33,9 @@ bool isLanguageName(const LanguageNames& languages, const QString& folder) {
 
 // What a folder brings: itself as one of a language with all below it, or its folders as one each.
 QList<SpeechFolder> languageFolders(const LanguageNames& languages, const FileSystem& files,
-                                    const QString& path, AddSummary& summary) {
-    const QList<Mp3Folder> found = mp3FoldersIn(files, path, summary);
+                                    const QString& path, AddSummary& summary,
+                                    const KeepGoing& keepGoing) {
+    const QList<Mp3Folder> found = mp3FoldersIn(files, path, summary, keepGoing);
     SpeechFolder whole{lastNameOf(path), {}}, loose{lastNameOf(path), {}};
     QList<SpeechFolder> inside;
     const qsizetype behind = withLastSeparator(path).size();
@@ -60,7 +61,7 @@ QList<SpeechFolder> languageFolders(const LanguageNames& languages, const FileSy
 
 // Everything that was given, folder by folder.
 QList<SpeechFolder> foldersOf(const LanguageNames& languages, const FileSystem& files,
-                              QStringList paths, AddSummary& summary) {
+                              QStringList paths, AddSummary& summary, const KeepGoing& keepGoing) {
     for (QString& path : paths)
         path = QDir::toNativeSeparators(QDir::cleanPath(path));
     sortByName(paths);
@@ -69,7 +70,7 @@ QList<SpeechFolder> foldersOf(const LanguageNames& languages, const FileSystem& 
     qsizetype count = 0;
     for (const QString& path : paths) {
         if (files.isFolder(path)) {
-            const auto found = languageFolders(languages, files, path, summary);
+            const auto found = languageFolders(languages, files, path, summary, keepGoing);
             if (found.isEmpty())
                 summary.note(wholePath(path) + u" holds no MP3 file."_s);
             for (const SpeechFolder& folder : found)
@@ -100,7 +101,8 @@ class LanguageFinder {
     explicit LanguageFinder(const Project& project)
         : languages(project.lstLangs), taken_(project.lstLangs) {}
 
-    QList<SpeechPlanLine> linesOf(const QList<SpeechFolder>& folders);
+    QList<SpeechPlanLine> linesOf(const QList<SpeechFolder>& folders, AddSummary& summary,
+                                  const KeepGoing& keepGoing);
 
     LanguageNames languages;  // the project's and new ones
 
@@ -153,7 +155,8 @@ bool LanguageFinder::endsTellLanguages(const QStringList& files) const {
     return found.size() > 1;
 }
 
-QList<SpeechPlanLine> LanguageFinder::linesOf(const QList<SpeechFolder>& folders) {
+QList<SpeechPlanLine> LanguageFinder::linesOf(const QList<SpeechFolder>& folders,
+                                              AddSummary& summary, const KeepGoing& keepGoing) {
     QSet<QString> names;
     for (const SpeechFolder& folder : folders)
         names.insert(folder.name);
@@ -168,6 +171,10 @@ QList<SpeechPlanLine> LanguageFinder::linesOf(const QList<SpeechFolder>& folders
         const QString ofFolder = byFolder[folder.name];
         const bool endsTell = ofFolder.isEmpty() && endsTellLanguages(folder.files);
         for (const QString& file : folder.files) {
+            if (!goesOn(keepGoing, lines.size(), 0)) {
+                summary.isCancelled = true;
+                return lines;
+            }
             const QString name = nameOfMp3(lastNameOf(file));
             QString language = ofFolder;
             if (language.isEmpty())
@@ -193,13 +200,14 @@ QList<SpeechPlanLine> LanguageFinder::linesOf(const QList<SpeechFolder>& folders
 QList<SpeechPlanLine> linesByLanguage(const Project& project, const FileSystem& files,
                                       const QStringList& paths,
                                       const std::optional<QString>& language,
-                                      LanguageNames& languages, AddSummary& summary) {
+                                      LanguageNames& languages, AddSummary& summary,
+                                      const KeepGoing& keepGoing) {
     const QList<SpeechFolder> folders =
-        foldersOf(LanguageNames(project.lstLangs), files, paths, summary);
+        foldersOf(LanguageNames(project.lstLangs), files, paths, summary, keepGoing);
     LanguageFinder finder(project);
     QList<SpeechPlanLine> lines;
     if (!language)
-        lines = finder.linesOf(folders);
+        lines = finder.linesOf(folders, summary, keepGoing);
     else
         for (const SpeechFolder& folder : folders)
             for (const QString& file : folder.files)

@@ -6,6 +6,7 @@
 #include <QStringList>
 #include <optional>
 
+#include "editor/imported_list.h"
 #include "editor/speech_matching.h"
 #include "editor/speech_names.h"
 #include "model/project.h"
@@ -20,10 +21,12 @@ namespace tessaly {
 QList<SpeechPlanLine> linesByLanguage(const Project& project, const FileSystem& files,
                                       const QStringList& paths,
                                       const std::optional<QString>& language,
-                                      LanguageNames& languages, AddSummary& summary);
+                                      LanguageNames& languages, AddSummary& summary,
+                                      const KeepGoing& keepGoing);
 
-/// Finds the titles of lines that have their languages: the project's, or new ones.
-void matchTitles(const Project& project, const LanguageNames& languages,
-                 QList<SpeechPlanLine>& lines);
+/// Finds the titles of lines that have their languages: the project's, or new ones. False when
+/// `keepGoing` cancelled it.
+bool matchTitles(const Project& project, const LanguageNames& languages,
+                 QList<SpeechPlanLine>& lines, const KeepGoing& keepGoing);
 
 }  // namespace tessaly

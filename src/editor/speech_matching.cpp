@@ -75,15 +75,19 @@ QList<SpeechPlanLine> takenLines(const SpeechPlan& plan, AddSummary& summary) {
 }  // namespace
 
 SpeechPlan planSpeech(const Project& project, const FileSystem& files, const QStringList& paths,
-                      const std::optional<QString>& language, const std::optional<QString>& title) {
+                      const std::optional<QString>& language, const std::optional<QString>& title,
+                      const KeepGoing& keepGoing) {
     SpeechPlan plan;
     LanguageNames languages;
-    plan.lines = linesByLanguage(project, files, paths, language, languages, plan.leftOut);
+    plan.lines =
+        linesByLanguage(project, files, paths, language, languages, plan.leftOut, keepGoing);
     if (title)
         for (SpeechPlanLine& line : plan.lines)
             line.title = *title;
-    else
-        matchTitles(project, languages, plan.lines);
+    else if (!matchTitles(project, languages, plan.lines, keepGoing))
+        plan.leftOut.isCancelled = true;
+    if (plan.leftOut.isCancelled)
+        plan.lines.clear();
     judgeSpeechPlan(project, plan);
     return plan;
 }

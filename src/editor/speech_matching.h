@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "editor/add_summary.h"
+#include "editor/imported_list.h"
 #include "model/project.h"
 #include "platform/file_system.h"
 
@@ -62,11 +63,13 @@ struct SpeechPlan {
 /// What matches none is a new title, one for all languages, named without number and language. Two
 /// files of one language that differ in nothing else keep their numbers.
 ///
+/// Cancelled, the plan has no lines and its `leftOut` says so.
+///
 /// Nothing is thrown for what cannot be read: it is left out. Throws error 555 beyond
 /// MostImportedTracks files.
 SpeechPlan planSpeech(const Project& project, const FileSystem& files, const QStringList& paths,
                       const std::optional<QString>& language = {},
-                      const std::optional<QString>& title = {});
+                      const std::optional<QString>& title = {}, const KeepGoing& keepGoing = {});
 
 /// Finds out anew what follows from languages, titles and ticks of a plan. To be called after each
 /// correction; planSpeech() has done it.

@@ -50,13 +50,10 @@ struct Group {
 class TitleMatching {
  public:
     TitleMatching(const Project& project, const LanguageNames& languages,
-                  QList<SpeechPlanLine>& lines)
-        : project_(project), lines_(lines) {
-        for (const SpeechPlanLine& line : lines)
-            names_.append(fileNameOf(line, languages));
-    }
+                  QList<SpeechPlanLine>& lines, const KeepGoing& keepGoing)
+        : project_(project), languages_(languages), lines_(lines), keepGoing_(keepGoing) {}
 
-    void run();
+    bool run();
 
  private:
     void split(const QList<qsizetype>& lines, int level);
@@ -65,12 +62,15 @@ class TitleMatching {
         return names_[group.lines.first()].texts[group.level];
     }
     QString firstFile(const Group& group) const;
-    void matchWholeNames();
+    bool readNames();
+    bool matchWholeNames();
     void matchCutNames();
     void nameNewTitles();
 
     const Project& project_;
+    const LanguageNames& languages_;
     QList<SpeechPlanLine>& lines_;
+    const KeepGoing& keepGoing_;
     QList<FileName> names_;
     QList<Group> groups_;
     QSet<QString> matched_;  // titles of the project
@@ -112,8 +112,17 @@ QString TitleMatching::firstFile(const Group& group) const {
     return first;
 }
 
+bool TitleMatching::readNames() {
+    for (const SpeechPlanLine& line : lines_) {
+        if (!goesOn(keepGoing_, names_.size(), lines_.size()))
+            return false;
+        names_.append(fileNameOf(line, languages_));
+    }
+    return true;
+}
+
 // The project's titles by name, first those of the very name, then those with a number in front.
-void TitleMatching::matchWholeNames() {
+bool TitleMatching::matchWholeNames() {
     QHash<QString, QStringList> titles, unnumbered;
     for (const QString& title : project_.lstSpTitles) {
         titles[nameKey(title)].append(title);
@@ -126,16 +135,21 @@ void TitleMatching::matchWholeNames() {
                 matched_.insert(title);
             }
     };
-    for (Group& group : groups_)
+    qsizetype done = 0;
+    for (Group& group : groups_) {
+        if (!goesOn(keepGoing_, done++, groups_.size()))
+            return false;
         for (int level = Exact; level >= group.level; --level)
             for (const qsizetype line : group.lines)
                 take(group, titles.value(nameKey(names_[line].texts[level])));
+    }
     for (Group& group : groups_)
         for (int level = Exact; level >= group.level; --level)
             for (const qsizetype line : group.lines)
                 if (const auto found = unnumbered.value(nameKey(names_[line].texts[level]));
                     found.size() == 1)
                     take(group, found);
+    return true;
 }
 
 // A title that was made of a long name has its first characters only, and a number where several
@@ -175,7 +189,9 @@ void TitleMatching::nameNewTitles() {
     }
 }
 
-void TitleMatching::run() {
+bool TitleMatching::run() {
+    if (!readNames())
+        return false;
     QList<qsizetype> all(lines_.size());
     std::iota(all.begin(), all.end(), 0);
     split(all, Plain);
@@ -186,16 +202,18 @@ void TitleMatching::run() {
                      [](const auto& a, const auto& b) { return comesBefore(a.first, b.first); });
     for (qsizetype i = 0; i < groups_.size(); ++i)
         groups_[i] = ordered[i].second;
-    matchWholeNames();
+    if (!matchWholeNames())
+        return false;
     matchCutNames();
     nameNewTitles();
+    return true;
 }
 
 }  // namespace
 
-void matchTitles(const Project& project, const LanguageNames& languages,
-                 QList<SpeechPlanLine>& lines) {
-    TitleMatching(project, languages, lines).run();
+bool matchTitles(const Project& project, const LanguageNames& languages,
+                 QList<SpeechPlanLine>& lines, const KeepGoing& keepGoing) {
+    return TitleMatching(project, languages, lines, keepGoing).run();
 }
 
 }  // namespace tessaly
