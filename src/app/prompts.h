@@ -34,7 +34,6 @@ enum class FileKind {
     Speech,
     SpeechFolder,
     Chime,
-    CardDrive,
 };
 
 /// A file dialog for one kind of file.

@@ -45,8 +45,6 @@ QString keyOf(FileKind kind) {
             return u"folders/speechFolder"_s;
         case FileKind::Chime:
             return u"folders/chime"_s;
-        case FileKind::CardDrive:
-            return u"folders/cardDrive"_s;
     }
     Q_UNREACHABLE();
 }
@@ -205,14 +203,6 @@ QString RememberingPrompts::pickFolder(const QString& caption, const QString& st
     if (!folder.isEmpty())
         remembered_.keepFolder(kind, folder);
     return folder;
-}
-
-QString RememberingPrompts::pickDrive(const Drives& drives, const QString& current) {
-    const QString root = prompts_.pickDrive(
-        drives, current.isEmpty() ? remembered_.folder(FileKind::CardDrive) : current);
-    if (!root.isEmpty())
-        remembered_.keepFolder(FileKind::CardDrive, root);
-    return root;
 }
 
 }  // namespace tessaly

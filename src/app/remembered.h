@@ -67,7 +67,10 @@ class RememberingPrompts : public Prompts {
     QStringList openFiles(const FileRequest& request) override;
     QString saveFile(const FileRequest& request) override;
     QString pickFolder(const QString& caption, const QString& start, FileKind kind) override;
-    QString pickDrive(const Drives& drives, const QString& current) override;
+    /// Under the name of the card's drive may be somebody's disk next time: that is not remembered.
+    QString pickDrive(const Drives& drives, const QString& current) override {
+        return prompts_.pickDrive(drives, current);
+    }
     int pickLine(const QString& caption, const QStringList& lines) override {
         return prompts_.pickLine(caption, lines);
     }
