@@ -106,9 +106,10 @@ void OverviewModel::show(const SpeechOverview& overview) {
 }
 
 bool OverviewModel::lookFurther(const FileSystem& files) {
-    const bool goesOn = overview_.lookFurther(files, FilesLookedForAtOnce);
-    changed();
-    return goesOn;
+    const bool isNews = overview_.lookFurther(files, FilesLookedForAtOnce);
+    if (isNews)
+        changed();
+    return isNews;
 }
 
 void OverviewModel::changed() {

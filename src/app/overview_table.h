@@ -18,7 +18,7 @@ class OverviewModel : public QAbstractTableModel {
     const SpeechOverview& overview() const { return overview_; }
     void show(const SpeechOverview& overview);
 
-    /// Looks for some more of the files; false when it has looked for all.
+    /// Looks for some more of the files; true when something else came out than before.
     bool lookFurther(const FileSystem& files);
     void lookAgain() { overview_.lookAgain(); }
 

@@ -117,9 +117,10 @@ void OverviewSection::hideEvent(QHideEvent* event) {
 
 // A few files whenever there is nothing else to do, so that the window never waits for them all.
 void OverviewSection::lookFurther() {
-    if (!model_->lookFurther(files_))
+    if (model_->lookFurther(files_))
+        words_->setText(model_->overview().inWords());
+    if (model_->overview().hasSeenAll())
         looking_.stop();
-    words_->setText(model_->overview().inWords());
 }
 
 }  // namespace tessaly

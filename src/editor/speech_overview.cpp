@@ -3,6 +3,7 @@
 
 #include <QHash>
 #include <algorithm>
+#include <optional>
 
 namespace tessaly {
 
@@ -11,7 +12,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 // The one judgement of a speech file. What asks for more than its name and size belongs here, too.
-void lookAt(SpeechCell& cell, const FileSystem& files) {
+// True when it is another one than before.
+bool lookAt(SpeechCell& cell, const FileSystem& files) {
+    const SpeechFile before = cell.file;
     const auto size = files.fileSize(cell.path);
     const bool isMp3 = cell.path.endsWith(u".mp3"_s, Qt::CaseInsensitive);
     cell.file = !size                ? SpeechFile::Missing
@@ -21,26 +24,54 @@ void lookAt(SpeechCell& cell, const FileSystem& files) {
                    : *size == 0 ? u"The file is empty."_s
                    : !isMp3     ? u"The file is no MP3 file."_s
                                 : QString();
+    return cell.file != before;
+}
+
+// The row of each line; of equal lines, the first.
+QHash<QString, int> rowsOf(const QStringList& lines) {
+    QHash<QString, int> rows;
+    for (int row = int(lines.size()) - 1; row >= 0; --row)
+        rows[lines[row]] = row;
+    return rows;
 }
 
 }  // namespace
 
 SpeechOverview::SpeechOverview(const Project& project, const SpeechOverview& before)
     : titles_(project.lstSpTitles), languages_(project.lstLangs) {
-    QHash<QString, const SpeechCell*> known;
-    known.reserve(before.cells_.size());
-    for (const SpeechCell& cell : before.cells_)
-        if (cell.file != SpeechFile::None)
-            known.insert(cell.path, &cell);
-    const TrackIndex records(project);
-    cells_.reserve(titles_.size() * languages_.size());
+    const QHash<QString, int> titleRows = rowsOf(titles_), languageRows = rowsOf(languages_);
+    const auto place = [&](int title, int language) {
+        return qsizetype(title) * languages_.size() + language;
+    };
+    QList<const TrackRecord*> shown(titles_.size() * languages_.size(), nullptr);
+    for (const TrackRecord& record : project.TrackTable) {
+        const int title = isSpeech(record) ? titleRows.value(record.itemName.text(), -1) : -1;
+        const int language = title < 0 ? -1 : languageRows.value(record.groupName.text(), -1);
+        if (language >= 0 && !shown[place(title, language)])
+            shown[place(title, language)] = &record;
+    }
+    std::optional<QHash<QString, const SpeechCell*>> known;  // by path; made when one has moved
+    const auto find = [&](const QString& path) {
+        if (!known) {
+            known.emplace();
+            for (const SpeechCell& cell : before.cells_)
+                if (cell.file != SpeechFile::None)
+                    known->insert(cell.path, &cell);
+        }
+        return known->value(path);
+    };
+    cells_.reserve(shown.size());
     for (const QString& title : titles_)
         for (const QString& language : languages_) {
-            const TrackRecord* record = records.speech(title, language);
+            const TrackRecord* record = shown[place(titleRows[title], languageRows[language])];
             SpeechCell cell;
             if (record) {
                 cell = {.path = record->sourcePath.text(), .file = SpeechFile::NotSeen};
-                if (const SpeechCell* same = known.value(cell.path))
+                const qsizetype here = cells_.size();
+                if (here < before.cells_.size() && before.cells_[here].path == cell.path &&
+                    before.cells_[here].file != SpeechFile::None)
+                    cell = before.cells_[here];
+                else if (const SpeechCell* same = find(cell.path))
                     cell = *same;
             }
             cells_.append(cell);
@@ -54,12 +85,13 @@ const SpeechCell& SpeechOverview::at(const SpeechSelection& pair) const {
 }
 
 bool SpeechOverview::lookFurther(const FileSystem& files, int count) {
+    bool isNews = false;
     for (; seen_ < cells_.size() && count > 0; ++seen_)
         if (cells_[seen_].file != SpeechFile::None) {
-            lookAt(cells_[seen_], files);
+            isNews |= lookAt(cells_[seen_], files);
             --count;
         }
-    return seen_ < cells_.size();
+    return isNews;
 }
 
 SpeechSelection SpeechOverview::nextEmpty(const SpeechSelection& from) const {
