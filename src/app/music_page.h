@@ -60,6 +60,7 @@ class MusicPage : public EditorPage {
     void offerFiles(const QString& list);
     using LongWork = std::function<std::function<void()>(const KeepGoing&)>;
     void runLong(const QString& what, const LongWork& work);
+    void showAdded(int listRow, int trackRow);
     void showImport(const ImportResult& result, const QString& inside = {});
     void addFiles(const QStringList& paths, int listRow);
     void addDropsAndSorting();
