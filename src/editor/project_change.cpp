@@ -67,28 +67,29 @@ ProjectChange::ProjectChange(const Project& before, const Project& after)
 
 // Records that only changed places, as when rows are dragged. False when that is not all of it.
 bool ProjectChange::takeMoves(const QList<TrackRecord>& before, const QList<TrackRecord>& after) {
+    const auto weightOf = [](const TrackRecord& record) {  // tells most changes that are no moves
+        qsizetype weight = record.loudVolume.raw + 3 * record.endlessLoop.raw;
+        for (const auto text : Texts)
+            weight = 7 * weight + (record.*text).text().size();
+        return weight;
+    };
     const auto keyOf = [](const TrackRecord& record) {
-        return qHashMulti(0, record.kind.text(), record.itemName.text(), record.sourcePath.text(),
-                          record.endlessLoop.raw, record.cancelOnInterrupt.raw,
-                          record.loudVolume.raw);
+        return qHashMulti(0, record.itemName.text(), record.sourcePath.text());
     };
     QList<int> changed;
-    QList<size_t> keys;          // of what is in each slot that changed
-    size_t oldSum = 0, sum = 0;  // which tell most changes that are no moves
+    qsizetype gained = 0;
     for (int slot = 0; slot < int(common_); ++slot)
         if (before[slot] != after[slot]) {
             changed.append(slot);
-            keys.append(keyOf(after[slot]));
-            sum += keys.last();
-            oldSum += keyOf(before[slot]);
+            gained += weightOf(after[slot]) - weightOf(before[slot]);
         }
-    if (sum != oldSum)
+    if (gained != 0)
         return false;
     QMultiHash<size_t, int> places;
     for (const int slot : std::as_const(changed))
         places.insert(keyOf(before[slot]), slot);
-    for (qsizetype i = 0; i < changed.size(); ++i) {
-        const auto [slot, key] = std::pair(changed[i], keys[i]);
+    for (const int slot : std::as_const(changed)) {
+        const size_t key = keyOf(after[slot]);
         auto place = places.constFind(key);
         while (place != places.constEnd() && place.key() == key && before[*place] != after[slot])
             ++place;
