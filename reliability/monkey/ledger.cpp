@@ -3,7 +3,6 @@
 
 #include <malloc.h>
 
-#include <QAction>
 #include <QApplication>
 
 #include "model/card_file.h"
@@ -179,25 +178,38 @@ QStringList Ledger::savedAndReadBack() {
     return wrong;
 }
 
+bool Ledger::isNowLike(const Project& other) const {
+    const Project& project = world_.bench.current;
+    return edited(project) == edited(other) && sameContent(project, other);
+}
+
+QAction* Ledger::step(const char* name) const {
+    return world_.bench.window->findChild<QAction*>(name);
+}
+
+QStringList Ledger::nothingWithoutAStep() {
+    if (step("mnuEditUndo")->isEnabled() || step("mnuEditRedo")->isEnabled())
+        return {};
+    QStringList wrong;
+    if (start_ && !isNowLike(*start_))
+        wrong.append("an edit made no step that can be undone");
+    start_ = world_.bench.current;
+    return wrong;
+}
+
 QStringList Ledger::undoneAndRedone() {
-    const auto* window = world_.bench.window.get();
-    auto* undo = window->findChild<QAction*>("mnuEditUndo");
-    auto* redo = window->findChild<QAction*>("mnuEditRedo");
     const Project& project = world_.bench.current;
     const Project now = project;
     int steps = 0;
-    for (; undo->isEnabled(); ++steps)
-        undo->trigger();
+    for (; step("mnuEditUndo")->isEnabled(); ++steps)
+        step("mnuEditUndo")->trigger();
     QStringList wrong;
-    const auto isLike = [&](const Project& other) {
-        return edited(project) == edited(other) && sameContent(project, other);
-    };
-    if (start_ && !isLike(*start_))
+    if (start_ && !isNowLike(*start_))
         wrong.append(QString("%1 steps undone do not lead to the start").arg(steps));
     start_ = project;
-    for (int step = 0; step < steps; ++step)
-        redo->trigger();
-    if (!isLike(now))
+    for (int redone = 0; redone < steps; ++redone)
+        step("mnuEditRedo")->trigger();
+    if (!isNowLike(now))
         wrong.append(QString("%1 steps undone and redone are another project").arg(steps));
     before_ = project;
     wasMarked_ = project.unsavedChanges;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QAction>
 #include <QMap>
 #include <QStringList>
 
@@ -19,8 +20,12 @@ class Ledger {
     /// Every now and then: the project can be saved and is read back alike.
     QStringList savedAndReadBack();
 
-    /// Every now and then: all that was done is undone and done again, which leads to where the
-    /// undoing began the last time, and back to where things are now, field by field.
+    /// After each event of the operator's: as long as there is no step to undo or redo, the project
+    /// is what New, Open or a new start left.
+    QStringList nothingWithoutAStep();
+
+    /// Every now and then: all that was done is undone and done again, which leads to that start,
+    /// and back to where things are now, field by field.
     QStringList undoneAndRedone();
 
     /// Every now and then: nothing but the card and the folder of saved projects has changed.
@@ -34,13 +39,16 @@ class Ledger {
 
  private:
     QStringList mark();
+    bool isNowLike(const Project& other) const;
+    QAction* step(const char* name) const;
     QStringList loss() const;
 
     World& world_;
     QMap<QString, QByteArray> untouchables_;
     QStringList places_;
     Project before_;
-    std::optional<Project> start_;  // to which everything is undone; nothing: not known yet
+    std::optional<Project> start_;  // to which everything is undone; none: steps were made in
+                                    // the very event in which it began
     bool differed_ = false;
     bool couldBringBack_ = false;
     QStringList clean_;  // the project in words when the mark went last

@@ -68,6 +68,7 @@ QByteArray play(qint64 events) {
         alarm(HangSeconds);
         monkey.run(monkey.events() + 1);
     }
+    monkey.end();
     alarm(0);
     if (!monkey.wrong().isEmpty()) {
         std::fprintf(stderr, "WRONG: %s\n", qPrintable(monkey.wrong().join("\nWRONG: ")));

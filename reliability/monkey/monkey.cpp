@@ -8,6 +8,7 @@
 #include <QDialog>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QTabBar>
 #include <QThread>
 
@@ -125,6 +126,11 @@ void Monkey::step() {
     world_.dice = outerDice;
 }
 
+void Monkey::end() {
+    if (wrong_.isEmpty() && world_.bench.window->isVisible() && !world_.isRunning())
+        wrong_ += ledger_.undoneAndRedone();
+}
+
 void Monkey::note(const QString& name) {
     names_.push_back(QString("%1%2 %3").arg(events_).arg(QString(depth_ - 1, '>'), name));
     if (names_.size() > NamesKept)
@@ -211,7 +217,7 @@ bool Monkey::workOnList(QWidget* window, Dice& dice) {
     const auto noteRow = [&](const char* what) {
         note(QString(what) + ' ' + nameOf(list) + ' ' + QString::number(row));
     };
-    switch (dice.below(12)) {
+    switch (dice.below(20)) {
         case 0:
         case 1:
         case 2: {
@@ -241,6 +247,38 @@ bool Monkey::workOnList(QWidget* window, Dice& dice) {
             click(view, at);
             pressKey(window, dice.oneIn(2) ? Qt::Key_Up : Qt::Key_Down, Qt::AltModifier);
             break;
+        case 8:
+        case 9: {
+            const QStringList paths = world_.droppedPaths();
+            noteRow("drop files on");
+            drop(view, at, paths.join(" | "), true);
+            break;
+        }
+        case 10: {
+            const std::unique_ptr<QMimeData> dragged(list->model()->mimeData({}));
+            noteRow("drop the rows dragged on");
+            if (dragged)
+                drop(view, dice.oneIn(3) ? view->rect().bottomLeft() : at, *dragged);
+            break;
+        }
+        case 11:
+        case 12: {
+            static const char* const keys[] = {"Del", "F2", "Return", "Ctrl+A", "Shift+End"};
+            const QString key = dice.anyOf(keys);
+            noteRow(qPrintable("press " + key + " in"));
+            click(view, at);
+            const QKeyCombination pressed = QKeySequence(key)[0];
+            pressKey(window, pressed.key(), pressed.keyboardModifiers());
+            break;
+        }
+        case 13:  // those of the context menu
+            if (!list->actions().isEmpty()) {
+                QAction* command = dice.anyOf(list->actions());
+                noteRow(qPrintable("command " + command->text() + " of"));
+                command->trigger();
+                break;
+            }
+            [[fallthrough]];
         default:
             noteRow("click");
             click(view, at);
@@ -413,8 +451,11 @@ void Monkey::checkAfterEvent() {
     if (events_ % SaveEvery == 0)
         found += ledger_.savedAndReadBack();
     if (depth_ == 1) {
-        if (events_ % UndoEvery == 0 && !isRunning && bench.window->isVisible())
-            found += ledger_.undoneAndRedone();
+        if (!isRunning && bench.window->isVisible()) {
+            found += ledger_.nothingWithoutAStep();
+            if (events_ % UndoEvery == 0)
+                found += ledger_.undoneAndRedone();
+        }
         if (events_ % LookOutsideEvery == 0)
             found += ledger_.outside();
         if (events_ % MeasureEvery == 0)

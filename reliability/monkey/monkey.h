@@ -21,6 +21,9 @@ class Monkey : public QObject {
     /// Does events until `count` of them are done or something is wrong.
     void run(qint64 count);
 
+    /// After the last event: undoes all there is to undo, once more.
+    void end();
+
     const QStringList& wrong() const { return wrong_; }
     qint64 events() const { return events_; }
     /// The names of the last events, oldest first.

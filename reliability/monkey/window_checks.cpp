@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "window_checks.h"
 
+#include <QCheckBox>
 #include <QTableView>
 
 #include "card/card_files.h"
@@ -38,8 +39,8 @@ class Comparison {
     void shown(const QString& name, bool expected) { same(name, bench_.isShown(name), expected); }
 
     void speech() {
-        const int title = list("lstSpTitles", project_.lstSpTitles, "buttEditSpTitle");
-        const int language = list("lstLangs", project_.lstLangs, "buttEditLang");
+        const int title = list("lstSpTitles", project_.lstSpTitles, "SpTitle");
+        const int language = list("lstLangs", project_.lstLangs, "Lang");
         same("buttAddLang", bench_.isEnabled("buttAddLang"),
              !bench_.field("txtNewLang").isEmpty() && project_.lstLangs.size() < 16);
         file("txtSpeechFile", "buttAddSpFile", "speech", project_.lstSpTitles.value(title),
@@ -48,12 +49,11 @@ class Comparison {
             overview({title, language});
     }
     void music() {
-        const int row = list("lstMuList", project_.lstMuList, "buttEditMuList");
+        const int row = list("lstMuList", project_.lstMuList, "MuList");
         const QStringList tracks = project_.lstMuList.isEmpty()
                                        ? QStringList()
                                        : project_.lstMuTrack.value(project_.currentMusicList);
-        same("lstMuTrack", bench_.items("lstMuTrack"), tracks);
-        const int track = bench_.selectedRow("lstMuTrack");
+        const int track = list("lstMuTrack", tracks, "MuTrack", row >= 0);
         const QString name = project_.lstMuList.value(row);
         if (row >= 0)
             same("the current list", project_.MusicListNames.value(project_.currentMusicList),
@@ -68,15 +68,11 @@ class Comparison {
         if (isMusic && !items.isEmpty())
             items.prepend(ContinuousMixName.toString());
         same("lstTrigLeft", bench_.items("lstTrigLeft"), items);
-        const int left = bench_.selectedRow("lstTrigLeft");
-        const int right = bench_.selectedRow("lstTrigRight");
-        if (const auto* track = record("music", bench_.items("lstTrigRight").value(right),
-                                       bench_.items("lstTrigLeft").value(left));
-            isMusic && left > 0 && right > 0 && track) {
-            same("loud", bench_.isChecked("buttPlayLoudVolume"), track->loudVolume.isTrue());
-            same("cancel", bench_.isChecked("buttCancelOnInt"), track->cancelOnInterrupt.isTrue());
-            same("loop", bench_.isChecked("chkEndlessLoop"), track->endlessLoop.isTrue());
-        }
+        const QList<int> left = rowsIn("lstTrigLeft"), right = rowsIn("lstTrigRight");
+        if (isMusic && left.size() == 1 && left[0] > 0)
+            attributes("music", linesAt(bench_.items("lstTrigRight"), right), linesAt(items, left));
+        else if (!isMusic && !left.isEmpty())
+            attributes("speech", linesAt(items, left), {});
         for (int slot = 0; slot < 3; ++slot) {
             const TrackRecord& trigger = project_.TriggerTable[size_t(slot)];
             const QString row = bench_.text(QString("lblTrig_%1").arg(slot));
@@ -107,12 +103,49 @@ class Comparison {
     }
 
  private:
-    // Compares a list and returns the row that is selected, with which a button goes.
-    int list(const QString& name, const QStringList& lines, const QString& button) {
+    QList<int> rowsIn(const QString& list) const {
+        QList<int> rows;
+        const auto* view = bench_.find<QAbstractItemView>(list);
+        for (const QModelIndex& index : view->selectionModel()->selectedRows())
+            rows.append(index.row());
+        return rows;
+    }
+    // Compares a list and the buttons that go with what is selected there. Returns the row that is
+    // selected alone, -1 for none or several.
+    int list(const QString& name, const QStringList& lines, const QString& item, bool has = true) {
         same(name, bench_.items(name), lines);
-        const int row = bench_.selectedRow(name);
-        same(button, bench_.isEnabled(button), row >= 0);
-        return row;
+        const QList<int> rows = rowsIn(name);
+        same("buttEdit" + item, bench_.isEnabled("buttEdit" + item), has && rows.size() == 1);
+        same("buttDel" + item, bench_.isEnabled("buttDel" + item), has && !rows.isEmpty());
+        return rows.size() == 1 ? rows.first() : -1;
+    }
+    // Compares the attributes of what is selected with the records of one kind that are named so,
+    // in any of those groups; without a group, in all. Several that differ have no mark.
+    void attributes(const char* kind, QSet<QString> items, const QSet<QString>& groups) {
+        items.remove(PlayFullListName.toString());
+        QSet<bool> loud, cancel, loop;
+        for (const TrackRecord& one : project_.TrackTable)
+            if (one.kind == kind && items.contains(one.itemName.text()) &&
+                (groups.isEmpty() || groups.contains(one.groupName.text()))) {
+                loud.insert(one.loudVolume.isTrue());
+                cancel.insert(one.cancelOnInterrupt.isTrue());
+                loop.insert(one.endlessLoop.isTrue());
+            }
+        if (loud.isEmpty() || (items.size() == 1 && loud.size() + cancel.size() + loop.size() > 3))
+            return;  // no file, or those of one name that differ: the first one's are shown
+        const auto marks = [this](const char* off, const char* on) {
+            return std::pair(bench_.isChecked(off), bench_.isChecked(on));
+        };
+        const auto expected = [](const QSet<bool>& values) {
+            return std::pair(!values.contains(true), !values.contains(false));
+        };
+        same("loud", marks("buttPlayNormVolume", "buttPlayLoudVolume"), expected(loud));
+        same("cancel", marks("buttResumeOnInt", "buttCancelOnInt"), expected(cancel));
+        if (!groups.isEmpty())
+            same("loop", bench_.find<QCheckBox>("chkEndlessLoop")->checkState(),
+                 loop.size() > 1       ? Qt::PartiallyChecked
+                 : loop.contains(true) ? Qt::Checked
+                                       : Qt::Unchecked);
     }
     // Compares the table of all titles and languages, and where the operator is in it.
     void overview(const SpeechSelection& selected) {

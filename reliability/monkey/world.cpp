@@ -59,9 +59,12 @@ void World::makeFiles() {
     for (int i = 0; i < 40; ++i)
         write(QString("music/Forty/%1.mp3").arg(i), tagged("T" + QByteArray::number(i % 30), 3));
     bench.scratch.makeFolder("music/empty");
+    for (const char* name : {"English/01 Welcome", "English/Song A", "Deutsch/01 Welcome",
+                             "Deutsch/A name longer than sixteen"})
+        write(QString("music/talks/%1.mp3").arg(name), "speech");
     bench.scratch.makeFolder("other card");
     for (const char* name : {"Evening", "A name longer than sixteen", "Évolution", "none", "Forty",
-                             "empty", "missing", "Evening/"})
+                             "empty", "missing", "Evening/", "talks", "talks/English"})
         folders_.append(bench.scratch.path(QString("music/") + name));
 
     const QByteArray song = bench.scratch.path("music/Evening/0 Song.mp3").toUtf8();
@@ -191,6 +194,13 @@ QString World::pathFor(const QString& what) {
     if (what.startsWith("open TXT"))
         return dice->anyOf(playlists_);
     return what.startsWith("open ") ? dice->anyOf(mp3s_) : dice->anyOf(folders_);
+}
+
+QStringList World::droppedPaths() {
+    QStringList paths;
+    for (int left = 1 + dice->below(dice->oneIn(3) ? 6 : 2); left > 0; --left)
+        paths.append(dice->anyOf(dice->oneIn(2) ? mp3s_ : dice->oneIn(3) ? playlists_ : folders_));
+    return paths;
 }
 
 QString World::text() {

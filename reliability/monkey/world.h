@@ -40,6 +40,9 @@ class World {
     /// What people type, paste and answer, of all kinds.
     QString text();
 
+    /// What people drag in together from the desktop: files, folders, playlists, speech.
+    QStringList droppedPaths();
+
     bool faulty() const { return failOneIn_ > 0; }
 
     /// Files that nobody may change, with their content: sources, playlists, the program's own

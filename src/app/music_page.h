@@ -58,6 +58,7 @@ class MusicPage : public EditorPage {
     void showLists(const Rows& rows);
     void showTracks(const Rows& rows);
     void offerFiles(const QString& list);
+    void showAdded(int listRow, int trackRow);
     void showImport(const ImportResult& result, const QString& inside = {});
     void addFiles(const QStringList& paths, int listRow);
     void addDropsAndSorting();

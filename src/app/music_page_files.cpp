@@ -27,6 +27,13 @@ void MusicPage::buttAddMuFile_Click() {
     tellUnsavablePaths(services_.prompts, {path});
 }
 
+// Brings a list into view with its new tracks, of which the last is selected.
+void MusicPage::showAdded(int listRow, int trackRow) {
+    selectRows({LineList::rowsOf(listRow), LineList::rowsOf(trackRow)});
+    emit summaryDue();
+    emit projectChanged();
+}
+
 // Shows what an import brought. `inside` is a folder without MP3 files whose folders hold some.
 void MusicPage::showImport(const ImportResult& result, const QString& inside) {
     const bool isMade = result.outcome == ImportResult::Outcome::Imported;
@@ -44,8 +51,8 @@ void MusicPage::showImport(const ImportResult& result, const QString& inside) {
     }
     if (isMade)
         clearEntries();
-    listEdited({.isDone = result.listRow >= 0, .row = result.listRow});
-    trackEdited({.isDone = result.trackRow >= 0, .row = result.trackRow});
+    if (result.listRow >= 0)
+        showAdded(result.listRow, result.trackRow);
     if (isMade)
         offerFiles(result.list);
     if (addsInside)
@@ -121,8 +128,7 @@ void MusicPage::addFiles(const QStringList& paths, int listRow) {
         return [this, summary] {
             if (summary.listRow >= 0) {
                 clearEntries();
-                listEdited({.isDone = true, .row = summary.listRow});
-                trackEdited({.isDone = summary.trackRow >= 0, .row = summary.trackRow});
+                showAdded(summary.listRow, summary.trackRow);
             }
             if (!summary.isCancelled)
                 tellSummary(services_.prompts, summary);

@@ -18,8 +18,8 @@ class OverviewModel : public QAbstractTableModel {
     const SpeechOverview& overview() const { return overview_; }
     void show(const SpeechOverview& overview);
 
-    /// Looks for some more of the files; false when it has looked for all. What was found is shown
-    /// by showFound().
+    /// Looks for some more of the files; true when something else came out than before, which is
+    /// shown by showFound().
     bool lookFurther(const FileSystem& files);
     void lookAgain() { overview_.lookAgain(); }
     void showFound();

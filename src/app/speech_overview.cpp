@@ -138,11 +138,13 @@ void OverviewSection::hideEvent(QHideEvent* event) {
 // A few files whenever there is nothing else to do, so that the window never waits for them all. To
 // paint the table takes longer than to look for the files in it.
 void OverviewSection::lookFurther() {
-    const bool goesOn = model_->lookFurther(files_);
-    if (!goesOn)
+    hasNews_ |= model_->lookFurther(files_);
+    const bool isOver = model_->overview().hasSeenAll();
+    if (isOver)
         looking_.stop();
-    else if (shown_.isValid() && !shown_.hasExpired(ShowEveryMs))
+    if (!hasNews_ || (!isOver && shown_.isValid() && !shown_.hasExpired(ShowEveryMs)))
         return;
+    hasNews_ = false;
     shown_.start();
     model_->showFound();
     showWords();

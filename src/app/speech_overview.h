@@ -66,7 +66,8 @@ class OverviewSection : public QGroupBox {
     QLabel* words_;
     QAction* clear_;
     QTimer looking_;
-    QElapsedTimer shown_;  ///< since the table last showed what was found
+    bool hasNews_ = false;  ///< something else was found than is shown
+    QElapsedTimer shown_;   ///< since the table last showed what was found
 };
 
 }  // namespace tessaly

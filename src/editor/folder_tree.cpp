@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <set>
+#include <utility>
 
 #include "platform/error.h"
 #include "platform/paths.h"
@@ -110,10 +111,14 @@ bool comesBefore(const QString& a, const QString& b) {
 }
 
 void sortByName(QStringList& paths) {
-    std::sort(paths.begin(), paths.end(), [](const QString& a, const QString& b) {
-        const QString first = lastNameOf(a), second = lastNameOf(b);
-        return first == second ? a < b : comesBefore(first, second);
+    QList<std::pair<QString, QString>> named;
+    for (const QString& path : std::as_const(paths))
+        named.append({lastNameOf(path), path});
+    std::sort(named.begin(), named.end(), [](const auto& a, const auto& b) {
+        return a.first == b.first ? a.second < b.second : comesBefore(a.first, b.first);
     });
+    for (qsizetype i = 0; i < paths.size(); ++i)
+        paths[i] = named[i].second;
 }
 
 bool isMp3Name(const QString& name) {

@@ -105,20 +105,21 @@ QStringList appendTracks(Project& project, const QString& list, const QList<Impo
                          RecordNames recordNames, UniqueNames& names, qsizetype& characters) {
     QStringList appended;
     QSet<QString> lines;
+    const Variant music = kind::Music, group = list;  // one text for all
     for (const ImportedTrack& track : tracks) {
         const QString listed = addMusicTrack(project, track.name, names);
         characters += listed.size();
         if (characters > MostNameCharacters)
             throw tooMuch(u"too many of its tracks have the same name."_s);
         TrackRecord record;
-        record.kind = kind::Music;
+        record.kind = music;
         // Two Cyrillic names become the same question marks in a project file, so the second is
         // numbered although no line has that name yet. Its record follows the line.
         record.itemName = recordNames == RecordNames::AsListed || !lines.contains(track.name)
                               ? listed
                               : track.name;
         lines.insert(listed);
-        record.groupName = list;
+        record.groupName = group;
         record.sourcePath = track.path;
         project.TrackTable.append(record);
         appended.append(listed);

@@ -118,11 +118,11 @@ EditResult deleteMusicTracks(Project& project, int list, const Rows& tracks) {
 }
 
 Rows moveMusicLists(Project& project, const QList<RowTravel>& travels) {
-    const auto first =
-        travels.isEmpty() ? std::nullopt : lineAt(project.lstMuList, travels.first().from);
+    const auto alone =
+        travels.size() == 1 ? lineAt(project.lstMuList, travels.first().from) : std::nullopt;
     const Rows rows = moveLines(project.lstMuList, travels);
-    if (first)
-        selectMusicList(project, *first);
+    if (alone)
+        selectMusicList(project, *alone);
     return rows;
 }
 

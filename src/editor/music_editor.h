@@ -50,7 +50,7 @@ EditResult deleteMusicLists(Project& project, const Rows& lists);
 /// Removes tracks of one list; triggers and power-up item that play them are freed.
 EditResult deleteMusicTracks(Project& project, int list, const Rows& tracks);
 
-/// Moves lists within the display order. The first one in `travels` becomes the current one.
+/// Moves lists within the display order. One that is moved alone becomes the current one.
 Rows moveMusicLists(Project& project, const QList<RowTravel>& travels);
 
 /// Moves tracks of a list; see moveTracks().

@@ -2,6 +2,7 @@
 #include "editor/music_files.h"
 
 #include <QDir>
+#include <functional>
 #include <utility>
 
 #include "editor/folder_tree.h"
@@ -33,6 +34,8 @@ class Gathering {
 
     void gather(QStringList paths);
     void nameTracks();
+
+    int count() const { return int(count_); }
 
     AddSummary summary;
     QList<FoundList> lists;
@@ -153,7 +156,7 @@ void Gathering::nameTracks() {
     int done = 0;
     for (FoundList& list : lists)
         for (StandardEntry& entry : list.tracks) {
-            if (keepGoing_ && !keepGoing_(done++, int(count_))) {
+            if (keepGoing_ && !keepGoing_(done++, int(2 * count_))) {  // half of the work
                 summary.isCancelled = true;
                 return;
             }
@@ -173,18 +176,27 @@ UniqueNames namesTakenIn(const Project& project, const QString& list) {
     return UniqueNames(taken);
 }
 
+constexpr qsizetype AppendedAtOnce = 500;
+
 // Appends what was found to the current list.
 void append(Project& project, const QString& list, const FoundList& found, UniqueNames& names,
-            qsizetype& characters, AddSummary& summary) {
-    QList<ImportedTrack> tracks;
-    for (const StandardEntry& entry : found.tracks)
-        tracks.append({firstCharacters(entry.title, limits::DisplayText), entry.location});
-    const QStringList lines =
-        appendTracks(project, list, tracks, RecordNames::AsListed, names, characters);
-    for (qsizetype i = 0; i < lines.size(); ++i)
-        summary.noteName(wholePath(found.tracks[i].location) + u':', found.tracks[i].title,
-                         lines[i], limits::DisplayText);
-    summary.added += int(lines.size());
+            qsizetype& characters, AddSummary& summary, const std::function<bool()>& keepGoing) {
+    for (qsizetype first = 0; first < found.tracks.size(); first += AppendedAtOnce) {
+        const QList<StandardEntry> entries = found.tracks.mid(first, AppendedAtOnce);
+        QList<ImportedTrack> tracks;
+        for (const StandardEntry& entry : entries)
+            tracks.append({firstCharacters(entry.title, limits::DisplayText), entry.location});
+        const QStringList lines =
+            appendTracks(project, list, tracks, RecordNames::AsListed, names, characters);
+        for (qsizetype i = 0; i < lines.size(); ++i)
+            summary.noteName(wholePath(entries[i].location) + u':', entries[i].title, lines[i],
+                             limits::DisplayText);
+        summary.added += int(lines.size());
+        if (!keepGoing()) {
+            summary.isCancelled = true;
+            return;
+        }
+    }
 }
 
 }  // namespace
@@ -204,11 +216,14 @@ AddSummary addMusicFiles(Project& project, FileSystem& files, const Mp3Tags& tag
     // On a copy, so that a failure on the way leaves the project whole.
     Project grown = project;
     qsizetype characters = 0;
+    const auto goOn = [&] {
+        return !keepGoing || keepGoing(found.count() + summary.added, 2 * found.count());
+    };
     if (const auto list = lineAt(grown.lstMuList, target.listRow)) {
         selectMusicList(grown, *list);
         UniqueNames names = namesTakenIn(grown, *list);
         for (const FoundList& each : found.lists)
-            append(grown, *list, each, names, characters, summary);
+            append(grown, *list, each, names, characters, summary, goOn);
         summary.listRow = target.listRow;
     } else {
         UniqueNames lists(grown.lstMuList);
@@ -218,11 +233,13 @@ AddSummary addMusicFiles(Project& project, FileSystem& files, const Mp3Tags& tag
             if (!cut.isEmpty())
                 summary.noteName(u"The music list"_s, each.name, name, limits::DisplayText);
             UniqueNames names(grown.lstMuTrack[grown.currentMusicList]);
-            append(grown, name, each, names, characters, summary);
+            append(grown, name, each, names, characters, summary, goOn);
         }
         summary.lists = int(found.lists.size());
         summary.listRow = int(grown.lstMuList.size()) - 1;
     }
+    if (summary.isCancelled)
+        return {.isCancelled = true};
     summary.trackRow = int(grown.lstMuTrack[grown.currentMusicList].size()) - 1;
     grown.unsavedChanges = true;
     project = std::move(grown);

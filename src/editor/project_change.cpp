@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/project_change.h"
 
+#include <QMultiHash>
 #include <QSet>
 #include <algorithm>
+#include <iterator>
 
 #include "model/music_lists.h"
 #include "model/numbers.h"
@@ -19,55 +21,31 @@ Project withoutTable(Project project) {
     return project;
 }
 
-constexpr int FieldCount = 8;
+constexpr Variant TrackRecord::*Texts[] = {&TrackRecord::kind, &TrackRecord::itemName,
+                                           &TrackRecord::groupName, &TrackRecord::sourcePath};
+constexpr Boolean16 TrackRecord::*Flags[] = {
+    &TrackRecord::endlessLoop, &TrackRecord::cancelOnInterrupt, &TrackRecord::loudVolume};
+constexpr int FirstFlag = int(std::size(Texts)), Tag = FirstFlag + int(std::size(Flags));
+
+bool isSame(const TrackRecord& a, const TrackRecord& b, int field) {
+    return field < FirstFlag ? a.*Texts[field] == b.*Texts[field]
+           : field < Tag     ? a.*Flags[field - FirstFlag] == b.*Flags[field - FirstFlag]
+                             : a.typeTag == b.typeTag;
+}
 
 Variant valueOf(const TrackRecord& record, int field) {
-    switch (field) {
-        case 0:
-            return record.kind;
-        case 1:
-            return record.itemName;
-        case 2:
-            return record.groupName;
-        case 3:
-            return record.sourcePath;
-        case 4:
-            return record.endlessLoop;
-        case 5:
-            return record.cancelOnInterrupt;
-        case 6:
-            return record.loudVolume;
-        default:
-            return QString::fromLatin1(record.typeTag.data(), record.typeTag.size());
-    }
+    return field < FirstFlag ? record.*Texts[field]
+           : field < Tag     ? Variant(record.*Flags[field - FirstFlag])
+                             : QString::fromLatin1(record.typeTag.data(), record.typeTag.size());
 }
 
 void setValue(TrackRecord& record, int field, const Variant& value) {
-    switch (field) {
-        case 0:
-            record.kind = value;
-            break;
-        case 1:
-            record.itemName = value;
-            break;
-        case 2:
-            record.groupName = value;
-            break;
-        case 3:
-            record.sourcePath = value;
-            break;
-        case 4:
-            record.endlessLoop = *value.asBoolean();
-            break;
-        case 5:
-            record.cancelOnInterrupt = *value.asBoolean();
-            break;
-        case 6:
-            record.loudVolume = *value.asBoolean();
-            break;
-        default:
-            std::ranges::copy(value.asText()->toLatin1(), record.typeTag.begin());
-    }
+    if (field < FirstFlag)
+        record.*Texts[field] = value;
+    else if (field < Tag)
+        record.*Flags[field - FirstFlag] = *value.asBoolean();
+    else
+        std::ranges::copy(value.asText()->toLatin1(), record.typeTag.begin());
 }
 
 }  // namespace
@@ -78,7 +56,8 @@ ProjectChange::ProjectChange(const Project& before, const Project& after)
     : before_(withoutTable(before)),
       after_(withoutTable(after)),
       common_(std::min(before.TrackTable.size(), after.TrackTable.size())) {
-    if (!before.TrackTable.isSharedWith(after.TrackTable))
+    if (!before.TrackTable.isSharedWith(after.TrackTable) &&
+        !takeMoves(before.TrackTable, after.TrackTable))
         for (qsizetype slot = 0; slot < common_; ++slot)
             if (before.TrackTable[slot] != after.TrackTable[slot])
                 compare(slot, before.TrackTable[slot], after.TrackTable[slot]);
@@ -86,12 +65,50 @@ ProjectChange::ProjectChange(const Project& before, const Project& after)
     endAfter_ = after.TrackTable.mid(common_);
 }
 
+// Records that only changed places, as when rows are dragged. False when that is not all of it.
+bool ProjectChange::takeMoves(const QList<TrackRecord>& before, const QList<TrackRecord>& after) {
+    const auto weightOf = [](const TrackRecord& record) {  // tells most changes that are no moves
+        qsizetype weight = record.loudVolume.raw + 3 * record.endlessLoop.raw;
+        for (const auto text : Texts)
+            weight = 7 * weight + (record.*text).text().size();
+        return weight;
+    };
+    const auto keyOf = [](const TrackRecord& record) {
+        return qHashMulti(0, record.itemName.text(), record.sourcePath.text());
+    };
+    QList<int> changed;
+    qsizetype gained = 0;
+    for (int slot = 0; slot < int(common_); ++slot)
+        if (before[slot] != after[slot]) {
+            changed.append(slot);
+            gained += weightOf(after[slot]) - weightOf(before[slot]);
+        }
+    if (gained != 0)
+        return false;
+    QMultiHash<size_t, int> places;
+    for (const int slot : std::as_const(changed))
+        places.insert(keyOf(before[slot]), slot);
+    for (const int slot : std::as_const(changed)) {
+        const size_t key = keyOf(after[slot]);
+        auto place = places.constFind(key);
+        while (place != places.constEnd() && place.key() == key && before[*place] != after[slot])
+            ++place;
+        if (place == places.constEnd() || place.key() != key) {
+            moves_.clear();
+            return false;
+        }
+        moves_.append({*place, slot});
+        places.erase(place);
+    }
+    return true;
+}
+
 // A list that was renamed changes all its records in the same way: that is one change.
 void ProjectChange::compare(qsizetype slot, const TrackRecord& before, const TrackRecord& after) {
-    for (int field = 0; field < FieldCount; ++field) {
-        const Variant old = valueOf(before, field), now = valueOf(after, field);
-        if (old == now)
+    for (int field = 0; field <= Tag; ++field) {
+        if (isSame(before, after, field))
             continue;
+        const Variant old = valueOf(before, field), now = valueOf(after, field);
         const auto same =
             std::find_if(fields_.rbegin(), fields_.rend(),
                          [&](const FieldChange& change) { return change.field == field; });
@@ -107,6 +124,9 @@ void ProjectChange::compare(qsizetype slot, const TrackRecord& before, const Tra
 void ProjectChange::put(Project& project, bool isAfter) const {
     QList<TrackRecord> table = std::exchange(project.TrackTable, {});
     Q_ASSERT(table.size() == common_ + (isAfter ? endBefore_ : endAfter_).size());
+    const QList<TrackRecord> old = moves_.isEmpty() ? QList<TrackRecord>() : table;
+    for (const auto& [from, to] : moves_)
+        table[isAfter ? to : from] = old[isAfter ? from : to];
     for (const FieldChange& change : fields_)
         for (const auto& [first, end] : change.ranges)
             for (qsizetype slot = first; slot < end; ++slot)
@@ -129,17 +149,19 @@ struct Difference {
 
 Difference differenceOf(const QStringList& before, const QStringList& after) {
     Difference found;
-    const QSet<QString> old(before.begin(), before.end()), now(after.begin(), after.end());
-    for (const QString& line : after)
-        if (!old.contains(line))
-            found.added.append(line);
-    for (const QString& line : before)
-        if (!now.contains(line))
-            found.removed.append(line);
+    // What is alike at both ends of a long list needs no second look.
     const auto [from, to] = std::mismatch(before.begin(), before.end(), after.begin(), after.end());
+    const auto [fromEnd, toEnd] = std::mismatch(before.rbegin(), std::make_reverse_iterator(from),
+                                                after.rbegin(), std::make_reverse_iterator(to));
+    const QSet<QString> old(from, fromEnd.base()), now(to, toEnd.base());
+    for (auto line = to; line != toEnd.base(); ++line)
+        if (!old.contains(*line))
+            found.added.append(*line);
+    for (auto line = from; line != fromEnd.base(); ++line)
+        if (!now.contains(*line))
+            found.removed.append(*line);
     found.isMoved = found.added.isEmpty() && found.removed.isEmpty() && to != after.end();
-    if (found.isMoved)
-        found.moved = *to;
+    found.moved = found.isMoved ? *to : QString();
     return found;
 }
 

@@ -30,11 +30,14 @@ class ProjectChange {
     };
 
     void put(Project& project, bool isAfter) const;
+    bool takeMoves(const QList<TrackRecord>& before, const QList<TrackRecord>& after);
     void compare(qsizetype slot, const TrackRecord& before, const TrackRecord& after);
 
     // The two states without their tables of tracks.
     Project before_, after_;
-    // The table: what differs, and the records that only the longer of the two has at its end.
+    // The table: what differs, either by the places of whole records, from and to, or by fields;
+    // and the records that only the longer of the two has at its end.
+    QList<std::pair<int, int>> moves_;
     QList<FieldChange> fields_;
     QList<TrackRecord> endBefore_, endAfter_;
     qsizetype common_ = 0;

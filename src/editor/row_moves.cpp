@@ -3,6 +3,7 @@
 
 #include <QHash>
 #include <algorithm>
+#include <cstdlib>
 #include <numeric>
 
 #include "model/music_lists.h"
@@ -27,23 +28,26 @@ Rows startsOf(const QList<RowTravel>& travels) {
     return rows;
 }
 
-// Takes every travel step by step, as long as `move` can.
-template <typename MoveOne>
-Rows travel(QStringList& lines, const QList<RowTravel>& travels, const MoveOne& move) {
+// Takes every travel as far as `go` gets: that returns the row that was reached.
+template <typename Go>
+Rows travel(QStringList& lines, const QList<RowTravel>& travels, const Go& go) {
     const QSet<QString> texts = linesAt(lines, startsOf(travels));
     const auto exists = [&](int row) { return row >= 0 && row < int(lines.size()); };
-    for (const auto& [from, to] : travels) {
-        if (!exists(from) || !exists(to))
-            continue;
-        const Direction direction = to < from ? Direction::Up : Direction::Down;
-        for (int row = from; row != to && move(row, direction); row += int(direction))
-            lines.swapItemsAt(row, row + int(direction));
-    }
+    QList<int> order(lines.size());  // for each row, the one that its line comes from
+    std::iota(order.begin(), order.end(), 0);
+    for (const auto& [from, to] : travels)
+        if (exists(from) && exists(to))
+            order.move(from, go(from, to));
+    const QStringList before = lines;
+    for (int row = 0; row < int(order.size()); ++row)
+        if (order[row] != row)
+            lines[row] = before[order[row]];
     return rowsOf(lines, texts);
 }
 
-/// Where the records of tracks that travel stand in the table. Ten thousand moves cost little more
-/// than one: they only count places, and the records change theirs at the end.
+/// Where the records of tracks that travel stand in the table. Five thousand tracks that pass five
+/// thousand others make 25 million moves: so they only count places, a whole way at once where they
+/// can, and the records change theirs at the end.
 class RecordMoves {
  public:
     RecordMoves(const Project& project, const QString& list, const QStringList& lines,
@@ -69,24 +73,17 @@ class RecordMoves {
             trackAtRow_[row] = numbers.value(lines[row], -1);
     }
 
-    // False when the record of the track in that row has no neighbour there.
-    bool move(int row, Direction direction) {
-        Q_ASSERT(trackAtRow_[row] >= 0);
-        const qsizetype slot = slotOf(places_[trackAtRow_[row]]);
-        const qsizetype partner = slot + int(direction);
-        if (slot > 0 && (partner < 1 || partner >= table_.size()))
-            return false;
-        trackAtRow_.swapItemsAt(row, row + int(direction));
-        if (slot <= 0)
-            return true;
-        order_.swapItemsAt(slot, partner);
-        const int one = trackAtSlot_[slot], other = trackAtSlot_[partner];
-        if (one == other)
-            return true;
-        takePlace(one, slot, partner);
-        takePlace(other, partner, slot);
-        trackAtSlot_.swapItemsAt(slot, partner);
-        return true;
+    // Moves the track in a row until it is in the other, or its record has no neighbour on that
+    // side. Returns the row that was reached.
+    int go(int from, int to) {
+        Q_ASSERT(trackAtRow_[from] >= 0);
+        const int step = to < from ? -1 : 1;
+        if (places_[trackAtRow_[from]].size() <= 1)
+            return goAtOnce(from, std::abs(to - from), step);
+        int row = from;
+        for (; row != to && move(row, step); row += step) {
+        }
+        return row;
     }
 
     void applyTo(Project& project) const {
@@ -113,13 +110,51 @@ class RecordMoves {
         return found == places.end() ? -1 : *found;
     }
 
+    // A track with one record at most: the same one moves at every step.
+    int goAtOnce(int from, int steps, int step) {
+        const int track = trackAtRow_[from];
+        const qsizetype slot = slotOf(places_[track]);
+        if (slot > 0) {
+            const qsizetype neighbours = step < 0 ? slot - 1 : table_.size() - 1 - slot;
+            steps = int(std::min<qsizetype>(steps, neighbours));
+            const int* const tracks = trackAtSlot_.constData() + slot;
+            for (int passed = step; passed != (steps + 1) * step; passed += step)
+                if (tracks[passed] >= 0)
+                    takePlace(tracks[passed], slot + passed, slot + passed - step);
+            takePlace(track, slot, slot + steps * step);
+            order_.move(slot, slot + steps * step);
+            trackAtSlot_.move(slot, slot + steps * step);
+        }
+        trackAtRow_.move(from, from + steps * step);
+        return from + steps * step;
+    }
+
+    // False when the record of the track in that row has no neighbour there.
+    bool move(int row, int step) {
+        const qsizetype slot = slotOf(places_[trackAtRow_[row]]);
+        const qsizetype partner = slot + step;
+        if (slot > 0 && (partner < 1 || partner >= table_.size()))
+            return false;
+        trackAtRow_.swapItemsAt(row, row + step);
+        if (slot <= 0)
+            return true;
+        order_.swapItemsAt(slot, partner);
+        const int one = trackAtSlot_[slot], other = trackAtSlot_[partner];
+        if (one == other)
+            return true;
+        takePlace(one, slot, partner);
+        takePlace(other, partner, slot);
+        trackAtSlot_.swapItemsAt(slot, partner);
+        return true;
+    }
+
     void takePlace(int track, qsizetype from, qsizetype to) {
         if (track >= 0)
             std::replace(places_[track].begin(), places_[track].end(), from, to);
     }
 
     const QList<TrackRecord> table_;  // as it was
-    QList<qsizetype> order_;          // for each slot, the one that its record comes from
+    QList<int> order_;                // for each slot, the one that its record comes from
     QList<int> trackAtSlot_;  // the track that travels and has its record there; -1 for none
     QList<int> trackAtRow_;
     QList<QList<qsizetype>> places_;  // for each track that travels, ascending
@@ -153,14 +188,14 @@ QList<RowTravel> travelsBefore(const Rows& rows, int before) {
 }
 
 Rows moveLines(QStringList& lines, const QList<RowTravel>& travels) {
-    return travel(lines, travels, [](int, Direction) { return true; });
+    return travel(lines, travels, [](int, int to) { return to; });
 }
 
 Rows moveTracks(Project& project, const QString& list, QStringList& lines,
                 const QList<RowTravel>& travels) {
     RecordMoves records(project, list, lines, startsOf(travels));
-    const Rows rows = travel(
-        lines, travels, [&](int row, Direction direction) { return records.move(row, direction); });
+    const Rows rows =
+        travel(lines, travels, [&](int from, int to) { return records.go(from, to); });
     records.applyTo(project);
     return rows;
 }
@@ -174,19 +209,19 @@ void reorderTracks(Project& project, const QString& list, QStringList& lines,
         rows.insert(lines[row], int(ordered.size()));
         ordered.append(lines[row]);
     }
-    QList<qsizetype> places;
-    for (qsizetype slot = 1; slot < project.TrackTable.size(); ++slot)
-        if (const TrackRecord& record = project.TrackTable[slot];
-            isMusic(record) && record.groupName.is(list) && rows.contains(record.itemName.text()))
-            places.append(slot);
     const QList<TrackRecord> before = project.TrackTable;
-    QList<qsizetype> sorted = places;
-    std::stable_sort(sorted.begin(), sorted.end(), [&](qsizetype a, qsizetype b) {
-        return rows[before[a].itemName.text()] < rows[before[b].itemName.text()];
-    });
+    QList<std::pair<int, qsizetype>> sorted;  // row and place of each record
+    QList<qsizetype> places;
+    for (qsizetype slot = 1; slot < before.size(); ++slot)
+        if (const TrackRecord& record = before[slot]; isMusic(record) && record.groupName.is(list))
+            if (const int row = rows.value(record.itemName.text(), -1); row >= 0) {
+                sorted.append({row, slot});
+                places.append(slot);
+            }
+    std::sort(sorted.begin(), sorted.end());
     for (qsizetype i = 0; i < places.size(); ++i)
-        if (places[i] != sorted[i])
-            project.TrackTable[places[i]] = before[sorted[i]];
+        if (places[i] != sorted[i].second)
+            project.TrackTable[places[i]] = before[sorted[i].second];
     lines = ordered;
 }
 

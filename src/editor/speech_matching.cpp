@@ -126,7 +126,7 @@ AddSummary applySpeechPlan(Project& project, const SpeechPlan& plan) {
     SpeechPlan judged = plan;
     judgeSpeechPlan(project, judged);
     AddSummary summary = plan.leftOut;
-    QList<SpeechPlanLine> lines = takenLines(judged, summary);
+    const QList<SpeechPlanLine> lines = takenLines(judged, summary);
 
     const auto noteName = [&](const QString& what, const QString& whole, const QString& name,
                               int limit) {
@@ -140,14 +140,15 @@ AddSummary applySpeechPlan(Project& project, const SpeechPlan& plan) {
             noteName(u"The language"_s, line.wholeLanguage, languages.nameOf(line.language),
                      limits::LanguageName);
         }
-    QList<SpeechPlanLine> byName = lines;
-    std::stable_sort(byName.begin(), byName.end(), [](const auto& a, const auto& b) {
-        return comesBefore(lastNameOf(a.path), lastNameOf(b.path));
-    });
-    for (const SpeechPlanLine& line : byName)
-        if (titles.add(line.title)) {
+    QList<std::pair<QString, const SpeechPlanLine*>> byName;
+    for (const SpeechPlanLine& line : std::as_const(lines))
+        byName.append({lastNameOf(line.path), &line});
+    std::stable_sort(byName.begin(), byName.end(),
+                     [](const auto& a, const auto& b) { return comesBefore(a.first, b.first); });
+    for (const auto& [name, line] : std::as_const(byName))
+        if (titles.add(line->title)) {
             ++summary.titles;
-            noteName(u"The title"_s, line.wholeTitle, titles.nameOf(line.title),
+            noteName(u"The title"_s, line->wholeTitle, titles.nameOf(line->title),
                      limits::DisplayText);
         }
 
@@ -156,21 +157,22 @@ AddSummary applySpeechPlan(Project& project, const SpeechPlan& plan) {
     for (qsizetype i = 0; i < project.TrackTable.size(); ++i)
         if (const TrackRecord& record = project.TrackTable[i]; isSpeech(record))
             records[{record.itemName.text(), record.groupName.text()}].append(i);
+    const Variant speech = kind::Speech;  // one text for all
     for (const SpeechPlanLine& line : lines) {
         const QString title = titles.nameOf(line.title), language = languages.nameOf(line.language);
         ++summary.added;
         summary.replaced += line.replaces ? 1 : 0;
-        const QList<qsizetype> there = records.value({title, language});
-        for (const qsizetype slot : there)
-            project.TrackTable[slot].sourcePath = line.path;
-        if (!there.isEmpty())
+        if (const auto there = records.constFind({title, language}); there != records.constEnd()) {
+            for (const qsizetype slot : *there)
+                project.TrackTable[slot].sourcePath = line.path;
             continue;
+        }
         TrackRecord record;
-        record.kind = kind::Speech;
+        record.kind = speech;
         record.itemName = title;
         record.groupName = language;
         record.sourcePath = line.path;
-        project.TrackTable.append(record);
+        project.TrackTable.append(std::move(record));
     }
     project.unsavedChanges = project.unsavedChanges || summary.added > 0;
     return summary;

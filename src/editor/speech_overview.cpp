@@ -12,7 +12,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 // The one judgement of a speech file. What asks for more than its name and size belongs here, too.
-void lookAt(SpeechCell& cell, const FileSystem& files) {
+// True when it is another one than before.
+bool lookAt(SpeechCell& cell, const FileSystem& files) {
+    const SpeechFile before = cell.file;
     const auto size = files.fileSize(cell.path);
     const bool isMp3 = cell.path.endsWith(u".mp3"_s, Qt::CaseInsensitive);
     cell.file = !size                ? SpeechFile::Missing
@@ -22,6 +24,7 @@ void lookAt(SpeechCell& cell, const FileSystem& files) {
                    : *size == 0 ? u"The file is empty."_s
                    : !isMp3     ? u"The file is no MP3 file."_s
                                 : QString();
+    return cell.file != before;
 }
 
 }  // namespace
@@ -81,12 +84,13 @@ const SpeechCell& SpeechOverview::at(const SpeechSelection& pair) const {
 }
 
 bool SpeechOverview::lookFurther(const FileSystem& files, int count) {
+    bool isNews = false;
     for (; seen_ < cells_.size() && count > 0; ++seen_)
         if (cells_[seen_].file != SpeechFile::None) {
-            lookAt(cells_[seen_], files);
+            isNews |= lookAt(cells_[seen_], files);
             --count;
         }
-    return seen_ < cells_.size();
+    return isNews;
 }
 
 SpeechSelection SpeechOverview::nextEmpty(const SpeechSelection& from) const {

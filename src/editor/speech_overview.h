@@ -47,8 +47,10 @@ class SpeechOverview {
     /// Both must be in the overview.
     const SpeechCell& at(const SpeechSelection& pair) const;
 
-    /// Looks for the next `count` files, at most. False when it has looked for all.
+    /// Looks for the next `count` files, at most. True when something else came out than before.
     bool lookFurther(const FileSystem& files, int count);
+    /// Whether it has looked for all of them.
+    bool hasSeenAll() const { return seen_ >= cells_.size(); }
     /// Starts to look for all files once more.
     void lookAgain() { seen_ = 0; }
 

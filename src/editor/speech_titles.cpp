@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <numeric>
+#include <optional>
 #include <utility>
 
 #include "editor/folder_tree.h"
@@ -26,16 +27,13 @@ struct FileName {
     std::array<QString, Levels> keys;
 };
 
-FileName fileNameOf(const SpeechPlanLine& line, const LanguageNames& languages) {
-    const QString whole = nameOfMp3(lastNameOf(line.path));
-    const auto ending = languages.endingOf(whole);
-    // "Learn German" in English is about another language.
-    const bool endsSo = ending && !ending->rest.isEmpty() &&
-                        (ending->isSetOff || ending->language == line.language);
-    const QString numbered = endsSo ? ending->rest : whole;
+// `numbered` is the name without the language that it ends with.
+FileName fileNameOf(const QString& whole, const QString& numbered) {
     FileName name{.texts = {withoutNumber(numbered), numbered, whole, whole}, .keys = {}};
     for (const Level level : {Plain, WithNumber, Whole})
-        name.keys[level] = nameKey(name.texts[level]);
+        name.keys[level] = level > Plain && name.texts[level] == name.texts[level - 1]
+                               ? name.keys[level - 1]
+                               : nameKey(name.texts[level]);
     name.keys[Exact] = whole;
     return name;
 }
@@ -113,10 +111,23 @@ QString TitleMatching::firstFile(const Group& group) const {
 }
 
 bool TitleMatching::readNames() {
+    // Most languages have files of the same names.
+    QHash<QString, std::optional<LanguageEnding>> endings;
+    QHash<std::pair<QString, QString>, FileName> names;
     for (const SpeechPlanLine& line : lines_) {
         if (!goesOn(keepGoing_, names_.size(), lines_.size()))
             return false;
-        names_.append(fileNameOf(line, languages_));
+        const QString whole = nameOfMp3(lastNameOf(line.path));
+        if (!endings.contains(whole))
+            endings.insert(whole, languages_.endingOf(whole));
+        const auto& ending = endings[whole];
+        // "Learn German" in English is about another language.
+        const bool endsSo = ending && !ending->rest.isEmpty() &&
+                            (ending->isSetOff || ending->language == line.language);
+        const std::pair name(whole, endsSo ? ending->rest : whole);
+        if (!names.contains(name))
+            names.insert(name, fileNameOf(name.first, name.second));
+        names_.append(names[name]);
     }
     return true;
 }
@@ -135,19 +146,21 @@ bool TitleMatching::matchWholeNames() {
                 matched_.insert(title);
             }
     };
+    const auto keyOf = [this](qsizetype line, int level) {  // Exact is no other name than Whole
+        return names_[line].keys[std::min<int>(level, Whole)];
+    };
     qsizetype done = 0;
     for (Group& group : groups_) {
         if (!goesOn(keepGoing_, done++, groups_.size()))
             return false;
         for (int level = Exact; level >= group.level; --level)
             for (const qsizetype line : group.lines)
-                take(group, titles.value(nameKey(names_[line].texts[level])));
+                take(group, titles.value(keyOf(line, level)));
     }
     for (Group& group : groups_)
         for (int level = Exact; level >= group.level; --level)
             for (const qsizetype line : group.lines)
-                if (const auto found = unnumbered.value(nameKey(names_[line].texts[level]));
-                    found.size() == 1)
+                if (const auto found = unnumbered.value(keyOf(line, level)); found.size() == 1)
                     take(group, found);
     return true;
 }
