@@ -68,7 +68,9 @@ class Comparison {
         if (isMusic && !items.isEmpty())
             items.prepend(ContinuousMixName.toString());
         same("lstTrigLeft", bench_.items("lstTrigLeft"), items);
-        const QList<int> left = rowsIn("lstTrigLeft"), right = rowsIn("lstTrigRight");
+        const QList<int> left = rowsIn("lstTrigLeft");
+        QList<int> right = rowsIn("lstTrigRight");
+        right.removeAll(0);  // "<Play Full List>", as a track or title may be called, too
         if (isMusic && left.size() == 1 && left[0] > 0)
             attributes("music", linesAt(bench_.items("lstTrigRight"), right), linesAt(items, left));
         else if (!isMusic && !left.isEmpty())
@@ -121,8 +123,7 @@ class Comparison {
     }
     // Compares the attributes of what is selected with the records of one kind that are named so,
     // in any of those groups; without a group, in all. Several that differ have no mark.
-    void attributes(const char* kind, QSet<QString> items, const QSet<QString>& groups) {
-        items.remove(PlayFullListName.toString());
+    void attributes(const char* kind, const QSet<QString>& items, const QSet<QString>& groups) {
         QSet<bool> loud, cancel, loop;
         for (const TrackRecord& one : project_.TrackTable)
             if (one.kind == kind && items.contains(one.itemName.text()) &&
