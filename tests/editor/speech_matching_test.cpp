@@ -86,7 +86,7 @@ TEST(SpeechMatching, FilesFindTheirTitlesAndLanguages) {
          {"Box/How_it_is.mp3", "Box/What_is.mp3"},
          {"Box"},
          {"Box: How_it_is", "Box: What_is"}},
-        // Files beside the folders of languages are of a language that is called like theirs.
+        // Files beside the folders of languages: their own folder is their language.
         {{},
          {},
          {"Box/Tower.mp3", "Box/German/Quay.mp3"},
