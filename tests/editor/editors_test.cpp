@@ -196,6 +196,20 @@ TEST(MusicEditor, MovingATrackSwapsTheFirstRecordOfItsNameAndFile) {
     }
 }
 
+// A card that is written follows the table, not the lines. Other lists keep their places.
+TEST(MusicEditor, SortingAListSortsItsRecords) {
+    Project project;
+    addTrack(project, "A", "b", "2");
+    addTrack(project, "B", "a", "3");
+    addTrack(project, "A", "a", "1");
+    project.currentMusicList = 0;
+    auto expected = project.TrackTable;
+    expected.swapItemsAt(1, 3);
+    sortMusicTracks(project, 0, {1, 0});
+    EXPECT_EQ(project.TrackTable, expected);
+    EXPECT_EQ(project.lstMuTrack[0], QStringList({"a", "b"}));
+}
+
 TEST(Displays, EachTagIsThatOfTheFirstBlockThatHasIt) {
     FakeTags tags;
     tags.blocks["a.mp3"] = {.first = {.title = "New", .artist = "", .album = "Both"},

@@ -56,12 +56,12 @@ TEST(SpeechMatching, FilesFindTheirTitlesAndLanguages) {
     } cases[] = {
         // A language is called by its name, its code or its letters, in any language.
         {{"Quay"},
-         {"German", "English", "Spanish", "Castella"},
+         {"German", "English", "Spanish", "Castella", "Norsk"},
          {"x/Deutsch/quay.mp3", "x/en/Quay.mp3", "x/Español/QUAY.mp3", "x/Castellano/1 quay.mp3",
-          "x/G/quay.mp3", "x/Engli/quay.mp3"},
+          "x/G/quay.mp3", "x/Engli/quay.mp3", "x/Norwegian/quay.mp3"},
          {"x"},
          {"Castella: Quay", "German: Quay", "English: Quay", "Engli: Quay", "Spanish: Quay",
-          "G: Quay"}},
+          "G: Quay", "Norsk: Quay"}},
         // Loose files tell it by their end; a code must be set off, and the rest is the folder's.
         {{"Quay", "Lo que"},
          {"German", "Spanish"},
@@ -86,6 +86,12 @@ TEST(SpeechMatching, FilesFindTheirTitlesAndLanguages) {
          {"Box/How_it_is.mp3", "Box/What_is.mp3"},
          {"Box"},
          {"Box: How_it_is", "Box: What_is"}},
+        // Files beside the folders of languages: their own folder is their language.
+        {{},
+         {},
+         {"Box/Tower.mp3", "Box/German/Quay.mp3"},
+         {"Box"},
+         {"German: Quay", "Box: Tower"}},
         // Numbers in front count where nothing else tells two files apart.
         {{"Stairs"},
          {"en"},

@@ -7,6 +7,7 @@
 #include <QInputMethodEvent>
 #include <QMenu>
 #include <QProgressDialog>
+#include <QRegularExpression>
 #include <QScrollArea>
 #include <QTableView>
 #include <QToolTip>
@@ -192,16 +193,27 @@ void Session::addKeysAndClicks() {
             say("tip \"" + QToolTip::text().replace('\n', " / ") + '"');
         }
     };
-    // sign TABLE ROW COLUMN: the colour that the sign of a cell has, which must not be selected
+    // what stands in quiet letters behind the lines of a list, but for lengths: a thread reads them
+    verbs["notes"] = [this](const QString& name) {
+        static const QRegularExpression length("(, |  )?\\d+:\\d\\d$");
+        if (auto* view = qobject_cast<QListView*>(named(name)))
+            for (int row = 0; row < view->model()->rowCount(); ++row)
+                say(view->model()
+                        ->index(row, 0)
+                        .data(Qt::AccessibleTextRole)
+                        .toString()
+                        .remove(length));
+    };
+    // sign VIEW ROW COLUMN: the colour of what a cell begins with, which must not be selected
     verbs["sign"] = [this](const QString& rest) {
-        auto* table = qobject_cast<QTableView*>(named(rest.section(' ', 0, 0)));
-        if (!table)
+        auto* view = qobject_cast<QAbstractItemView*>(named(rest.section(' ', 0, 0)));
+        if (!view)
             return;
         const QModelIndex cell =
-            table->model()->index(rest.section(' ', 1, 1).toInt(), rest.section(' ', 2).toInt());
-        QRect square = table->visualRect(cell);
+            view->model()->index(rest.section(' ', 1, 1).toInt(), rest.section(' ', 2).toInt());
+        QRect square = view->visualRect(cell);
         square.setWidth(square.height());
-        const QImage image = table->viewport()->grab(square).toImage();
+        const QImage image = view->viewport()->grab(square).toImage();
         QHash<QRgb, int> found;
         for (int y = 0; y < image.height(); ++y)
             for (int x = 0; x < image.width(); ++x)
