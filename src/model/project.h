@@ -50,10 +50,18 @@ class Variant {
     Variant(qint16 integer) : value_(integer) {}
     Variant(Boolean16 boolean) : value_(boolean) {}
 
-    bool isEmpty() const { return std::holds_alternative<std::monostate>(value_); }
-    const QString* asText() const { return std::get_if<QString>(&value_); }
-    const qint16* asInteger() const { return std::get_if<qint16>(&value_); }
-    const Boolean16* asBoolean() const { return std::get_if<Boolean16>(&value_); }
+    bool isEmpty() const {
+        return std::holds_alternative<std::monostate>(value_);
+    }
+    const QString* asText() const {
+        return std::get_if<QString>(&value_);
+    }
+    const qint16* asInteger() const {
+        return std::get_if<qint16>(&value_);
+    }
+    const Boolean16* asBoolean() const {
+        return std::get_if<Boolean16>(&value_);
+    }
 
     /// The value as text: empty for nothing, a decimal number for an integer, "True" or "False".
     QString text() const;

@@ -28,9 +28,9 @@ class Mp3Tags {
     /// has empty blocks.
     virtual TagBlocks read(const QString& path) const = 0;
 
-    /// How long the file plays, in seconds; 0 when it does not tell. A file of varying bit rate that
-    /// does not say how many frames it has is measured by the rate of its beginning. May be called
-    /// from any thread.
+    /// How long the file plays, in seconds; 0 when it does not tell. A file of varying bit rate
+    /// that does not say how many frames it has is measured by the rate of its beginning. May be
+    /// called from any thread.
     virtual int seconds(const QString&) const { return 0; }
 };
 
