@@ -87,11 +87,7 @@ TEST(SpeechMatching, FilesFindTheirTitlesAndLanguages) {
          {"Box"},
          {"Box: How_it_is", "Box: What_is"}},
         // Files beside the folders of languages: their own folder is their language.
-        {{},
-         {},
-         {"Box/Tower.mp3", "Box/German/Quay.mp3"},
-         {"Box"},
-         {"German: Quay", "Box: Tower"}},
+        {{}, {}, {"Box/Tower.mp3", "Box/German/Quay.mp3"}, {"Box"}, {"German: Quay", "Box: Tower"}},
         // Numbers in front count where nothing else tells two files apart.
         {{"Stairs"},
          {"en"},
