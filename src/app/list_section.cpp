@@ -99,7 +99,7 @@ QLineEdit* ListSection::makeField(const QString& name) {
 // What the buttons do, for those who have the mouse or the hands on the list. The keys work while
 // it has the focus.
 void ListSection::addCommands() {
-    const auto add = [this](QPushButton* button, QKeySequence key) {
+    const auto add = [this](QPushButton* button, const QKeySequence& key) {
         auto* command = new QAction(button->text().remove(u'&'), list_);
         command->setShortcut(key);
         command->setShortcutContext(Qt::WidgetShortcut);

@@ -2,6 +2,7 @@
 #include "app/speech_overview.h"
 
 #include <QAction>
+#include <QEvent>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 #include <algorithm>
