@@ -121,9 +121,10 @@ class RecordMoves {
             for (int passed = step; passed != (steps + 1) * step; passed += step)
                 if (tracks[passed] >= 0)
                     takePlace(tracks[passed], slot + passed, slot + passed - step);
-            takePlace(track, slot, slot + steps * step);
-            order_.move(slot, slot + steps * step);
-            trackAtSlot_.move(slot, slot + steps * step);
+            const qsizetype end = slot + qsizetype(steps) * step;
+            takePlace(track, slot, end);
+            order_.move(slot, end);
+            trackAtSlot_.move(slot, end);
         }
         trackAtRow_.move(from, from + steps * step);
         return from + steps * step;
