@@ -88,8 +88,9 @@ QString EditorPage::askForFile(FileKind kind, const QString& item) {
                                        .kind = kind});
 }
 
-void EditorPage::runLong(const QString& what, const LongWork& work) {
+void EditorPage::runLong(const QString& title, const QString& what, const LongWork& work) {
     QProgressDialog progress(what, u"Cancel"_s, 0, 0, window());
+    progress.setWindowTitle(title);
     progress.setWindowModality(Qt::ApplicationModal);
     progress.setMinimumDuration(50);  // an operator who waits longer wonders
     emit editBegins();

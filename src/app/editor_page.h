@@ -42,7 +42,7 @@ class EditorPage : public Page {
     /// Does something with many files as one edit, behind a dialog that appears when it takes long.
     /// `work` returns what is to be shown of it when that dialog is gone.
     using LongWork = std::function<std::function<void()>(const KeepGoing&)>;
-    void runLong(const QString& what, const LongWork& work);
+    void runLong(const QString& title, const QString& what, const LongWork& work);
 
     /// Asks for the new name of the selected line of a section; empty when cancelled.
     QString askForName(const ListSection& section, const QString& prompt);

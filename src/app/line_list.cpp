@@ -9,10 +9,10 @@
 #include <QSignalBlocker>
 #include <QStringListModel>
 #include <QStyledItemDelegate>
-#include <QUrl>
 #include <algorithm>
 #include <utility>
 
+#include "app/small_widgets.h"
 #include "model/format_limits.h"
 
 namespace tessaly {
@@ -107,14 +107,6 @@ class LineDelegate : public QStyledItemDelegate {
     }
 };
 
-QStringList filesIn(const QMimeData& data) {
-    QStringList files;
-    for (const QUrl& url : data.urls())
-        if (url.isLocalFile())
-            files.append(url.toLocalFile());
-    return files;
-}
-
 }  // namespace
 
 LineList::LineList(QWidget* parent) : QListView(parent) {
@@ -140,13 +132,8 @@ void LineList::setNotes(std::function<LineNote(int)> notes) {
 
 void LineList::paintEvent(QPaintEvent* event) {
     QListView::paintEvent(event);
-    if (model()->rowCount() > 0 || hint_.isEmpty())
-        return;
-    QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::PlaceholderText));
-    const int margin = fontMetrics().height();
-    painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin),
-                     Qt::AlignCenter | Qt::TextWordWrap, hint_);
+    if (model()->rowCount() == 0)
+        paintHint(*this, hint_);
 }
 
 void LineList::showLines(const QStringList& lines, const Rows& rows) {

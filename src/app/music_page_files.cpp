@@ -80,17 +80,18 @@ void MusicPage::buttAddMuItunesPlaylist_Click() {
                        .projectsStart(services_.files),
          .title = u"Add Exported Playlist"_s,
          .kind = FileKind::Playlist});
-    runLong(u"Reading the tracks..."_s, [&](const KeepGoing& keepGoing) {
-        const ImportResult result =
-            importPlaylist(project_, services_.files, services_.tags, path, keepGoing);
-        return [this, result] { showImport(result); };
-    });
+    runLong(u"Add Exported Playlist"_s, u"Reading the tracks..."_s,
+            [&](const KeepGoing& keepGoing) {
+                const ImportResult result =
+                    importPlaylist(project_, services_.files, services_.tags, path, keepGoing);
+                return [this, result] { showImport(result); };
+            });
 }
 
 void MusicPage::buttAddMuListDir_Click() {
     const QString folder = services_.prompts.pickFolder(u"Select folder containing MP3 files"_s, {},
                                                         FileKind::MusicFolder);
-    runLong(u"Reading the tracks..."_s, [&](const KeepGoing& keepGoing) {
+    runLong(u"Add Folder"_s, u"Reading the tracks..."_s, [&](const KeepGoing& keepGoing) {
         const ImportResult result =
             importMusicFolder(project_, services_.files, services_.tags, folder, keepGoing);
         QString inside;  // what its folders hold, if it holds no file itself
@@ -122,7 +123,7 @@ void MusicPage::addFiles(const QStringList& paths, int listRow) {
     const bool isLoose = std::none_of(paths.begin(), paths.end(), [this](const QString& path) {
         return isStandardPlaylist(path) || services_.files.isFolder(path);
     });
-    runLong(u"Reading the files..."_s, [&](const KeepGoing& keepGoing) {
+    runLong(u"Add Files"_s, u"Reading the files..."_s, [&](const KeepGoing& keepGoing) {
         const AddSummary summary = addMusicFiles(project_, services_.files, services_.tags, paths,
                                                  {isLoose ? listRow : -1}, keepGoing);
         return [this, summary] {
@@ -158,33 +159,33 @@ void MusicPage::addDropsAndSorting() {
 void MusicPage::sortTracks(bool byNumber) {
     const int list = selection().list;
     const QStringList lines = project_.lstMuTrack.value(project_.currentMusicList);
-    runLong(u"Reading the track numbers..."_s, [&](const KeepGoing& keepGoing) {
-        QList<int> numbers(lines.size(), 0), order(lines.size());
-        const TrackIndex index(project_);
-        for (int row = 0; byNumber && row < int(lines.size()); ++row) {
-            if (!keepGoing(row, int(lines.size())))
-                return std::function([] {});
-            const TrackRecord* record = index.music(project_.lstMuList[list], lines[row]);
-            const TagBlocks tags =
-                record ? services_.tags.read(record->sourcePath.text()) : TagBlocks();
-            const int number =
-                tags.first.trackNumber ? tags.first.trackNumber : tags.second.trackNumber;
-            numbers[row] = number ? number : INT_MAX;
-        }
-        std::iota(order.begin(), order.end(), 0);
-        std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
-            return byNumber ? numbers[a] < numbers[b] : comesBefore(lines[a], lines[b]);
-        });
-        sortMusicTracks(project_, list, order);
-        return std::function([this, order, rows = tracks_.list()->rows()] {
-            Rows now;  // what was selected goes with its rows
-            for (int row = 0; row < int(order.size()); ++row)
-                if (std::binary_search(rows.begin(), rows.end(), order[row]))
-                    now.append(row);
-            showTracks(now);
-            lstMuTrack_Click();
-        });
-    });
+    runLong(u"Sort by Track Number"_s, u"Reading the track numbers..."_s,
+            [&](const KeepGoing& keepGoing) {
+                QList<int> numbers(lines.size(), 0), order(lines.size());
+                const TrackIndex index(project_);
+                for (int row = 0; byNumber && row < int(lines.size()); ++row) {
+                    if (!keepGoing(row, int(lines.size())))
+                        return std::function([] {});
+                    const TrackRecord* record = index.music(project_.lstMuList[list], lines[row]);
+                    const TagBlock tag =
+                        record ? services_.tags.read(record->sourcePath.text()).merged()
+                               : TagBlock();
+                    numbers[row] = tag.trackNumber ? tag.trackNumber : INT_MAX;
+                }
+                std::iota(order.begin(), order.end(), 0);
+                std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
+                    return byNumber ? numbers[a] < numbers[b] : comesBefore(lines[a], lines[b]);
+                });
+                sortMusicTracks(project_, list, order);
+                return std::function([this, order, rows = tracks_.list()->rows()] {
+                    Rows now;  // what was selected goes with its rows
+                    for (int row = 0; row < int(order.size()); ++row)
+                        if (std::binary_search(rows.begin(), rows.end(), order[row]))
+                            now.append(row);
+                    showTracks(now);
+                    lstMuTrack_Click();
+                });
+            });
 }
 
 }  // namespace tessaly

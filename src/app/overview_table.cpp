@@ -9,7 +9,6 @@
 #include <QPainter>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
-#include <QUrl>
 #include <algorithm>
 
 #include "app/small_widgets.h"
@@ -38,14 +37,6 @@ QString inWords(const SpeechCell& cell) {
             return u"not playable"_s;
     }
     return {};
-}
-
-QStringList localFiles(const QMimeData* data) {
-    QStringList paths;
-    for (const QUrl& url : data->urls())
-        if (url.isLocalFile())
-            paths.append(url.toLocalFile());
-    return paths;
 }
 
 // A sign and, in a quieter voice, the name of the file.
@@ -183,7 +174,7 @@ bool OverviewTable::eventFilter(QObject* watched, QEvent* event) {
     if (!isDrop && event->type() != QEvent::DragEnter && event->type() != QEvent::DragMove)
         return QTableView::eventFilter(watched, event);
     auto* drag = static_cast<QDropEvent*>(event);
-    const QStringList paths = localFiles(drag->mimeData());
+    const QStringList paths = filesIn(*drag->mimeData());
     drag->setAccepted(!paths.isEmpty());
     if (paths.isEmpty())
         return true;
@@ -203,12 +194,9 @@ void OverviewTable::paintEvent(QPaintEvent* event) {
     QTableView::paintEvent(event);
     if (model()->rowCount() > 0 && model()->columnCount() > 0)
         return;
-    QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::PlaceholderText));
-    painter.drawText(viewport()->rect().adjusted(12, 12, -12, -12),
-                     Qt::AlignCenter | Qt::TextWordWrap,
-                     u"Here are all titles in all languages.  Add a title and a language in the "_s
-                     u"list, or drop a folder with a folder for each language here."_s);
+    paintHint(*this,
+              u"Here are all titles in all languages.  Add a title and a language in the "_s
+              u"list, or drop a folder with a folder for each language here."_s);
 }
 
 void OverviewTable::resizeEvent(QResizeEvent* event) {

@@ -25,6 +25,22 @@ namespace tessaly {
 
 using namespace Qt::StringLiterals;
 
+QStringList filesIn(const QMimeData& data) {
+    QStringList files;
+    for (const QUrl& url : data.urls())
+        if (url.isLocalFile())
+            files.append(url.toLocalFile());
+    return files;
+}
+
+void paintHint(QAbstractScrollArea& view, const QString& hint) {
+    const int margin = view.fontMetrics().height();
+    QPainter painter(view.viewport());
+    painter.setPen(view.palette().color(QPalette::PlaceholderText));
+    painter.drawText(view.viewport()->rect().adjusted(margin, margin, -margin, -margin),
+                     Qt::AlignCenter | Qt::TextWordWrap, hint);
+}
+
 QFont fixedFont(const QFont& font) {
     QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     fixed.setStyleHint(QFont::TypeWriter);

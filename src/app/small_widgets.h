@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QAbstractScrollArea>
 #include <QIcon>
 #include <QLabel>
 #include <QLineEdit>
@@ -9,6 +10,8 @@
 
 #include "card/card_checks.h"
 
+class QMimeData;
+
 namespace tessaly {
 
 /// The system's font of fixed pitch in the size of `font`.
@@ -16,6 +19,12 @@ QFont fixedFont(const QFont& font);
 
 /// The icon that the desktop has for `name`, else one that is always there.
 QIcon themedIcon(const QString& name, QStyle::StandardPixmap otherwise);
+
+/// The files and folders of this machine in what is dragged from another program.
+QStringList filesIn(const QMimeData& data);
+
+/// Paints into the middle of an empty list or table, in grey, how to begin.
+void paintHint(QAbstractScrollArea& view, const QString& hint);
 
 /// A label that shows as much of its text as there is room for, and all of it in its tool tip. It
 /// asks for the same room whatever its text is. A text of several fields, parted by wide gaps,

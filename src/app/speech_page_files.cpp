@@ -149,7 +149,7 @@ void SpeechPage::addFiles(const QStringList& paths, const SpeechSelection& onto)
         }
         if (language)  // several files on a cell are of its language
             title.reset();
-        runLong(u"Reading the files..."_s, [&](const KeepGoing& keepGoing) {
+        runLong(u"Add Speech Files"_s, u"Reading the files..."_s, [&](const KeepGoing& keepGoing) {
             const SpeechPlan plan = planSpeech(project_, files, paths, language, title, keepGoing);
             return [this, plan] { showPlan(plan); };
         });

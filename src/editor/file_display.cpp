@@ -39,13 +39,7 @@ FileDisplay musicDisplay(const Project& project, const MusicSelection& selected,
     FileDisplay display = displayOf(shownRecord(project, {kind::Music, track, list}), files);
     if (display.path.isEmpty())
         return display;
-    const auto either = [](const QString& first, const QString& second) {
-        return first.isEmpty() ? second : first;
-    };
-    const auto [first, second] = tags.read(display.path);
-    display.tags = {.title = either(first.title, second.title),
-                    .artist = either(first.artist, second.artist),
-                    .album = either(first.album, second.album)};
+    display.tags = tags.read(display.path).merged();
     return display;
 }
 

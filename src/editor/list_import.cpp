@@ -31,10 +31,9 @@ ImportResult invalidPlaylist() {
 
 // A plain list has paths only: the name is the title tag, else the file's own.
 QString plainName(const QString& location, const Mp3Tags& tags) {
-    const TagBlocks blocks = tags.read(location);
-    for (const QString& title : {blocks.first.title, blocks.second.title})
-        if (!title.isEmpty())
-            return firstCharacters(title, limits::DisplayText);
+    const QString title = tags.read(location).merged().title;
+    if (!title.isEmpty())
+        return firstCharacters(title, limits::DisplayText);
     const QString file = lastNameOf(location);
     const qsizetype point = file.lastIndexOf(u'.');
     return firstCharacters(point < 0 ? file : file.left(point), limits::DisplayText);
@@ -67,8 +66,7 @@ TessalyError tooLong(const QString& path) {
 
 constexpr QStringView Mp3Ending = u".mp3";
 
-// In upper case, in which file systems that ignore case compare names: "_" sorts behind
-// letters.
+// In upper case, in which file systems that ignore case compare names: "_" sorts behind letters.
 QString sortingKey(QString name) {
     for (QChar& c : name)
         c = c.toUpper();

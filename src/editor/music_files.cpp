@@ -145,11 +145,8 @@ void Gathering::findFile(StandardEntry& entry) {
 QString Gathering::nameOf(const StandardEntry& entry) const {
     if (!entry.title.isEmpty())
         return entry.title;
-    const TagBlocks blocks = tags_.read(entry.location);
-    for (const QString& title : {blocks.first.title, blocks.second.title})
-        if (!title.isEmpty())
-            return title;
-    return nameOfMp3(lastNameOf(entry.location));
+    const QString title = tags_.read(entry.location).merged().title;
+    return title.isEmpty() ? nameOfMp3(lastNameOf(entry.location)) : title;
 }
 
 void Gathering::nameTracks() {

@@ -5,6 +5,7 @@
 
 #include "editor/add_summary.h"
 #include "editor/folder_tree.h"
+#include "editor/imported_list.h"
 #include "editor/speech_matching.h"
 #include "model/display_text.h"
 #include "model/format_limits.h"
@@ -69,6 +70,7 @@ class FolderImport {
     const Mp3Tags& tags_;
     const bool titlesFromTags_;
     Project& project_;
+    qsizetype characters_ = 0;  // of all lines
 };
 
 QStringList FolderImport::mp3sOf(const QString& folder) {
@@ -115,10 +117,8 @@ void FolderImport::importSpeech(const QString& folder) {
 
 QString FolderImport::trackName(const QString& path, const QString& file) const {
     QString name;
-    if (titlesFromTags_) {
-        const TagBlocks blocks = tags_.read(path);
-        name = blocks.first.title.isEmpty() ? blocks.second.title : blocks.first.title;
-    }
+    if (titlesFromTags_)
+        name = tags_.read(path).merged().title;
     return name.isEmpty() ? nameOfMp3(file) : name;
 }
 
@@ -133,21 +133,20 @@ void FolderImport::importMusic(const QString& folder) {
         }
         const QString list = addMusicList(project_, firstCharacters(name, limits::DisplayText));
         noteChange(u"music list"_s, name.normalized(QString::NormalizationForm_C), list);
-        UniqueNames tracks;
+        QStringList names;
+        QList<ImportedTrack> tracks;
         for (const QString& file : found) {
             const QString path = pathIn(listFolder, file);
-            const QString whole = trackName(path, file);
-            const QString track =
-                addMusicTrack(project_, firstCharacters(whole, limits::DisplayText), tracks);
-            noteChange(u"track"_s, whole, track);
-            TrackRecord record;
-            record.kind = kind::Music;
-            record.itemName = track;
-            record.groupName = list;
-            record.sourcePath = QDir::toNativeSeparators(path);
-            project_.TrackTable.append(record);
-            ++report.tracks;
+            names.append(trackName(path, file));
+            tracks.append({firstCharacters(names.last(), limits::DisplayText),
+                           QDir::toNativeSeparators(path)});
         }
+        UniqueNames taken;
+        const QStringList lines =
+            appendTracks(project_, list, tracks, RecordNames::AsListed, taken, characters_);
+        for (qsizetype i = 0; i < lines.size(); ++i)
+            noteChange(u"track"_s, names[i], lines[i]);
+        report.tracks += int(lines.size());
     }
 }
 

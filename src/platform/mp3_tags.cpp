@@ -130,6 +130,13 @@ class MpegFile : public TagLib::MPEG::File {
 
 }  // namespace
 
+TagBlock TagBlocks::merged() const {
+    return {.title = first.title.isEmpty() ? second.title : first.title,
+            .artist = first.artist.isEmpty() ? second.artist : first.artist,
+            .album = first.album.isEmpty() ? second.album : first.album,
+            .trackNumber = first.trackNumber ? first.trackNumber : second.trackNumber};
+}
+
 int LocalMp3Tags::seconds(const QString& path) const {
     TagLib::ByteVectorStream ends(endsOf(path));
     if (ends.length() == 0)

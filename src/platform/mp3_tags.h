@@ -17,6 +17,9 @@ struct TagBlock {
 struct TagBlocks {
     TagBlock first;   ///< ID3v2
     TagBlock second;  ///< ID3v1
+
+    /// Each text and number from the first block that has it.
+    TagBlock merged() const;
 };
 
 /// Reads the tags of MP3 files.
