@@ -46,7 +46,8 @@ const LineNotes& EditorPage::notes() {
 }
 
 void EditorPage::showSelection() {
-    notes_.reset();
+    if (notes_ && !notes_->areOf(project_))
+        notes_.reset();
     for (const ListSection* section : {&first_, &second_})
         section->list()->viewport()->update();
     const EditorControls enabled = controls();

@@ -31,31 +31,51 @@ QString joined(QStringList words) {
 
 }  // namespace
 
-LineNotes::LineNotes(const Project& project) : project_(project), index_(project_) {
+bool LineNotes::areOf(Project project) const {
+    project.unsavedChanges = project_.unsavedChanges;
+    project.suppressTriggerEvents = project_.suppressTriggerEvents;
+    project.currentMusicList = project_.currentMusicList;
+    return project == project_;
+}
+
+const LineNotes::Music& LineNotes::music() const {
+    if (music_)
+        return *music_;
+    music_.emplace(TrackIndex(project_), QHash<QString, int>());
     const MusicListIndex lists(project_);
     for (const QString& list : project_.lstMuList)
-        tracks_.insert(list, int(lists.tracks(list).size()));
+        music_->tracks.insert(list, int(lists.tracks(list).size()));
+    return *music_;
+}
+
+const LineNotes::Speech& LineNotes::speech() const {
+    if (speech_)
+        return *speech_;
+    Speech& found = speech_.emplace();
     QSet<std::pair<QString, QString>> pairs;
     for (const TrackRecord& record : project_.TrackTable) {
-        const std::pair pair(record.itemName.text(), record.groupName.text());
-        if (!isSpeech(record) || pairs.contains(pair))
+        if (!isSpeech(record))
             continue;
+        const std::pair pair(record.itemName.text(), record.groupName.text());
+        const qsizetype before = pairs.size();
         pairs.insert(pair);
-        ++languages_[pair.first];
-        ++titles_[pair.second];
-        if (!firstOfTitle_.contains(pair.first))
-            firstOfTitle_.insert(pair.first, &record);
+        if (pairs.size() == before)
+            continue;
+        ++found.titles[pair.second];
+        if (found.languages[pair.first]++ == 0)
+            found.firstOfTitle.insert(pair.first, &record);
     }
+    return found;
 }
 
 LineNote LineNotes::list(const QString& list) const {
-    return {joined({counted(tracks_.value(list), u"track"_s),
+    return {joined({counted(music().tracks.value(list), u"track"_s),
                     playersOf(kind::Music, list, PlayFullListName.toString())})};
 }
 
 LineNote LineNotes::track(const QString& list, const QString& track,
                           const FileSystem& files) const {
-    const TrackRecord* record = index_.music(list, track);
+    const TrackRecord* record = music().index.music(list, track);
     const QString players = playersOf(kind::Music, list, track);
     if (!record)
         return {.text = joined({u"no file"_s, players}), .isBad = true};
@@ -69,8 +89,8 @@ LineNote LineNotes::track(const QString& list, const QString& track,
 }
 
 LineNote LineNotes::title(const QString& title) const {
-    const int there = languages_.value(title), all = int(project_.lstLangs.size());
-    const TrackRecord* record = firstOfTitle_.value(title);
+    const int there = speech().languages.value(title), all = int(project_.lstLangs.size());
+    const TrackRecord* record = speech().firstOfTitle.value(title);
     return {.text = joined({u"%1 of %2"_s.arg(there).arg(all),
                             record ? attributesOf(*record).join(u", "_s) : QString(),
                             playersOf(kind::Speech, {}, title)}),
@@ -78,7 +98,7 @@ LineNote LineNotes::title(const QString& title) const {
 }
 
 LineNote LineNotes::language(const QString& language) const {
-    const int there = titles_.value(language), all = int(project_.lstSpTitles.size());
+    const int there = speech().titles.value(language), all = int(project_.lstSpTitles.size());
     bool isDefault = false;
     for (const TrackRecord& record : project_.DefaultLanguageTable.mid(1))
         isDefault |= record.groupName.is(language);

@@ -4,6 +4,7 @@
 #include <QHash>
 #include <QString>
 #include <QStringList>
+#include <optional>
 
 #include "model/project.h"
 #include "platform/file_system.h"
@@ -20,12 +21,16 @@ struct LineNote {
     bool operator==(const LineNote&) const = default;
 };
 
-/// The notes of a project as it was when they were made, in one pass over its records. They may be
-/// asked for later, by a list that is painted or read aloud, when it has changed.
+/// The notes of a project as it was when they were made. They may be asked for later, by a list
+/// that is painted or read aloud, when it has changed. What takes a pass over all records is worked
+/// out when it is first asked for.
 class LineNotes {
  public:
-    explicit LineNotes(const Project& project);
+    explicit LineNotes(const Project& project) : project_(project) {}
     Q_DISABLE_COPY(LineNotes)
+
+    /// Whether these are the notes of the project as it is now. Fast while nothing was edited.
+    bool areOf(Project project) const;
 
     /// How many tracks a list has, and what plays it: "12 tracks, trigger 1".
     LineNote list(const QString& list) const;
@@ -41,14 +46,23 @@ class LineNotes {
     LineNote language(const QString& language) const;
 
  private:
+    struct Music {
+        TrackIndex index;
+        QHash<QString, int> tracks;  // by list
+    };
+    struct Speech {
+        QHash<QString, int> titles;     // by language
+        QHash<QString, int> languages;  // by title
+        QHash<QString, const TrackRecord*> firstOfTitle;
+    };
+
+    const Music& music() const;
+    const Speech& speech() const;
     QString playersOf(QStringView plays, const QString& group, const QString& item) const;
 
     const Project project_;
-    const TrackIndex index_;
-    QHash<QString, int> tracks_;     // by list
-    QHash<QString, int> titles_;     // by language
-    QHash<QString, int> languages_;  // by title
-    QHash<QString, const TrackRecord*> firstOfTitle_;
+    mutable std::optional<Music> music_;
+    mutable std::optional<Speech> speech_;
 };
 
 }  // namespace tessaly

@@ -261,6 +261,10 @@ QString editInWords(const Project& before, const Project& after) {
 }
 
 bool isTypedText(const Project& before, Project after) {
+    if (before.txtCardTitle1 == after.txtCardTitle1 &&
+        before.txtCardTitle2 == after.txtCardTitle2 &&
+        before.txtChimeFileName == after.txtChimeFileName)
+        return false;
     after.txtCardTitle1 = before.txtCardTitle1;
     after.txtCardTitle2 = before.txtCardTitle2;
     after.txtChimeFileName = before.txtChimeFileName;

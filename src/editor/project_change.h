@@ -47,7 +47,8 @@ class ProjectChange {
 /// Tracks", "Rename List 'Rock'". Empty when both hold the same.
 QString editInWords(const Project& before, const Project& after);
 
-/// Whether nothing but texts that are typed letter by letter differs: card title and chime file.
+/// Whether what differs is nothing but texts that are typed letter by letter: card title and chime
+/// file.
 bool isTypedText(const Project& before, Project after);
 
 /// What a removal took along, as one sentence: "Harbour and its 5 files removed". Empty when

@@ -212,17 +212,19 @@ QStringList MusicListIndex::tracks(const QString& list) const {
 TrackIndex::TrackIndex(const Project& project) {
     music_.reserve(project.TrackTable.size());
     lists_.reserve(project.lstMuList.size());
+    const TrackRecord* last = nullptr;  // the records of a list stand together
     for (qsizetype i = 1; i < project.TrackTable.size(); ++i) {
         const TrackRecord& record = project.TrackTable[i];
         const bool music = isMusic(record);
         if (!music && !isSpeech(record))
             continue;
         const QString group = record.groupName.text();
-        (music ? lists_ : languages_).insert(group, true);
-        auto& known = music ? music_ : speech_;
-        const Key key(record.itemName.text(), group);
-        if (!known.contains(key))
-            known.insert(key, &record);
+        if (!last || last->kind != record.kind || last->groupName != record.groupName)
+            (music ? lists_ : languages_).insert(group, true);
+        last = &record;
+        const TrackRecord*& first = (music ? music_ : speech_)[{record.itemName.text(), group}];
+        if (!first)
+            first = &record;
     }
 }
 

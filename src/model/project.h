@@ -75,8 +75,15 @@ class Variant {
     /// Exact comparison as texts: an empty value equals the empty text.
     bool is(QStringView other) const;
 
-    /// Same type and same value.
-    bool operator==(const Variant&) const = default;
+    /// Same type and same value. The copies of a text share its characters, which tells at once
+    /// that they are the same: states of a project are compared at every click.
+    bool operator==(const Variant& other) const {
+        const QString *mine = asText(), *its = other.asText();
+        return mine && its
+                   ? (mine->constData() == its->constData() && mine->size() == its->size()) ||
+                         *mine == *its
+                   : value_ == other.value_;
+    }
 
  private:
     std::variant<std::monostate, qint16, Boolean16, QString> value_;
