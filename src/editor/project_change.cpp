@@ -275,6 +275,8 @@ QString removalInWords(const Project& before, const Project& after) {
     QStringList gone;
     QString kind;
     const auto look = [&](const QString& one, const QStringList& old, const QStringList& now) {
+        if (now.size() >= old.size())
+            return;
         const Difference found = differenceOf(old, now);
         if (found.removed.isEmpty() || !found.added.isEmpty())
             return;
