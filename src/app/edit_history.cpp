@@ -3,6 +3,7 @@
 
 #include <QApplication>
 
+#include "editor/edit_words.h"
 #include "editor/project_change.h"
 
 namespace tessaly {

@@ -7,7 +7,7 @@
 
 #include "editor/file_display.h"
 #include "editor/music_editor.h"
-#include "editor/project_change.h"
+#include "editor/edit_words.h"
 #include "editor/speech_overview.h"
 #include "model/music_lists.h"
 #include "platform/local_file_system.h"
