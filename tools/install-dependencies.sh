@@ -9,6 +9,8 @@ packages=(
   clang-format                 # make lint
   qt6-base-dev                 # Qt 6 Core and Widgets
   libtag1-dev                  # TagLib: MP3 tags
+  libmpg123-dev                # frames of MP3 files, and what they sound like
+  libebur128-dev               # loudness
   libxxhash-dev                # verification of written files
   libcli11-dev                 # command line
   libgtest-dev libgmock-dev    # make test
