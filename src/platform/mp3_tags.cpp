@@ -10,13 +10,9 @@
 #include <xingheader.h>
 
 #include <algorithm>
-#include <fstream>
 
 #include "platform/local_file_system.h"
-#include "platform/paths.h"
-#ifdef Q_OS_WIN
-#include "platform/windows/files.h"
-#endif
+#include "platform/seekable_file.h"
 
 namespace tessaly {
 
@@ -36,35 +32,22 @@ TagBlock blockOf(const TagLib::Tag* tag) {
         .title = text(tag->title()), .artist = text(tag->artist()), .album = text(tag->album())};
 }
 
-// Linux knows names of any bytes, Windows of any length.
-auto systemName(const QString& path) {
-#ifdef Q_OS_WIN
-    return systemPath(path);
-#else
-    return toNativePath(path);
-#endif
-}
-
 // The two ends of a file, where tags stand, as if there were no sound between them: TagLib reads in
 // small pieces, and of a damaged file gigabytes. Empty where no regular file can be read.
 TagLib::ByteVector endsOf(const QString& path) {
     constexpr qint64 PageBytes = 4096;
     constexpr qint64 MostHeadBytes = qint64(16) * 1024 * 1024;  // room for a large picture
     constexpr qint64 TailBytes = 128 + 32;  // ID3v1, and before it the end of APE
-    // Of a pipe nothing, as opening it would wait for its other end.
-    const qint64 size = LocalFileSystem().fileSize(path).value_or(0);
-    std::ifstream file;
-    file.rdbuf()->pubsetbuf(nullptr, 0);
-    if (size > 0)
-        file.open(systemName(path).data(), std::ios::binary);
+    SeekableFile file(path);
+    const qint64 size = std::max<qint64>(file.size(), 0);
     TagLib::ByteVector ends;
     qint64 place = 0;
     const auto readUpTo = [&](qint64 end) {
         const unsigned before = ends.size();
         ends.resize(before + unsigned(std::max<qint64>(end - place, 0)));
-        file.read(ends.data() + before, ends.size() - before);
-        ends.resize(before + unsigned(file.gcount()));
-        place += file.gcount();
+        const qint64 found = file.readInto(ends.data() + before, place, ends.size() - before);
+        ends.resize(before + unsigned(found));
+        place += found;
     };
     readUpTo(std::min(PageBytes, size));
     // ID3v2 tells its size. It may stand behind something else, but never behind the first sound.
@@ -75,10 +58,7 @@ TagLib::ByteVector endsOf(const QString& path) {
             std::min({qint64(TagLib::ID3v2::Header(ends).completeTagSize()), MostHeadBytes, size}));
     else if (!startsWithSound)
         readUpTo(std::min(MostHeadBytes, size));
-    if (size - TailBytes > place) {
-        place = size - TailBytes;
-        file.seekg(place);
-    }
+    place = std::max(place, size - TailBytes);
     readUpTo(size);
     return ends;
 }
