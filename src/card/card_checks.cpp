@@ -3,6 +3,7 @@
 
 #include <QDir>
 
+#include "card/sound_checks.h"
 #include "image/image_limits.h"
 #include "model/format_limits.h"
 #include "model/music_lists.h"
@@ -126,7 +127,7 @@ DriveChecks checkDrive(const QString& cfDrive, const Drives& drives, qint64 tota
 }  // namespace
 
 CardChecks runCardChecks(const Project& project, const SourceFiles& sources, const QString& cfDrive,
-                         const Drives& drives, qint64 totalCardBytes) {
+                         const Drives& drives, qint64 totalCardBytes, const SoundBook* book) {
     const TrackIndex index(project);
     const DriveChecks drive = checkDrive(cfDrive, drives, totalCardBytes);
     CardChecks checks;
@@ -144,6 +145,8 @@ CardChecks runCardChecks(const Project& project, const SourceFiles& sources, con
     checks.silentTracks = checkSilentTracks(project, index);
     checks.emptyFiles = checkEmptyFiles(sources);
     checks.fileNumbers = checkFileNumbers(checks.totals.trackCount);
+    if (book)
+        checks.sound = checkSound(soundsOf(project, sources, *book));
     for (const SourceFile& source : sources.tracks)
         if (!source.size)
             checks.missingFiles.append(source.path);
@@ -163,8 +166,8 @@ CardChecks runCardChecks(const Project& project, const SourceFiles& sources, con
 
 QList<CheckResult> warningsOf(const CardChecks& checks) {
     QList<CheckResult> warnings;
-    for (const CheckResult* check :
-         {&checks.speechTitles, &checks.silentTracks, &checks.emptyFiles, &checks.fileNumbers})
+    for (const CheckResult* check : {&checks.speechTitles, &checks.silentTracks, &checks.emptyFiles,
+                                     &checks.fileNumbers, &checks.sound})
         if (check->verdict == Verdict::Yellow)
             warnings.append(*check);
     return warnings;

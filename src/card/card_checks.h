@@ -9,6 +9,8 @@
 
 namespace tessaly {
 
+class SoundBook;
+
 enum class Verdict {
     Green,   ///< passed
     Red,     ///< blocks writing
@@ -38,6 +40,7 @@ struct CardChecks {
     CheckResult silentTracks;  ///< tracks that the player shows but has no file for
     CheckResult emptyFiles;    ///< source files of 0 bytes
     CheckResult fileNumbers;   ///< numbers that the player mistakes for attributes
+    CheckResult sound;         ///< files that may not be heard; grey while not all are known
     QStringList missingFiles;  ///< source files that cannot be measured, in table order
     /// Limits of the card's formats that the project exceeds, each a sentence. They block too.
     QStringList exceededLimits;
@@ -52,9 +55,11 @@ struct CardChecks {
 inline constexpr QStringView NoFilesText = u"There are no Speech or Music files selected.";
 
 /// Judges a project, its source files and the drive `cfDrive` (a root, or empty when none is
-/// chosen). The capacity is compared with `totalCardBytes`, those of the summary before.
+/// chosen). The capacity is compared with `totalCardBytes`, those of the summary before. Of sounds
+/// it says what `book` knows; without one nothing.
 CardChecks runCardChecks(const Project& project, const SourceFiles& sources, const QString& cfDrive,
-                         const Drives& drives, qint64 totalCardBytes);
+                         const Drives& drives, qint64 totalCardBytes,
+                         const SoundBook* book = nullptr);
 
 /// Everything that is allowed but that an operator wants to know before a card is written: the
 /// yellow results.

@@ -42,17 +42,21 @@ bool card_name::isCardName(const QString& name) {
 SourceFiles measureSources(const Project& project, const FileSystem& files,
                            const FileDone& fileDone) {
     SourceFiles sources;
+    const auto measured = [&files](const QString& path, const QString& cardName) {
+        const auto stamp = files.stamp(path);
+        return stamp ? SourceFile{path, stamp->bytes, cardName, stamp->modified}
+                     : SourceFile{path, std::nullopt, cardName};
+    };
     sources.tracks.reserve(project.TrackTable.size());
     for (const TrackRecord& record : project.TrackTable) {
         if (!isTrackFile(record))
             continue;
-        const QString path = record.sourcePath.text();
-        sources.tracks.append({path, files.fileSize(path), card_name::track(typeTagText(record))});
+        sources.tracks.append(
+            measured(record.sourcePath.text(), card_name::track(typeTagText(record))));
         fileDone();
     }
     if (usesChimeFile(project))
-        sources.chime = {project.txtChimeFileName, files.fileSize(project.txtChimeFileName),
-                         card_name::Chime};
+        sources.chime = measured(project.txtChimeFileName, card_name::Chime);
     return sources;
 }
 

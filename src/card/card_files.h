@@ -47,6 +47,7 @@ struct SourceFile {
     QString path;                ///< empty for what is composed in memory
     std::optional<qint64> size;  ///< bytes; nothing when it cannot be measured
     QString cardName;            ///< its name there; of a track once the files are numbered
+    qint64 modified = 0;         ///< its time, as FileStamp has it
 };
 
 /// The files of the operator that a project names. Measured once for an operation, however many of

@@ -7,6 +7,7 @@
 
 #include "card/card_checks.h"
 #include "card/firmware.h"
+#include "card/sound_checks.h"
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "image/config_image.h"
@@ -52,7 +53,7 @@ QList<NamedCheck> projectChecks(const CardChecks& checks) {
     return {{u"musicLists"_s, &checks.musicLists},     {u"languages"_s, &checks.languages},
             {u"speechTitles"_s, &checks.speechTitles}, {u"trackCount"_s, &checks.trackCount},
             {u"silentTracks"_s, &checks.silentTracks}, {u"emptyFiles"_s, &checks.emptyFiles},
-            {u"fileNumbers"_s, &checks.fileNumbers}};
+            {u"fileNumbers"_s, &checks.fileNumbers},   {u"sound"_s, &checks.sound}};
 }
 
 QList<NamedCheck> driveChecks(const CardChecks& checks) {
@@ -136,7 +137,11 @@ Project openProject(FileSystem& files, const QString& path) {
 CardChecks checksOf(const Project& project, const QString& root, const FileSystem& files) {
     const FolderDrives drives;
     const SourceFiles sources = measureSources(project, files);
-    return runCardChecks(project, sources, root, drives, updateSummary(sources).totalCardBytes);
+    SoundBook book(soundBookFile());
+    lookAtAll(sources, book);
+    book.save();
+    return runCardChecks(project, sources, root, drives, updateSummary(sources).totalCardBytes,
+                         &book);
 }
 
 QString inOneLine(const CheckResult& result, qsizetype most) {

@@ -27,6 +27,13 @@ struct FileIdentity {
     bool operator==(const FileIdentity&) const = default;
 };
 
+/// What tells a file from what it was before, without a look inside.
+struct FileStamp {
+    qint64 bytes = 0;
+    qint64 modified = 0;  ///< a time, in the file system's own counting
+    bool operator==(const FileStamp&) const = default;
+};
+
 /// A file open for reading from its start to its end.
 class InputFile {
  public:
@@ -88,8 +95,14 @@ class FileSystem {
 
     virtual ~FileSystem() = default;
 
-    /// Size in bytes of the regular file at `path`, links followed; nothing when there is none.
-    virtual std::optional<qint64> fileSize(const QString& path) const = 0;
+    /// Size and time of the regular file at `path`, links followed; nothing when there is none.
+    virtual std::optional<FileStamp> stamp(const QString& path) const = 0;
+
+    /// Its size alone, in bytes.
+    std::optional<qint64> fileSize(const QString& path) const {
+        const auto found = stamp(path);
+        return found ? std::optional(found->bytes) : std::nullopt;
+    }
 
     virtual bool isFolder(const QString& path) const = 0;
 

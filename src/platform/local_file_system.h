@@ -9,7 +9,7 @@ namespace tessaly {
 /// The machine's own file system.
 class LocalFileSystem : public FileSystem {
  public:
-    std::optional<qint64> fileSize(const QString& path) const override;
+    std::optional<FileStamp> stamp(const QString& path) const override;
     bool isFolder(const QString& path) const override;
     QList<FolderEntry> entries(const QString& folder) const override;
     std::optional<FileIdentity> identity(const QString& path) const override;

@@ -161,4 +161,9 @@ QString userFolder() {
                   u"Tessaly"_s);
 }
 
+QString userCacheFolder() {
+    return pathIn(QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation),
+                  u"Tessaly"_s);
+}
+
 }  // namespace tessaly

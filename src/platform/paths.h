@@ -49,4 +49,7 @@ QStringList personalFolders();
 /// files. It need not exist.
 QString userFolder();
 
+/// The folder for what the program finds out again when it is gone. It need not exist.
+QString userCacheFolder();
+
 }  // namespace tessaly

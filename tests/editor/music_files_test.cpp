@@ -190,7 +190,7 @@ class ManyFiles : public LocalFileSystem {
  public:
     explicit ManyFiles(int count) : count_(count) {}
     bool isFolder(const QString& path) const override { return !path.endsWith(".mp3"); }
-    std::optional<qint64> fileSize(const QString&) const override { return 1; }
+    std::optional<FileStamp> stamp(const QString&) const override { return FileStamp{1, 1}; }
     QList<FolderEntry> entries(const QString&) const override {
         QList<FolderEntry> found;
         for (int i = 0; i < count_; ++i)

@@ -33,9 +33,9 @@ class FaultyFileSystem : public LocalFileSystem {
         readsBackAs;
     mutable QHash<QString, int> sizesAsked;  ///< how often, by path
 
-    std::optional<qint64> fileSize(const QString& path) const override {
+    std::optional<FileStamp> stamp(const QString& path) const override {
         ++sizesAsked[path];
-        return LocalFileSystem::fileSize(path);
+        return LocalFileSystem::stamp(path);
     }
     QList<FolderEntry> entries(const QString& folder) const override {
         const_cast<FaultyFileSystem*>(this)->count("list", folder);

@@ -26,11 +26,13 @@ TessalyError lastSystemError(const QString& path) {
     return systemError(errno, path);
 }
 
-std::optional<qint64> LocalFileSystem::fileSize(const QString& path) const {
+std::optional<FileStamp> LocalFileSystem::stamp(const QString& path) const {
     struct stat status {};
     if (::stat(toNativePath(path).constData(), &status) != 0 || !S_ISREG(status.st_mode))
         return std::nullopt;
-    return status.st_size;
+    constexpr qint64 NanosecondsASecond = 1'000'000'000;
+    return FileStamp{status.st_size,
+                     status.st_mtim.tv_sec * NanosecondsASecond + status.st_mtim.tv_nsec};
 }
 
 bool LocalFileSystem::isFolder(const QString& path) const {

@@ -29,13 +29,16 @@ std::optional<BY_HANDLE_FILE_INFORMATION> targetInformation(const QString& path)
 struct Status {
     bool isFolder = false;
     qint64 size = 0;
+    qint64 modified = 0;
 };
 
 // One call for all but links: it runs once for every file of a project.
 std::optional<Status> statusOf(const QString& path) {
     const auto status = [](const auto& data) {
         return Status{.isFolder = (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0,
-                      .size = joined(data.nFileSizeHigh, data.nFileSizeLow)};
+                      .size = joined(data.nFileSizeHigh, data.nFileSizeLow),
+                      .modified = joined(data.ftLastWriteTime.dwHighDateTime,
+                                         data.ftLastWriteTime.dwLowDateTime)};
     };
     WIN32_FILE_ATTRIBUTE_DATA data{};
     if (!::GetFileAttributesExW(systemPath(path).c_str(), GetFileExInfoStandard, &data))
@@ -69,12 +72,12 @@ TessalyError lastSystemError(const QString& path) {
     return systemError(int(::GetLastError()), path);
 }
 
-std::optional<qint64> LocalFileSystem::fileSize(const QString& path) const {
+std::optional<FileStamp> LocalFileSystem::stamp(const QString& path) const {
     const NoDiskPrompt quiet;
     const auto status = statusOf(path);
     if (!status || status->isFolder)
         return std::nullopt;
-    return status->size;
+    return FileStamp{status->size, status->modified};
 }
 
 bool LocalFileSystem::isFolder(const QString& path) const {

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "card/sound_checks.h"
+
+#include <QHash>
+#include <QThreadPool>
+#include <algorithm>
+#include <atomic>
+#include <cmath>
+
+#include "model/numbers.h"
+#include "sound/sound_words.h"
+
+namespace tessaly {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+FileStamp stampOf(const SourceFile& source) {
+    return {source.size.value_or(0), source.modified};
+}
+
+double medianOf(QList<double> values) {
+    const auto middle = values.begin() + values.size() / 2;
+    std::nth_element(values.begin(), middle, values.end());
+    if (values.size() % 2 == 1)
+        return *middle;
+    return (*middle + *std::max_element(values.begin(), middle)) / 2;
+}
+
+}  // namespace
+
+QString ItemSound::problem() const {
+    if (!sound)
+        return {};
+    QStringList problems = {problemInWords(sound->quick)};
+    if (sound->whole)
+        problems.append(problemInWords(*sound->whole));
+    if (isTooLoudOrQuiet())
+        problems.append(loudnessInWords(difference));
+    problems.removeAll(QString());
+    return problems.join(u"; "_s);
+}
+
+bool ItemSound::isTooLoudOrQuiet() const {
+    return std::abs(difference) > (isMusic(*record) ? MostMusicDifference : MostSpeechDifference);
+}
+
+QList<ItemSound> soundsOf(const Project& project, const SourceFiles& sources,
+                          const SoundBook& book) {
+    constexpr qsizetype FewestToCompare = 3;
+    QList<ItemSound> sounds;
+    QHash<QString, QList<double>> loudness;  // by list; all announcements together
+    const auto loudnessOf = [](const ItemSound& item) {
+        return item.sound && item.sound->whole ? item.sound->whole->loudness : WholeLook::Silent;
+    };
+    const auto groupOf = [](const ItemSound& item) {
+        return isMusic(*item.record) ? u'M' + item.record->groupName.text() : QString();
+    };
+    qsizetype next = 0;
+    for (const TrackRecord& record : project.TrackTable) {
+        if (!isTrackFile(record))
+            continue;
+        const SourceFile& source = sources.tracks[next++];
+        ItemSound item{.record = &record, .isMissing = !source.size, .sound = {}};
+        if (source.size)
+            item.sound = book.known(source.path, stampOf(source));
+        if (const double lufs = loudnessOf(item); lufs > WholeLook::Silent)
+            loudness[groupOf(item)].append(lufs);
+        sounds.append(item);
+    }
+    for (ItemSound& item : sounds) {
+        const QList<double>& others = loudness[groupOf(item)];
+        if (const double lufs = loudnessOf(item);
+            lufs > WholeLook::Silent && others.size() >= FewestToCompare)
+            item.difference = lufs - medianOf(others);
+    }
+    return sounds;
+}
+
+CheckResult checkSound(const QList<ItemSound>& sounds) {
+    CheckResult result;
+    qsizetype unknown = 0;
+    for (const ItemSound& item : sounds) {
+        const QString problem = item.problem();
+        // Empty files have a check of their own.
+        const bool isEmpty = item.sound && item.sound->quick.finding == QuickLook::Finding::Empty;
+        if (!problem.isEmpty() && !isEmpty)
+            result.offenders.append(u"%1 (%2): %3"_s.arg(item.record->itemName.text(),
+                                                         item.record->groupName.text(), problem));
+        unknown += !item.sound && !item.isMissing;
+    }
+    if (!result.offenders.isEmpty()) {
+        result.verdict = Verdict::Yellow;
+        result.text = u"These files may not sound as they should:"_s;
+    } else if (unknown > 0) {
+        result.text = u"%1 not looked at yet"_s.arg(counted(unknown, u"file"_s));
+    } else if (!sounds.isEmpty()) {
+        result.verdict = Verdict::Green;
+        result.text = u"All files hold MPEG sound"_s;
+    }
+    return result;
+}
+
+void lookAtAll(const SourceFiles& sources, SoundBook& book) {
+    QThreadPool workers;
+    std::atomic<qsizetype> next = 0;
+    for (int i = 0; i < workers.maxThreadCount(); ++i)
+        workers.start([&] {
+            for (qsizetype at = next++; at < sources.tracks.size(); at = next++)
+                if (const SourceFile& source = sources.tracks[at]; source.size)
+                    book.quick(source.path, stampOf(source));
+        });
+    workers.waitForDone();
+}
+
+}  // namespace tessaly

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <optional>
+
+#include "card/card_checks.h"
+#include "card/card_files.h"
+#include "model/project.h"
+#include "sound/sound_book.h"
+
+// What an operator wants to hear of the sound of a project's files. It warns and never blocks.
+
+namespace tessaly {
+
+/// How far from the median of its list a track may be, and an announcement from that of all.
+constexpr double MostMusicDifference = 6, MostSpeechDifference = 4;  // LU
+
+/// One file of a project with what is known of it.
+struct ItemSound {
+    const TrackRecord* record = nullptr;  ///< of the project that was asked for
+    bool isMissing = false;
+    std::optional<KnownSound> sound;  ///< nothing: missing, or not looked at yet
+    double difference = 0;  ///< its loudness above the median, in LU; 0 where that is not known
+
+    /// Everything that is wrong with it, in words; empty when nothing is known to be.
+    QString problem() const;
+    bool isTooLoudOrQuiet() const;
+};
+
+/// The sounds of all files of a project, in table order. `sources` are its measured files.
+/// Differences of loudness take at least three files that were decoded.
+QList<ItemSound> soundsOf(const Project& project, const SourceFiles& sources,
+                          const SoundBook& book);
+
+/// The check of the Create Card page and of `check`: yellow with a line for each file that has a
+/// problem, "Harbour (Deutsch): no MPEG sound: this looks like HTML"; green when all files were
+/// looked at and are good; grey while some were not.
+CheckResult checkSound(const QList<ItemSound>& sounds);
+
+/// Takes the quick look at all files of a project that the book does not know yet, on all cores.
+void lookAtAll(const SourceFiles& sources, SoundBook& book);
+
+}  // namespace tessaly
