@@ -2,10 +2,12 @@
 #include "card/sound_checks.h"
 
 #include <QHash>
+#include <QSet>
 #include <QThreadPool>
 #include <algorithm>
 #include <atomic>
 #include <cmath>
+#include <utility>
 
 #include "model/numbers.h"
 #include "sound/sound_words.h"
@@ -112,6 +114,52 @@ void lookAtAll(const SourceFiles& sources, SoundBook& book) {
                     book.quick(source.path, stampOf(source));
         });
     workers.waitForDone();
+}
+
+bool decodeAll(const SourceFiles& sources, SoundBook& book,
+               const std::function<bool(double)>& keepGoing) {
+    constexpr int MsBetween = 30;
+    QList<SourceFile> files;
+    QSet<QString> taken;
+    qint64 total = 0;
+    for (const SourceFile& source : sources.tracks) {
+        if (!source.size || taken.contains(source.path))
+            continue;
+        taken.insert(source.path);
+        const auto known = book.known(source.path, stampOf(source));
+        if ((known && known->whole) || !book.quick(source.path, stampOf(source)).hasSound())
+            continue;
+        files.append(source);
+        total += *source.size;
+    }
+    // The longest first, so that no core is left with it at the end.
+    std::sort(files.begin(), files.end(),
+              [](const SourceFile& a, const SourceFile& b) { return a.size > b.size; });
+    std::atomic<qsizetype> next = 0;
+    std::atomic<qint64> done = 0;
+    std::atomic<bool> isEnded = false;
+    QThreadPool workers;
+    for (int i = 0; i < workers.maxThreadCount(); ++i)
+        workers.start([&] {
+            for (qsizetype at = next++; at < files.size() && !isEnded; at = next++) {
+                const SourceFile& source = files[at];
+                qint64 counted = 0;
+                const auto goesOn = [&](double share) {
+                    const auto now = qint64(share * double(*source.size));
+                    done += now - std::exchange(counted, now);
+                    return !isEnded;
+                };
+                const WholeLook whole = wholeLook(source.path, goesOn);
+                if (isEnded)
+                    return;
+                goesOn(1);
+                book.keep(source.path, stampOf(source), whole);
+            }
+        });
+    while (!workers.waitForDone(MsBetween))
+        if (!isEnded && !keepGoing(double(done) / double(std::max<qint64>(total, 1))))
+            isEnded = true;
+    return !isEnded;
 }
 
 }  // namespace tessaly

@@ -3,6 +3,7 @@
 
 #include <QList>
 #include <QString>
+#include <functional>
 #include <optional>
 
 #include "card/card_checks.h"
@@ -41,5 +42,12 @@ CheckResult checkSound(const QList<ItemSound>& sounds);
 
 /// Takes the quick look at all files of a project that the book does not know yet, on all cores.
 void lookAtAll(const SourceFiles& sources, SoundBook& book);
+
+/// Decodes all files of a project that the book does not know decoded yet, on all cores.
+/// `keepGoing` is called by the caller's thread, thirty times a second, with the share of the bytes
+/// that is done, 0 to 1; false ends it, with what is done by then in the book. Returns false when
+/// it was ended.
+bool decodeAll(const SourceFiles& sources, SoundBook& book,
+               const std::function<bool(double done)>& keepGoing);
 
 }  // namespace tessaly

@@ -55,6 +55,11 @@ struct FirmwareOptions {
     bool yes = false;
 };
 
+struct SoundOptions {
+    QString project;
+    bool json = false;
+};
+
 struct ShowOptions {
     QString file;
     bool json = false;
@@ -67,6 +72,7 @@ int createCommand(const CreateOptions& options, const SupportFolders& folders);
 int verifyCommand(const QString& card);
 int firmwareCommand(const FirmwareOptions& options, const SupportFolders& folders);
 int showCommand(const ShowOptions& options);
+int soundCommand(const SoundOptions& options);
 
 /// A project file opened by a command. Throws when it is not read to its end.
 Project openProject(FileSystem& files, const QString& path);

@@ -40,6 +40,7 @@ class CommandLine {
                 "DIR");
         addImport();
         addCheck();
+        addSound();
         addImage();
         addCreate();
         addVerify();
@@ -137,6 +138,14 @@ class CommandLine {
         sub->add_flag("--strict", check_.strict, "End with 3 on warnings, too");
     }
 
+    void addSound() {
+        CLI::App* sub =
+            command("sound", "Decode the MP3 files of a project and measure them",
+                    "tessaly-cli sound tour.crd2 --json", [this] { return soundCommand(sound_); });
+        addProject(sub, sound_.project);
+        sub->add_flag("--json", sound_.json, "Print JSON");
+    }
+
     void addImage() {
         CLI::App* sub = command(
             "image", "Write the player's configuration image",
@@ -206,6 +215,7 @@ class CommandLine {
     QString verified_;
     FirmwareOptions firmware_;
     ShowOptions show_;
+    SoundOptions sound_;
     std::function<int()> run_;
 };
 

@@ -26,7 +26,7 @@ struct QuickLook {
     qint64 milliseconds = 0;  ///< that it says it plays
     qint64 there = 0;         ///< EndsEarly: milliseconds that are there
 
-    bool hasSound() const { return finding >= Finding::OtherLayer; }
+    bool hasSound() const { return finding == Finding::Good || finding >= Finding::OtherLayer; }
     bool operator==(const QuickLook&) const = default;
 };
 
