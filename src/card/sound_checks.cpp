@@ -36,7 +36,9 @@ QString ItemSound::problem() const {
     if (!sound)
         return {};
     QStringList problems = {problemInWords(sound->quick)};
-    if (sound->whole)
+    // A last frame that is cut is found by both looks.
+    if (sound->whole && !(sound->quick.finding == QuickLook::Finding::EndsInFrame &&
+                          sound->whole->breakCount == 1))
         problems.append(problemInWords(*sound->whole));
     if (isTooLoudOrQuiet())
         problems.append(loudnessInWords(difference));
