@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include "app/small_widgets.h"
+#include "app/sound_watch.h"
 #include "card/card_guards.h"
 #include "card/firmware.h"
 #include "editor/imported_list.h"
@@ -49,6 +50,8 @@ CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services
     clicked(ui_->buttCreateXD3, &CreateCardPage::buttCreateXD3_Click);
     clicked(ui_->buttUpdateFirmware, &CreateCardPage::buttUpdateFirmware_Click);
     clicked(ui_->buttGiveFiles, &CreateCardPage::buttGiveFiles_Click);
+    connect(ui_->fraSound->findChild<QListWidget*>(), &QListWidget::itemActivated, this,
+            [this](QListWidgetItem* item) { lstSound_Activated(item->listWidget()->row(item)); });
     clicked(ui_->buttCancelWrite, &CreateCardPage::buttCancelWrite_Click);
     clicked(ui_->buttEndUpdate, &CreateCardPage::endUpdate);
 }
@@ -67,11 +70,28 @@ void CreateCardPage::selectRows(const QList<Rows>&) {
         showProject();
 }
 
+void CreateCardPage::soundLearned() {
+    if (isVisible())
+        showProject();
+}
+
+// Goes to the item that a line of the sound check is about.
+void CreateCardPage::lstSound_Activated(int line) {
+    const SourceFiles sources = measureSources(session_.project, services_.files);
+    const QList<ItemSound> problems =
+        soundProblems(soundsOf(session_.project, sources, services_.sounds.book()));
+    if (line < problems.size())
+        if (const auto place = placeOf(session_.project, *problems[line].record))
+            emit placeChosen(*place);
+}
+
 void CreateCardPage::renewChecks() {
     checksDue_ = false;
+    const SourceFiles sources = measureSources(session_.project, services_.files);
+    services_.sounds.lookAtAll(session_.project, sources);
     const CardChecks checks =
-        runCardChecks(session_.project, measureSources(session_.project, services_.files),
-                      session_.project.cfDrive, services_.drives, totals_.totalCardBytes);
+        runCardChecks(session_.project, sources, session_.project.cfDrive, services_.drives,
+                      totals_.totalCardBytes, &services_.sounds.book());
     totals_ = checks.totals;
     showChecks(checks);
     emit totalsMeasured();
@@ -88,6 +108,7 @@ void CreateCardPage::showChecks(const CardChecks& checks) {
     ui_->fraCC6->showResult(checks.trackCount, 0);
     ui_->fraCC6->showResult(checks.fileNumbers, 1);
     ui_->fraEmptyFiles->showResult(checks.emptyFiles);
+    ui_->fraSound->showResult(checks.sound);
     ui_->fraCC7->showResult(problemsOf(checks));
 
     const CardControls controls =
@@ -105,6 +126,7 @@ void CreateCardPage::showChecks(const CardChecks& checks) {
     ui_->fraProgress->hide();
     ui_->fraSilentTracks->setVisible(controls.fraSilentTracks);
     ui_->fraEmptyFiles->setVisible(controls.fraEmptyFiles);
+    ui_->fraSound->setVisible(controls.fraSound);
     ui_->fraCC7->setVisible(controls.fraCC7);
     ui_->fraFirmware->setVisible(isStandIn(services_.files, folders_.firmwareFile()));
 }

@@ -9,6 +9,7 @@
 #include "app/prompts.h"
 #include "card/card_checks.h"
 #include "card/card_writer.h"
+#include "editor/find.h"
 #include "model/project_session.h"
 
 namespace Ui {
@@ -59,6 +60,7 @@ class CreateCardPage : public Page {
     void showProject() override;
     /// The checks are for a page that is seen.
     void selectRows(const QList<Rows>& rows) override;
+    void soundLearned() override;
 
     bool isRunning() const { return writer_.isRunning(); }
 
@@ -75,6 +77,8 @@ class CreateCardPage : public Page {
  signals:
     /// The size summary was measured anew.
     void totalsMeasured();
+    /// The operator wants to see an item that a check is about.
+    void placeChosen(const Place& place);
 
  private:
     void buttSelectCF_Click();
@@ -84,6 +88,7 @@ class CreateCardPage : public Page {
     void buttUpdateFirmware_Click();
     void buttGiveFiles_Click();
     void buttCancelWrite_Click();
+    void lstSound_Activated(int line);
 
     void renewChecks();
     void showChecks(const CardChecks& checks);

@@ -10,7 +10,9 @@
 #include <QVBoxLayout>
 
 #include "app/session_status.h"
+#include "app/sound_watch.h"
 #include "platform/error.h"
+#include "sound/sound_words.h"
 
 namespace tessaly {
 
@@ -41,7 +43,9 @@ EditorPage::EditorPage(Project& project, const Services& services, const ListSec
 
 const LineNotes& EditorPage::notes() {
     if (!notes_)
-        notes_.emplace(project_);
+        notes_.emplace(project_, [this](const QString& path) {
+            return services_.sounds.book().lastLength(path);
+        });
     return *notes_;
 }
 
@@ -56,7 +60,27 @@ void EditorPage::showSelection() {
     file_.browseButton()->setEnabled(enabled.chooseFile);
     for (QAction* command : browseCommands_)
         command->setEnabled(enabled.chooseFile);
-    file_.showFile(display());
+    showFile();
+}
+
+void EditorPage::showFile() {
+    const FileDisplay shown = display();
+    if (!shown.record)
+        return file_.showFile(shown, {}, false);
+    const ItemSound item = services_.sounds.of(*shown.record, shown.path, shown.stamp);
+    const QString problem = item.isMissing ? u"File not found"_s : item.problem();
+    const QString format = item.sound ? inMinutes(item.sound->quick.milliseconds) + u", "_s +
+                                            formatInWords(item.sound->quick)
+                                      : u"not looked at yet"_s;
+    file_.showFile(shown, problem.isEmpty() ? format : problem, !problem.isEmpty());
+}
+
+void EditorPage::soundLearned() {
+    notes_.reset();
+    for (const ListSection* section : {&first_, &second_})
+        section->list()->viewport()->update();
+    if (isVisible())
+        showFile();
 }
 
 void EditorPage::entered(ListSection& section) {

@@ -21,6 +21,8 @@ class EditorPage : public Page {
         return {first_.list()->rows(), second_.list()->rows()};
     }
 
+    void soundLearned() override;
+
  protected:
     EditorPage(Project& project, const Services& services, const ListSection::Names& first,
                const ListSection::Names& second, const FileSection::Names& file, QWidget* parent);
@@ -30,6 +32,9 @@ class EditorPage : public Page {
     virtual FileDisplay display() const = 0;
 
     virtual void showSelection();
+
+    /// Shows the file of the selection.
+    void showFile();
 
     void keyPressEvent(QKeyEvent* event) override;
 

@@ -197,15 +197,30 @@ FileSection::FileSection(const Names& names, QWidget* parent)
         layout->addWidget(line, row, 1);
         lines_.append(line);
     }
+    sound_ = named(names.sound, new QLabel);
+    sound_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    sound_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    const int side = style()->pixelMetric(QStyle::PM_SmallIconSize);
+    soundIcon_ = new QLabel;
+    soundIcon_->setPixmap(style()->standardIcon(QStyle::SP_MessageBoxWarning).pixmap(side));
+    auto* sound = new QHBoxLayout;
+    sound->addWidget(soundIcon_);
+    sound->addWidget(sound_, 1);
+    const int row = layout->rowCount();
+    layout->addWidget(new QLabel(u"Sound:"_s), row, 0);
+    layout->addLayout(sound, row, 1, 1, -1);
 }
 
-void FileSection::showFile(const FileDisplay& display) {
+void FileSection::showFile(const FileDisplay& display, const QString& sound, bool isBad) {
     path_->setText(display.path);
     const QString texts[] = {display.size, display.tags.title, display.tags.artist,
                              display.tags.album};
     Q_ASSERT(lines_.size() <= qsizetype(std::size(texts)));
     for (qsizetype i = 0; i < lines_.size(); ++i)
         lines_[i]->setText(texts[i]);
+    sound_->setText(sound);
+    sound_->setToolTip(sound);
+    soundIcon_->setVisible(isBad);
 }
 
 }  // namespace tessaly

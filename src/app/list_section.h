@@ -118,12 +118,14 @@ class FileSection : public QGroupBox {
     struct Names {
         QStringView frame, title, path, browse;
         QList<std::pair<QStringView, QStringView>> lines;  ///< name and caption
+        QStringView sound = {};                            ///< the label of what it sounds like
         QStringView clear = {};  ///< the button that takes the file away; empty: there is none
     };
 
     FileSection(const Names& names, QWidget* parent);
 
-    void showFile(const FileDisplay& display);
+    /// `sound` is what is known of its sound, and `isBad` that it will not be heard as it should.
+    void showFile(const FileDisplay& display, const QString& sound, bool isBad);
 
     QPushButton* browseButton() const { return browse_; }
     QPushButton* clearButton() const { return clear_; }  ///< nullptr where there is none
@@ -133,6 +135,8 @@ class FileSection : public QGroupBox {
     QPushButton* browse_;
     QPushButton* clear_ = nullptr;
     QList<QLabel*> lines_;
+    QLabel* sound_;
+    QLabel* soundIcon_;
 };
 
 }  // namespace tessaly

@@ -17,6 +17,7 @@
 #include "app/session_status.h"
 #include "app/setup_page.h"
 #include "app/small_widgets.h"
+#include "app/sound_watch.h"
 #include "app/speech_page.h"
 #include "app/triggers_page.h"
 #include "platform/paths.h"
@@ -40,8 +41,8 @@ MainWindow::MainWindow(ProjectSession& session, const Services& services)
       history_(session.project),
       remembered_(pathIn(services.userFolder, u"tessaly.ini"_s)),
       prompts_(services.prompts, remembered_),
-      services_{services.files,    services.drives,    prompts_,           services.tags,
-                services.instance, services.appFolder, services.userFolder},
+      services_{services.files,    services.drives, prompts_,           services.tags,
+                services.instance, services.sounds, services.appFolder, services.userFolder},
       folders_(foldersOfProgram(services.appFolder, services.userFolder)),
       ui_(std::make_unique<Ui::MainWindow>()),
       statusText_(new ElidedLabel) {
@@ -115,6 +116,7 @@ void MainWindow::addPages() {
     createCard_ = new CreateCardPage(session_, services_, totals_);
     ui_->Tabs->addTab(createCard_, u"Create Card"_s);
     connect(createCard_, &CreateCardPage::totalsMeasured, this, &MainWindow::showTotals);
+    connect(createCard_, &CreateCardPage::placeChosen, this, &MainWindow::goTo);
     for (int i = 0; i < ui_->Tabs->count(); ++i) {
         Page* one = page(i);
         connect(one, &Page::projectChanged, this, [this] {
@@ -128,6 +130,7 @@ void MainWindow::addPages() {
         connect(one, &Page::editBegins, this, [this] { history_.begin(); });
         connect(one, &Page::editEnds, this, [this] { history_.end(view()); });
         connect(one, &Page::summaryDue, this, &MainWindow::measure);
+        connect(&services_.sounds, &SoundWatch::learned, one, &Page::soundLearned);
     }
 }
 
@@ -214,7 +217,9 @@ void MainWindow::showReplaced() {
 }
 
 void MainWindow::measure() {
-    totals_ = updateSummary(session_.project, services_.files);
+    const SourceFiles sources = measureSources(session_.project, services_.files);
+    totals_ = updateSummary(sources);
+    services_.sounds.lookAtAll(session_.project, sources);
     showTotals();
 }
 

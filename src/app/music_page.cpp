@@ -4,7 +4,9 @@
 #include <QAction>
 #include <QPushButton>
 
+#include "app/sound_watch.h"
 #include "model/music_lists.h"
+#include "sound/sound_words.h"
 
 namespace tessaly {
 
@@ -39,9 +41,9 @@ MusicPage::MusicPage(Project& project, const Services& services, QWidget* parent
                   .lines = {{u"lblMuFileSize", u"File Size:"},
                             {u"lblMP3tagTitle", u"Title:"},
                             {u"lblMP3tagArtist", u"Artist:"},
-                            {u"lblMP3tagAlbum", u"Album:"}}},
-                 parent),
-      lengths_(services.tags) {
+                            {u"lblMP3tagAlbum", u"Album:"}},
+                  .sound = u"lblMuSound"},
+                 parent) {
     lists_.connectTo(this, {.add = &MusicPage::buttAddMuList_Click,
                             .edit = &MusicPage::buttEditMuList_Click,
                             .remove = &MusicPage::buttDelMuList_Click,
@@ -63,8 +65,6 @@ MusicPage::MusicPage(Project& project, const Services& services, QWidget* parent
     lists_.list()->setNotes(
         [this](int row) { return notes().list(project_.lstMuList.value(row)); });
     tracks_.list()->setNotes([this](int row) { return trackNote(row); });
-    connect(&lengths_, &TrackLengths::learned, tracks_.list()->viewport(),
-            qOverload<>(&QWidget::update));
     showSelection();
 }
 
@@ -129,9 +129,16 @@ LineNote MusicPage::trackNote(int row) {
     const int slot = project_.currentMusicList;
     LineNote note = notes().track(project_.MusicListNames.value(slot),
                                   project_.lstMuTrack.value(slot).value(row), services_.files);
-    const QString length = note.bytes > 0 ? lengths_.of(note.path, note.bytes) : QString();
-    if (!length.isEmpty())
-        note.text = note.text.isEmpty() ? length : note.text + u"  "_s + length;
+    if (!note.record)
+        return note;
+    const ItemSound item = services_.sounds.of(*note.record, note.path, note.stamp);
+    QStringList words{note.text};
+    if (const QString problem = item.problem(); !problem.isEmpty())
+        words.prepend(u"\u26A0 "_s + problem);
+    if (item.sound && item.sound->quick.milliseconds > 0)
+        words.append(inMinutes(item.sound->quick.milliseconds));
+    words.removeAll(QString());
+    note.text = words.join(u"  "_s);
     return note;
 }
 

@@ -5,7 +5,6 @@
 #include <functional>
 
 #include "app/editor_page.h"
-#include "app/track_lengths.h"
 #include "editor/imported_list.h"
 #include "editor/music_editor.h"
 
@@ -70,7 +69,6 @@ class MusicPage : public EditorPage {
     int shownSlot_ = 0;           // slot of the list whose tracks are shown
     bool trackEntered_ = false;   // something was typed for a new track, erased or not
     QList<QAction*> sortCommands_;
-    TrackLengths lengths_;
 };
 
 }  // namespace tessaly

@@ -12,6 +12,7 @@
 #include <algorithm>
 
 #include "app/small_widgets.h"
+#include "app/sound_watch.h"
 
 namespace tessaly {
 
@@ -97,8 +98,11 @@ void OverviewModel::show(const SpeechOverview& overview) {
     showFound();
 }
 
-bool OverviewModel::lookFurther(const FileSystem& files) {
-    return overview_.lookFurther(files, FilesLookedForAtOnce);
+bool OverviewModel::lookFurther(const FileSystem& files, SoundWatch& sounds) {
+    const auto soundOf = [&sounds](const QString& path, const FileStamp& stamp) {
+        return sounds.of(path, stamp);
+    };
+    return overview_.lookFurther(files, soundOf, FilesLookedForAtOnce);
 }
 
 void OverviewModel::showFound() {

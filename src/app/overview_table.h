@@ -8,6 +8,8 @@
 
 namespace tessaly {
 
+class SoundWatch;
+
 /// The overview as the table shows it.
 class OverviewModel : public QAbstractTableModel {
     Q_OBJECT
@@ -20,7 +22,7 @@ class OverviewModel : public QAbstractTableModel {
 
     /// Looks for some more of the files; true when something else came out than before, which is
     /// shown by showFound().
-    bool lookFurther(const FileSystem& files);
+    bool lookFurther(const FileSystem& files, SoundWatch& sounds);
     void lookAgain() { overview_.lookAgain(); }
     void showFound();
 

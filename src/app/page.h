@@ -38,6 +38,9 @@ class Page : public QScrollArea {
     virtual QList<Rows> selectedRows() const { return {}; }
     virtual void selectRows(const QList<Rows>&) { showProject(); }
 
+    /// More is known of the sound of files.
+    virtual void soundLearned() {}
+
  signals:
     /// The page changed the project, or its flag of unsaved changes.
     void projectChanged();

@@ -10,6 +10,7 @@
 
 #include "app/main_window.h"
 #include "app/qt_prompts.h"
+#include "app/sound_watch.h"
 #include "platform/local_file_system.h"
 #include "platform/paths.h"
 
@@ -86,8 +87,11 @@ int runProgram(const QString& projectFile, int splashMilliseconds,
     QtPrompts prompts;
     LocalMp3Tags tags;
     LocalSingleInstance instance(userFolder());
+    SoundBook book(soundBookFile());
+    SoundWatch sounds(book);
     const Services services{
-        files, drives, prompts, tags, instance, QApplication::applicationDirPath(), userFolder()};
+        files,       drives, prompts, tags, instance, sounds, QApplication::applicationDirPath(),
+        userFolder()};
     Project project;
     ProjectSession session(project, files);
     std::unique_ptr<MainWindow> window;
@@ -106,7 +110,9 @@ int runProgram(const QString& projectFile, int splashMilliseconds,
     };
     SplashWindow splash(loadMain, showMain, splashMilliseconds);
     splash.show();
-    return QApplication::exec();
+    const int exitCode = QApplication::exec();
+    book.save();
+    return exitCode;
 }
 
 }  // namespace tessaly

@@ -13,6 +13,8 @@
 
 namespace tessaly {
 
+class SoundWatch;
+
 /// A message box. Without a title it carries the application's.
 struct Message {
     enum class Icon { Information, Question, Exclamation, Critical };
@@ -97,6 +99,7 @@ struct Services {
     Prompts& prompts;
     const Mp3Tags& tags;
     SingleInstance& instance;
+    SoundWatch& sounds;
     QString appFolder;   ///< where the program stands
     QString userFolder;  ///< for recovery copies, the user's own support folders and, where need
                          ///< be, temporary files

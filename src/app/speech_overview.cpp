@@ -20,9 +20,10 @@ constexpr int ShowEveryMs = 200;
 
 }  // namespace
 
-OverviewSection::OverviewSection(const FileSystem& files, QWidget* parent)
+OverviewSection::OverviewSection(const FileSystem& files, SoundWatch& sounds, QWidget* parent)
     : QGroupBox(u"Titles and languages:"_s, parent),
       files_(files),
+      sounds_(sounds),
       table_(new OverviewTable(this)),
       model_(new OverviewModel(this)),
       words_(new ElidedLabel(this)) {
@@ -124,11 +125,14 @@ void OverviewSection::showPlace(const SpeechSelection& place) {
 
 // Files may have come or gone while the operator was elsewhere.
 bool OverviewSection::event(QEvent* event) {
-    if (event->type() == QEvent::WindowActivate) {
-        model_->lookAgain();
-        looking_.start();
-    }
+    if (event->type() == QEvent::WindowActivate)
+        lookAgain();
     return QGroupBox::event(event);
+}
+
+void OverviewSection::lookAgain() {
+    model_->lookAgain();
+    looking_.start();
 }
 
 void OverviewSection::hideEvent(QHideEvent* event) {
@@ -139,7 +143,7 @@ void OverviewSection::hideEvent(QHideEvent* event) {
 // A few files whenever there is nothing else to do, so that the window never waits for them all. To
 // paint the table takes longer than to look for the files in it.
 void OverviewSection::lookFurther() {
-    hasNews_ |= model_->lookFurther(files_);
+    hasNews_ |= model_->lookFurther(files_, sounds_);
     const bool isOver = model_->overview().hasSeenAll();
     if (isOver)
         looking_.stop();

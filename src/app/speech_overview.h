@@ -14,6 +14,7 @@ namespace tessaly {
 
 class OverviewModel;
 class OverviewTable;
+class SoundWatch;
 
 /// The section with all titles in all languages: which pairs have a file, and whether it is any
 /// good. A sign says that without its colour.
@@ -21,7 +22,7 @@ class OverviewSection : public QGroupBox {
     Q_OBJECT
 
  public:
-    OverviewSection(const FileSystem& files, QWidget* parent);
+    OverviewSection(const FileSystem& files, SoundWatch& sounds, QWidget* parent);
 
     /// Shows the project as it is now with this pair as the current one, and looks for its files.
     void showProject(const Project& project, const SpeechSelection& pair);
@@ -37,6 +38,9 @@ class OverviewSection : public QGroupBox {
     void enableClear(bool isEnabled);
     /// Whether one of the selected pairs has a file.
     bool hasFile() const;
+
+    /// Looks at all files once more.
+    void lookAgain();
 
     OverviewTable* table() const { return table_; }
 
@@ -61,6 +65,7 @@ class OverviewSection : public QGroupBox {
     void lookFurther();
 
     const FileSystem& files_;
+    SoundWatch& sounds_;
     OverviewTable* table_;
     OverviewModel* model_;
     QLabel* words_;

@@ -38,9 +38,10 @@ SpeechPage::SpeechPage(Project& project, const Services& services, QWidget* pare
                   .path = u"txtSpeechFile",
                   .browse = u"buttAddSpFile",
                   .lines = {{u"lblSpFilesize", u"File Size:"}},
+                  .sound = u"lblSpSound",
                   .clear = u"buttNoSpFile"},
                  parent),
-      overview_(*new OverviewSection(services.files, widget())),
+      overview_(*new OverviewSection(services.files, services.sounds, widget())),
       asList_(new QRadioButton(u"L&ist"_s, widget())),
       asOverview_(new QRadioButton(u"O&verview"_s, widget())) {
     addViews();
@@ -63,6 +64,12 @@ SpeechPage::SpeechPage(Project& project, const Services& services, QWidget* pare
     connect(file_.browseButton(), &QPushButton::clicked, this, &SpeechPage::buttAddSpFile_Click);
     connect(file_.clearButton(), &QPushButton::clicked, this, &SpeechPage::buttNoSpFile_Click);
     showSelection();
+}
+
+void SpeechPage::soundLearned() {
+    EditorPage::soundLearned();
+    if (overview_.isVisible())
+        overview_.lookAgain();
 }
 
 SpeechSelection SpeechPage::selection() const {

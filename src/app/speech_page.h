@@ -22,6 +22,7 @@ class SpeechPage : public EditorPage {
     void showProject() override;
     void projectReplaced() override;
     void selectRows(const QList<Rows>& rows) override { showRows(rows.value(0), rows.value(1)); }
+    void soundLearned() override;
 
  protected:
     EditorControls controls() const override;

@@ -181,6 +181,7 @@ CardControls cardControls(const CardChecks& checks, bool updateFirmware, bool ca
             .buttGiveFiles = isAnySilent && canGiveFiles,
             .fraSilentTracks = checks.hasItems && isAnySilent,
             .fraEmptyFiles = checks.emptyFiles.verdict == Verdict::Yellow,
+            .fraSound = checks.sound.verdict != Verdict::Green && !checks.sound.text.isEmpty(),
             .fraCC7 = problemsOf(checks).verdict == Verdict::Red};
 }
 

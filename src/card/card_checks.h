@@ -70,7 +70,7 @@ QList<CheckResult> warningsOf(const CardChecks& checks);
 struct CardControls {
     bool buttCreateCard = false, buttCreateXD3 = false, buttUpdateFirmware = false;
     bool buttGiveFiles = false;
-    bool fraSilentTracks = false, fraEmptyFiles = false, fraCC7 = false;
+    bool fraSilentTracks = false, fraEmptyFiles = false, fraSound = false, fraCC7 = false;
 
     bool operator==(const CardControls&) const = default;
 };

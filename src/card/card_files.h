@@ -48,6 +48,7 @@ struct SourceFile {
     std::optional<qint64> size;  ///< bytes; nothing when it cannot be measured
     QString cardName;            ///< its name there; of a track once the files are numbered
     qint64 modified = 0;         ///< its time, as FileStamp has it
+    bool operator==(const SourceFile&) const = default;
 };
 
 /// The files of the operator that a project names. Measured once for an operation, however many of
@@ -55,6 +56,7 @@ struct SourceFile {
 struct SourceFiles {
     QList<SourceFile> tracks;         ///< of the music and speech records, in table order
     std::optional<SourceFile> chime;  ///< when the card gets one
+    bool operator==(const SourceFiles&) const = default;
 };
 
 /// Asks for the size of every source file, once each.

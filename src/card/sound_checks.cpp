@@ -30,6 +30,19 @@ double medianOf(QList<double> values) {
     return (*middle + *std::max_element(values.begin(), middle)) / 2;
 }
 
+// All announcements are one group.
+QString groupOf(const TrackRecord& record) {
+    return isMusic(record) ? u'M' + record.groupName.text() : QString();
+}
+
+template <typename Do>
+void forEachFile(const Project& project, const SourceFiles& sources, const Do& work) {
+    qsizetype next = 0;
+    for (const TrackRecord& record : project.TrackTable)
+        if (isTrackFile(record))
+            work(record, sources.tracks[next++]);
+}
+
 }  // namespace
 
 QString ItemSound::problem() const {
@@ -37,8 +50,8 @@ QString ItemSound::problem() const {
         return {};
     QStringList problems = {problemInWords(sound->quick)};
     // A last frame that is cut is found by both looks.
-    if (sound->whole && !(sound->quick.finding == QuickLook::Finding::EndsInFrame &&
-                          sound->whole->breakCount == 1))
+    if (sound->whole &&
+        !(sound->quick.finding == QuickLook::Finding::EndsInFrame && sound->whole->breakCount == 1))
         problems.append(problemInWords(*sound->whole));
     if (isTooLoudOrQuiet())
         problems.append(loudnessInWords(difference));
@@ -50,50 +63,64 @@ bool ItemSound::isTooLoudOrQuiet() const {
     return std::abs(difference) > (isMusic(*record) ? MostMusicDifference : MostSpeechDifference);
 }
 
+LoudnessMedians::LoudnessMedians(const Project& project, const SourceFiles& sources,
+                                 const SoundBook& book) {
+    constexpr qsizetype FewestToCompare = 3;
+    if (!book.hasDecoded())
+        return;
+    QHash<QString, QList<double>> loudness;
+    forEachFile(project, sources, [&](const TrackRecord& record, const SourceFile& source) {
+        const auto sound = source.size ? book.known(source.path, stampOf(source)) : std::nullopt;
+        if (sound && sound->whole && sound->whole->loudness > WholeLook::Silent)
+            loudness[groupOf(record)].append(sound->whole->loudness);
+    });
+    for (auto group = loudness.constBegin(); group != loudness.constEnd(); ++group)
+        if (group->size() >= FewestToCompare)
+            medians_.insert(group.key(), medianOf(*group));
+}
+
+double LoudnessMedians::difference(const TrackRecord& record, double loudness) const {
+    const auto median = medians_.constFind(groupOf(record));
+    return loudness > WholeLook::Silent && median != medians_.constEnd() ? loudness - *median : 0;
+}
+
+ItemSound soundOf(const TrackRecord& record, bool isThere, const std::optional<KnownSound>& sound,
+                  const LoudnessMedians& medians) {
+    ItemSound item{.record = &record, .isMissing = !isThere, .sound = sound};
+    if (sound && sound->whole)
+        item.difference = medians.difference(record, sound->whole->loudness);
+    return item;
+}
+
 QList<ItemSound> soundsOf(const Project& project, const SourceFiles& sources,
                           const SoundBook& book) {
-    constexpr qsizetype FewestToCompare = 3;
+    const LoudnessMedians medians(project, sources, book);
     QList<ItemSound> sounds;
-    QHash<QString, QList<double>> loudness;  // by list; all announcements together
-    const auto loudnessOf = [](const ItemSound& item) {
-        return item.sound && item.sound->whole ? item.sound->whole->loudness : WholeLook::Silent;
-    };
-    const auto groupOf = [](const ItemSound& item) {
-        return isMusic(*item.record) ? u'M' + item.record->groupName.text() : QString();
-    };
-    qsizetype next = 0;
-    for (const TrackRecord& record : project.TrackTable) {
-        if (!isTrackFile(record))
-            continue;
-        const SourceFile& source = sources.tracks[next++];
-        ItemSound item{.record = &record, .isMissing = !source.size, .sound = {}};
-        if (source.size)
-            item.sound = book.known(source.path, stampOf(source));
-        if (const double lufs = loudnessOf(item); lufs > WholeLook::Silent)
-            loudness[groupOf(item)].append(lufs);
-        sounds.append(item);
-    }
-    for (ItemSound& item : sounds) {
-        const QList<double>& others = loudness[groupOf(item)];
-        if (const double lufs = loudnessOf(item);
-            lufs > WholeLook::Silent && others.size() >= FewestToCompare)
-            item.difference = lufs - medianOf(others);
-    }
+    sounds.reserve(sources.tracks.size());
+    forEachFile(project, sources, [&](const TrackRecord& record, const SourceFile& source) {
+        const auto sound = source.size ? book.known(source.path, stampOf(source)) : std::nullopt;
+        sounds.append(soundOf(record, source.size.has_value(), sound, medians));
+    });
     return sounds;
+}
+
+QList<ItemSound> soundProblems(const QList<ItemSound>& sounds) {
+    QList<ItemSound> problems;
+    for (const ItemSound& item : sounds)
+        if (item.sound && item.sound->quick.finding != QuickLook::Finding::Empty &&
+            !item.problem().isEmpty())
+            problems.append(item);
+    return problems;
 }
 
 CheckResult checkSound(const QList<ItemSound>& sounds) {
     CheckResult result;
-    qsizetype unknown = 0;
-    for (const ItemSound& item : sounds) {
-        const QString problem = item.problem();
-        // Empty files have a check of their own.
-        const bool isEmpty = item.sound && item.sound->quick.finding == QuickLook::Finding::Empty;
-        if (!problem.isEmpty() && !isEmpty)
-            result.offenders.append(u"%1 (%2): %3"_s.arg(item.record->itemName.text(),
-                                                         item.record->groupName.text(), problem));
-        unknown += !item.sound && !item.isMissing;
-    }
+    for (const ItemSound& item : soundProblems(sounds))
+        result.offenders.append(u"%1 (%2): %3"_s.arg(
+            item.record->itemName.text(), item.record->groupName.text(), item.problem()));
+    const auto unknown = std::count_if(sounds.begin(), sounds.end(), [](const ItemSound& item) {
+        return !item.sound && !item.isMissing;
+    });
     if (!result.offenders.isEmpty()) {
         result.verdict = Verdict::Yellow;
         result.text = u"These files may not sound as they should:"_s;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <functional>
@@ -30,10 +31,33 @@ struct ItemSound {
     bool isTooLoudOrQuiet() const;
 };
 
+/// How loud the files of a project are in the middle: the tracks of each list, and all
+/// announcements together.
+class LoudnessMedians {
+ public:
+    LoudnessMedians() = default;
+
+    /// `sources` are the measured files of the project. Takes at least three of a group that were
+    /// decoded and are not silent.
+    LoudnessMedians(const Project& project, const SourceFiles& sources, const SoundBook& book);
+
+    /// By how much a file of that loudness is louder, in LU; 0 where there is nothing to compare.
+    double difference(const TrackRecord& record, double loudness) const;
+
+ private:
+    QHash<QString, double> medians_;
+};
+
+/// One file of a project.
+ItemSound soundOf(const TrackRecord& record, bool isThere, const std::optional<KnownSound>& sound,
+                  const LoudnessMedians& medians);
+
 /// The sounds of all files of a project, in table order. `sources` are its measured files.
-/// Differences of loudness take at least three files that were decoded.
 QList<ItemSound> soundsOf(const Project& project, const SourceFiles& sources,
                           const SoundBook& book);
+
+/// Those that have a problem other than to be empty, which is checked elsewhere.
+QList<ItemSound> soundProblems(const QList<ItemSound>& sounds);
 
 /// The check of the Create Card page and of `check`: yellow with a line for each file that has a
 /// problem, "Harbour (Deutsch): no MPEG sound: this looks like HTML"; green when all files were

@@ -13,8 +13,10 @@ FileDisplay displayOf(const TrackRecord* record, const FileSystem& files) {
     if (!record)
         return display;
     display.path = record->sourcePath.text();
-    if (const auto size = files.fileSize(display.path))
-        display.size = megabytes(*size);
+    display.record = record;
+    display.stamp = files.stamp(display.path);
+    if (display.stamp)
+        display.size = megabytes(display.stamp->bytes);
     return display;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <optional>
 
 #include "editor/music_editor.h"
 #include "editor/speech_editor.h"
@@ -16,6 +17,8 @@ struct FileDisplay {
     QString path;                             ///< empty when the selected item has no file
     QString size = QStringLiteral("0.0 MB");  ///< stays so when the file cannot be measured
     TagBlock tags;  ///< music only; each text from the first block, else the second
+    const TrackRecord* record = nullptr;  ///< of the project, until it is changed
+    std::optional<FileStamp> stamp = {};  ///< of the file, if it is there
 };
 
 /// The file of the selected title in the selected language.

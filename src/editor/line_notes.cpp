@@ -5,6 +5,7 @@
 
 #include "model/music_lists.h"
 #include "model/numbers.h"
+#include "sound/sound_words.h"
 
 namespace tessaly {
 
@@ -29,6 +30,10 @@ QString joined(QStringList words) {
     return words.join(u", "_s);
 }
 
+QString inMinutesOrNone(qint64 milliseconds) {
+    return milliseconds > 0 ? inMinutes(milliseconds) : QString();
+}
+
 }  // namespace
 
 bool LineNotes::areOf(Project project) const {
@@ -41,10 +46,13 @@ bool LineNotes::areOf(Project project) const {
 const LineNotes::Music& LineNotes::music() const {
     if (music_)
         return *music_;
-    music_.emplace(TrackIndex(project_), QHash<QString, int>());
+    music_.emplace(TrackIndex(project_), QHash<QString, int>(), QHash<QString, qint64>());
     const MusicListIndex lists(project_);
     for (const QString& list : project_.lstMuList)
         music_->tracks.insert(list, int(lists.tracks(list).size()));
+    for (const TrackRecord& record : project_.TrackTable)
+        if (isMusic(record))
+            music_->length[record.groupName.text()] += lengthOf(record);
     return *music_;
 }
 
@@ -62,6 +70,7 @@ const LineNotes::Speech& LineNotes::speech() const {
         if (pairs.size() == before)
             continue;
         ++found.titles[pair.second];
+        found.length[pair.second] += lengthOf(record);
         if (found.languages[pair.first]++ == 0)
             found.firstOfTitle.insert(pair.first, &record);
     }
@@ -70,6 +79,7 @@ const LineNotes::Speech& LineNotes::speech() const {
 
 LineNote LineNotes::list(const QString& list) const {
     return {joined({counted(music().tracks.value(list), u"track"_s),
+                    inMinutesOrNone(music().length.value(list)),
                     playersOf(kind::Music, list, PlayFullListName.toString())})};
 }
 
@@ -80,9 +90,9 @@ LineNote LineNotes::track(const QString& list, const QString& track,
     if (!record)
         return {.text = joined({u"no file"_s, players}), .isBad = true};
     LineNote note{.text = {}, .path = record->sourcePath.text()};
-    const auto bytes = files.fileSize(note.path);
-    note.isBad = !bytes;
-    note.bytes = bytes.value_or(0);
+    note.record = record;
+    note.stamp = files.stamp(note.path);
+    note.isBad = !note.stamp;
     note.text = joined(
         {note.isBad ? u"missing"_s : QString(), attributesOf(*record).join(u", "_s), players});
     return note;
@@ -102,10 +112,11 @@ LineNote LineNotes::language(const QString& language) const {
     bool isDefault = false;
     for (const TrackRecord& record : project_.DefaultLanguageTable.mid(1))
         isDefault |= record.groupName.is(language);
-    return {
-        .text = joined({u"%1 of %2"_s.arg(there).arg(all), isDefault ? u"default"_s : QString()}),
-        .path = {},
-        .isBad = there < all};
+    return {.text = joined({u"%1 of %2"_s.arg(there).arg(all),
+                            inMinutesOrNone(speech().length.value(language)),
+                            isDefault ? u"default"_s : QString()}),
+            .path = {},
+            .isBad = there < all};
 }
 
 // What starts it by itself. A title is named without a group.

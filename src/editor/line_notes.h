@@ -4,7 +4,9 @@
 #include <QHash>
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <optional>
+#include <utility>
 
 #include "model/project.h"
 #include "platform/file_system.h"
@@ -13,10 +15,11 @@ namespace tessaly {
 
 /// What a list box says of a line besides its text.
 struct LineNote {
-    QString text;        ///< a few words: "loud, trigger 2", "4 of 5"
-    QString path = {};   ///< of a track's file, native
-    qint64 bytes = 0;    ///< its size
-    bool isBad = false;  ///< no card can be made with it as it is
+    QString text;                         ///< a few words: "loud, trigger 2", "4 of 5"
+    QString path = {};                    ///< of a track's file, native
+    std::optional<FileStamp> stamp = {};  ///< of that file, if it is there
+    const TrackRecord* record = nullptr;  ///< of a track, as long as the notes are
+    bool isBad = false;                   ///< no card can be made with it as it is
 
     bool operator==(const LineNote&) const = default;
 };
@@ -26,13 +29,18 @@ struct LineNote {
 /// out when it is first asked for.
 class LineNotes {
  public:
-    explicit LineNotes(const Project& project) : project_(project) {}
+    /// How long the file at a path plays, in milliseconds; 0 when that is not known.
+    using LengthOf = std::function<qint64(const QString& path)>;
+
+    explicit LineNotes(const Project& project, LengthOf lengthOf = {})
+        : project_(project), lengthOf_(std::move(lengthOf)) {}
     Q_DISABLE_COPY(LineNotes)
 
     /// Whether these are the notes of the project as it is now. Fast while nothing was edited.
     bool areOf(Project project) const;
 
-    /// How many tracks a list has, and what plays it: "12 tracks, trigger 1".
+    /// How many tracks a list has, how long they play, and what plays it: "12 tracks, 43:10,
+    /// trigger 1".
     LineNote list(const QString& list) const;
 
     /// "no file" or "missing", how it is played and what plays it: "loud, loop, power-up". The file
@@ -42,25 +50,31 @@ class LineNotes {
     /// In how many languages a title has a file: "4 of 5, cancel".
     LineNote title(const QString& title) const;
 
-    /// How many titles have a file in a language: "7 of 8, default".
+    /// How many titles have a file in a language, and how long they play: "7 of 8, 3:20, default".
     LineNote language(const QString& language) const;
 
  private:
     struct Music {
         TrackIndex index;
-        QHash<QString, int> tracks;  // by list
+        QHash<QString, int> tracks;     // by list
+        QHash<QString, qint64> length;  // by list
     };
     struct Speech {
         QHash<QString, int> titles;     // by language
+        QHash<QString, qint64> length;  // by language
         QHash<QString, int> languages;  // by title
         QHash<QString, const TrackRecord*> firstOfTitle;
     };
 
     const Music& music() const;
     const Speech& speech() const;
+    qint64 lengthOf(const TrackRecord& record) const {
+        return lengthOf_ ? lengthOf_(record.sourcePath.text()) : 0;
+    }
     QString playersOf(QStringView plays, const QString& group, const QString& item) const;
 
     const Project project_;
+    const LengthOf lengthOf_;
     mutable std::optional<Music> music_;
     mutable std::optional<Speech> speech_;
 };

@@ -5,26 +5,30 @@
 #include <algorithm>
 #include <optional>
 
+#include "sound/sound_words.h"
+
 namespace tessaly {
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-// The one judgement of a speech file. What asks for more than its name and size belongs here, too.
-// True when it is another one than before.
-bool lookAt(SpeechCell& cell, const FileSystem& files) {
-    const SpeechFile before = cell.file;
-    const auto size = files.fileSize(cell.path);
+// The one judgement of a speech file. True when it is another one than before.
+bool lookAt(SpeechCell& cell, const FileSystem& files, const SpeechOverview::SoundOf& soundOf) {
+    const SpeechCell before = cell;
+    const auto stamp = files.stamp(cell.path);
     const bool isMp3 = cell.path.endsWith(u".mp3"_s, Qt::CaseInsensitive);
-    cell.file = !size                ? SpeechFile::Missing
-                : *size > 0 && isMp3 ? SpeechFile::There
-                                     : SpeechFile::NotPlayable;
-    cell.problem = !size        ? u"The file cannot be found."_s
-                   : *size == 0 ? u"The file is empty."_s
-                   : !isMp3     ? u"The file is no MP3 file."_s
-                                : QString();
-    return cell.file != before;
+    const auto sound = stamp && stamp->bytes > 0 ? soundOf(cell.path, *stamp) : std::nullopt;
+    const bool isHeard = !sound || sound->quick.hasSound();
+    cell.file = !stamp                                 ? SpeechFile::Missing
+                : stamp->bytes > 0 && isMp3 && isHeard ? SpeechFile::There
+                                                       : SpeechFile::NotPlayable;
+    cell.problem = !stamp              ? u"The file cannot be found."_s
+                   : stamp->bytes == 0 ? u"The file is empty."_s
+                   : !isMp3            ? u"The file is no MP3 file."_s
+                   : sound             ? problemInWords(sound->quick)
+                                       : QString();
+    return cell != before;
 }
 
 }  // namespace
@@ -83,11 +87,11 @@ const SpeechCell& SpeechOverview::at(const SpeechSelection& pair) const {
     return cells_[pair.title * languages_.size() + pair.language];
 }
 
-bool SpeechOverview::lookFurther(const FileSystem& files, int count) {
+bool SpeechOverview::lookFurther(const FileSystem& files, const SoundOf& soundOf, int count) {
     bool isNews = false;
     for (; seen_ < cells_.size() && count > 0; ++seen_)
         if (cells_[seen_].file != SpeechFile::None) {
-            isNews |= lookAt(cells_[seen_], files);
+            isNews |= lookAt(cells_[seen_], files, soundOf);
             --count;
         }
     return isNews;

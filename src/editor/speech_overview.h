@@ -4,10 +4,13 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <functional>
+#include <optional>
 
 #include "editor/speech_editor.h"
 #include "model/project.h"
 #include "platform/file_system.h"
+#include "sound/sound_book.h"
 
 // Which titles have a file in which languages, and whether the player can play it.
 
@@ -47,8 +50,12 @@ class SpeechOverview {
     /// Both must be in the overview.
     const SpeechCell& at(const SpeechSelection& pair) const;
 
+    /// What is known of the sound of a file; nothing when it is not known yet.
+    using SoundOf =
+        std::function<std::optional<KnownSound>(const QString& path, const FileStamp& stamp)>;
+
     /// Looks for the next `count` files, at most. True when something else came out than before.
-    bool lookFurther(const FileSystem& files, int count);
+    bool lookFurther(const FileSystem& files, const SoundOf& soundOf, int count);
     /// Whether it has looked for all of them.
     bool hasSeenAll() const { return seen_ >= cells_.size(); }
     /// Starts to look for all files once more.

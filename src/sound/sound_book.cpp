@@ -90,6 +90,7 @@ SoundBook::SoundBook(const QString& file) : file_(file) {
         if (in.status() != QDataStream::Ok)
             break;
         uses_ = std::max(uses_, entry.used);
+        hasDecoded_ |= isWhole;
         entries_.insert(path, entry);
     }
     if (in.status() != QDataStream::Ok)
@@ -103,6 +104,17 @@ std::optional<KnownSound> SoundBook::known(const QString& path, const FileStamp&
         return {};
     entry->used = ++uses_;
     return entry->sound;
+}
+
+qint64 SoundBook::lastLength(const QString& path) const {
+    const QMutexLocker lock(&mutex_);
+    const auto entry = entries_.constFind(path);
+    return entry == entries_.constEnd() ? 0 : entry->sound.quick.milliseconds;
+}
+
+bool SoundBook::hasDecoded() const {
+    const QMutexLocker lock(&mutex_);
+    return hasDecoded_;
 }
 
 QuickLook SoundBook::quick(const QString& path, const FileStamp& stamp) {
@@ -121,6 +133,7 @@ void SoundBook::put(const QString& path, Entry entry) {
     const QMutexLocker lock(&mutex_);
     entry.used = ++uses_;
     hasNews_ = true;
+    hasDecoded_ |= entry.sound.whole.has_value();
     entries_.insert(path, std::move(entry));
     if (entries_.size() <= MostFiles)
         return;

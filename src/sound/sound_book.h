@@ -35,6 +35,13 @@ class SoundBook {
     /// What is known of the file at `path` with that stamp. Never looks at the disk.
     std::optional<KnownSound> known(const QString& path, const FileStamp& stamp) const;
 
+    /// How long a file plays, in milliseconds, as it was when it was looked at last; 0 when it was
+    /// not.
+    qint64 lastLength(const QString& path) const;
+
+    /// Whether any file was decoded.
+    bool hasDecoded() const;
+
     /// The quick look at it, taken now if need be.
     QuickLook quick(const QString& path, const FileStamp& stamp);
 
@@ -59,6 +66,7 @@ class SoundBook {
     QHash<QString, Entry> entries_;
     mutable qint64 uses_ = 0;
     bool hasNews_ = false;
+    bool hasDecoded_ = false;
 };
 
 }  // namespace tessaly

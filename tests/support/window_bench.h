@@ -14,6 +14,7 @@
 #include <memory>
 
 #include "app/main_window.h"
+#include "app/sound_watch.h"
 #include "model/card_file.h"
 #include "support/card_bench.h"
 #include "support/ready_prompts.h"
@@ -32,6 +33,8 @@ struct WindowBench : CardBench {
     ReadyPrompts prompts;
     FakeInstance instance;
     LocalMp3Tags tags;
+    SoundBook book;
+    SoundWatch sounds{book};
     Services services;
     Project current;
     ProjectSession session{current, services.files};
@@ -46,6 +49,7 @@ struct WindowBench : CardBench {
                    ownPrompts ? *ownPrompts : prompts,
                    tags,
                    instance,
+                   sounds,
                    scratch.path("app"),
                    scratch.makeFolder("user")} {
         project.cfDrive = withLastSeparator(job.root);
