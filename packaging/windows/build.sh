@@ -17,6 +17,8 @@ source "$here/libraries.sh"
 for library in taglib googletest headers qt; do
   build_once "$library"
 done
+build_once mpg123 "$mpg123_version"
+build_once ebur128 "$ebur128_version"
 
 [ -f "$build/build.ninja" ] ||
   PKG_CONFIG_LIBDIR="$prefix/lib/pkgconfig" cmake -S "$root" -B "$build" -G Ninja \

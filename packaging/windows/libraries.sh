@@ -10,16 +10,20 @@ jobs=${JOBS:-$(nproc)}
 source_version() { dpkg-query -W -f='${source:Version}' "$1"; }
 qt_version=$(source_version qt6-base-dev)
 tag_version=$(source_version libtag1-dev)
+mpg123_version=$(source_version libmpg123-dev)
+ebur128_version=$(source_version libebur128-dev)
 cache=${TESSALY_CACHE:-${XDG_CACHE_HOME:-$HOME/.cache}/tessaly}/windows-$qt_version-$tag_version
 sources=$cache/sources
 prefix=$cache/prefix
 host_cmake=/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)/cmake
 mkdir -p "$sources" "$prefix"
 
-# Fetches a source package where this machine gets its packages from. The lists lie in the cache
-# folder; apt's own settings stay as they are.
+# fetch PACKAGE VERSION [upstream]: fetches a source package where this machine gets its packages
+# from. The lists lie in the cache folder; apt's own settings stay as they are. A place that keeps no
+# signatures of upstream is good enough, and with `upstream` one without Debian's part: that is for
+# packages that Debian changes nothing of.
 fetch() {
-  local package=$1 version=$2 apt=$cache/apt file
+  local package=$1 version=$2 enough=${3:-} apt=$cache/apt file
   [ ! -d "$sources/$package" ] || return 0
   rm -rf "$apt" "$sources/$package.part"
   mkdir -p "$apt/parts" "$apt/lists/partial" "$apt/cache/archives/partial" "$sources/$package.part"
@@ -34,11 +38,25 @@ fetch() {
     -o "Dir::State::lists=$apt/lists" -o "Dir::Cache=$apt/cache" -o "APT::Sandbox::User=root")
   apt-get "${options[@]}" update
   (cd "$sources/$package.part" &&
-    { apt-get "${options[@]}" --download-only source "$package=$version" ||
-      { echo "The source of $package $version is not where its package came from." >&2; exit 1; }; } &&
-    dpkg-source --no-check -x ./*.dsc "$package")
+    { apt-get "${options[@]}" --download-only source "$package=$version" || true; } &&
+    { unpack "$package" "$enough" ||
+      { echo "The source of $package $version is not where its package came from." >&2; exit 1; }; })
   mv "$sources/$package.part/$package" "$sources/$package"
   rm -rf "$sources/$package.part" "$apt"
+}
+
+# Unpacks the source package of the current folder into a folder of its name. apt has checked the
+# .dsc against the signed lists; the .dsc says what the other files have to be.
+unpack() {
+  local package=$1 enough=$2
+  sed -n 's/^ \([0-9a-f]\{64\}\) [0-9]* /\1  /p' ./*.dsc |
+    sha256sum --check --strict --ignore-missing || return
+  if [ "$enough" = upstream ] && ! compgen -G '*.debian.tar.*' >/dev/null; then
+    mkdir "$package"
+    tar -C "$package" --strip-components=1 -xf ./*.orig.tar.?z*
+  else
+    dpkg-source --no-check -x ./*.dsc "$package"
+  fi
 }
 
 launcher=()
@@ -49,11 +67,11 @@ library_options=(-G Ninja -DCMAKE_TOOLCHAIN_FILE="$here/mingw-w64.cmake" -DCMAKE
   "-DCMAKE_C_FLAGS_RELEASE=-O2 -DNDEBUG" "-DCMAKE_CXX_FLAGS_RELEASE=-O2 -DNDEBUG"
   -DBUILD_SHARED_LIBS=OFF -DCMAKE_INSTALL_PREFIX="$prefix" "${launcher[@]}")
 
-# Each of these leaves a mark when it is done, which says how; the sources and the build folder
-# then go.
+# build_once NAME [VERSION]: each leaves a mark when it is done, which says how and of which version;
+# the sources and the build folder then go. (Qt's and TagLib's versions are in the cache's name.)
 build_once() {
-  local name=$1 how
-  how=$(declare -f "build_$name" | sha256sum)
+  local name=$1 version=${2:-} how
+  how=$({ declare -f "build_$name"; printf %s "$version"; } | sha256sum)
   [ "$(cat "$prefix/$name.done" 2>/dev/null)" != "$how" ] || return 0
   echo "Building $name for Windows"
   "build_$name"
@@ -77,6 +95,45 @@ Cflags: -DTAGLIB_STATIC -I$prefix/include/taglib
 Libs: -L$prefix/lib -ltag
 END
   rm -rf "$sources/taglib"
+}
+
+# Frames and decoding, and its output library with the one way out that Windows always has, which is
+# in the library and not in a DLL beside it. Offsets have 64 bits, as on Linux.
+build_mpg123() {
+  local part
+  fetch mpg123 "$mpg123_version"
+  cmake -S "$sources/mpg123/ports/cmake" -B "$cache/mpg123-build" "${library_options[@]}" \
+    -DDEFAULT_OUTPUT_MODULE=win32 -DNO_MESSAGES=ON
+  cmake --build "$cache/mpg123-build" -j "$jobs" --target libmpg123 libout123
+  for part in libmpg123 libout123; do
+    cmake --install "$cache/mpg123-build/src/$part"
+  done > "$cache/mpg123-install.log"
+  cp "$cache/mpg123-build/src/libout123/modules/libdefaultmodule.a" "$prefix/lib/libout123_win32.a"
+  mkdir -p "$prefix/lib/pkgconfig"
+  cat > "$prefix/lib/pkgconfig/libmpg123.pc" <<END
+Name: libmpg123
+Description: frames of MP3 files, and what they sound like
+Version: ${mpg123_version%%-*}
+Cflags: -D_FILE_OFFSET_BITS=64 -I$prefix/include
+Libs: -L$prefix/lib -lmpg123 -lshlwapi
+END
+  cat > "$prefix/lib/pkgconfig/libout123.pc" <<END
+Name: libout123
+Description: sound output
+Version: ${mpg123_version%%-*}
+Cflags: -I$prefix/include
+Libs: -L$prefix/lib -lout123 -lout123_win32 -lshlwapi -lwinmm
+END
+  rm -rf "$sources/mpg123"
+}
+
+# Its own pkg-config file says all that a static link needs.
+build_ebur128() {
+  fetch libebur128 "$ebur128_version" upstream
+  cmake -S "$sources/libebur128" -B "$cache/ebur128-build" "${library_options[@]}"
+  cmake --build "$cache/ebur128-build" -j "$jobs" --target ebur128
+  cmake --install "$cache/ebur128-build/ebur128" > "$cache/ebur128-install.log"
+  rm -rf "$sources/libebur128"
 }
 
 build_googletest() {

@@ -13,7 +13,7 @@ set(CPACK_PRE_BUILD_SCRIPTS "${CMAKE_CURRENT_LIST_DIR}/installer_lists.cmake")
 set(CPACK_TESSALY_ICON "${CMAKE_BINARY_DIR}/packaging/windows/tessaly.ico")
 include(CPack)
 # The licences of the libraries that the programs have in them.
-foreach(package qt6-base-dev libtag1-dev libxxhash-dev libcli11-dev mingw-w64-x86-64-dev
-                gcc-mingw-w64-x86-64-posix)
+foreach(package qt6-base-dev libtag1-dev libmpg123-dev libebur128-dev libxxhash-dev libcli11-dev
+                mingw-w64-x86-64-dev gcc-mingw-w64-x86-64-posix)
   install(FILES "/usr/share/doc/${package}/copyright" DESTINATION licences RENAME "${package}.txt")
 endforeach()
