@@ -5,9 +5,9 @@
 #include <QSet>
 #include <random>
 
+#include "editor/edit_words.h"
 #include "editor/file_display.h"
 #include "editor/music_editor.h"
-#include "editor/edit_words.h"
 #include "editor/speech_overview.h"
 #include "model/music_lists.h"
 #include "platform/local_file_system.h"
