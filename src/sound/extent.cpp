@@ -24,6 +24,18 @@ qint64 littleEndian(const QByteArray& bytes, qsizetype at) {
     return number;
 }
 
+// Behind the counts of Xing and Info stands the encoder's name, and behind that what it put before
+// the sound, in 12 bits.
+int delayIn(const QByteArray& frame) {
+    constexpr qsizetype ToDelay = 141;
+    constexpr int OfDecoder = 529;
+    const qsizetype start = std::max(frame.indexOf("Xing"), frame.indexOf("Info"));
+    if (start < 0 || start + ToDelay + 2 > frame.size())
+        return 0;
+    const int delay = quint8(frame[start + ToDelay]) << 4 | quint8(frame[start + ToDelay + 1]) >> 4;
+    return delay > 0 ? delay + OfDecoder : 0;
+}
+
 }  // namespace
 
 // ID3v2 stands in front, sometimes twice; at the end ID3v1, and before it APE.
@@ -55,7 +67,7 @@ EncoderHeader encoderHeaderIn(const QByteArray& frame) {
         TagLib::ByteVector(frame.constData(), unsigned(frame.size())));
     if (!header.isValid())
         return {};
-    return {true, qint64(header.totalFrames()), qint64(header.totalSize())};
+    return {true, qint64(header.totalFrames()), qint64(header.totalSize()), delayIn(frame)};
 }
 
 }  // namespace tessaly

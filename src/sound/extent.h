@@ -23,6 +23,7 @@ struct EncoderHeader {
     bool isThere = false;
     qint64 frames = 0;  ///< behind this one; 0 where it does not say
     qint64 bytes = 0;   ///< with this one; 0 where it does not say
+    int delay = 0;      ///< samples of each channel before the sound begins, that of a decoder too
 };
 
 /// The header in a frame, if it holds one.

@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr quint32 Magic = 0x54534231;  // TSB1; another number when the form or a look changes
+constexpr quint32 Magic = 0x54534232;  // TSB2; another number when the form or a look changes
 constexpr qint64 MostBytes = qint64(200) * 1024 * 1024;
 
 QDataStream& operator<<(QDataStream& out, const QuickLook& look) {
@@ -37,8 +37,8 @@ QDataStream& operator>>(QDataStream& in, QuickLook& look) {
 }
 
 QDataStream& operator<<(QDataStream& out, const WholeLook& look) {
-    out << look.milliseconds << look.breakCount << look.silenceAtStart << look.silenceAtEnd
-        << look.loudness << look.truePeak << qint32(look.breaks.size());
+    out << look.milliseconds << look.breakCount << look.changeAt << look.silenceAtStart
+        << look.silenceAtEnd << look.loudness << look.truePeak << qint32(look.breaks.size());
     for (const WholeLook::Break& one : look.breaks)
         out << one.at << one.bytes;
     return out;
@@ -46,8 +46,8 @@ QDataStream& operator<<(QDataStream& out, const WholeLook& look) {
 
 QDataStream& operator>>(QDataStream& in, WholeLook& look) {
     qint32 breaks = 0;
-    in >> look.milliseconds >> look.breakCount >> look.silenceAtStart >> look.silenceAtEnd >>
-        look.loudness >> look.truePeak >> breaks;
+    in >> look.milliseconds >> look.breakCount >> look.changeAt >> look.silenceAtStart >>
+        look.silenceAtEnd >> look.loudness >> look.truePeak >> breaks;
     if (breaks < 0 || breaks > WholeLook::MostBreaks)
         in.setStatus(QDataStream::ReadCorruptData);
     for (qint32 i = 0; i < breaks && in.status() == QDataStream::Ok; ++i) {

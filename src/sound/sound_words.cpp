@@ -52,6 +52,8 @@ QString problemInWords(const WholeLook& look) {
                             ? first
                             : u"%1, and in %2 more places"_s.arg(first).arg(look.breakCount - 1));
     }
+    if (look.changeAt >= 0)
+        problems.append(u"its sample rate or channels change at "_s + inMinutes(look.changeAt));
     if (look.isSilent())
         problems.append(u"silent from its beginning to its end"_s);
     if (look.truePeak > 0)

@@ -9,7 +9,8 @@ namespace tessaly {
 
 /// What every frame of an MP3 file, decoded, shows. Times are milliseconds.
 struct WholeLook {
-    /// Bytes between two frames, or behind the last one, that are no frame.
+    /// Bytes between two frames, or behind the last one, that are no frame, or a frame that nobody
+    /// can decode.
     struct Break {
         qint64 at = 0;
         qint64 bytes = 0;
@@ -20,6 +21,7 @@ struct WholeLook {
     qint64 milliseconds = 0;
     QList<Break> breaks;        ///< the first of them
     qint64 breakCount = 0;      ///< all of them
+    qint64 changeAt = -1;       ///< where sample rate or channels first change; -1 when never
     qint64 silenceAtStart = 0;  ///< below -60 dB; all of it when the file is silent
     qint64 silenceAtEnd = 0;    ///< 0 when the file is silent
     double loudness = Silent;   ///< integrated, in LUFS, by EBU R 128
