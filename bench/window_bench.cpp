@@ -8,6 +8,7 @@
 #include <QTemporaryDir>
 
 #include "app/main_window.h"
+#include "app/sound_watch.h"
 #include "model/card_file.h"
 #include "platform/local_file_system.h"
 #include "promises.h"
@@ -60,11 +61,14 @@ int main(int argc, char** argv) {
     test::ReadyPrompts prompts;
     LocalMp3Tags tags;
     OnlyInstance instance;
+    SoundBook book;
+    SoundWatch sounds(book);
     const Services services{files,
                             drives,
                             prompts,
                             tags,
                             instance,
+                            sounds,
                             QApplication::applicationDirPath(),
                             folder.filePath("user")};
     Promises promises;

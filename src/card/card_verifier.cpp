@@ -14,6 +14,8 @@
 #include "model/format_limits.h"
 #include "platform/error.h"
 #include "platform/paths.h"
+#include "sound/quick_look.h"
+#include "sound/sound_words.h"
 
 namespace tessaly {
 
@@ -45,6 +47,7 @@ class CardVerifier {
     void checkFirmware();
     void noteOtherFiles();
     void readToEnd(const QString& name, const QString& source = {});
+    void warnOfSound(const QString& name);
     void requireSameCard() const;
     void problem(const QString& sentence) { result_.problems.append(sentence); }
 
@@ -146,9 +149,18 @@ void CardVerifier::readToEnd(const QString& name, const QString& source) {
                 u"%1 is empty, as %2 is: it plays nothing."_s.arg(name, shownPath(source)));
         else if (read.size == 0)
             problem(name + u" is empty."_s);
+        else if (name.endsWith(u".mp3"))
+            warnOfSound(name);
     } catch (const TessalyError& error) {
         problem(error.description + u"."_s);
     }
+}
+
+// Bytes that are all there may still be no sound.
+void CardVerifier::warnOfSound(const QString& name) {
+    const QString problem = problemInWords(quickLook(pathIn(root_, name)));
+    if (!problem.isEmpty())
+        result_.warnings.append(u"%1: %2."_s.arg(name, problem));
 }
 
 void CardVerifier::checkTrackFiles() {

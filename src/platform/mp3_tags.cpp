@@ -7,11 +7,9 @@
 #include <id3v2tag.h>
 #include <mpegfile.h>
 #include <tbytevectorstream.h>
-#include <xingheader.h>
 
 #include <algorithm>
 
-#include "platform/local_file_system.h"
 #include "platform/seekable_file.h"
 
 namespace tessaly {
@@ -94,16 +92,14 @@ class FewFrames : public TagLib::ID3v2::FrameFactory {
     mutable unsigned packed_ = 0;
 };
 
-constexpr qint64 MostSeconds = qint64(100) * 3600;
-
 // An MP3 file of which only the ends are at hand.
 class MpegFile : public TagLib::MPEG::File {
  public:
-    MpegFile(TagLib::ByteVectorStream& ends, FewFrames& frames, bool readProperties)
+    MpegFile(TagLib::ByteVectorStream& ends, FewFrames& frames)
 #if TAGLIB_MAJOR_VERSION >= 2
-        : File(&ends, readProperties, TagLib::AudioProperties::Average, &frames){}
+        : File(&ends, /*readProperties=*/false, TagLib::AudioProperties::Average, &frames){}
 #else
-        : File(&ends, &frames, readProperties) {
+        : File(&ends, &frames, /*readProperties=*/false) {
     }
 #endif
 };
@@ -117,28 +113,12 @@ TagBlock TagBlocks::merged() const {
             .trackNumber = first.trackNumber ? first.trackNumber : second.trackNumber};
 }
 
-int LocalMp3Tags::seconds(const QString& path) const {
-    TagLib::ByteVectorStream ends(endsOf(path));
-    if (ends.length() == 0)
-        return 0;
-    FewFrames frames;
-    const MpegFile file(ends, frames, /*readProperties=*/true);
-    const TagLib::MPEG::Properties* sound = file.isValid() ? file.audioProperties() : nullptr;
-    if (!sound || sound->bitrate() <= 0)
-        return 0;
-    qint64 ms = sound->lengthInMilliseconds();
-    // Without a count of frames the length is that of the bytes, and those between the ends lack.
-    if (!sound->xingHeader() || !sound->xingHeader()->isValid())
-        ms += (LocalFileSystem().fileSize(path).value_or(0) - ends.length()) * 8 / sound->bitrate();
-    return int(std::clamp<qint64>((ms + 500) / 1000, 0, MostSeconds));
-}
-
 TagBlocks LocalMp3Tags::read(const QString& path) const {
     TagLib::ByteVectorStream ends(endsOf(path));
     if (ends.length() == 0)
         return {};
     FewFrames frames;
-    MpegFile file(ends, frames, /*readProperties=*/false);
+    MpegFile file(ends, frames);
     if (!file.isValid())
         return {};
     return {.first = blockOf(file.hasID3v2Tag() ? file.ID3v2Tag() : nullptr),

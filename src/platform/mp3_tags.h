@@ -30,18 +30,12 @@ class Mp3Tags {
     /// Both blocks of the file at `path`. A file that is missing, empty, a folder or no MP3 at all
     /// has empty blocks.
     virtual TagBlocks read(const QString& path) const = 0;
-
-    /// How long the file plays, in seconds; 0 when it does not tell. A file of varying bit rate
-    /// that does not say how many frames it has is measured by the rate of its beginning. May be
-    /// called from any thread.
-    virtual int seconds(const QString&) const { return 0; }
 };
 
 /// The tags as TagLib reads them.
 class LocalMp3Tags : public Mp3Tags {
  public:
     TagBlocks read(const QString& path) const override;
-    int seconds(const QString& path) const override;
 };
 
 }  // namespace tessaly

@@ -116,7 +116,7 @@ void measure(QuickLook& look, const Walk& walk, const EncoderHeader& header, qin
 // Whether a frame of the same kind begins at the end of the bytes and is not whole.
 bool endsInFrame(const QByteArray& bytes, const Walk& walk) {
     constexpr quint8 SameInAll = 0x0C;  // sample rate, in the third byte
-    if (walk.frames == 0 || walk.end() + 3 > bytes.size() || walk.end() < 0)
+    if (walk.frames == 0 || walk.end() + 4 > bytes.size() || walk.end() < 0)
         return false;
     const char *rest = bytes.constData() + walk.end(),
                *last = bytes.constData() + walk.last.position;

@@ -35,6 +35,11 @@ enum class Names {
     Any,    ///< also long, empty and equal ones, lines without a file, files that share a name
 };
 
+/// Frames of silence in MPEG-1 layer III, 44.1 kHz, stereo, 64 kbit/s: 26 ms each.
+inline QByteArray silentMp3(int frames = 20) {
+    return (QByteArray("\xFF\xFB\x50\x04") + QByteArray(204, '\0')).repeated(frames);
+}
+
 /// A project of up to `tracks` music tracks and as many speech titles as there is room for, with
 /// names, attributes, triggers and orders drawn at random. Names fit the code page, and no two
 /// lines are equal.

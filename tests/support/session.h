@@ -77,7 +77,11 @@ class Session : public QObject {
     StoppedClocks clocks;
     /// Further verbs and what they do with the rest of their line.
     QHash<QString, std::function<void(const QString&)>> verbs;
-    std::function<void()> settleDown = settle;
+    std::function<void()> settleDown = [this] {
+        settle();
+        bench.sounds.finish();
+        settle();
+    };
 
  protected:
     void timerEvent(QTimerEvent* event) override;
