@@ -60,11 +60,13 @@ int main(int argc, char** argv) {
     test::ReadyPrompts prompts;
     LocalMp3Tags tags;
     OnlyInstance instance;
+    LocalSoundPlayer player;
     const Services services{files,
                             drives,
                             prompts,
                             tags,
                             instance,
+                            player,
                             QApplication::applicationDirPath(),
                             folder.filePath("user")};
     Promises promises;

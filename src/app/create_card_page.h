@@ -75,6 +75,8 @@ class CreateCardPage : public Page {
  signals:
     /// The size summary was measured anew.
     void totalsMeasured();
+    /// A card is about to be written.
+    void writing();
 
  private:
     void buttSelectCF_Click();

@@ -21,6 +21,8 @@ class EditorPage : public Page {
         return {first_.list()->rows(), second_.list()->rows()};
     }
 
+    ListenButton* listenButton() const override { return file_.listenButton(); }
+
  protected:
     EditorPage(Project& project, const Services& services, const ListSection::Names& first,
                const ListSection::Names& second, const FileSection::Names& file, QWidget* parent);

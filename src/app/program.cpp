@@ -86,8 +86,10 @@ int runProgram(const QString& projectFile, int splashMilliseconds,
     QtPrompts prompts;
     LocalMp3Tags tags;
     LocalSingleInstance instance(userFolder());
+    LocalSoundPlayer player;
     const Services services{
-        files, drives, prompts, tags, instance, QApplication::applicationDirPath(), userFolder()};
+        files,       drives, prompts, tags, instance, player, QApplication::applicationDirPath(),
+        userFolder()};
     Project project;
     ProjectSession session(project, files);
     std::unique_ptr<MainWindow> window;

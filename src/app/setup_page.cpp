@@ -5,6 +5,7 @@
 #include <QSignalBlocker>
 
 #include "app/display_preview.h"
+#include "app/listening.h"
 #include "app/session_status.h"
 #include "app/small_widgets.h"
 #include "app/system_text_window.h"
@@ -73,6 +74,8 @@ void SetupPage::connectChime() {
     connect(ui_->txtChimeFileName, &QLineEdit::textEdited, this,
             &SetupPage::txtChimeFileName_Change);
     connect(ui_->buttGetChimeFile, &QPushButton::clicked, this, &SetupPage::buttGetChimeFile_Click);
+    // Not at every key: to look for a part of a path may take long.
+    connect(ui_->txtChimeFileName, &QLineEdit::editingFinished, this, &SetupPage::offerChime);
 }
 
 void SetupPage::clickedChime(bool Project::*option) {
@@ -144,6 +147,15 @@ void SetupPage::showChime() {
     ui_->buttGetChimeFile->setEnabled(enabled.file);
     ui_->buttChimeAlways->setEnabled(enabled.repetition);
     ui_->buttChimeOnce->setEnabled(enabled.repetition);
+    offerChime();
+}
+
+void SetupPage::offerChime() {
+    ui_->buttListenChime->offer(chimeSound(project_, services_.files));
+}
+
+ListenButton* SetupPage::listenButton() const {
+    return ui_->buttListenChime;
 }
 
 void SetupPage::buttGetChimeFile_Click() {

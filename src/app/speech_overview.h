@@ -38,6 +38,9 @@ class OverviewSection : public QGroupBox {
     /// Whether one of the selected pairs has a file.
     bool hasFile() const;
 
+    /// A further command of the table's context menu.
+    QAction* addCommand(const QString& text);
+
     OverviewTable* table() const { return table_; }
 
  signals:

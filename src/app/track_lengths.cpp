@@ -1,17 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/track_lengths.h"
 
-namespace tessaly {
+#include "model/numbers.h"
 
-using namespace Qt::StringLiterals;
+namespace tessaly {
 
 namespace {
 
 constexpr qsizetype MostKnown = 50'000;  // of a few projects
-
-QString inMinutes(int seconds) {
-    return u"%1:%2"_s.arg(seconds / 60).arg(seconds % 60, 2, 10, QChar(u'0'));
-}
 
 }  // namespace
 

@@ -11,11 +11,21 @@
 
 namespace tessaly {
 
+/// A file that can be listened to.
+struct Sound {
+    QString what;  ///< in words: "Harbour", "Old Harbour in German", "the chime"
+    QString path;
+    bool isChime = false;
+
+    bool operator==(const Sound&) const = default;
+};
+
 /// What a page shows of the file behind its selection.
 struct FileDisplay {
     QString path;                             ///< empty when the selected item has no file
     QString size = QStringLiteral("0.0 MB");  ///< stays so when the file cannot be measured
-    TagBlock tags;  ///< music only; each text from the first block, else the second
+    TagBlock tags;        ///< music only; each text from the first block, else the second
+    QList<Sound> sounds;  ///< the file, when it is there to be heard
 };
 
 /// The file of the selected title in the selected language.
@@ -25,5 +35,13 @@ FileDisplay speechDisplay(const Project& project, const SpeechSelection& selecte
 /// The file of the selected track of the selected list.
 FileDisplay musicDisplay(const Project& project, const MusicSelection& selected,
                          const FileSystem& files, const Mp3Tags& tags);
+
+/// The chime's own file, if the player is to play one from the card and it is there.
+QList<Sound> chimeSound(const Project& project, const FileSystem& files);
+
+/// A title as the player announces it: its files in the order of the languages, the chime before
+/// each of them or before the first. Files that are missing are among them; if all are, there is
+/// nothing. A chime that does not come from the card is left out.
+QList<Sound> announcement(const Project& project, int title, const FileSystem& files);
 
 }  // namespace tessaly

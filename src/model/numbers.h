@@ -26,4 +26,9 @@ inline QString megabytes(qint64 bytes) {
     return QStringLiteral("%1.%2 MB").arg(tenths / 10).arg(tenths % 10);
 }
 
+/// Seconds as minutes and seconds: "3:05".
+inline QString inMinutes(int seconds) {
+    return QStringLiteral("%1:%2").arg(seconds / 60).arg(seconds % 60, 2, 10, QChar(u'0'));
+}
+
 }  // namespace tessaly

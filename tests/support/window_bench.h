@@ -17,6 +17,7 @@
 #include "model/card_file.h"
 #include "support/card_bench.h"
 #include "support/ready_prompts.h"
+#include "support/silent_player.h"
 
 namespace tessaly::test {
 
@@ -31,6 +32,7 @@ class FakeInstance : public SingleInstance {
 struct WindowBench : CardBench {
     ReadyPrompts prompts;
     FakeInstance instance;
+    SilentPlayer player;
     LocalMp3Tags tags;
     Services services;
     Project current;
@@ -46,6 +48,7 @@ struct WindowBench : CardBench {
                    ownPrompts ? *ownPrompts : prompts,
                    tags,
                    instance,
+                   player,
                    scratch.path("app"),
                    scratch.makeFolder("user")} {
         project.cfDrive = withLastSeparator(job.root);
