@@ -190,7 +190,7 @@ FileSection::FileSection(const Names& names, QWidget* parent)
     if (!names.clear.isEmpty())
         layout->addWidget(clear_ = makeButton(names.clear, u"&No File", this), 0, 4);
     if (!names.hear.isEmpty()) {
-        hear_ = makeButton(names.hear, u"&Hear as on the Player", this);
+        hear_ = makeButton(names.hear, u"Hear as on the Player", this);
         hear_->setToolTip(u"Listen to this title in all languages, with the chime"_s);
         layout->addWidget(hear_, 1, 2, 1, 3);
     }

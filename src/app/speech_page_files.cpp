@@ -52,7 +52,7 @@ void SpeechPage::addViews() {
     connect(&overview_, &OverviewSection::browseChosen, file_.browseButton(), &QPushButton::click);
     connect(&overview_, &OverviewSection::clearChosen, file_.clearButton(), &QPushButton::click);
     file_.listenButton()->addCommand(overview_.addCommand({}));
-    const QString hear = file_.hearButton()->text().remove(u'&');
+    const QString hear = file_.hearButton()->text();
     for (QAction* command : {titles_.addCommand(hear), overview_.addCommand(hear)}) {
         connect(command, &QAction::triggered, file_.hearButton(), &QPushButton::click);
         hearCommands_.append(command);
