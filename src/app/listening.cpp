@@ -2,6 +2,7 @@
 #include "app/listening.h"
 
 #include <QAction>
+#include <QStyleOptionButton>
 #include <algorithm>
 
 #include "model/numbers.h"
@@ -59,10 +60,16 @@ void ListenButton::renew() {
 }
 
 QSize ListenButton::sizeHint() const {
-    const auto width = [this](const QString& name) {
-        return fontMetrics().horizontalAdvance(name);
-    };
-    return QPushButton::sizeHint() + QSize(std::max(width(Listen), width(Stop)) - width(text()), 0);
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    QSize size;
+    for (const QString& name : {Listen, Stop}) {
+        option.text = name;
+        const QSize text = fontMetrics().size(Qt::TextShowMnemonic, name);
+        size =
+            size.expandedTo(style()->sizeFromContents(QStyle::CT_PushButton, &option, text, this));
+    }
+    return size;
 }
 
 // ---- what plays --------------------------------------------------------------------------------

@@ -3,6 +3,7 @@
 
 #include <QMutex>
 #include <QWaitCondition>
+#include <algorithm>
 
 #include "platform/error.h"
 #include "platform/local_file_system.h"
@@ -114,7 +115,9 @@ class Playing {
     }
 
     void showTime(const Mp3Decoder& decoder) {
-        const int seconds = int(decoder.seconds()), length = int(decoder.length() + 0.5);
+        // A file may claim any length.
+        const auto whole = [](double seconds) { return int(std::min(seconds, 100 * 3600.0)); };
+        const int seconds = whole(decoder.seconds()), length = whole(decoder.length() + 0.5);
         if (seconds == state_.seconds && (state_.length > 0 || length == 0))
             return;
         state_.seconds = seconds;

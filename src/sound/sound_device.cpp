@@ -13,7 +13,7 @@ namespace {
 
 // Those of each system that know whether there is a device. Others take seconds to find out, start
 // servers, or play to nobody.
-constexpr const char* AudibleDrivers = "pulse,alsa,win32_wasapi,win32";
+constexpr const char* AudibleDrivers = "win32_wasapi,win32,pulse,alsa";
 
 constexpr double MostAheadSeconds = 0.3;  // bridges what else the machine does
 constexpr int TickMs = 10;
@@ -68,6 +68,8 @@ bool SoundDevice::write(QByteArrayView samples, const SampleFormat& format) {
     waitUntilAhead(MostAheadSeconds);
     if (!waits_(0))
         return true;
+    // What came too late was heard as silence, and is not caught up with.
+    written_ = std::max(written_, double(clock_.elapsed()) / 1000);
     // The library may swap bytes in place; the decoder's buffer is there for that.
     auto* bytes = const_cast<char*>(samples.data());
     if (out123_play(handle_.get(), bytes, size_t(samples.size())) != size_t(samples.size()))
