@@ -85,7 +85,7 @@ class Playing {
                 return say(What::NoDevice, u"the sound device has failed"_s);
         }
         device_.finish();
-        say(What::Ended);
+        report_({.what = What::Ended});
     }
 
  private:

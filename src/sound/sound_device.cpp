@@ -4,7 +4,6 @@
 #include <mpg123.h>
 #include <out123.h>
 
-#include <QFile>
 #include <algorithm>
 
 namespace tessaly {
@@ -34,7 +33,7 @@ SoundDevice::SoundDevice(const QString& driver, const QString& device,
     out123_param_int(handle, OUT123_ADD_FLAGS, OUT123_QUIET);
     out123_param_float(handle, OUT123_DEVICEBUFFER, MostAheadSeconds);
     const QByteArray name = driver.isEmpty() ? QByteArray(AudibleDrivers) : driver.toUtf8();
-    const QByteArray place = QFile::encodeName(device);
+    const QByteArray place = device.toUtf8();
     if (out123_open(handle, name.constData(), device.isEmpty() ? nullptr : place.constData()) != 0)
         return;
     long properties = 0;
