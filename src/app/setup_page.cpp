@@ -151,7 +151,9 @@ void SetupPage::showChime() {
 }
 
 void SetupPage::offerChime() {
-    ui_->buttListenChime->offer(chimeSound(project_, services_.files));
+    QList<Sound> sounds = chimeSound(project_);
+    sounds.removeIf([this](const Sound& one) { return !services_.files.fileSize(one.path); });
+    ui_->buttListenChime->offer(sounds);
 }
 
 ListenButton* SetupPage::listenButton() const {
@@ -174,6 +176,7 @@ void SetupPage::buttGetChimeFile_Click() {
 
 void SetupPage::txtChimeFileName_Change(const QString& text) {
     setChimeFileName(project_, text);
+    ui_->buttListenChime->offer(chimeSound(project_));
     emit projectChanged();
 }
 

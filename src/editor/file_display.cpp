@@ -26,14 +26,6 @@ QString inLanguage(const QString& title, const QString& language) {
     return u"%1 in %2"_s.arg(title, language);
 }
 
-Sound chime(const Project& project) {
-    return {.what = u"the chime"_s, .path = project.txtChimeFileName, .isChime = true};
-}
-
-bool hasOwnChime(const Project& project) {
-    return project.buttPlayIntChime && !project.txtChimeFileName.isEmpty();
-}
-
 }  // namespace
 
 FileDisplay speechDisplay(const Project& project, const SpeechSelection& selected,
@@ -61,10 +53,10 @@ FileDisplay musicDisplay(const Project& project, const MusicSelection& selected,
     return display;
 }
 
-QList<Sound> chimeSound(const Project& project, const FileSystem& files) {
-    return hasOwnChime(project) && files.fileSize(project.txtChimeFileName)
-               ? QList<Sound>{chime(project)}
-               : QList<Sound>();
+QList<Sound> chimeSound(const Project& project) {
+    if (!project.buttPlayIntChime || project.txtChimeFileName.isEmpty())
+        return {};
+    return {{.what = u"the chime"_s, .path = project.txtChimeFileName, .isChime = true}};
 }
 
 QList<Sound> announcement(const Project& project, int title, const FileSystem& files) {
@@ -82,8 +74,8 @@ QList<Sound> announcement(const Project& project, int title, const FileSystem& f
         const auto path = paths.constFind(language);
         if (path == paths.constEnd())
             continue;
-        if (hasOwnChime(project) && (sounds.isEmpty() || project.buttChimeAlways))
-            sounds.append(chime(project));
+        if (sounds.isEmpty() || project.buttChimeAlways)
+            sounds += chimeSound(project);
         sounds.append({.what = inLanguage(*name, language), .path = *path});
         isAnyThere = isAnyThere || files.fileSize(*path);
     }

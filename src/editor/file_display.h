@@ -36,8 +36,8 @@ FileDisplay speechDisplay(const Project& project, const SpeechSelection& selecte
 FileDisplay musicDisplay(const Project& project, const MusicSelection& selected,
                          const FileSystem& files, const Mp3Tags& tags);
 
-/// The chime's own file, if the player is to play one from the card and it is there.
-QList<Sound> chimeSound(const Project& project, const FileSystem& files);
+/// The chime's own file, be it there or not, if the player is to play one from the card.
+QList<Sound> chimeSound(const Project& project);
 
 /// A title as the player announces it: its files in the order of the languages, the chime before
 /// each of them or before the first. Files that are missing are among them; if all are, there is
