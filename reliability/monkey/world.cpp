@@ -156,7 +156,7 @@ QString World::change() {
         return "the card has little room";
     }
     if (bench.player.isPlaying() && kind < 7) {
-        bench.player.report({.what = SoundReport::What(kind - 3),
+        bench.player.report({.what = SoundReport::What(dice->below(4)),
                              .file = dice->below(bench.player.count()),
                              .seconds = dice->below(3),
                              .why = "of some reason"});
