@@ -141,10 +141,9 @@ void Listening::take(const SoundReport& report) {
 void Listening::openElsewhere(const QString& why) {
     const auto sound = std::find_if(sounds_.cbegin() + now_.file, sounds_.cend() - 1,
                                     [](const Sound& one) { return !one.isChime; });
-    problem_ =
-        u"Cannot play %1: %2."_s.arg(sound->what, why) +
-        (prompts_.openDocument(sound->path) ? u" The system's player opens it instead."_s
-                                            : u" No other program for MP3 files was found."_s);
+    problem_ = prompts_.openDocument(sound->path)
+                   ? u"The system's player opens %1: %2."_s.arg(sound->what, why)
+                   : u"Cannot play %1: %2. No other program was found."_s.arg(sound->what, why);
 }
 
 QString Listening::words() const {

@@ -80,7 +80,7 @@ class Playing {
     void play(const QStringList& files) {
         for (state_.file = 0; state_.file < int(files.size()) && waits_(0); ++state_.file) {
             if (device_.formats().isEmpty())
-                return say(What::NoDevice, u"there is no sound device that can be used"_s);
+                return say(What::NoDevice, u"there is no sound device"_s);
             if (!playFile(files[state_.file]))
                 return say(What::NoDevice, u"the sound device has failed"_s);
         }

@@ -161,7 +161,7 @@ TEST_F(PlayerTest, WithoutADeviceThatIsSaidAndNothingElse) {
     player.play({lamps, welcome}, keep);
     ASSERT_TRUE(waitFor([this] { return isOver(); }));
     EXPECT_EQ(reports, QList<SoundReport>({{.what = What::NoDevice,
-                                            .why = "there is no sound device that can be used"}}));
+                                            .why = "there is no sound device"}}));
 }
 
 }  // namespace tessaly
