@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sound/player.h"
 
+#include <mpg123.h>
+
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QTimer>
 #include <QtEndian>
 #include <random>
 
+#include "sound/mp3_decoder.h"
 #include "support/scratch_folder.h"
 
 namespace tessaly {
@@ -85,6 +88,19 @@ TEST_F(PlayerTest, FilesAreHeardOneAfterTheOtherAndTheTimeIsTold) {
     EXPECT_EQ(reports.last().what, What::Ended);
 }
 
+TEST_F(PlayerTest, ADeviceOfOneFormatHearsEveryFile) {
+    const SampleFormat only{.rate = 48000, .channels = 2, .encoding = MPG123_ENC_SIGNED_16};
+    for (const QString& file : {lamps, welcome}) {
+        Mp3Decoder decoder(file, {only}, [] { return true; });
+        qsizetype bytes = 0;
+        for (auto samples = decoder.next(); !samples.isEmpty(); samples = decoder.next())
+            bytes += samples.size();
+        EXPECT_EQ(decoder.format(), only);
+        EXPECT_NEAR(double(bytes) / (48000 * 4), secondsOf({file}), 0.1);
+        EXPECT_EQ(decoder.problem(), "");
+    }
+}
+
 TEST_F(PlayerTest, AnyBytesComeToAnEndAndSayWhyNothingIsHeard) {
     const QString nothing = "there is no MPEG sound in this file";
     const QByteArray sound = content(welcome);
@@ -160,8 +176,8 @@ TEST_F(PlayerTest, WithoutADeviceThatIsSaidAndNothingElse) {
     LocalSoundPlayer player("no such driver");
     player.play({lamps, welcome}, keep);
     ASSERT_TRUE(waitFor([this] { return isOver(); }));
-    EXPECT_EQ(reports, QList<SoundReport>({{.what = What::NoDevice,
-                                            .why = "there is no sound device"}}));
+    EXPECT_EQ(reports,
+              QList<SoundReport>({{.what = What::NoDevice, .why = "there is no sound device"}}));
 }
 
 }  // namespace tessaly
