@@ -63,12 +63,14 @@ int main(int argc, char** argv) {
     OnlyInstance instance;
     SoundBook book;
     SoundWatch sounds(book);
+    LocalSoundPlayer player;
     const Services services{files,
                             drives,
                             prompts,
                             tags,
                             instance,
                             sounds,
+                            player,
                             QApplication::applicationDirPath(),
                             folder.filePath("user")};
     Promises promises;

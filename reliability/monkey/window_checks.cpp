@@ -34,6 +34,11 @@ class Comparison {
              "TRL740 Card Preparation" + (file.isEmpty() ? QString() : " - " + file) + "[*]");
         shown("lblNotSaved", bench_.session.differs());
         shown("buttBringBack", bench_.session.canBringBack());
+        const bool isPlaying = bench_.player.isPlaying();
+        same("what plays", bench_.text("lblPlaying").startsWith("Playing "), isPlaying);
+        for (const char* button : {"buttListenSpFile", "buttListenMuFile", "buttListenChime"})
+            same(button, bench_.find<QAbstractButton>(button)->text(),
+                 QString(isPlaying ? "Stop" : "Listen"));
         same("the waiting cursor", QGuiApplication::overrideCursor() != nullptr, isRunning);
     }
     void shown(const QString& name, bool expected) { same(name, bench_.isShown(name), expected); }

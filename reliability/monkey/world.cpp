@@ -155,6 +155,13 @@ QString World::change() {
         drives.volume.freeBytes = dice->below(20000);
         return "the card has little room";
     }
+    if (bench.player.isPlaying() && kind < 7) {
+        bench.player.report({.what = SoundReport::What(dice->below(4)),
+                             .file = dice->below(bench.player.count()),
+                             .seconds = dice->below(3),
+                             .why = "of some reason"});
+        return "the sound goes on or ends";
+    }
     failOneIn_ = 0;
     setCardPresent(true);
     drives.driveType = DriveType::Removable;

@@ -217,6 +217,7 @@ void CreateCardPage::showUpdateBegun() {
 }
 
 void CreateCardPage::write(bool settingsOnly) {
+    emit writing();
     stopRequested_ = false;
     ui_->fraUpdateBegun->hide();
     markShown_ = session_.project.unsavedChanges;

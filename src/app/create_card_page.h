@@ -79,6 +79,8 @@ class CreateCardPage : public Page {
     void totalsMeasured();
     /// The operator wants to see an item that a check is about.
     void placeChosen(const Place& place);
+    /// A card is about to be written.
+    void writing();
 
  private:
     void buttSelectCF_Click();

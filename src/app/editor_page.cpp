@@ -9,6 +9,7 @@
 #include <QScopeGuard>
 #include <QVBoxLayout>
 
+#include "app/listening.h"
 #include "app/session_status.h"
 #include "app/sound_watch.h"
 #include "platform/error.h"
@@ -38,6 +39,7 @@ EditorPage::EditorPage(Project& project, const Services& services, const ListSec
             section->addCommand(file_.browseButton()->text().remove(u'&'), u"Enter"_s));
         connect(browseCommands_.last(), &QAction::triggered, file_.browseButton(),
                 &QPushButton::click);
+        file_.listenButton()->addCommand(section->addCommand({}));
     }
 }
 

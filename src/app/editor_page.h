@@ -22,6 +22,7 @@ class EditorPage : public Page {
     }
 
     void soundLearned() override;
+    ListenButton* listenButton() const override { return file_.listenButton(); }
 
  protected:
     EditorPage(Project& project, const Services& services, const ListSection::Names& first,

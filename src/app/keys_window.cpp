@@ -41,6 +41,7 @@ QList<KeyGroup> programKeys() {
           {u"F2"_s, u"Rename the row"_s},
           {u"Delete"_s, u"Remove the chosen rows"_s},
           {u"Enter"_s, u"Browse for the row's MP3 file"_s},
+          {u"Ctrl+Space"_s, u"Listen to the row's MP3 file or to the chime; stop it"_s},
           {u"Menu key, Shift+F10"_s, u"Show what can be done with the rows"_s}}},
         {u"Speech Files"_s,
          {{u"Ctrl+G"_s, u"Change between List and Overview"_s},

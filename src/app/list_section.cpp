@@ -9,6 +9,7 @@
 #include <QStyle>
 #include <QToolButton>
 
+#include "app/listening.h"
 #include "app/small_widgets.h"
 
 namespace tessaly {
@@ -176,7 +177,8 @@ void ListSection::clearEntry() {
 FileSection::FileSection(const Names& names, QWidget* parent)
     : QGroupBox(names.title.toString(), parent),
       path_(named(names.path, new QLineEdit(this))),
-      browse_(makeButton(names.browse, u"&Browse...", this)) {
+      browse_(makeButton(names.browse, u"&Browse...", this)),
+      listen_(named(names.listen, new ListenButton(this))) {
     setObjectName(names.frame.toString());
     path_->setReadOnly(true);
     path_->setToolTip(u"MP3 file to play.  Use BROWSE to select."_s);
@@ -184,15 +186,21 @@ FileSection::FileSection(const Names& names, QWidget* parent)
     auto* layout = new QGridLayout(this);
     layout->addWidget(path_, 0, 0, 1, 2);
     layout->addWidget(browse_, 0, 2);
+    layout->addWidget(listen_, 0, 3);
     if (!names.clear.isEmpty())
-        layout->addWidget(clear_ = makeButton(names.clear, u"&No File", this), 0, 3);
+        layout->addWidget(clear_ = makeButton(names.clear, u"&No File", this), 0, 4);
+    if (!names.hear.isEmpty()) {
+        hear_ = makeButton(names.hear, u"Hear as on the Player", this);
+        hear_->setToolTip(u"Listen to this title in all languages, with the chime"_s);
+        layout->addWidget(hear_, 1, 2, 1, 3);
+    }
     for (const auto& [name, caption] : names.lines) {
         auto* line = named(name, new QLabel);
         QSizePolicy wide(QSizePolicy::Expanding, QSizePolicy::Preferred);
         wide.setHorizontalStretch(1);
         line->setSizePolicy(wide);
         line->setTextInteractionFlags(Qt::TextSelectableByMouse);
-        const int row = layout->rowCount();
+        const int row = 1 + int(lines_.size());
         layout->addWidget(new QLabel(caption.toString()), row, 0);
         layout->addWidget(line, row, 1);
         lines_.append(line);
@@ -221,6 +229,7 @@ void FileSection::showFile(const FileDisplay& display, const QString& sound, boo
     sound_->setText(sound);
     sound_->setToolTip(sound);
     soundIcon_->setVisible(isBad);
+    listen_->offer(display.sounds);
 }
 
 }  // namespace tessaly

@@ -18,6 +18,8 @@ class QToolButton;
 
 namespace tessaly {
 
+class ListenButton;
+
 /// A section with a list: what is in it, a field for a new name, and the buttons that change it.
 class ListSection : public QGroupBox {
     Q_OBJECT
@@ -116,10 +118,11 @@ class FileSection : public QGroupBox {
     /// What the controls are called. `lines` are labels, each behind its caption: size, then title,
     /// artist and album.
     struct Names {
-        QStringView frame, title, path, browse;
+        QStringView frame, title, path, browse, listen;
         QList<std::pair<QStringView, QStringView>> lines;  ///< name and caption
         QStringView sound = {};                            ///< the label of what it sounds like
         QStringView clear = {};  ///< the button that takes the file away; empty: there is none
+        QStringView hear = {};   ///< the one that plays all of the title; likewise
     };
 
     FileSection(const Names& names, QWidget* parent);
@@ -128,12 +131,16 @@ class FileSection : public QGroupBox {
     void showFile(const FileDisplay& display, const QString& sound, bool isBad);
 
     QPushButton* browseButton() const { return browse_; }
+    ListenButton* listenButton() const { return listen_; }
     QPushButton* clearButton() const { return clear_; }  ///< nullptr where there is none
+    QPushButton* hearButton() const { return hear_; }    ///< likewise
 
  private:
     QLineEdit* path_;
     QPushButton* browse_;
+    ListenButton* listen_;
     QPushButton* clear_ = nullptr;
+    QPushButton* hear_ = nullptr;
     QList<QLabel*> lines_;
     QLabel* sound_;
     QLabel* soundIcon_;

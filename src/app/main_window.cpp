@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 
 #include "app/create_card_page.h"
+#include "app/listening.h"
 #include "app/recent_menu.h"
 #include "app/session_status.h"
 #include "app/small_widgets.h"
@@ -272,6 +273,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
     }
     session_.keepCopy();
     remember();
+    listening_->stop();
     event->accept();  // the other windows belong to this one, and end with it
 }
 

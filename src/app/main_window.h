@@ -24,6 +24,7 @@ class CreateCardPage;
 class ElidedLabel;
 class FindBar;
 class KeysWindow;
+class Listening;
 class Page;
 class RecentMenu;
 class SessionStatus;
@@ -94,6 +95,8 @@ class MainWindow : public QMainWindow {
     Page* page(int index) const;
     void measure();
     void showTotals();
+    void showPlaying();
+    void listenOrStop();
     void showCaption();
 
     ProjectSession& session_;
@@ -104,6 +107,8 @@ class MainWindow : public QMainWindow {
     const SupportFolders folders_;
     const std::unique_ptr<Ui::MainWindow> ui_;
     ElidedLabel* statusText_;
+    ElidedLabel* playing_;  ///< in its place while there is something to say of listening
+    Listening* listening_;
     SessionStatus* sessionStatus_;
     RecentMenu* recent_;
     FindBar* findBar_ = nullptr;  ///< once it was asked for

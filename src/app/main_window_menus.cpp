@@ -87,6 +87,9 @@ void MainWindow::addPageKeys() {
         [this, count] { return (ui_->Tabs->currentIndex() + 1) % count; });
     add(Qt::CTRL | Qt::Key_PageUp,
         [this, count] { return (ui_->Tabs->currentIndex() + count - 1) % count; });
+    auto* listen = new QShortcut(Qt::CTRL | Qt::Key_Space, this);
+    listen->setAutoRepeat(false);
+    connect(listen, &QShortcut::activated, this, &MainWindow::listenOrStop);
 }
 
 void MainWindow::mnuHelpManual_Click() {

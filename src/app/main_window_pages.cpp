@@ -13,6 +13,7 @@
 #include "app/create_card_page.h"
 #include "app/find_bar.h"
 #include "app/list_section.h"
+#include "app/listening.h"
 #include "app/music_page.h"
 #include "app/session_status.h"
 #include "app/setup_page.h"
@@ -41,16 +42,23 @@ MainWindow::MainWindow(ProjectSession& session, const Services& services)
       history_(session.project),
       remembered_(pathIn(services.userFolder, u"tessaly.ini"_s)),
       prompts_(services.prompts, remembered_),
-      services_{services.files,    services.drives, prompts_,           services.tags,
-                services.instance, services.sounds, services.appFolder, services.userFolder},
+      services_{services.files,  services.drives,    prompts_,
+                services.tags,   services.instance,  services.sounds,
+                services.player, services.appFolder, services.userFolder},
       folders_(foldersOfProgram(services.appFolder, services.userFolder)),
       ui_(std::make_unique<Ui::MainWindow>()),
-      statusText_(new ElidedLabel) {
+      statusText_(new ElidedLabel),
+      playing_(new ElidedLabel),
+      listening_(new Listening(services.player, prompts_, this)) {
     ui_->setupUi(this);
     statusText_->setObjectName(u"lblStatus"_s);
-    statusText_->setTextFormat(Qt::PlainText);
-    statusText_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    ui_->sbStatusBar->addWidget(statusText_, 1);
+    playing_->setObjectName(u"lblPlaying"_s);
+    for (ElidedLabel* text : {statusText_, playing_}) {  // one in place of the other
+        text->setTextFormat(Qt::PlainText);
+        text->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+        ui_->sbStatusBar->addWidget(text, 1);
+    }
+    playing_->hide();
     sessionStatus_ = new SessionStatus(session_, ui_->sbStatusBar);
     connect(sessionStatus_, &SessionStatus::bringBackChosen, this, &MainWindow::bringBack);
     connect(sessionStatus_, &SessionStatus::undoChosen, this,
@@ -117,6 +125,8 @@ void MainWindow::addPages() {
     ui_->Tabs->addTab(createCard_, u"Create Card"_s);
     connect(createCard_, &CreateCardPage::totalsMeasured, this, &MainWindow::showTotals);
     connect(createCard_, &CreateCardPage::placeChosen, this, &MainWindow::goTo);
+    connect(createCard_, &CreateCardPage::writing, listening_, &Listening::stop);
+    connect(listening_, &Listening::changed, this, &MainWindow::showPlaying);
     for (int i = 0; i < ui_->Tabs->count(); ++i) {
         Page* one = page(i);
         connect(one, &Page::projectChanged, this, [this] {
@@ -131,6 +141,11 @@ void MainWindow::addPages() {
         connect(one, &Page::editEnds, this, [this] { history_.end(view()); });
         connect(one, &Page::summaryDue, this, &MainWindow::measure);
         connect(&services_.sounds, &SoundWatch::learned, one, &Page::soundLearned);
+        connect(one, &Page::listenChosen, listening_, &Listening::play);
+        if (const ListenButton* button = one->listenButton()) {
+            connect(button, &ListenButton::listenChosen, listening_, &Listening::play);
+            connect(button, &ListenButton::stopChosen, listening_, &Listening::stop);
+        }
     }
 }
 
@@ -149,7 +164,28 @@ WindowView MainWindow::view() const {
     return view;
 }
 
+void MainWindow::showPlaying() {
+    const QString words = listening_->words();
+    playing_->setText(words);
+    playing_->setVisible(!words.isEmpty());
+    statusText_->setVisible(words.isEmpty());
+    for (int i = 0; i < ui_->Tabs->count(); ++i)
+        if (ListenButton* button = page(i)->listenButton())
+            button->showPlaying(listening_->isPlaying());
+}
+
+// By the key: plays what is selected in front, or stops what plays, also where nothing can be
+// selected.
+void MainWindow::listenOrStop() {
+    ListenButton* button = page(ui_->Tabs->currentIndex())->listenButton();
+    if (listening_->isPlaying())
+        listening_->stop();
+    else if (button)
+        button->click();
+}
+
 void MainWindow::showProject() {
+    listening_->stop();
     for (int i = 0; i < ui_->Tabs->count(); ++i)
         page(i)->projectReplaced();
     Tabs_Click();

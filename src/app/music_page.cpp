@@ -38,6 +38,7 @@ MusicPage::MusicPage(Project& project, const Services& services, QWidget* parent
                   .title = u"3) File to play for this Music List and Track:",
                   .path = u"txtMuFile",
                   .browse = u"buttAddMuFile",
+                  .listen = u"buttListenMuFile",
                   .lines = {{u"lblMuFileSize", u"File Size:"},
                             {u"lblMP3tagTitle", u"Title:"},
                             {u"lblMP3tagArtist", u"Artist:"},

@@ -3,11 +3,14 @@
 
 #include <QScrollArea>
 
+#include "editor/file_display.h"
 #include "editor/item_lists.h"
 
 class QPushButton;
 
 namespace tessaly {
+
+class ListenButton;
 
 /// Presses the button below `widget` that has the focus, if `event` is Enter: outside dialogs Qt
 /// gives Enter to no button. False when it is another key or no button has the focus.
@@ -40,6 +43,8 @@ class Page : public QScrollArea {
 
     /// More is known of the sound of files.
     virtual void soundLearned() {}
+    /// The button that plays what is selected on the page; nullptr where there is none.
+    virtual ListenButton* listenButton() const { return nullptr; }
 
  signals:
     /// The page changed the project, or its flag of unsaved changes.
@@ -50,6 +55,9 @@ class Page : public QScrollArea {
 
     /// The operator selected something else.
     void looked();
+
+    /// The operator wants to hear these, one after the other.
+    void listenChosen(const QList<Sound>& sounds);
 
     /// Until editEnds(), all that changes the project is one edit.
     void editBegins();

@@ -89,9 +89,10 @@ int runProgram(const QString& projectFile, int splashMilliseconds,
     LocalSingleInstance instance(userFolder());
     SoundBook book(soundBookFile());
     SoundWatch sounds(book);
-    const Services services{
-        files,       drives, prompts, tags, instance, sounds, QApplication::applicationDirPath(),
-        userFolder()};
+    LocalSoundPlayer player;
+    const Services services{files,       drives, prompts, tags,
+                            instance,    sounds, player,  QApplication::applicationDirPath(),
+                            userFolder()};
     Project project;
     ProjectSession session(project, files);
     std::unique_ptr<MainWindow> window;

@@ -9,6 +9,7 @@
 #include "platform/file_system.h"
 #include "platform/mp3_tags.h"
 #include "platform/process.h"
+#include "sound/player.h"
 #include "support/support_folders.h"
 
 namespace tessaly {
@@ -100,6 +101,7 @@ struct Services {
     const Mp3Tags& tags;
     SingleInstance& instance;
     SoundWatch& sounds;
+    SoundPlayer& player;
     QString appFolder;   ///< where the program stands
     QString userFolder;  ///< for recovery copies, the user's own support folders and, where need
                          ///< be, temporary files

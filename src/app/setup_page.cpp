@@ -5,6 +5,7 @@
 #include <QSignalBlocker>
 
 #include "app/display_preview.h"
+#include "app/listening.h"
 #include "app/session_status.h"
 #include "app/small_widgets.h"
 #include "app/system_text_window.h"
@@ -73,6 +74,8 @@ void SetupPage::connectChime() {
     connect(ui_->txtChimeFileName, &QLineEdit::textEdited, this,
             &SetupPage::txtChimeFileName_Change);
     connect(ui_->buttGetChimeFile, &QPushButton::clicked, this, &SetupPage::buttGetChimeFile_Click);
+    // Not at every key: to look for a part of a path may take long.
+    connect(ui_->txtChimeFileName, &QLineEdit::editingFinished, this, &SetupPage::offerChime);
 }
 
 void SetupPage::clickedChime(bool Project::*option) {
@@ -144,6 +147,17 @@ void SetupPage::showChime() {
     ui_->buttGetChimeFile->setEnabled(enabled.file);
     ui_->buttChimeAlways->setEnabled(enabled.repetition);
     ui_->buttChimeOnce->setEnabled(enabled.repetition);
+    offerChime();
+}
+
+void SetupPage::offerChime() {
+    QList<Sound> sounds = chimeSound(project_);
+    sounds.removeIf([this](const Sound& one) { return !services_.files.fileSize(one.path); });
+    ui_->buttListenChime->offer(sounds);
+}
+
+ListenButton* SetupPage::listenButton() const {
+    return ui_->buttListenChime;
 }
 
 void SetupPage::buttGetChimeFile_Click() {
@@ -162,6 +176,7 @@ void SetupPage::buttGetChimeFile_Click() {
 
 void SetupPage::txtChimeFileName_Change(const QString& text) {
     setChimeFileName(project_, text);
+    ui_->buttListenChime->offer(chimeSound(project_));
     emit projectChanged();
 }
 

@@ -27,6 +27,7 @@ class SetupPage : public Page {
     ~SetupPage() override;
 
     void showProject() override;
+    ListenButton* listenButton() const override;
     void projectReplaced() override;
 
     /// Brings the project's system texts into the boxes of their window: after New, and after a
@@ -53,6 +54,7 @@ class SetupPage : public Page {
     void showTitle();
     void showDefaultLangs();
     void showChime();
+    void offerChime();
 
     Project& project_;
     const Services& services_;

@@ -64,6 +64,12 @@ QAction* OverviewSection::addAction(const QString& name, const QString& text,
     return action;
 }
 
+QAction* OverviewSection::addCommand(const QString& text) {
+    auto* command = new QAction(text, table_);
+    table_->addAction(command);
+    return command;
+}
+
 void OverviewSection::showProject(const Project& project, const SpeechSelection& pair) {
     const QSignalBlocker blocker(this);
     model_->show(SpeechOverview(project, model_->overview()));

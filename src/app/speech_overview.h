@@ -41,6 +41,8 @@ class OverviewSection : public QGroupBox {
 
     /// Looks at all files once more.
     void lookAgain();
+    /// A further command of the table's context menu.
+    QAction* addCommand(const QString& text);
 
     OverviewTable* table() const { return table_; }
 

@@ -37,9 +37,11 @@ SpeechPage::SpeechPage(Project& project, const Services& services, QWidget* pare
                   .title = u"File to play for this Speech Title and Language:",
                   .path = u"txtSpeechFile",
                   .browse = u"buttAddSpFile",
+                  .listen = u"buttListenSpFile",
                   .lines = {{u"lblSpFilesize", u"File Size:"}},
                   .sound = u"lblSpSound",
-                  .clear = u"buttNoSpFile"},
+                  .clear = u"buttNoSpFile",
+                  .hear = u"buttHearSpTitle"},
                  parent),
       overview_(*new OverviewSection(services.files, services.sounds, widget())),
       asList_(new QRadioButton(u"L&ist"_s, widget())),
@@ -63,6 +65,7 @@ SpeechPage::SpeechPage(Project& project, const Services& services, QWidget* pare
                             .select = &SpeechPage::showSelection});
     connect(file_.browseButton(), &QPushButton::clicked, this, &SpeechPage::buttAddSpFile_Click);
     connect(file_.clearButton(), &QPushButton::clicked, this, &SpeechPage::buttNoSpFile_Click);
+    connect(file_.hearButton(), &QPushButton::clicked, this, &SpeechPage::buttHearSpTitle_Click);
     showSelection();
 }
 

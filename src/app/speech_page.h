@@ -38,6 +38,7 @@ class SpeechPage : public EditorPage {
     void buttDelLang_Click();
     void buttAddSpFile_Click();
     void buttNoSpFile_Click();
+    void buttHearSpTitle_Click();
     void buttAddSpFolder_Click();
     void buttSpOverview_Toggle(bool isOverview);
     void moveTitles(const QList<RowTravel>& travels);
@@ -58,6 +59,7 @@ class SpeechPage : public EditorPage {
     OverviewSection& overview_;
     QRadioButton* asList_;
     QRadioButton* asOverview_;
+    QList<QAction*> hearCommands_;
 };
 
 }  // namespace tessaly

@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "app/listening.h"
 #include "app/overview_table.h"
 #include "app/session_status.h"
 #include "app/speech_overview.h"
@@ -50,6 +51,12 @@ void SpeechPage::addViews() {
     connect(overview_.table(), &OverviewTable::searched, titles_.list(), &LineList::keyboardSearch);
     connect(&overview_, &OverviewSection::browseChosen, file_.browseButton(), &QPushButton::click);
     connect(&overview_, &OverviewSection::clearChosen, file_.clearButton(), &QPushButton::click);
+    file_.listenButton()->addCommand(overview_.addCommand({}));
+    const QString hear = file_.hearButton()->text();
+    for (QAction* command : {titles_.addCommand(hear), overview_.addCommand(hear)}) {
+        connect(command, &QAction::triggered, file_.hearButton(), &QPushButton::click);
+        hearCommands_.append(command);
+    }
     // The program that files are dragged from waits until the drop is over: boxes come after it.
     const auto after = Qt::QueuedConnection;
     connect(overview_.table(), &OverviewTable::filesDropped, this, &SpeechPage::addFiles, after);
@@ -76,6 +83,10 @@ void SpeechPage::showSelection() {
     const bool canClear = isOverview ? overview_.hasFile() : controls().clearFile;
     file_.clearButton()->setEnabled(canClear);
     overview_.enableClear(canClear);
+    const bool canHear = !announcement(project_, selection().title, services_.files).isEmpty();
+    file_.hearButton()->setEnabled(canHear);
+    for (QAction* command : hearCommands_)
+        command->setEnabled(canHear);
 }
 
 void SpeechPage::buttSpOverview_Toggle(bool isOverview) {
@@ -117,6 +128,10 @@ void SpeechPage::buttNoSpFile_Click() {
     showProject();
     emit summaryDue();
     emit projectChanged();
+}
+
+void SpeechPage::buttHearSpTitle_Click() {
+    emit listenChosen(announcement(project_, selection().title, services_.files));
 }
 
 // ---- many files --------------------------------------------------------------------------------

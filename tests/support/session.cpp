@@ -82,6 +82,7 @@ Session::Session(const Drives* ownDrives, FileSystem* ownFiles)
             isDue_ = true;
         }
     };
+    bench.player.onAsked = [this](const QString& what) { say("the player " + what); };
     heartbeat_ = startTimer(0);
 }
 

@@ -126,6 +126,16 @@ void Session::addWorld() {
         LocalFileSystem files;
         saveProject(files, bench.scratch.path(name), odd);
     };
+    verbs["sound"] = [this, words](const QString& rest) {  // WHAT | FILE | SECONDS | LENGTH | WHY
+        using What = SoundReport::What;
+        const QStringList fields = words(rest);
+        const QStringList whats = {"plays", "fails", "has-no-device", "ends"};
+        bench.player.report({.what = What(whats.indexOf(fields[0])),
+                             .file = fields.value(1).toInt(),
+                             .seconds = fields.value(2).toInt(),
+                             .length = fields.value(3).toInt(),
+                             .why = fields.value(4)});
+    };
     verbs["second-instance"] = [this](const QString&) { bench.instance.isFirst = false; };
 #ifdef TESSALY_CLI
     verbs["cli"] = [this, words](const QString& rest) {

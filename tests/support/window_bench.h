@@ -18,6 +18,7 @@
 #include "model/card_file.h"
 #include "support/card_bench.h"
 #include "support/ready_prompts.h"
+#include "support/silent_player.h"
 
 namespace tessaly::test {
 
@@ -32,6 +33,7 @@ class FakeInstance : public SingleInstance {
 struct WindowBench : CardBench {
     ReadyPrompts prompts;
     FakeInstance instance;
+    SilentPlayer player;
     LocalMp3Tags tags;
     SoundBook book;
     SoundWatch sounds{book};
@@ -50,6 +52,7 @@ struct WindowBench : CardBench {
                    tags,
                    instance,
                    sounds,
+                   player,
                    scratch.path("app"),
                    scratch.makeFolder("user")} {
         project.cfDrive = withLastSeparator(job.root);
