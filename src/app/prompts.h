@@ -34,6 +34,7 @@ enum class FileKind {
     Speech,
     SpeechFolder,
     Chime,
+    SavedWithFiles,
 };
 
 /// A file dialog for one kind of file.

@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/save_with_files.h"
+
+#include <QFileInfo>
+#include <QProgressDialog>
+
+#include "app/session_status.h"
+#include "card/pack.h"
+#include "model/numbers.h"
+#include "platform/error.h"
+#include "platform/paths.h"
+
+namespace tessaly {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString Title = u"Save With Files"_s;
+
+// Shows how far a packing is, and lets the window live meanwhile.
+class PackProgressDialog {
+ public:
+    explicit PackProgressDialog(QWidget* window)
+        : dialog_(u"Looking at the files..."_s, u"Cancel"_s, 0, 0, window) {
+        dialog_.setWindowTitle(Title);
+        dialog_.setWindowModality(Qt::ApplicationModal);
+        dialog_.setMinimumDuration(50);  // an operator who waits longer wonders
+        dialog_.setAutoClose(false);
+        dialog_.setAutoReset(false);
+        // As wide as it will be: its text grows and shrinks.
+        dialog_.setMinimumWidth(dialog_.fontMetrics().averageCharWidth() * 60);
+    }
+
+    /// Of the files that are only looked at.
+    bool showLooking(int done) {
+        dialog_.setValue(done);
+        return !dialog_.wasCanceled();
+    }
+
+    bool show(const RunProgress& progress) {
+        constexpr qint64 Steps = 1000;
+        QString text = u"Writing to the disk..."_s;
+        if (progress.phase == RunPhase::Copy) {
+            text = u"Copying file %1 of %2\n%3 of %4"_s.arg(
+                QString::number(progress.trackFile), QString::number(progress.trackFileCount),
+                megabytes(progress.bytesDone), megabytes(progress.bytesTotal));
+            if (const qint64 left = progress.millisecondsLeft(); left > 0)
+                text += u", %1 left"_s.arg(durationText(left));
+        }
+        dialog_.setLabelText(text);
+        dialog_.setMaximum(progress.bytesTotal > 0 ? int(Steps) : 0);
+        dialog_.setValue(progress.bytesTotal > 0
+                             ? int(Steps * progress.bytesDone / progress.bytesTotal)
+                             : 0);  // pumps events while the dialog is shown
+        return !dialog_.wasCanceled();
+    }
+
+ private:
+    QProgressDialog dialog_;
+};
+
+// The folder to fill; empty when the operator would rather not.
+QString chosenFolder(const ProjectSession& session, const Services& services) {
+    const QString& own = session.fileName();
+    const QString folder = services.prompts.pickFolder(
+        u"Save With Files: choose an empty folder"_s,
+        own.isEmpty() ? QString() : QFileInfo(own).path(), FileKind::SavedWithFiles);
+    if (folder.isEmpty() || thingIn(services.files, folder).isEmpty())
+        return folder;
+    const QString inside = newFolderIn(services.files, {folder, own});
+    const bool isTaken = services.prompts.offer(
+        {.text = u"%1 is not empty. Nothing is copied among other files, so that nothing is "_s
+                 u"written over.\r\rThe project can get a new folder in it:\r%2"_s.arg(
+                     shownPath(folder), shownPath(inside))},
+        u"Make &New Folder"_s);
+    return isTaken ? inside : QString();
+}
+
+// The plan; nothing when it was cancelled.
+std::optional<PackPlan> planned(const ProjectSession& session, const Services& services,
+                                const QString& folder, PackProgressDialog& progress) {
+    int looked = 0;
+    try {
+        return planPack(session.project, {folder, session.fileName()}, services.files,
+                        services.drives, [&] {
+                            if (!progress.showLooking(++looked))
+                                throw TessalyError(error_number::Stopped, {});
+                        });
+    } catch (const TessalyError& error) {
+        if (error.number != error_number::Stopped)
+            throw;
+        return std::nullopt;
+    }
+}
+
+Message missingMessage(const QStringList& missing) {
+    return {.text =
+                u"Nothing was copied: %1 of the project cannot be found, and the folder would "_s
+                u"lack what is missing wherever it goes.\r\r"_s.arg(
+                    counted(missing.size(), u"file"_s)) +
+                shortList(missing),
+            .icon = Message::Icon::Exclamation,
+            .more = u"Put the files back or choose them again, then save with files."_s};
+}
+
+Message doneMessage(const PackPlan& plan, const ProjectSession& session) {
+    const QString own = session.fileName();
+    return {
+        .text =
+            u"The project and its %1 (%2) were copied. Open it there, on any machine:\r\r%3"_s.arg(
+                counted(plan.files.size(), u"file"_s), megabytes(plan.bytes),
+                shownPath(plan.projectFile)),
+        .more =
+            u"You go on working with %1: what you change from now on does not go into the "_s
+            u"copy."_s.arg(own.isEmpty() ? u"the project as it was"_s : shownPath(own))};
+}
+
+}  // namespace
+
+void saveWithFiles(ProjectSession& session, const Services& services, QWidget* window) {
+    if (!confirmTexts(session, services.prompts))
+        return;
+    const auto copied = [&](const QString& folder) -> std::optional<Message> {
+        PackProgressDialog progress(window);  // gone before the last box comes
+        const auto plan = planned(session, services, folder, progress);
+        if (!plan)
+            return std::nullopt;
+        if (!plan->missing.isEmpty())
+            return missingMessage(plan->missing);
+        packProject(services.files, *plan,
+                    [&](const RunProgress& now) { return progress.show(now); });
+        return doneMessage(*plan, session);
+    };
+    try {
+        const QString folder = chosenFolder(session, services);
+        const auto message = folder.isEmpty() ? std::nullopt : copied(folder);
+        if (message)
+            services.prompts.tell(*message);
+    } catch (const TessalyError& error) {
+        services.prompts.tell(
+            {.text = u"The project was not saved with its files.\r"_s + error.description,
+             .icon = Message::Icon::Exclamation});
+    }
+}
+
+}  // namespace tessaly
