@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/save_with_files.h"
 
+#include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProgressDialog>
+
+#include <optional>
 
 #include "app/session_status.h"
 #include "card/pack.h"
@@ -18,46 +22,65 @@ namespace {
 
 const QString Title = u"Save With Files"_s;
 
-// Shows how far a packing is, and lets the window live meanwhile.
-class PackProgressDialog {
+constexpr int AppearsAfterMs = 50;  // an operator who waits longer wonders
+constexpr int LooksEveryMs = 20;
+
+// Shows how far a packing is, and lets the window live meanwhile: but only while the dialog is
+// there and keeps the project from being changed.
+class PackView {
  public:
-    explicit PackProgressDialog(QWidget* window)
-        : dialog_(u"Looking at the files..."_s, u"Cancel"_s, 0, 0, window) {
+    explicit PackView(QWidget* window) : dialog_({}, u"Cancel"_s, 0, 0, window) {
         dialog_.setWindowTitle(Title);
         dialog_.setWindowModality(Qt::ApplicationModal);
-        dialog_.setMinimumDuration(50);  // an operator who waits longer wonders
         dialog_.setAutoClose(false);
         dialog_.setAutoReset(false);
         // As wide as it will be: its text grows and shrinks.
         dialog_.setMinimumWidth(dialog_.fontMetrics().averageCharWidth() * 60);
+        sinceStart_.start();
     }
 
-    /// Of the files that are only looked at.
-    bool showLooking(int done) {
-        dialog_.setValue(done);
+    /// Of the files that are only looked at. False: cancelled.
+    bool showLooking() {
+        show(u"Looking at the files..."_s);
         return !dialog_.wasCanceled();
     }
 
+    /// Of the copying. False: cancelled.
     bool show(const RunProgress& progress) {
-        constexpr qint64 Steps = 1000;
-        QString text = u"Writing to the disk..."_s;
-        if (progress.phase == RunPhase::Copy) {
-            text = u"Copying file %1 of %2\n%3 of %4"_s.arg(
+        if (progress.phase == RunPhase::Erase) {
+            dialog_.setCancelButton(nullptr);  // this must be done
+            show(u"Removing what was copied..."_s);
+        } else if (dialog_.wasCanceled()) {
+            return false;
+        } else if (progress.phase == RunPhase::Flush) {
+            show(u"Writing to the disk..."_s);
+        } else {
+            QString text = u"Copying file %1 of %2\n%3 of %4"_s.arg(
                 QString::number(progress.trackFile), QString::number(progress.trackFileCount),
                 megabytes(progress.bytesDone), megabytes(progress.bytesTotal));
             if (const qint64 left = progress.millisecondsLeft(); left > 0)
                 text += u", %1 left"_s.arg(durationText(left));
+            show(text, progress.bytesDone, progress.bytesTotal);
         }
-        dialog_.setLabelText(text);
-        dialog_.setMaximum(progress.bytesTotal > 0 ? int(Steps) : 0);
-        dialog_.setValue(progress.bytesTotal > 0
-                             ? int(Steps * progress.bytesDone / progress.bytesTotal)
-                             : 0);  // pumps events while the dialog is shown
         return !dialog_.wasCanceled();
     }
 
  private:
+    void show(const QString& text, qint64 done = 0, qint64 total = 0) {
+        constexpr qint64 Steps = 1000;
+        const bool isDue = !sinceLook_.isValid() || sinceLook_.elapsed() >= LooksEveryMs;
+        if (!isDue || (sinceStart_.elapsed() < AppearsAfterMs && !dialog_.isVisible()))
+            return;
+        sinceLook_.start();
+        dialog_.setLabelText(text);
+        dialog_.setMaximum(total > 0 ? int(Steps) : 0);
+        dialog_.setValue(total > 0 ? int(Steps * done / total) : 0);
+        dialog_.show();
+        QCoreApplication::processEvents();
+    }
+
     QProgressDialog dialog_;
+    QElapsedTimer sinceStart_, sinceLook_;
 };
 
 // The folder to fill; empty when the operator would rather not.
@@ -79,12 +102,11 @@ QString chosenFolder(const ProjectSession& session, const Services& services) {
 
 // The plan; nothing when it was cancelled.
 std::optional<PackPlan> planned(const ProjectSession& session, const Services& services,
-                                const QString& folder, PackProgressDialog& progress) {
-    int looked = 0;
+                                const QString& folder, PackView& progress) {
     try {
         return planPack(session.project, {folder, session.fileName()}, services.files,
                         services.drives, [&] {
-                            if (!progress.showLooking(++looked))
+                            if (!progress.showLooking())
                                 throw TessalyError(error_number::Stopped, {});
                         });
     } catch (const TessalyError& error) {
@@ -122,7 +144,7 @@ void saveWithFiles(ProjectSession& session, const Services& services, QWidget* w
     if (!confirmTexts(session, services.prompts))
         return;
     const auto copied = [&](const QString& folder) -> std::optional<Message> {
-        PackProgressDialog progress(window);  // gone before the last box comes
+        PackView progress(window);  // gone before the last box comes
         const auto plan = planned(session, services, folder, progress);
         if (!plan)
             return std::nullopt;

@@ -52,11 +52,13 @@ class PackRun {
             advance(0);
             const QString path = pathOf(file.name);
             requireNothingAt(path);
-            copyFile(files_, file.source, *folder_, file.name,
-                     [this](qint64 bytes) { advance(bytes); });
+            // Each block is brought to the device at once: so the progress is true, and neither
+            // Cancel nor the end waits for what the system has gathered.
+            copyFile(files_, file.source, *folder_, file.name, [&](qint64 bytes) {
+                files_.settle(path);
+                advance(bytes);
+            });
             madeFiles_.append(file.name);
-            // Sent off one by one, so that the progress is true and the end comes soon.
-            files_.settle(path);
         }
     }
 
@@ -98,7 +100,10 @@ class PackRun {
     // Removes what was made. Returns what to say of it, with a blank in front.
     QString takeBack() {
         bool isAll = true;
+        progress_.phase = RunPhase::Erase;
+        progress_.bytesDone = progress_.bytesTotal = 0;
         const auto attempt = [&](const auto& remove) {
+            keepGoing_(progress_);
             try {
                 remove();
             } catch (const TessalyError&) {

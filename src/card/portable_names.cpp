@@ -46,10 +46,11 @@ QString withoutByteMarks(QString text) {
 
 // Windows takes what stands before the first dot for a device, whatever follows.
 bool isDevice(const QString& name) {
-    static const QRegularExpression devices(
-        u"\\A(CON|PRN|AUX|NUL|CLOCK\\$|CONIN\\$|CONOUT\\$|(COM|LPT)[0-9¹²³]) *(\\.|\\z)"_s,
-        QRegularExpression::CaseInsensitiveOption);
-    return devices.match(name).hasMatch();
+    static const QStringList Devices = {u"CON"_s,    u"PRN"_s,    u"AUX"_s,    u"NUL"_s,
+                                        u"CLOCK$"_s, u"CONIN$"_s, u"CONOUT$"_s};
+    const QString stem = name.section(u'.', 0, 0).trimmed().toUpper();
+    const bool isPort = stem.size() == 4 && (stem.startsWith(u"COM") || stem.startsWith(u"LPT"));
+    return Devices.contains(stem) || (isPort && stem[3].digitValue() >= 0);
 }
 
 QString asCompared(const QString& name) {

@@ -104,7 +104,7 @@ int takeFilesBeside(const FileSystem& files, const QString& projectFile, Project
     const QString path = files.canonicalPath(absolutePath(projectFile));
     if (path.isEmpty())
         return 0;
-    FilesBeside beside(files, path.left(path.lastIndexOf(u'/')));
+    FilesBeside beside(files, path.left(path.lastIndexOf(u'/') + 1));
     int taken = 0;
     // As constant as long as nothing changes: the table may be shared with other states.
     for (qsizetype i = 0; i < std::as_const(project).TrackTable.size(); ++i) {
