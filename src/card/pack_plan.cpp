@@ -208,9 +208,12 @@ PackPlan planPack(const Project& project, const PackTarget& target, const FileSy
                   const Drives& drives, const FileDone& fileDone) {
     PackPlan plan;
     plan.folder = resolved(files, target.folder);
-    if (files.identity(plan.folder) && !files.isFolder(plan.folder))
-        throw TessalyError(error_number::BadTarget,
-                           shownPath(plan.folder) + u": this is a file and no folder."_s);
+    for (QString folder = plan.folder; !files.isFolder(folder); folder = above(folder)) {
+        if (files.identity(folder))
+            throw TessalyError(error_number::BadTarget,
+                               shownPath(folder) + u": this is a file and no folder."_s);
+        plan.newFolders.prepend(folder);
+    }
     if (const QString thing = thingIn(files, plan.folder); !thing.isEmpty())
         throw TessalyError(
             error_number::BadTarget,
@@ -220,9 +223,6 @@ PackPlan planPack(const Project& project, const PackTarget& target, const FileSy
     plan.missing = missingOf(sources);
     if (!plan.missing.isEmpty())
         return plan;
-
-    for (QString folder = plan.folder; !files.isFolder(folder); folder = above(folder))
-        plan.newFolders.prepend(folder);
     const QString name = PortableNames().add(
         {stemOf(target.projectFile), lastNameOf(plan.folder), u"Project"_s}, ProjectEnding);
     plan.projectFile = pathIn(plan.folder, name);
