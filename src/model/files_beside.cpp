@@ -18,27 +18,23 @@ namespace {
 // More folders than this are no tail that anybody moves; a damaged file may name thousands.
 constexpr qsizetype MostFolders = 16;
 
-// A path from Linux may have a backslash in a name.
-bool isSeparator(QChar c, const QString& path) {
-    return c == u'/' || (c == u'\\' && !path.startsWith(u'/'));
-}
-
 // The names in a path, without a drive's letter. What ".." leads to is not known.
-QStringList namesIn(const QString& path) {
+QStringList namesIn(QString path) {
+    if (!path.startsWith(u'/'))
+        path.replace(u'\\', u'/');
     QStringList names;
-    QString name;
-    for (const QChar c : path + u'/') {
-        if (!isSeparator(c, path)) {
-            name += c;
-            continue;
-        }
+    for (const QString& name : path.split(u'/', Qt::SkipEmptyParts))
         if (name == u"..")
             names.clear();
-        else if (!name.isEmpty() && name != u"." && !name.endsWith(u':'))
+        else if (name != u"." && !name.endsWith(u':'))
             names.append(name);
-        name.clear();
-    }
     return names;
+}
+
+// Where the name of the file begins. A path from Linux may have a backslash in it.
+qsizetype nameStart(const QString& path) {
+    const qsizetype slash = path.lastIndexOf(u'/');
+    return 1 + (path.startsWith(u'/') ? slash : std::max(slash, path.lastIndexOf(u'\\')));
 }
 
 class FilesBeside {
@@ -48,9 +44,7 @@ class FilesBeside {
 
     /// Where the file is that `path` meant; nothing when it is there, or nowhere.
     std::optional<QString> find(const QString& path) {
-        const auto last =
-            std::find_if(path.rbegin(), path.rend(), [&](QChar c) { return isSeparator(c, path); });
-        const qsizetype start = path.rend() - last;
+        const qsizetype start = nameStart(path);
         const QString name = path.sliced(start);
         if (name.isEmpty() || name == u"." || name == u"..")
             return std::nullopt;
@@ -79,6 +73,8 @@ class FilesBeside {
         found.isThere = path.isEmpty() || files_.isFolder(path);
         const QStringList names = namesIn(path);
         for (qsizetype count = std::min(names.size(), MostFolders); count > 0; --count) {
+            if (!isBeside(names[names.size() - count]))
+                continue;
             const QString folder = pathIn(folder_, names.last(count).join(u'/'));
             if (files_.isFolder(folder))
                 found.folders.append(folder);
@@ -87,8 +83,17 @@ class FilesBeside {
         return *known_.insert(path, found);
     }
 
+    // Few tails begin with the name of a folder that is there: the others need no question each.
+    bool isBeside(const QString& name) {
+        const auto known = beside_.constFind(name);
+        return known != beside_.constEnd()
+                   ? *known
+                   : *beside_.insert(name, files_.isFolder(pathIn(folder_, name)));
+    }
+
     const FileSystem& files_;
     const QString folder_;
+    QHash<QString, bool> beside_;
     QHash<QString, Candidates> known_;
 };
 
