@@ -127,15 +127,19 @@ Message missingMessage(const QStringList& missing) {
 }
 
 Message doneMessage(const PackPlan& plan, const ProjectSession& session) {
-    const QString own = session.fileName();
+    const QString& own = session.fileName();
+    QString more =
+        u"You go on working with %1: what you change from now on does not go into the copy."_s.arg(
+            own.isEmpty() ? u"the project on screen"_s : shownPath(own));
+    if (session.differs())
+        more += own.isEmpty() ? u" It has no file of its own yet."_s
+                              : u" Your last changes are not saved there yet."_s;
     return {
         .text =
             u"The project and its %1 (%2) were copied. Open it there, on any machine:\r\r%3"_s.arg(
                 counted(plan.files.size(), u"file"_s), megabytes(plan.bytes),
                 shownPath(plan.projectFile)),
-        .more =
-            u"You go on working with %1: what you change from now on does not go into the "_s
-            u"copy."_s.arg(own.isEmpty() ? u"the project as it was"_s : shownPath(own))};
+        .more = more};
 }
 
 }  // namespace
