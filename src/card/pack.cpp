@@ -15,6 +15,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+// Blocks from this size on are brought to the device at once: so the progress is true, and neither
+// Cancel nor the end waits for what the system has gathered. With thousands of small ones that
+// would take longer than all the copying.
+constexpr qint64 SettledBytes = 128 * 1024;
+
 // One packing. It knows what it made, so that it takes back that and nothing else.
 class PackRun {
  public:
@@ -52,10 +57,9 @@ class PackRun {
             advance(0);
             const QString path = pathOf(file.name);
             requireNothingAt(path);
-            // Each block is brought to the device at once: so the progress is true, and neither
-            // Cancel nor the end waits for what the system has gathered.
             copyFile(files_, file.source, *folder_, file.name, [&](qint64 bytes) {
-                files_.settle(path);
+                if (bytes >= SettledBytes)
+                    files_.settle(path);
                 advance(bytes);
             });
             madeFiles_.append(file.name);
@@ -110,8 +114,8 @@ class PackRun {
                 isAll = false;  // the failure that led here is the one to report
             }
         };
-        while (!madeFiles_.isEmpty())
-            attempt([&] { folder_->removeFile(madeFiles_.takeLast()); });
+        for (const QString& name : madeFiles_)
+            attempt([&] { folder_->removeFile(name); });
         folder_.reset();  // a folder that is held open cannot be removed everywhere
         while (!madeFolders_.isEmpty())
             attempt([&] {
