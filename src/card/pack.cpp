@@ -3,6 +3,7 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <algorithm>
 #include <memory>
 
 #include "card/file_copier.h"
