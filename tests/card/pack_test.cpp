@@ -172,8 +172,8 @@ TEST(Pack, EachSourceIsCopiedOnce) {
 TEST(Pack, FilesBesideAProject) {
     const ScratchFolder scratch;
     LocalFileSystem files;
-    for (const char* name :
-         {"p/Music/Rock/a.mp3", "p/Rock/a.mp3", "p/a.mp3", "p/b.mp3", "c.mp3", "p/Speech/c.mp3"})
+    for (const char* name : {"p/Music/Rock/a.mp3", "p/Rock/a.mp3", "p/a.mp3", "p/b.mp3", "c.mp3",
+                             "Rock/a.mp3", "p/Speech/c.mp3"})
         scratch.write(name, name);
     const QString there = scratch.path("c.mp3"), here = scratch.path("p/");
     const std::pair<QString, QString> cases[] = {
@@ -190,6 +190,7 @@ TEST(Pack, FilesBesideAProject) {
         {QString("x/").repeated(20000) + "Rock/a.mp3", "Rock/a.mp3"},
         {"", {}},
         {there, {}},
+        {scratch.path("Rock/a.mp3"), {}},
     };
     for (const auto& [path, found] : cases) {
         Project project;
