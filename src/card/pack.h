@@ -60,8 +60,8 @@ PackPlan planPack(
     const Project& project, const PackTarget& target, const FileSystem& files, const Drives& drives,
     const FileDone& fileDone = [] {});
 
-/// Called at every file and block of at most 1 MiB, of phase Copy or Flush: false ends the work. Also
-/// of phase Erase, while what was made is removed again, which always goes to its end.
+/// Called at every file and block of at most 1 MiB, of phase Copy or Flush: false ends the work.
+/// Also of phase Erase, while what was made is removed again, which always goes to its end.
 using PackProgress = std::function<bool(const RunProgress& progress)>;
 
 /// Carries a plan out that misses nothing; the project is written last, in one step. Throws, with

@@ -21,7 +21,8 @@ ReadReport openProjectFile(FileSystem& files, const QString& path, Project& proj
 /// `unsavedChanges`, stay. Returns how many paths it changed.
 ///
 /// The system is asked once for each folder that paths name, for each name in it and for each tail
-/// that begins with a folder that is there; and for each file once in every folder that this leaves.
+/// that begins with a folder that is there; and for each file once in every folder that this
+/// leaves.
 int takeFilesBeside(const FileSystem& files, const QString& projectFile, Project& project);
 
 }  // namespace tessaly
