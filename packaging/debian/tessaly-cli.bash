@@ -4,7 +4,7 @@
 _tessaly_cli()
 {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]}
-    local commands="import check image create verify firmware show"
+    local commands="import check image create pack verify firmware show"
     local command= i
     # The first word that is neither an option nor the value of --app-folder.
     for (( i = 1; i < COMP_CWORD; i++ )); do
@@ -22,6 +22,7 @@ _tessaly_cli()
         check)    options="-h --help --card --json --strict" ending=crd2 ;;
         image)    options="-h --help -o --output --hex --identifier" ending=crd2 ;;
         create)   options="-h --help --card --settings-only --no-verify --erase --yes --strict" ending=crd2 ;;
+        pack)     options="-h --help -o --output" ending=crd2 ;;
         verify)   options="-h --help" ;;
         firmware) options="-h --help --yes" ;;
         show)     options="-h --help --json" ending="crd2|xd3|hex|bin" ;;
@@ -30,7 +31,9 @@ _tessaly_cli()
     COMPREPLY=()
     case $previous in
         --card|--app-folder) _tessaly_cli_paths -d ""; return ;;
-        -o|--output)         _tessaly_cli_paths -f "crd2|bin"; return ;;
+        -o|--output)
+            if [[ $command == pack ]]; then _tessaly_cli_paths -d ""; return; fi
+            _tessaly_cli_paths -f "crd2|bin"; return ;;
         --hex)               _tessaly_cli_paths -f "xd3|hex"; return ;;
         --identifier)        return ;;
     esac

@@ -200,6 +200,12 @@ QString World::pathFor(const QString& what) {
         return dice->oneIn(2) ? dice->anyOf(targets_) : dice->anyOf(projects_);
     if (what.startsWith("open TXT"))
         return dice->anyOf(playlists_);
+    if (what.startsWith("Save With Files")) {
+        const QString folder = bench.scratch.path(QString("mine/packed %1").arg(dice->below(3)));
+        if (dice->oneIn(2))
+            QDir(folder).removeRecursively();
+        return folder;
+    }
     return what.startsWith("open ") ? dice->anyOf(mp3s_) : dice->anyOf(folders_);
 }
 

@@ -6,6 +6,7 @@
 #include "app/create_card_page.h"
 #include "app/listening.h"
 #include "app/recent_menu.h"
+#include "app/save_with_files.h"
 #include "app/session_status.h"
 #include "app/small_widgets.h"
 #include "card/firmware.h"
@@ -175,6 +176,10 @@ void MainWindow::mnuFileSaveAs_Click() {
                                     .kind = FileKind::Project});
     if (!path.isEmpty())
         saveTo(path);
+}
+
+void MainWindow::mnuFileSaveWithFiles_Click() {
+    createCard_->afterRun([this] { saveWithFiles(session_, services_, this); });
 }
 
 bool MainWindow::saveTo(const QString& path) {

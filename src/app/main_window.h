@@ -61,6 +61,7 @@ class MainWindow : public QMainWindow {
     void mnuFileOpen_Click();
     void mnuFileSave_Click();
     void mnuFileSaveAs_Click();
+    void mnuFileSaveWithFiles_Click();
     void mnuFileRecover_Click();
     void mnuFileExit_Click();
     void mnuHelpManual_Click();

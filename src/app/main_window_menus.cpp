@@ -34,6 +34,7 @@ void MainWindow::connectMenus() {
     triggered(ui_->mnuFileOpen, &MainWindow::mnuFileOpen_Click);
     triggered(ui_->mnuFileSave, &MainWindow::mnuFileSave_Click);
     triggered(ui_->mnuFileSaveAs, &MainWindow::mnuFileSaveAs_Click);
+    triggered(ui_->mnuFileSaveWithFiles, &MainWindow::mnuFileSaveWithFiles_Click);
     triggered(ui_->mnuFileRecover, &MainWindow::mnuFileRecover_Click);
     triggered(ui_->mnuFileExit, &MainWindow::mnuFileExit_Click);
     triggered(ui_->mnuHelpManual, &MainWindow::mnuHelpManual_Click);
@@ -58,6 +59,7 @@ void MainWindow::addIcons() {
     set(recent_->menuAction(), u"document-open-recent"_s, QStyle::SP_DirOpenIcon);
     set(ui_->mnuFileSave, u"document-save"_s, QStyle::SP_DialogSaveButton);
     set(ui_->mnuFileSaveAs, u"document-save-as"_s, QStyle::SP_DialogSaveButton);
+    set(ui_->mnuFileSaveWithFiles, u"folder-new"_s, QStyle::SP_DirIcon);
     set(ui_->mnuFileRecover, u"document-revert"_s, QStyle::SP_BrowserReload);
     set(ui_->mnuFileExit, u"application-exit"_s, QStyle::SP_DialogCloseButton);
     set(findChild<QAction*>(u"mnuEditUndo"_s), u"edit-undo"_s, QStyle::SP_ArrowBack);

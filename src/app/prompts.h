@@ -37,6 +37,7 @@ enum class FileKind {
     Speech,
     SpeechFolder,
     Chime,
+    SavedWithFiles,
 };
 
 /// A file dialog for one kind of file.

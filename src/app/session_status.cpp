@@ -20,6 +20,7 @@ namespace {
 
 constexpr int ProblemShownMs = 30 * 1000;
 constexpr int NameCharacters = 20;  // more would take the summary's room
+constexpr int NamesShown = 12;
 
 // The file's name alone, as long as the bar has room for.
 QString briefName(const QString& file, const QWidget* widget) {
@@ -28,23 +29,15 @@ QString briefName(const QString& file, const QWidget* widget) {
                               metrics.averageCharWidth() * NameCharacters);
 }
 
-constexpr int NamesShown = 12;
-
-QString shortList(QStringList names) {
-    if (names.size() > NamesShown) {
-        const qsizetype more = names.size() - NamesShown;
-        names.resize(NamesShown);
-        names.append(u"... and %1 more"_s.arg(more));
-    }
-    for (QString& name : names)
-        name = elided(name);
-    return names.join(u'\n');
-}
-
 QString lostFilesText(const QStringList& paths) {
     return u"A card file cannot hold some characters of these paths. When it is opened again, the "_s
            u"MP3 files are not found:\r\r"_s +
            shortList(paths) + u"\r\rRename the files or their folders, then choose them again."_s;
+}
+
+bool confirmed(Prompts& prompts, const QString& text) {
+    return prompts.ask(
+        {.text = text + u"\r\rSave all the same?"_s, .icon = Message::Icon::Exclamation}, true);
 }
 
 }  // namespace
@@ -106,17 +99,18 @@ void SessionStatus::sayRemoved(const QString& words) {
 }
 
 bool confirmSave(ProjectSession& session, Prompts& prompts) {
-    const auto confirmed = [&](const QString& text) {
-        return prompts.ask(
-            {.text = text + u"\r\rSave all the same?"_s, .icon = Message::Icon::Exclamation}, true);
-    };
     const QStringList paths = pathsOutsideCodePage(session.project);
-    if (!paths.isEmpty() && !confirmed(lostFilesText(paths)))
-        return false;
+    return (paths.isEmpty() || confirmed(prompts, lostFilesText(paths))) &&
+           confirmTexts(session, prompts);
+}
+
+bool confirmTexts(ProjectSession& session, Prompts& prompts) {
     const QStringList texts = textsOutsideCodePage(session.project);
-    if (!texts.isEmpty() && !confirmed(u"A card file cannot hold some characters of these texts; "_s
-                                       u"they are saved as \"?\":\r\r"_s +
-                                       shortList(texts)))
+    if (!texts.isEmpty() &&
+        !confirmed(prompts,
+                   u"A card file cannot hold some characters of these texts; they are "_s
+                   u"saved as \"?\":\r\r"_s +
+                       shortList(texts)))
         return false;
     const QStringList unsavable = session.newlyUnsavable();
     if (!unsavable.isEmpty())
@@ -124,6 +118,17 @@ bool confirmSave(ProjectSession& session, Prompts& prompts) {
                               u"without a track. These are not saved:\r\r"_s +
                               shortList(unsavable)});
     return true;
+}
+
+QString shortList(QStringList names) {
+    if (names.size() > NamesShown) {
+        const qsizetype more = names.size() - NamesShown;
+        names.resize(NamesShown);
+        names.append(u"... and %1 more"_s.arg(more));
+    }
+    for (QString& name : names)
+        name = elided(name);
+    return names.join(u'\n');
 }
 
 void tellUnsavablePaths(Prompts& prompts, QStringList paths) {

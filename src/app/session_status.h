@@ -57,6 +57,12 @@ class SessionStatus : public QObject {
 /// when the operator would rather not save.
 bool confirmSave(ProjectSession& session, Prompts& prompts);
 
+/// The same without the paths, for a copy of the project that gets other ones.
+bool confirmTexts(ProjectSession& session, Prompts& prompts);
+
+/// The first names of a list below each other, and how many more there are.
+QString shortList(QStringList names);
+
 /// Tells which of `paths`, of files that were added just now, no card file can hold. Says nothing
 /// when it can hold them all.
 void tellUnsavablePaths(Prompts& prompts, QStringList paths);

@@ -3,17 +3,20 @@
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QScopeGuard>
 #include <algorithm>
 
 #include "card/card_checks.h"
 #include "card/firmware.h"
+#include "card/pack.h"
 #include "card/sound_checks.h"
 #include "cli/commands.h"
 #include "cli/console.h"
+#include "cli/run_display.h"
 #include "image/config_image.h"
 #include "image/image_limits.h"
 #include "image/intel_hex.h"
-#include "model/card_file.h"
+#include "model/files_beside.h"
 #include "model/format_limits.h"
 #include "model/numbers.h"
 #include "platform/error.h"
@@ -125,7 +128,7 @@ void requireOtherFile(const FileSystem& files, const QString& file, const QStrin
 
 Project openProject(FileSystem& files, const QString& path) {
     Project project;
-    const ReadReport report = readProject(files, path, project);
+    const ReadReport report = openProjectFile(files, path, project);
     if (!report.isComplete)
         throw TessalyError(error_number::BadProject,
                            u"%1 was read up to byte %2 only (%3): %4"_s.arg(shownPath(path))
@@ -181,6 +184,30 @@ int imageCommand(const ImageOptions& options) {
         files.replaceFile(options.hexOutput, text);
         print(u"%1: %2 bytes"_s.arg(native(options.hexOutput)).arg(text.size()));
     }
+    return Done;
+}
+
+int packCommand(const PackOptions& options) {
+    LocalFileSystem files;
+    const Project project = openProject(files, options.project);
+    const PackPlan plan =
+        planPack(project, {options.output, options.project}, files, FolderDrives());
+    for (const QString& path : plan.missing)
+        printError(u"Cannot find file "_s + path);
+    if (!plan.missing.isEmpty()) {
+        printError(u"Nothing was copied: the folder would lack what is missing."_s);
+        return Blocked;
+    }
+    RunDisplay display(true);
+    display.watchForStop();
+    const auto clearLast = qScopeGuard([&] { display.clear(); });
+    packProject(files, plan, [&](const RunProgress& progress) {
+        display.showProgress(progress);
+        return !display.checkForStop();
+    });
+    display.clear();
+    print(u"%1: the project and its %2, %3."_s.arg(
+        native(plan.projectFile), counted(plan.files.size(), u"file"_s), size(plan.bytes)));
     return Done;
 }
 

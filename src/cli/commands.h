@@ -60,6 +60,11 @@ struct SoundOptions {
     bool json = false;
 };
 
+struct PackOptions {
+    QString project;
+    QString output;
+};
+
 struct ShowOptions {
     QString file;
     bool json = false;
@@ -69,12 +74,14 @@ int importCommand(const ImportOptions& options);
 int checkCommand(const CheckOptions& options);
 int imageCommand(const ImageOptions& options);
 int createCommand(const CreateOptions& options, const SupportFolders& folders);
+int packCommand(const PackOptions& options);
 int verifyCommand(const QString& card);
 int firmwareCommand(const FirmwareOptions& options, const SupportFolders& folders);
 int showCommand(const ShowOptions& options);
 int soundCommand(const SoundOptions& options);
 
-/// A project file opened by a command. Throws when it is not read to its end.
+/// A project file opened by a command, as openProjectFile() does. Throws when it is not read to its
+/// end.
 Project openProject(FileSystem& files, const QString& path);
 
 /// Measures a project's files, once, and judges it with the folder `root` as its card, or without

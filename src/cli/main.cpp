@@ -43,6 +43,7 @@ class CommandLine {
         addSound();
         addImage();
         addCreate();
+        addPack();
         addVerify();
         addFirmware();
         addShow();
@@ -183,6 +184,17 @@ class CommandLine {
                       "Write nothing and end with 3 when the checks warn");
     }
 
+    void addPack() {
+        CLI::App* sub = command(
+            "pack", "Copy a project and all its files into one folder that can be moved",
+            "tessaly-cli pack tour.crd2 --output /media/me/STICK/tour\n\n"
+            "The folder is empty or is made. It gets Music/<List>/, Speech/<Language>/ and the "
+            "project,\nwhich finds its files beside it wherever the folder goes.",
+            [this] { return packCommand(pack_); });
+        addProject(sub, pack_.project);
+        addPath(sub, "--output,-o", pack_.output, "Folder to fill", "FOLDER")->required();
+    }
+
     void addVerify() {
         CLI::App* sub = command("verify", "Compare a card with its own project",
                                 "tessaly-cli verify /media/me/CARD",
@@ -212,6 +224,7 @@ class CommandLine {
     CheckOptions check_;
     ImageOptions image_;
     CreateOptions create_;
+    PackOptions pack_;
     QString verified_;
     FirmwareOptions firmware_;
     ShowOptions show_;

@@ -43,9 +43,20 @@ bool RunDisplay::confirm(const QString& question) {
 }
 
 void RunDisplay::begin() {
+    watchForStop();
+    print(RunProgress().caption());
+}
+
+void RunDisplay::watchForStop() {
     interrupted = 0;
     std::signal(SIGINT, onInterrupt);
-    print(RunProgress().caption());
+}
+
+void RunDisplay::clear() {
+    if (!isTerminal_)
+        return;
+    std::fputs("\r\x1b[K", stdout);
+    std::fflush(stdout);
 }
 
 void RunDisplay::showProgress(const RunProgress& progress) {
@@ -93,10 +104,7 @@ bool RunDisplay::checkForStop() {
 
 // What failed, and where, is the command's one line on standard error.
 void RunDisplay::finished(const CardRunReport& report) {
-    if (isTerminal_) {
-        std::fputs("\r\x1b[K", stdout);
-        std::fflush(stdout);
-    }
+    clear();
     print(report.message());
 }
 

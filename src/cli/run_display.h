@@ -22,6 +22,11 @@ class RunDisplay : public CardRunObserver {
     bool checkForStop() override;
     void finished(const CardRunReport& report) override;
 
+    /// What begin() and finished() do for any work of that kind: from now on Ctrl+C stops it; what
+    /// was drawn on the terminal goes.
+    void watchForStop();
+    void clear();
+
  private:
     void drawBar(const RunProgress& progress);
     void printStep(const RunProgress& progress);

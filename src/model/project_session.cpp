@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "model/project_session.h"
 
+#include "model/files_beside.h"
 #include "model/project_snapshot.h"
 #include "platform/error.h"
 
@@ -65,7 +66,7 @@ void ProjectSession::bringBack() {
 
 ReadReport ProjectSession::open(const QString& path) {
     clear();
-    ReadReport report = readProject(files_, path, project);
+    const ReadReport report = openProjectFile(files_, path, project);
     closed_.reset();
     if (report.isComplete)
         markClean(path);

@@ -55,9 +55,10 @@ class ProjectSession {
     /// nothing where there is nothing to bring back any more.
     void bringBack();
 
-    /// Reads a file. The project has that file afterwards only when it was read to its end; else it
-    /// differs, as nothing holds what was read. Throws, with the project empty, when it cannot be
-    /// read at all.
+    /// Reads a file, as openProjectFile() does. The project has that file afterwards only when it
+    /// was read to its end; else it differs, as nothing holds what was read. MP3 files that were
+    /// found beside it make no difference: the next opening finds them, too. Throws, with the
+    /// project empty, when it cannot be read at all.
     ReadReport open(const QString& path);
 
     /// Takes a recovery copy as a project without a file that still differs. Throws, with the

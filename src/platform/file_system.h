@@ -121,6 +121,9 @@ class FileSystem {
     /// its access rights allow it.
     virtual bool isWritableFolder(const QString& folder) const = 0;
 
+    /// Makes a folder; the one above it is there. Throws where anything stands under its name.
+    virtual void makeFolder(const QString& path) = 0;
+
     /// Removes a file, even a read-only one; of a link the link itself, never its target.
     virtual void removeFile(const QString& path) = 0;
 

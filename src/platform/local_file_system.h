@@ -15,6 +15,7 @@ class LocalFileSystem : public FileSystem {
     std::optional<FileIdentity> identity(const QString& path) const override;
     QString canonicalPath(const QString& path) const override;
     bool isWritableFolder(const QString& folder) const override;
+    void makeFolder(const QString& path) override;
     void removeFile(const QString& path) override;
     std::unique_ptr<OpenFolder> openFolder(const QString& path) override;
     std::unique_ptr<InputFile> openForReading(const QString& path, ReadMode mode) override;

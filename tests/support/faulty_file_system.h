@@ -41,6 +41,10 @@ class FaultyFileSystem : public LocalFileSystem {
         const_cast<FaultyFileSystem*>(this)->count("list", folder);
         return LocalFileSystem::entries(folder);
     }
+    void makeFolder(const QString& path) override {
+        count("mkdir", path);
+        LocalFileSystem::makeFolder(path);
+    }
     void removeFile(const QString& path) override {
         count("remove", path);
         LocalFileSystem::removeFile(path);

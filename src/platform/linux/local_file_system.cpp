@@ -61,6 +61,11 @@ bool LocalFileSystem::isWritableFolder(const QString& folder) const {
     return ::access(toNativePath(folder).constData(), W_OK | X_OK) == 0;
 }
 
+void LocalFileSystem::makeFolder(const QString& path) {
+    if (::mkdir(toNativePath(path).constData(), 0777) != 0)
+        throw lastSystemError(path);
+}
+
 void LocalFileSystem::removeFile(const QString& path) {
     const QByteArray name = toNativePath(path);
     const qsizetype slash = name.lastIndexOf('/');

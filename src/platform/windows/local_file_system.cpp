@@ -115,6 +115,12 @@ bool LocalFileSystem::isWritableFolder(const QString& folder) const {
            Handle(openExisting(folder, FILE_ADD_FILE, FILE_FLAG_BACKUP_SEMANTICS)).isOpen();
 }
 
+void LocalFileSystem::makeFolder(const QString& path) {
+    const NoDiskPrompt quiet;
+    if (!::CreateDirectoryW(systemPath(path).c_str(), nullptr))
+        throw lastSystemError(path);
+}
+
 void LocalFileSystem::removeFile(const QString& path) {
     const NoDiskPrompt quiet;
     removeNamed(systemPath(path), path);
