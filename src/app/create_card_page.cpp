@@ -29,6 +29,7 @@ CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services
       totals_(totals) {
     ui_->setupUi(widget());
     ui_->fraSilentTracks->addBeside(ui_->buttGiveFiles);
+    ui_->fraCC7->addBeside(ui_->buttFindMissing);
     ui_->fraCC4->addAbove(ui_->lblSelectPrompt, ui_->buttSelectCF);
     ui_->fraCC5->addBeside(ui_->buttCFCheckAgain);
     auto* problems = ui_->fraCC7->findChild<QListWidget*>();
@@ -51,6 +52,7 @@ CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services
     clicked(ui_->buttGiveFiles, &CreateCardPage::buttGiveFiles_Click);
     clicked(ui_->buttCancelWrite, &CreateCardPage::buttCancelWrite_Click);
     clicked(ui_->buttEndUpdate, &CreateCardPage::endUpdate);
+    clicked(ui_->buttFindMissing, &CreateCardPage::findMissingChosen);
 }
 
 CreateCardPage::~CreateCardPage() = default;
@@ -97,6 +99,7 @@ void CreateCardPage::showChecks(const CardChecks& checks) {
     ui_->buttCreateXD3->setEnabled(controls.buttCreateXD3);
     ui_->buttUpdateFirmware->setEnabled(controls.buttUpdateFirmware);
     ui_->buttGiveFiles->setEnabled(controls.buttGiveFiles);
+    ui_->buttFindMissing->setEnabled(controls.buttFindMissing);
     for (QWidget* widget :
          std::initializer_list<QWidget*>{ui_->fraCC1, ui_->fraCC2, ui_->fraCC3, ui_->fraCC5,
                                          ui_->fraCC6, ui_->buttCreateCard, ui_->buttCreateXD3})

@@ -75,6 +75,8 @@ class CreateCardPage : public Page {
  signals:
     /// The size summary was measured anew.
     void totalsMeasured();
+    /// The operator wants to look for files that are missing.
+    void findMissingChosen();
 
  private:
     void buttSelectCF_Click();

@@ -115,6 +115,8 @@ void MainWindow::addPages() {
     createCard_ = new CreateCardPage(session_, services_, totals_);
     ui_->Tabs->addTab(createCard_, u"Create Card"_s);
     connect(createCard_, &CreateCardPage::totalsMeasured, this, &MainWindow::showTotals);
+    connect(createCard_, &CreateCardPage::findMissingChosen, this,
+            &MainWindow::mnuFileFindMissing_Click);
     for (int i = 0; i < ui_->Tabs->count(); ++i) {
         Page* one = page(i);
         connect(one, &Page::projectChanged, this, [this] {

@@ -34,6 +34,7 @@ enum class FileKind {
     Speech,
     SpeechFolder,
     Chime,
+    MissingFolder,  ///< in which missing files are looked for
 };
 
 /// A file dialog for one kind of file.

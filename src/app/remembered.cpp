@@ -45,6 +45,8 @@ QString keyOf(FileKind kind) {
             return u"folders/speechFolder"_s;
         case FileKind::Chime:
             return u"folders/chime"_s;
+        case FileKind::MissingFolder:
+            return u"folders/missing"_s;
     }
     Q_UNREACHABLE();
 }

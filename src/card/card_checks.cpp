@@ -176,6 +176,7 @@ CardControls cardControls(const CardChecks& checks, bool updateFirmware, bool ca
             .buttCreateXD3 = !checks.blocked,
             .buttUpdateFirmware = checks.updateFirmwareEnabled.value_or(updateFirmware),
             .buttGiveFiles = isAnySilent && canGiveFiles,
+            .buttFindMissing = !checks.missingFiles.isEmpty(),
             .fraSilentTracks = checks.hasItems && isAnySilent,
             .fraEmptyFiles = checks.emptyFiles.verdict == Verdict::Yellow,
             .fraCC7 = problemsOf(checks).verdict == Verdict::Red};

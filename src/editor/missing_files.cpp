@@ -1,0 +1,256 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/missing_files.h"
+
+#include <QHash>
+#include <QSet>
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <tuple>
+#include <utility>
+
+#include "editor/folder_tree.h"
+#include "editor/path_tails.h"
+#include "model/numbers.h"
+#include "platform/error.h"
+#include "platform/paths.h"
+
+namespace tessaly {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Outcome = RelinkLine::Outcome;
+
+// Of so many files with one name not all are looked at: that would grow as a square.
+constexpr qsizetype MostMeasured = 1000, MostPlayed = 20;
+
+// The paths of all MP3 files that go onto the card, as the project has them.
+QStringList sourcePaths(const Project& project) {
+    QStringList paths;
+    paths.reserve(project.TrackTable.size());
+    for (const TrackRecord& record : project.TrackTable)
+        if (isTrackFile(record))
+            paths.append(record.sourcePath.text());
+    if (usesChimeFile(project))
+        paths.append(project.txtChimeFileName);
+    return paths;
+}
+
+// ".mp3"; empty without one.
+QString endingOf(const QString& path) {
+    const QString name = lastNameOf(path);
+    return name.mid(std::max<qsizetype>(name.lastIndexOf(u'.'), 0)).toCaseFolded();
+}
+
+class Matcher {
+ public:
+    Matcher(const SearchedFolder& found, const Mp3Tags& tags, const AskKnown& known)
+        : found_(found), tags_(tags), known_(known), tails_(found.paths) {}
+
+    RelinkLine lineOf(const QString& missing);
+
+ private:
+    PathTails::Found endsLike(const QString& missing);
+    bool plays(int file, int seconds);
+    std::pair<QList<int>, Outcome> narrowed(const QList<int>& fitting, const KnownFile& known);
+
+    const SearchedFolder& found_;
+    const Mp3Tags& tags_;
+    const AskKnown& known_;
+    PathTails tails_;
+    std::optional<PathTails> tailsInUnits_;  // once a "?" needs them
+    QHash<int, int> seconds_;                // of files that were asked
+};
+
+PathTails::Found Matcher::endsLike(const QString& missing) {
+    const PathTails::Found composed = tails_.longest(missing);
+    if (!missing.contains(u'?'))
+        return composed;
+    if (!tailsInUnits_)
+        tailsInUnits_.emplace(found_.paths, PathTails::Form::OneUnitEach);
+    const PathTails::Found inUnits = tailsInUnits_->longest(missing);
+    return inUnits.parts > composed.parts ? inUnits : composed;
+}
+
+bool Matcher::plays(int file, int seconds) {
+    auto known = seconds_.constFind(file);
+    if (known == seconds_.constEnd())
+        known = seconds_.insert(file, tags_.seconds(found_.paths[file]));
+    return seconds > 0 && *known == seconds;
+}
+
+// Those of several files that have the known size or else the known playing time, and which of the
+// two it was if that left one.
+std::pair<QList<int>, Outcome> Matcher::narrowed(const QList<int>& fitting,
+                                                 const KnownFile& known) {
+    QList<int> left = fitting;
+    if (known.size && fitting.size() <= MostMeasured) {
+        QList<int> equal;
+        std::ranges::copy_if(fitting, std::back_inserter(equal),
+                             [&](int file) { return found_.sizes[file] == *known.size; });
+        if (equal.size() == 1)
+            return {equal, Outcome::BySize};
+        if (!equal.isEmpty())
+            left = equal;
+    }
+    if (known.seconds > 0 && left.size() <= MostPlayed) {
+        QList<int> equal;
+        std::ranges::copy_if(left, std::back_inserter(equal),
+                             [&](int file) { return plays(file, known.seconds); });
+        if (equal.size() == 1)
+            return {equal, Outcome::ByLength};
+    }
+    return {left, Outcome::Several};
+}
+
+RelinkLine Matcher::lineOf(const QString& missing) {
+    RelinkLine line{.oldPath = missing};
+    const PathTails::Found ends = endsLike(missing);
+    if (ends.parts == 0)
+        return line;
+    line.parts = ends.parts;
+    QList<int> fitting = ends.paths;
+    line.outcome = ends.parts == 1 ? Outcome::ByName : Outcome::ByPath;
+    if (fitting.size() > 1 || ends.parts == 1) {
+        const KnownFile known = known_ ? known_(missing) : KnownFile{};
+        const bool isKnown = known.size || known.seconds > 0;
+        if (fitting.size() > 1)
+            std::tie(fitting, line.outcome) = narrowed(fitting, known);
+        else if (isKnown && found_.sizes[fitting[0]] == known.size)
+            line.outcome = Outcome::BySize;
+        else if (isKnown)
+            line.outcome =
+                plays(fitting[0], known.seconds) ? Outcome::ByLength : Outcome::OtherFile;
+    }
+    line.fitting = fitting.size();
+    if (fitting.size() == 1)
+        line.newPath = found_.paths[fitting[0]];
+    else
+        for (const int file : fitting.mid(0, RelinkLine::MostShown))
+            line.several.append(found_.paths[file]);
+    return line;
+}
+
+// One file cannot be two that are missing: it is the one whose path fits better, or neither. Two
+// spellings of one path are one.
+void settleShared(QList<RelinkLine>& lines) {
+    struct Claim {
+        int parts = 0;
+        QString path;
+        bool isContested = false;
+    };
+    QHash<QString, Claim> best;
+    const auto isClaim = [](const RelinkLine& line) { return line.isFound(); };
+    for (const RelinkLine& line : std::as_const(lines)) {
+        if (!isClaim(line))
+            continue;
+        Claim& claim = best[line.newPath];
+        const QString path = comparedPath(line.oldPath);
+        if (line.parts > claim.parts)
+            claim = {line.parts, path, false};
+        else if (line.parts == claim.parts && path != claim.path)
+            claim.isContested = true;
+    }
+    for (RelinkLine& line : lines) {
+        if (!isClaim(line))
+            continue;
+        const Claim& claim = best[line.newPath];
+        if (claim.isContested || line.parts < claim.parts)
+            line.outcome = Outcome::Shared;
+    }
+}
+
+}  // namespace
+
+QStringList missingFiles(const Project& project, const FileSystem& files,
+                         const KeepGoing& keepGoing) {
+    QStringList missing = sourcePaths(project);
+    missing.removeAll(QString());
+    missing.removeDuplicates();
+    const qsizetype total = missing.size();
+    qsizetype done = 0;
+    bool goes = true;
+    missing.removeIf([&](const QString& path) {
+        goes = goes && goesOn(keepGoing, done++, total);
+        return !goes || files.fileSize(path);
+    });
+    return missing;
+}
+
+SearchedFolder searchFolder(const FileSystem& files, const QString& folder,
+                            const QStringList& missing, const KeepGoing& keepGoing) {
+    QSet<QString> endings;
+    for (const QString& path : missing)
+        endings.insert(endingOf(path));
+    SearchedFolder found;
+    const auto goes = [&] {
+        if (keepGoing && !keepGoing(int(found.paths.size()), 0))
+            found.leftOut.isCancelled = true;
+        return !found.leftOut.isCancelled;
+    };
+    const auto visit = [&](const QString& inside, const QList<FolderEntry>& entries) {
+        for (const FolderEntry& entry : entries) {
+            if (entry.isFolder || !endings.contains(endingOf(entry.name)))
+                continue;
+            const QString path = pathIn(inside, entry.name);
+            const std::optional<qint64> size =
+                entry.isLink ? files.fileSize(path) : std::optional(entry.size);
+            if (!size)
+                continue;
+            found.paths.append(path);
+            found.sizes.append(*size);
+        }
+        if (found.paths.size() > MostSearchedFiles)
+            throw TessalyError(
+                error_number::BadImport,
+                u"%1: there are more than %2 files to look at, choose a folder inside it"_s.arg(
+                    shownPath(folder), grouped(MostSearchedFiles)));
+    };
+    const auto leaveOut = [&](LeftOut why, const QString& inside, const QString& detail) {
+        if (why == LeftOut::Unreadable)
+            found.leftOut.leaveOut(why, inside, detail);
+    };
+    walkFolders(files, folder, {.goesOn = goes, .visit = visit, .leaveOut = leaveOut});
+    return found;
+}
+
+AskKnown knownFromCopies(const QHash<QString, QString>& copies, const FileSystem& files,
+                         const Mp3Tags& tags) {
+    return [copies, &files, &tags](const QString& path) {
+        const QString copy = copies.value(path);
+        return copy.isEmpty() ? KnownFile{} : KnownFile{files.fileSize(copy), tags.seconds(copy)};
+    };
+}
+
+RelinkPlan planRelink(const Project& project, const QStringList& missing,
+                      const SearchedFolder& found, const Mp3Tags& tags, const AskKnown& known,
+                      const KeepGoing& keepGoing) {
+    RelinkPlan plan{.lines = {}, .leftOut = found.leftOut};
+    if (plan.leftOut.isCancelled)
+        return plan;
+    QSet<QString> inUse;
+    for (const QString& path : sourcePaths(project))
+        inUse.insert(comparedPath(path));
+    Matcher matcher(found, tags, known);
+    plan.lines.reserve(missing.size());
+    for (const QString& path : missing) {
+        if (!goesOn(keepGoing, plan.lines.size(), missing.size())) {
+            plan.lines.clear();
+            plan.leftOut.isCancelled = true;
+            return plan;
+        }
+        RelinkLine line = matcher.lineOf(path);
+        if (line.outcome == Outcome::ByName && inUse.contains(comparedPath(line.newPath)))
+            line.outcome = Outcome::InUse;
+        plan.lines.append(line);
+    }
+    settleShared(plan.lines);
+    for (RelinkLine& line : plan.lines)
+        line.taken = line.isFound();
+    std::ranges::stable_partition(plan.lines, [](const RelinkLine& line) { return !line.taken; });
+    return plan;
+}
+
+}  // namespace tessaly
