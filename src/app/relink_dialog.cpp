@@ -107,12 +107,12 @@ QString RelinkDialog::askForFile(const RelinkLine& line) {
         if (chosen < line.several.size())
             return line.several.value(chosen);  // none: cancelled
     }
-    const QString near = line.newPath.isEmpty() ? line.several.value(0) : line.newPath;
+    const QString beside = line.newPath.isEmpty() ? line.several.value(0) : line.newPath;
     return services_.prompts.openFile(
         {.filter = u"MP3 files (*.mp3)"_s,
-         .folder = near.isEmpty() ? QString() : QFileInfo(near).path(),
+         .folder = beside.isEmpty() ? QString() : QFileInfo(beside).path(),
          .title = u"Choose the MP3 File for "_s + elided(name),
-         .kind = near.isEmpty() ? FileKind::MissingFolder : FileKind::Other});
+         .kind = beside.isEmpty() ? FileKind::MissingFolder : FileKind::Other});
 }
 
 QStringList findMissingFiles(Project& project, const Services& services, QWidget* window) {

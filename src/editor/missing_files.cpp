@@ -4,7 +4,9 @@
 #include <QHash>
 #include <QSet>
 #include <algorithm>
+#include <functional>
 #include <iterator>
+#include <numeric>
 #include <optional>
 #include <tuple>
 #include <utility>
@@ -24,7 +26,7 @@ namespace {
 using Outcome = RelinkLine::Outcome;
 
 // Of so many files with one name not all are looked at: that would grow as a square.
-constexpr qsizetype MostMeasured = 1000, MostPlayed = 20;
+constexpr qsizetype MostMeasured = 1000, MostCompared = 20;
 
 // The paths of all MP3 files that go onto the card, as the project has them.
 QStringList sourcePaths(const Project& project) {
@@ -49,10 +51,16 @@ class Matcher {
     Matcher(const SearchedFolder& found, const Mp3Tags& tags, const AskKnown& known)
         : found_(found), tags_(tags), known_(known), tails_(found.paths) {}
 
-    RelinkLine lineOf(const QString& missing);
+    // The files whose paths end as that of a missing one does.
+    PathTails::Found endsLike(const QString& missing);
+
+    // What is to be done about it. To be asked for those with longer ends in common first: a file
+    // that is one of them is no other.
+    RelinkLine lineOf(const QString& missing, const PathTails::Found& ends);
 
  private:
-    PathTails::Found endsLike(const QString& missing);
+    QList<int> withoutGiven(const PathTails::Found& ends) const;
+    QList<int> spelledAlike(const QList<int>& fitting, const QString& missing, int parts) const;
     bool plays(int file, int seconds);
     std::pair<QList<int>, Outcome> narrowed(const QList<int>& fitting, const KnownFile& known);
 
@@ -61,6 +69,7 @@ class Matcher {
     const AskKnown& known_;
     PathTails tails_;
     std::optional<PathTails> tailsInUnits_;  // once a "?" needs them
+    QHash<int, int> given_;                  // by file: the parts in common with the one it is
     QHash<int, int> seconds_;                // of files that were asked
 };
 
@@ -95,7 +104,7 @@ std::pair<QList<int>, Outcome> Matcher::narrowed(const QList<int>& fitting,
         if (!equal.isEmpty())
             left = equal;
     }
-    if (known.seconds > 0 && left.size() <= MostPlayed) {
+    if (known.seconds > 0 && left.size() <= MostCompared) {
         QList<int> equal;
         std::ranges::copy_if(left, std::back_inserter(equal),
                              [&](int file) { return plays(file, known.seconds); });
@@ -105,14 +114,34 @@ std::pair<QList<int>, Outcome> Matcher::narrowed(const QList<int>& fitting,
     return {left, Outcome::Several};
 }
 
-RelinkLine Matcher::lineOf(const QString& missing) {
+QList<int> Matcher::withoutGiven(const PathTails::Found& ends) const {
+    if (ends.paths.size() == 1 || ends.paths.size() > MostMeasured)
+        return ends.paths;
+    QList<int> left = ends.paths;
+    left.removeIf([&](int file) { return given_.value(file) > ends.parts; });
+    return left.isEmpty() ? ends.paths : left;
+}
+
+// Of files whose paths differ in case alone that one.
+QList<int> Matcher::spelledAlike(const QList<int>& fitting, const QString& missing,
+                                 int parts) const {
+    if (fitting.size() == 1 || fitting.size() > MostCompared)
+        return fitting;
+    const QStringList end = pathParts(missing).last(parts);
+    QList<int> alike;
+    std::ranges::copy_if(fitting, std::back_inserter(alike), [&](int file) {
+        return pathParts(found_.paths[file]).last(parts) == end;
+    });
+    return alike.size() == 1 ? alike : fitting;
+}
+
+RelinkLine Matcher::lineOf(const QString& missing, const PathTails::Found& ends) {
     RelinkLine line{.oldPath = missing};
-    const PathTails::Found ends = endsLike(missing);
     if (ends.parts == 0)
         return line;
     line.parts = ends.parts;
-    QList<int> fitting = ends.paths;
     line.outcome = ends.parts == 1 ? Outcome::ByName : Outcome::ByPath;
+    QList<int> fitting = spelledAlike(withoutGiven(ends), missing, ends.parts);
     if (fitting.size() > 1 || ends.parts == 1) {
         const KnownFile known = known_ ? known_(missing) : KnownFile{};
         const bool isKnown = known.size || known.seconds > 0;
@@ -125,11 +154,14 @@ RelinkLine Matcher::lineOf(const QString& missing) {
                 plays(fitting[0], known.seconds) ? Outcome::ByLength : Outcome::OtherFile;
     }
     line.fitting = fitting.size();
-    if (fitting.size() == 1)
+    if (fitting.size() == 1) {
         line.newPath = found_.paths[fitting[0]];
-    else
+        int& parts = given_[fitting[0]];
+        parts = std::max(parts, line.parts);
+    } else {
         for (const int file : fitting.mid(0, RelinkLine::MostShown))
             line.several.append(found_.paths[file]);
+    }
     return line;
 }
 
@@ -233,18 +265,30 @@ RelinkPlan planRelink(const Project& project, const QStringList& missing,
     QSet<QString> inUse;
     for (const QString& path : sourcePaths(project))
         inUse.insert(comparedPath(path));
+    const auto cancelled = [&] {
+        plan.lines.clear();
+        plan.leftOut.isCancelled = true;
+        return plan;
+    };
+    const qsizetype steps = 2 * missing.size();
     Matcher matcher(found, tags, known);
-    plan.lines.reserve(missing.size());
+    QList<PathTails::Found> ends;
     for (const QString& path : missing) {
-        if (!goesOn(keepGoing, plan.lines.size(), missing.size())) {
-            plan.lines.clear();
-            plan.leftOut.isCancelled = true;
-            return plan;
-        }
-        RelinkLine line = matcher.lineOf(path);
+        if (!goesOn(keepGoing, ends.size(), steps))
+            return cancelled();
+        ends.append(matcher.endsLike(path));
+    }
+    QList<qsizetype> order(missing.size());
+    std::iota(order.begin(), order.end(), 0);
+    std::ranges::stable_sort(order, std::greater(), [&](qsizetype i) { return ends[i].parts; });
+    plan.lines.resize(missing.size());
+    for (qsizetype done = 0; done < order.size(); ++done) {
+        if (!goesOn(keepGoing, missing.size() + done, steps))
+            return cancelled();
+        const qsizetype i = order[done];
+        RelinkLine& line = plan.lines[i] = matcher.lineOf(missing[i], ends.at(i));
         if (line.outcome == Outcome::ByName && inUse.contains(comparedPath(line.newPath)))
             line.outcome = Outcome::InUse;
-        plan.lines.append(line);
     }
     settleShared(plan.lines);
     for (RelinkLine& line : plan.lines)

@@ -57,9 +57,10 @@ AskKnown knownFromCopies(const QHash<QString, QString>& copies, const FileSystem
 ///
 /// The file whose path has the longest end in common is the one, without regard to case and to the
 /// kind of separator: projects are carried between Windows and Linux. "?" in a path of the project
-/// may be any one character. Of several with equally long ends the only one of the known size is
-/// taken, else the only one of the known playing time. Nothing is guessed: when that leaves
-/// several, or when one file fits two missing ones equally, none is ticked.
+/// may be any one character. Of several with equally long ends those do not count that another
+/// missing file fits better; then the only one of the known size is taken, else the only one of the
+/// known playing time. Nothing is guessed: when that leaves several, or when one file fits two
+/// missing ones equally, none is ticked.
 ///
 /// `tags` and `known` are asked only where names do not decide. Cancelled by `keepGoing`, the plan
 /// has no lines and its `leftOut` says so.

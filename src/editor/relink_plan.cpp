@@ -101,7 +101,7 @@ QString RelinkLine::inWords() const {
         case Outcome::NotFound:
             return u"not found"_s;
         case Outcome::Several:
-            return u"%1 files fit: choose one"_s.arg(fitting);
+            return u"%1 files fit equally well"_s.arg(fitting);
         case Outcome::Shared:
             return u"fits another missing file, too"_s;
         case Outcome::InUse:

@@ -42,7 +42,8 @@ struct RelinkLine {
 
     bool isFound() const { return outcome >= Outcome::ByPath; }
 
-    /// What was found, and what becomes of it: "found by name and size", "2 files fit: choose one".
+    /// What was found, and what becomes of it: "found by name and size", "2 files fit equally
+    /// well".
     QString inWords() const;
 
     static constexpr qsizetype MostShown = 10;
