@@ -25,7 +25,7 @@ namespace {
 
 using Outcome = RelinkLine::Outcome;
 
-// Of so many files with one name not all are looked at: that would grow as a square.
+// Of more files that fit equally well none is looked at: that would grow as a square.
 constexpr qsizetype MostMeasured = 1000, MostCompared = 20;
 
 // The paths of all MP3 files that go onto the card, as the project has them.

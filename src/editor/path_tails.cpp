@@ -24,6 +24,10 @@ QString withoutCase(QString path) {
     return path;
 }
 
+quint64 lettersAt(QStringView text, qsizetype at) {
+    return quint64(at) << 32 | quint64(text[at].unicode()) << 16 | text[at + 1].unicode();
+}
+
 QString inParts(const QString& path) {
     return pathParts(path).join(u'/');
 }
@@ -96,7 +100,7 @@ void PathTails::open(int index) {
         if (child < 0) {
             child = int(nodes_.size());
             node.children.insert(part, child);
-            node.bySize[part.size()].append({part, child});
+            node.bySize[part.size()].names.append({part, child});
             const qsizetype more = std::min(part.size() + 1, rest.size());  // with its separator
             nodes_.emplace_back().length = length + more;
         }
@@ -104,17 +108,43 @@ void PathTails::open(int index) {
     }
 }
 
+// Which of some names may be `part`, before they are looked at letter by letter: those that have
+// two known letters of it, at the place where these are rarest.
+QList<int> PathTails::likely(SameSize& all, QStringView part) {
+    if (all.byLetters.isEmpty())
+        for (int i = 0; i < int(all.names.size()); ++i)
+            for (qsizetype at = 0; at + 1 < part.size(); ++at)
+                all.byLetters[lettersAt(all.names[i].first, at)].append(i);
+    QList<int> found;
+    bool isAny = true;
+    for (qsizetype at = 0; at + 1 < part.size(); ++at) {
+        if (part[at] == Unknown || part[at + 1] == Unknown)
+            continue;
+        const QList<int> here = all.byLetters.value(lettersAt(part, at));
+        if (isAny || here.size() < found.size())
+            found = here;
+        isAny = false;
+    }
+    if (isAny) {
+        found.resize(all.names.size());
+        std::iota(found.begin(), found.end(), 0);
+    }
+    return found;
+}
+
 // A name that has this very "?" comes before those for which it may stand.
 QList<int> PathTails::childrenOf(int index, QStringView part) {
     open(index);
-    const Node& node = nodes_[size_t(index)];
+    Node& node = nodes_[size_t(index)];
     if (const auto child = node.children.constFind(part); child != node.children.constEnd())
         return {*child};
     QList<int> found;
-    if (part.contains(Unknown))
-        for (const auto& [name, child] : node.bySize.value(part.size()))
-            if (mayBe(part, name))
-                found.append(child);
+    const auto all = node.bySize.find(part.size());
+    if (all == node.bySize.end() || !part.contains(Unknown))
+        return found;
+    for (const int i : likely(*all, part))
+        if (const auto& [name, child] = all->names.at(i); mayBe(part, name))
+            found.append(child);
     return found;
 }
 
@@ -132,8 +162,9 @@ PathTails::Found PathTails::longest(const QString& path) {
         ++found.parts;
     }
     if (found.parts > 0)
-        for (const int end : std::as_const(ends))
-            found.paths += nodes_[size_t(end)].paths;  // of one end they are shared, not copied
+        found.paths = nodes_[size_t(ends.first())].paths;  // shared, not copied
+    for (qsizetype i = 1; i < ends.size() && found.paths.size() < MostOfUnknown; ++i)
+        found.paths += nodes_[size_t(ends[i])].paths;
     return found;
 }
 

@@ -6,6 +6,7 @@
 #include <QString>
 #include <QStringList>
 #include <QStringView>
+#include <utility>
 #include <vector>
 
 // Paths that may have come from another system: compared part by part, from their ends.
@@ -27,7 +28,7 @@ bool mayBe(QStringView part, QStringView name);
 ///
 /// It is a tree of the paths read from their ends, whose branches grow where a search comes along:
 /// a search takes as long as the path has parts, however many paths have the same name. Where a
-/// part has a "?", it looks at the branches of the same length.
+/// part has a "?", it looks at the branches of the same length with two letters in the same place.
 class PathTails {
  public:
     enum class Form {
@@ -41,24 +42,34 @@ class PathTails {
 
     struct Found {
         int parts = 0;     ///< how many names the ends have in common
-        QList<int> paths;  ///< which these are, by their places in the list
+        QList<int> paths;  ///< which these are, by their places in the list; of those that a "?"
+                           ///< brought together no more than MostOfUnknown
     };
+
+    static constexpr qsizetype MostOfUnknown = 2000;
 
     /// The paths whose ends have most parts in common with the end of `path`; none when already the
     /// last name differs.
     Found longest(const QString& path);
 
  private:
+    // Children whose names have the same number of characters.
+    struct SameSize {
+        QList<std::pair<QStringView, int>> names;
+        QHash<quint64, QList<int>> byLetters;  // which of them have these two at that place
+    };
+
     struct Node {
         QList<int> paths;      // that end so
         qsizetype length = 0;  // of that end, with the separator before it
         bool isOpen = false;
         QHash<QStringView, int> children;  // by the part before that end
-        QHash<qsizetype, QList<std::pair<QStringView, int>>> bySize;
+        QHash<qsizetype, SameSize> bySize;
     };
 
     void open(int node);
     QList<int> childrenOf(int node, QStringView part);
+    static QList<int> likely(SameSize& all, QStringView part);
     QString formOf(const QString& path) const;
 
     const Form form_;
