@@ -37,6 +37,7 @@ CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services
     problems->setResizeMode(QListView::Adjust);
     problems->setWordWrap(true);
     ui_->fraProgress->hide();
+    ui_->fraCC7->hide();
     ui_->crcFirmware->setVerdict(Verdict::Yellow);
     ui_->crcUpdateBegun->setVerdict(Verdict::Yellow);
     showUpdateBegun();

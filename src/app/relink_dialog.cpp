@@ -95,6 +95,7 @@ void RelinkDialog::buttChoose_Click() {
         return;
     if (const QString path = askForFile(plan().lines[row]); !path.isEmpty())
         model_->choose(row, path, services_.files);
+    table_->setFocus();  // to go on with the next line
 }
 
 // Among several files that fit one is chosen from their list.

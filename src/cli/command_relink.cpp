@@ -5,6 +5,7 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "editor/missing_files.h"
+#include "model/text_codec.h"
 #include "platform/local_file_system.h"
 #include "platform/mp3_tags.h"
 #include "platform/paths.h"
@@ -35,7 +36,9 @@ void printLine(const RelinkLine& line) {
     const QString old = oneLine(line.oldPath);
     if (line.taken)
         return print(old + u" -> "_s + oneLine(line.newPath));
-    print(old + u": "_s + line.inWords());
+    print(old + u": "_s +
+          (line.isFound() ? u"found, but a project file cannot hold this path: rename it"_s
+                          : line.inWords()));
     for (const QString& path : line.newPath.isEmpty() ? line.several : QStringList{line.newPath})
         print(u"    "_s + oneLine(path));
     if (const qsizetype more = line.fitting - line.several.size(); !line.several.isEmpty() && more)
@@ -58,19 +61,21 @@ int relinkCommand(const RelinkOptions& options) {
         print(name + u": no MP3 file is missing."_s);
         return Done;
     }
-    const RelinkPlan plan = planRelink(project, missing, searchFolder(files, folder, missing), tags,
-                                       knownFromCopies(copies, files, tags));
+    RelinkPlan plan = planRelink(project, missing, searchFolder(files, folder, missing), tags,
+                                 knownFromCopies(copies, files, tags));
     for (const QString& line : plan.leftOut.lines)
         printError(u"note: "_s + oneLine(line));
-    for (const RelinkLine& line : plan.lines)
+    for (RelinkLine& line : plan.lines) {
+        line.taken = line.taken && fitsCodePage(line.newPath);  // else it would be lost again
         printLine(line);
+    }
     const bool isWritten = plan.taken() > 0 && !options.dryRun;
     if (isWritten) {
         applyRelink(project, plan);
         saveKeepingOld(files, options.project, project);
     }
-    print(u"%1: %2%3."_s.arg(name, plan.inWords(),
-                             isWritten ? QString() : u", nothing was written"_s));
+    const QString end = isWritten ? QString() : u", nothing was written"_s;
+    print(u"%1: %2 of %3 found%4."_s.arg(name).arg(plan.taken()).arg(plan.lines.size()).arg(end));
     return plan.taken() == plan.lines.size() ? Done : Blocked;
 }
 

@@ -84,14 +84,15 @@ PathTails::Found Matcher::endsLike(const QString& missing) {
 }
 
 bool Matcher::plays(int file, int seconds) {
+    if (seconds == 0)
+        return false;
     auto known = seconds_.constFind(file);
     if (known == seconds_.constEnd())
         known = seconds_.insert(file, tags_.seconds(found_.paths[file]));
-    return seconds > 0 && *known == seconds;
+    return *known == seconds;
 }
 
-// Those of several files that have the known size or else the known playing time, and which of the
-// two it was if that left one.
+// Those of several files that have what is known, and which of the two it was if one is left.
 std::pair<QList<int>, Outcome> Matcher::narrowed(const QList<int>& fitting,
                                                  const KnownFile& known) {
     QList<int> left = fitting;
@@ -104,7 +105,7 @@ std::pair<QList<int>, Outcome> Matcher::narrowed(const QList<int>& fitting,
         if (!equal.isEmpty())
             left = equal;
     }
-    if (known.seconds > 0 && left.size() <= MostCompared) {
+    if (left.size() <= MostCompared) {
         QList<int> equal;
         std::ranges::copy_if(left, std::back_inserter(equal),
                              [&](int file) { return plays(file, known.seconds); });
@@ -144,14 +145,14 @@ RelinkLine Matcher::lineOf(const QString& missing, const PathTails::Found& ends)
     QList<int> fitting = spelledAlike(withoutGiven(ends), missing, ends.parts);
     if (fitting.size() > 1 || ends.parts == 1) {
         const KnownFile known = known_ ? known_(missing) : KnownFile{};
-        const bool isKnown = known.size || known.seconds > 0;
         if (fitting.size() > 1)
             std::tie(fitting, line.outcome) = narrowed(fitting, known);
-        else if (isKnown && found_.sizes[fitting[0]] == known.size)
+        else if (found_.sizes[fitting[0]] == known.size)
             line.outcome = Outcome::BySize;
-        else if (isKnown)
-            line.outcome =
-                plays(fitting[0], known.seconds) ? Outcome::ByLength : Outcome::OtherFile;
+        else if (plays(fitting[0], known.seconds))
+            line.outcome = Outcome::ByLength;
+        else if (known.size || known.seconds > 0)
+            line.outcome = Outcome::OtherFile;
     }
     line.fitting = fitting.size();
     if (fitting.size() == 1) {
@@ -165,33 +166,35 @@ RelinkLine Matcher::lineOf(const QString& missing, const PathTails::Found& ends)
     return line;
 }
 
-// One file cannot be two that are missing: it is the one whose path fits better, or neither. Two
+// How well a file fits: the end of the path first, then what is known of it.
+int rankOf(const RelinkLine& line) {
+    const int known = line.outcome == Outcome::BySize ? 2 : line.outcome == Outcome::ByLength;
+    return 3 * line.parts + known;
+}
+
+// One file cannot be two that are missing: it is the one that it fits better, or neither. Two
 // spellings of one path are one.
 void settleShared(QList<RelinkLine>& lines) {
     struct Claim {
-        int parts = 0;
+        int rank = 0;
         QString path;
         bool isContested = false;
     };
     QHash<QString, Claim> best;
-    const auto isClaim = [](const RelinkLine& line) { return line.isFound(); };
     for (const RelinkLine& line : std::as_const(lines)) {
-        if (!isClaim(line))
+        if (!line.isFound())
             continue;
         Claim& claim = best[line.newPath];
         const QString path = comparedPath(line.oldPath);
-        if (line.parts > claim.parts)
-            claim = {line.parts, path, false};
-        else if (line.parts == claim.parts && path != claim.path)
+        if (rankOf(line) > claim.rank)
+            claim = {rankOf(line), path, false};
+        else if (rankOf(line) == claim.rank && path != claim.path)
             claim.isContested = true;
     }
-    for (RelinkLine& line : lines) {
-        if (!isClaim(line))
-            continue;
-        const Claim& claim = best[line.newPath];
-        if (claim.isContested || line.parts < claim.parts)
+    for (RelinkLine& line : lines)
+        if (const auto claim = best.constFind(line.newPath);
+            line.isFound() && (claim->isContested || rankOf(line) < claim->rank))
             line.outcome = Outcome::Shared;
-    }
 }
 
 }  // namespace
@@ -265,17 +268,14 @@ RelinkPlan planRelink(const Project& project, const QStringList& missing,
     QSet<QString> inUse;
     for (const QString& path : sourcePaths(project))
         inUse.insert(comparedPath(path));
-    const auto cancelled = [&] {
-        plan.lines.clear();
-        plan.leftOut.isCancelled = true;
-        return plan;
-    };
+    RelinkPlan cancelled;
+    cancelled.leftOut.isCancelled = true;
     const qsizetype steps = 2 * missing.size();
     Matcher matcher(found, tags, known);
     QList<PathTails::Found> ends;
     for (const QString& path : missing) {
         if (!goesOn(keepGoing, ends.size(), steps))
-            return cancelled();
+            return cancelled;
         ends.append(matcher.endsLike(path));
     }
     QList<qsizetype> order(missing.size());
@@ -284,7 +284,7 @@ RelinkPlan planRelink(const Project& project, const QStringList& missing,
     plan.lines.resize(missing.size());
     for (qsizetype done = 0; done < order.size(); ++done) {
         if (!goesOn(keepGoing, missing.size() + done, steps))
-            return cancelled();
+            return cancelled;
         const qsizetype i = order[done];
         RelinkLine& line = plan.lines[i] = matcher.lineOf(missing[i], ends.at(i));
         if (line.outcome == Outcome::ByName && inUse.contains(comparedPath(line.newPath)))
