@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QVBoxLayout>
+#include <utility>
 
 #include "app/long_work.h"
 #include "app/relink_table.h"
@@ -35,6 +36,19 @@ QString folderThatIsLeft(const FileSystem& files, const QString& path) {
     return QDir(folder).isRoot() ? QString() : QDir::toNativeSeparators(folder);
 }
 
+// Paths without the folders that all of them begin with.
+QStringList toldApart(QStringList paths) {
+    const QString first = paths.value(0);
+    qsizetype common = first.size();
+    for (const QString& path : std::as_const(paths))
+        while (common > 0 && !path.startsWith(QStringView(first).first(common)))
+            --common;
+    common = first.first(common).lastIndexOf(QDir::separator()) + 1;
+    for (QString& path : paths)
+        path.remove(0, common);
+    return paths;
+}
+
 }  // namespace
 
 RelinkDialog::RelinkDialog(const RelinkPlan& plan, const Services& services, QWidget* parent)
@@ -59,7 +73,6 @@ RelinkDialog::RelinkDialog(const RelinkPlan& plan, const Services& services, QWi
     table_->setAccessibleName(u"Missing files"_s);
     choose->setObjectName(u"buttChoose"_s);
     choose->setToolTip(u"Choose the file of the current line yourself (F2)"_s);
-    buttons->addButton(choose, QDialogButtonBox::ActionRole);
     ok_ = buttons->button(QDialogButtonBox::Ok);
     ok_->setDefault(true);
     connect(choose, &QPushButton::clicked, this, &RelinkDialog::buttChoose_Click);
@@ -70,7 +83,10 @@ RelinkDialog::RelinkDialog(const RelinkPlan& plan, const Services& services, QWi
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(help);
     layout->addWidget(table_, 1);
-    layout->addWidget(words_);
+    auto* below = new QHBoxLayout;
+    below->addWidget(words_, 1);
+    below->addWidget(choose);
+    layout->addLayout(below);
     layout->addWidget(buttons);
     showWords();
     table_->setCurrentIndex(model_->index(0, RelinkModel::OldColumn));
@@ -104,7 +120,7 @@ QString RelinkDialog::askForFile(const RelinkLine& line) {
     if (!line.several.isEmpty()) {
         const int chosen =
             services_.prompts.pickLine(u"Which One Is %1?"_s.arg(elided(name)),
-                                       line.several + QStringList{u"Another file..."_s});
+                                       toldApart(line.several) + QStringList{u"Another file..."_s});
         if (chosen < line.several.size())
             return line.several.value(chosen);  // none: cancelled
     }

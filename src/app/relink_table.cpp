@@ -1,15 +1,32 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/relink_table.h"
 
-#include <QDir>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QStyledItemDelegate>
+#include <algorithm>
 
 #include "platform/paths.h"
 
 namespace tessaly {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+// What tells paths apart is near their ends.
+class PathDelegate : public QStyledItemDelegate {
+ public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+ protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->textElideMode = Qt::ElideLeft;
+    }
+};
+
+}  // namespace
 
 void RelinkModel::tick(const QModelIndexList& cells, bool isTaken) {
     for (const QModelIndex& cell : cells)
@@ -47,7 +64,7 @@ QVariant RelinkModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid())
         return {};
     const RelinkLine& line = plan_.lines[index.row()];
-    if (role == Qt::CheckStateRole && index.column() == OldColumn && !line.newPath.isEmpty())
+    if (role == Qt::CheckStateRole && index.column() == OldColumn)
         return line.taken ? Qt::Checked : Qt::Unchecked;
     if (role == Qt::ToolTipRole && index.column() != OldColumn && !line.several.isEmpty()) {
         const qsizetype more = line.fitting - line.several.size();
@@ -74,7 +91,7 @@ bool RelinkModel::setData(const QModelIndex& index, const QVariant& value, int r
 }
 
 QVariant RelinkModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    static const QStringList Names{u"Missing file"_s, u"Now"_s, u"How it was found"_s};
+    static const QStringList Names{u"Missing file"_s, u"Found"_s, u"How it was found"_s};
     return orientation == Qt::Horizontal && role == Qt::DisplayRole
                ? Names.value(section)
                : QAbstractTableModel::headerData(section, orientation, role);
@@ -86,16 +103,23 @@ RelinkTable::RelinkTable(RelinkModel* model, QWidget* parent) : QTableView(paren
     setSelectionBehavior(SelectRows);
     setTabKeyNavigation(false);
     setWordWrap(false);
-    setTextElideMode(Qt::ElideMiddle);  // a path is known by its two ends
     verticalHeader()->hide();
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 10);
-    const int character = fontMetrics().averageCharWidth();
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    horizontalHeader()->setMinimumSectionSize(12 * character);
-    for (const int column : {RelinkModel::OldColumn, RelinkModel::NewColumn})
+    horizontalHeader()->setMinimumSectionSize(6 * fontMetrics().averageCharWidth());
+    auto* ofPaths = new PathDelegate(this);
+    for (const int column : {RelinkModel::OldColumn, RelinkModel::NewColumn}) {
         horizontalHeader()->setSectionResizeMode(column, QHeaderView::Stretch);
-    setColumnWidth(RelinkModel::WordsColumn, 34 * character);
+        setItemDelegateForColumn(column, ofPaths);
+    }
     connect(this, &QTableView::doubleClicked, this, &RelinkTable::choiceWanted);
+}
+
+// With a large font on a small screen the paths have the room that they need.
+void RelinkTable::resizeEvent(QResizeEvent* event) {
+    setColumnWidth(RelinkModel::WordsColumn,
+                   std::min(36 * fontMetrics().averageCharWidth(), viewport()->width() / 3));
+    QTableView::resizeEvent(event);
 }
 
 void RelinkTable::keyPressEvent(QKeyEvent* event) {

@@ -9,7 +9,7 @@
 namespace tessaly {
 
 /// A plan for missing files, a line a file: its old path with the tick, the new one, and what that
-/// is. A line without a new path has no tick.
+/// is. A line without a new path cannot be ticked.
 class RelinkModel : public QAbstractTableModel {
     Q_OBJECT
 
@@ -53,6 +53,7 @@ class RelinkTable : public QTableView {
 
  protected:
     void keyPressEvent(QKeyEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
  private:
     RelinkModel* model_;
