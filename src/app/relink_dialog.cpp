@@ -24,15 +24,14 @@ namespace {
 
 const QString Title = u"Find Missing Files"_s;
 
-// The folder nearest to that of a file that is still there, to start looking from.
+// The innermost folder of a path that is still there, to start looking from; empty where that would
+// be anywhere, as with a path of another system.
 QString folderThatIsLeft(const FileSystem& files, const QString& path) {
     QString folder = QFileInfo(QDir::fromNativeSeparators(path)).path();
-    while (!files.isFolder(folder)) {
-        const QString above = QFileInfo(folder).path();
-        if (above == folder || above == u".")
-            return {};
-        folder = above;
-    }
+    if (QDir::isRelativePath(folder))
+        return {};
+    while (!QDir(folder).isRoot() && !files.isFolder(folder))
+        folder = QFileInfo(folder).path();
     return QDir(folder).isRoot() ? QString() : QDir::toNativeSeparators(folder);
 }
 

@@ -96,37 +96,34 @@ bool Matcher::plays(int file, int seconds) {
 std::pair<QList<int>, Outcome> Matcher::narrowed(const QList<int>& fitting,
                                                  const KnownFile& known) {
     QList<int> left = fitting;
-    if (known.size && fitting.size() <= MostMeasured) {
-        QList<int> equal;
-        std::ranges::copy_if(fitting, std::back_inserter(equal),
-                             [&](int file) { return found_.sizes[file] == *known.size; });
-        if (equal.size() == 1)
-            return {equal, Outcome::BySize};
-        if (!equal.isEmpty())
-            left = equal;
-    }
-    if (left.size() <= MostCompared) {
-        QList<int> equal;
-        std::ranges::copy_if(left, std::back_inserter(equal),
-                             [&](int file) { return plays(file, known.seconds); });
-        if (equal.size() == 1)
-            return {equal, Outcome::ByLength};
-    }
+    const auto leavesOne = [&left](const auto& isAlike) {
+        QList<int> alike;
+        std::ranges::copy_if(left, std::back_inserter(alike), isAlike);
+        if (!alike.isEmpty())
+            left = alike;
+        return left.size() == 1;
+    };
+    if (known.size && left.size() <= MostMeasured &&
+        leavesOne([&](int file) { return found_.sizes[file] == *known.size; }))
+        return {left, Outcome::BySize};
+    if (left.size() <= MostCompared &&
+        leavesOne([&](int file) { return plays(file, known.seconds); }))
+        return {left, Outcome::ByLength};
     return {left, Outcome::Several};
 }
 
 QList<int> Matcher::withoutGiven(const PathTails::Found& ends) const {
-    if (ends.paths.size() == 1 || ends.paths.size() > MostMeasured)
+    if (ends.paths.size() > MostMeasured)
         return ends.paths;
     QList<int> left = ends.paths;
     left.removeIf([&](int file) { return given_.value(file) > ends.parts; });
-    return left.isEmpty() ? ends.paths : left;
+    return left;
 }
 
 // Of files whose paths differ in case alone that one.
 QList<int> Matcher::spelledAlike(const QList<int>& fitting, const QString& missing,
                                  int parts) const {
-    if (fitting.size() == 1 || fitting.size() > MostCompared)
+    if (fitting.size() < 2 || fitting.size() > MostCompared)
         return fitting;
     const QStringList end = pathParts(missing).last(parts);
     QList<int> alike;
@@ -143,7 +140,10 @@ RelinkLine Matcher::lineOf(const QString& missing, const PathTails::Found& ends)
     line.parts = ends.parts;
     line.outcome = ends.parts == 1 ? Outcome::ByName : Outcome::ByPath;
     QList<int> fitting = spelledAlike(withoutGiven(ends), missing, ends.parts);
-    if (fitting.size() > 1 || ends.parts == 1) {
+    if (fitting.isEmpty()) {
+        fitting = ends.paths;
+        line.outcome = Outcome::Shared;
+    } else if (fitting.size() > 1 || ends.parts == 1) {
         const KnownFile known = known_ ? known_(missing) : KnownFile{};
         if (fitting.size() > 1)
             std::tie(fitting, line.outcome) = narrowed(fitting, known);

@@ -103,7 +103,8 @@ QString RelinkLine::inWords() const {
         case Outcome::Several:
             return u"%1 files fit equally well"_s.arg(fitting);
         case Outcome::Shared:
-            return u"fits another missing file, too"_s;
+            return fitting == 1 ? u"fits another missing file, too"_s
+                                : u"fits other missing files, too"_s;
         case Outcome::InUse:
             return u"only the name fits: another item's file"_s;
         case Outcome::OtherFile:

@@ -61,6 +61,9 @@ TEST(MissingFiles, AreFoundByTheEndsOfTheirPathsOrNotAtAll) {
         {{"/a/x/1.mp3", "/a/old/x/1.mp3"},
          {"/b/x/1.mp3", "/b/old/x/1.mp3"},
          {"/b/x/1.mp3", "/b/old/x/1.mp3"}},
+        {{"/a/x/1.mp3", "/a/y/1.mp3", "/a/z/1.mp3"},
+         {"/b/x/1.mp3", "/b/y/1.mp3"},
+         {"/b/x/1.mp3", "/b/y/1.mp3", "fits other missing files, too"}},
         {{"/a/x/1.mp3"}, {"/used/1.mp3"}, {inUse}},
         {{"/a/y/1.mp3"}, {"/used/y/1.mp3"}, {"/used/y/1.mp3"}},
         // "?" stands for what the project file could not hold.
@@ -72,7 +75,9 @@ TEST(MissingFiles, AreFoundByTheEndsOfTheirPathsOrNotAtAll) {
         {{"/a/? 1.mp3", "/a/Caf e?.mp3"},
          {"/b/\U0001F3B5 1.mp3", "/b/Caf e\u0301.mp3"},
          {"/b/\U0001F3B5 1.mp3", "/b/Caf e\u0301.mp3"}},
-        {{"/a/Why?.mp3"}, {"/b/Whyx.mp3", "/b/Why?.mp3"}, {"/b/Why?.mp3"}},
+        {{"/a/Why?.mp3", "/a/B.MP3"},
+         {"/b/Whyx.mp3", "/b/Why?.mp3", "/b/b.mp3", "/b/B.MP3"},
+         {"/b/Why?.mp3", "/b/B.MP3"}},
     };
     for (const auto& [missing, there, expected] : cases) {
         const Project project = projectOf(missing + QStringList{"/used/1.mp3", "/used/y/1.mp3"});
