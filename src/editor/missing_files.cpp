@@ -204,8 +204,7 @@ QStringList missingFiles(const Project& project, const FileSystem& files,
     QStringList missing = sourcePaths(project);
     missing.removeAll(QString());
     missing.removeDuplicates();
-    const qsizetype total = missing.size();
-    qsizetype done = 0;
+    qsizetype done = 0, total = missing.size();
     bool goes = true;
     missing.removeIf([&](const QString& path) {
         goes = goes && goesOn(keepGoing, done++, total);
@@ -293,7 +292,8 @@ RelinkPlan planRelink(const Project& project, const QStringList& missing,
     settleShared(plan.lines);
     for (RelinkLine& line : plan.lines)
         line.taken = line.isFound();
-    std::ranges::stable_partition(plan.lines, [](const RelinkLine& line) { return !line.taken; });
+    std::stable_partition(plan.lines.begin(), plan.lines.end(),
+                          [](const RelinkLine& line) { return !line.taken; });
     return plan;
 }
 

@@ -67,8 +67,8 @@ class PathTails {
         QHash<qsizetype, SameSize> bySize;
     };
 
-    void open(int node);
-    QList<int> childrenOf(int node, QStringView part);
+    void open(int index);
+    QList<int> childrenOf(int index, QStringView part);
     static QList<int> likely(SameSize& all, QStringView part);
     QString formOf(const QString& path) const;
 
