@@ -66,7 +66,8 @@ QVariant RelinkModel::data(const QModelIndex& index, int role) const {
     const RelinkLine& line = plan_.lines[index.row()];
     if (role == Qt::CheckStateRole && index.column() == OldColumn)
         return line.taken ? Qt::Checked : Qt::Unchecked;
-    if (role == Qt::ToolTipRole && index.column() != OldColumn && !line.several.isEmpty()) {
+    if (role == Qt::ToolTipRole && index.column() != OldColumn && line.newPath.isEmpty() &&
+        !line.several.isEmpty()) {
         const qsizetype more = line.fitting - line.several.size();
         return QStringList(line.several).join(u'\n') +
                (more > 0 ? u"\n... and %1 more"_s.arg(more) : QString());
