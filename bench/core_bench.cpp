@@ -224,6 +224,7 @@ int main(int argc, char** argv) {
                    reporter.ratios("summary/9995", "plainStat/9995"), 2, "x");
     promises.check("add the 9,995th track and its file", ms["addTrack/9995"], 20, "ms");
     promises.check("rename a list of 5,000", ms["renameList/5000"], 20, "ms");
+    promises.check("9,995 missing files among 50,000", ms["findMissing/9995"], 5000, "ms");
     promises.check("import a folder of 9,000 : TagLib alone",
                    reporter.ratios("importFolderOf9000", "tagLibAlone"), 1.2, "x");
     const char* pairs[][2] = {{"image/1500", "image/3000"},

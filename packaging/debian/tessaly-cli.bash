@@ -4,7 +4,7 @@
 _tessaly_cli()
 {
     local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD-1]}
-    local commands="import check image create pack verify firmware show"
+    local commands="import relink check sound image create pack verify firmware show"
     local command= i
     # The first word that is neither an option nor the value of --app-folder.
     for (( i = 1; i < COMP_CWORD; i++ )); do
@@ -19,6 +19,7 @@ _tessaly_cli()
     case $command in
         "")       options="-h --help --version --app-folder" ;;
         import)   options="-h --help -o --output --append --exported --give-each-its-file --titles-from-tags" ending="txt|m3u|M3U|m3u8|pls" ;;
+        relink)   options="-h --help --folder --card --dry-run" ending=crd2 ;;
         check)    options="-h --help --card --json --strict" ending=crd2 ;;
         image)    options="-h --help -o --output --hex --identifier" ending=crd2 ;;
         create)   options="-h --help --card --settings-only --no-verify --erase --yes --strict" ending=crd2 ;;
@@ -30,7 +31,7 @@ _tessaly_cli()
 
     COMPREPLY=()
     case $previous in
-        --card|--app-folder) _tessaly_cli_paths -d ""; return ;;
+        --card|--folder|--app-folder) _tessaly_cli_paths -d ""; return ;;
         -o|--output)
             if [[ $command == pack ]]; then _tessaly_cli_paths -d ""; return; fi
             _tessaly_cli_paths -f "crd2|bin"; return ;;

@@ -30,6 +30,7 @@ CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services
       totals_(totals) {
     ui_->setupUi(widget());
     ui_->fraSilentTracks->addBeside(ui_->buttGiveFiles);
+    ui_->fraCC7->addBeside(ui_->buttFindMissing);
     ui_->fraCC4->addAbove(ui_->lblSelectPrompt, ui_->buttSelectCF);
     ui_->fraCC5->addBeside(ui_->buttCFCheckAgain);
     auto* problems = ui_->fraCC7->findChild<QListWidget*>();
@@ -37,6 +38,7 @@ CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services
     problems->setResizeMode(QListView::Adjust);
     problems->setWordWrap(true);
     ui_->fraProgress->hide();
+    ui_->fraCC7->hide();
     ui_->crcFirmware->setVerdict(Verdict::Yellow);
     ui_->crcUpdateBegun->setVerdict(Verdict::Yellow);
     showUpdateBegun();
@@ -54,6 +56,7 @@ CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services
             [this](QListWidgetItem* item) { lstSound_Activated(item->listWidget()->row(item)); });
     clicked(ui_->buttCancelWrite, &CreateCardPage::buttCancelWrite_Click);
     clicked(ui_->buttEndUpdate, &CreateCardPage::endUpdate);
+    clicked(ui_->buttFindMissing, &CreateCardPage::findMissingChosen);
 }
 
 CreateCardPage::~CreateCardPage() = default;
@@ -118,6 +121,7 @@ void CreateCardPage::showChecks(const CardChecks& checks) {
     ui_->buttCreateXD3->setEnabled(controls.buttCreateXD3);
     ui_->buttUpdateFirmware->setEnabled(controls.buttUpdateFirmware);
     ui_->buttGiveFiles->setEnabled(controls.buttGiveFiles);
+    ui_->buttFindMissing->setEnabled(controls.buttFindMissing);
     for (QWidget* widget :
          std::initializer_list<QWidget*>{ui_->fraCC1, ui_->fraCC2, ui_->fraCC3, ui_->fraCC5,
                                          ui_->fraCC6, ui_->buttCreateCard, ui_->buttCreateXD3})

@@ -81,6 +81,8 @@ class CreateCardPage : public Page {
     void placeChosen(const Place& place);
     /// A card is about to be written.
     void writing();
+    /// The operator wants to look for files that are missing.
+    void findMissingChosen();
 
  private:
     void buttSelectCF_Click();

@@ -4,7 +4,6 @@
 #include <QAction>
 #include <QHBoxLayout>
 #include <QKeyEvent>
-#include <QProgressDialog>
 #include <QPushButton>
 #include <QScopeGuard>
 #include <QVBoxLayout>
@@ -12,7 +11,6 @@
 #include "app/listening.h"
 #include "app/session_status.h"
 #include "app/sound_watch.h"
-#include "platform/error.h"
 #include "sound/sound_words.h"
 
 namespace tessaly {
@@ -116,26 +114,10 @@ QString EditorPage::askForFile(FileKind kind, const QString& item) {
 }
 
 void EditorPage::runLong(const QString& title, const QString& what, const LongWork& work) {
-    QProgressDialog progress(what, u"Cancel"_s, 0, 0, window());
-    progress.setWindowTitle(title);
-    progress.setWindowModality(Qt::ApplicationModal);
-    progress.setMinimumDuration(50);  // an operator who waits longer wonders
     emit editBegins();
     const auto ends = qScopeGuard([this] { emit editEnds(); });
-    const KeepGoing keepGoing = [&](int done, int total) {
-        progress.setMaximum(total);
-        progress.setValue(done);  // pumps events while the dialog is shown
-        return !progress.wasCanceled();
-    };
     const qsizetype before = project_.TrackTable.size();
-    try {
-        const std::function<void()> show = work(keepGoing);
-        progress.reset();
-        show();
-    } catch (const TessalyError& error) {
-        progress.reset();
-        services_.prompts.tell({.text = error.description, .icon = Message::Icon::Exclamation});
-    }
+    runBehindProgress(window(), services_.prompts, title, what, work);
     emit projectChanged();
     QStringList added;
     for (const TrackRecord& record : project_.TrackTable.mid(before))

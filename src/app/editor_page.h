@@ -2,9 +2,9 @@
 #pragma once
 
 #include "app/list_section.h"
+#include "app/long_work.h"
 #include "app/page.h"
 #include "app/prompts.h"
-#include "editor/imported_list.h"
 #include "model/project.h"
 
 namespace tessaly {
@@ -45,9 +45,7 @@ class EditorPage : public Page {
     /// The text of a section's field changed: Enter adds it, if it can be added.
     void entered(ListSection& section);
 
-    /// Does something with many files as one edit, behind a dialog that appears when it takes long.
-    /// `work` returns what is to be shown of it when that dialog is gone.
-    using LongWork = std::function<std::function<void()>(const KeepGoing&)>;
+    /// Does something with many files as one edit, as runBehindProgress() does it.
     void runLong(const QString& title, const QString& what, const LongWork& work);
 
     /// Asks for the new name of the selected line of a section; empty when cancelled.

@@ -63,6 +63,7 @@ class MainWindow : public QMainWindow {
     void mnuFileSaveAs_Click();
     void mnuFileSaveWithFiles_Click();
     void mnuFileRecover_Click();
+    void mnuFileFindMissing_Click();
     void mnuFileExit_Click();
     void mnuHelpManual_Click();
     void mnuHelpKeys_Click();

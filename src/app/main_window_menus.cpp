@@ -8,6 +8,8 @@
 #include "app/find_bar.h"
 #include "app/keys_window.h"
 #include "app/recent_menu.h"
+#include "app/relink_dialog.h"
+#include "app/session_status.h"
 #include "app/small_widgets.h"
 #include "ui_main_window.h"
 
@@ -36,6 +38,7 @@ void MainWindow::connectMenus() {
     triggered(ui_->mnuFileSaveAs, &MainWindow::mnuFileSaveAs_Click);
     triggered(ui_->mnuFileSaveWithFiles, &MainWindow::mnuFileSaveWithFiles_Click);
     triggered(ui_->mnuFileRecover, &MainWindow::mnuFileRecover_Click);
+    triggered(ui_->mnuFileFindMissing, &MainWindow::mnuFileFindMissing_Click);
     triggered(ui_->mnuFileExit, &MainWindow::mnuFileExit_Click);
     triggered(ui_->mnuHelpManual, &MainWindow::mnuHelpManual_Click);
     triggered(ui_->mnuHelpKeys, &MainWindow::mnuHelpKeys_Click);
@@ -61,6 +64,7 @@ void MainWindow::addIcons() {
     set(ui_->mnuFileSaveAs, u"document-save-as"_s, QStyle::SP_DialogSaveButton);
     set(ui_->mnuFileSaveWithFiles, u"folder-new"_s, QStyle::SP_DirIcon);
     set(ui_->mnuFileRecover, u"document-revert"_s, QStyle::SP_BrowserReload);
+    set(ui_->mnuFileFindMissing, u"system-search"_s, QStyle::SP_FileDialogContentsView);
     set(ui_->mnuFileExit, u"application-exit"_s, QStyle::SP_DialogCloseButton);
     set(findChild<QAction*>(u"mnuEditUndo"_s), u"edit-undo"_s, QStyle::SP_ArrowBack);
     set(findChild<QAction*>(u"mnuEditRedo"_s), u"edit-redo"_s, QStyle::SP_ArrowForward);
@@ -92,6 +96,16 @@ void MainWindow::addPageKeys() {
     auto* listen = new QShortcut(Qt::CTRL | Qt::Key_Space, this);
     listen->setAutoRepeat(false);
     connect(listen, &QShortcut::activated, this, &MainWindow::listenOrStop);
+}
+
+void MainWindow::mnuFileFindMissing_Click() {
+    const QStringList found = findMissingFiles(session_.project, services_, this);
+    if (found.isEmpty())
+        return;
+    Tabs_Click();
+    history_.edited(view());
+    measure();
+    tellUnsavablePaths(services_.prompts, found);
 }
 
 void MainWindow::mnuHelpManual_Click() {

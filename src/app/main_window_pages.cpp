@@ -127,6 +127,8 @@ void MainWindow::addPages() {
     connect(createCard_, &CreateCardPage::placeChosen, this, &MainWindow::goTo);
     connect(createCard_, &CreateCardPage::writing, listening_, &Listening::stop);
     connect(listening_, &Listening::changed, this, &MainWindow::showPlaying);
+    connect(createCard_, &CreateCardPage::findMissingChosen, this,
+            &MainWindow::mnuFileFindMissing_Click);
     for (int i = 0; i < ui_->Tabs->count(); ++i) {
         Page* one = page(i);
         connect(one, &Page::projectChanged, this, [this] {

@@ -38,6 +38,7 @@ enum class FileKind {
     SpeechFolder,
     Chime,
     SavedWithFiles,
+    MissingFolder,  ///< in which missing files are looked for
 };
 
 /// A file dialog for one kind of file.

@@ -47,6 +47,8 @@ QString keyOf(FileKind kind) {
             return u"folders/chime"_s;
         case FileKind::SavedWithFiles:
             return u"folders/savedWithFiles"_s;
+        case FileKind::MissingFolder:
+            return u"folders/missing"_s;
     }
     Q_UNREACHABLE();
 }

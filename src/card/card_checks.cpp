@@ -179,6 +179,7 @@ CardControls cardControls(const CardChecks& checks, bool updateFirmware, bool ca
             .buttCreateXD3 = !checks.blocked,
             .buttUpdateFirmware = checks.updateFirmwareEnabled.value_or(updateFirmware),
             .buttGiveFiles = isAnySilent && canGiveFiles,
+            .buttFindMissing = !checks.missingFiles.isEmpty(),
             .fraSilentTracks = checks.hasItems && isAnySilent,
             .fraEmptyFiles = checks.emptyFiles.verdict == Verdict::Yellow,
             .fraSound = checks.sound.verdict != Verdict::Green && !checks.sound.text.isEmpty(),

@@ -69,7 +69,7 @@ QList<CheckResult> warningsOf(const CardChecks& checks);
 /// named as it is there.
 struct CardControls {
     bool buttCreateCard = false, buttCreateXD3 = false, buttUpdateFirmware = false;
-    bool buttGiveFiles = false;
+    bool buttGiveFiles = false, buttFindMissing = false;
     bool fraSilentTracks = false, fraEmptyFiles = false, fraSound = false, fraCC7 = false;
 
     bool operator==(const CardControls&) const = default;

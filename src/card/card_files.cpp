@@ -4,8 +4,10 @@
 #include <QRegularExpression>
 #include <algorithm>
 
+#include "model/card_file.h"
 #include "model/format_limits.h"
 #include "model/numbers.h"
+#include "platform/error.h"
 #include "platform/paths.h"
 
 namespace tessaly {
@@ -58,6 +60,25 @@ SourceFiles measureSources(const Project& project, const FileSystem& files,
     if (usesChimeFile(project))
         sources.chime = measured(project.txtChimeFileName, card_name::Chime);
     return sources;
+}
+
+QHash<QString, QString> copiesOnCard(FileSystem& files, const QString& root) {
+    QHash<QString, QString> copies;
+    if (root.isEmpty())
+        return copies;
+    Project project;
+    try {
+        readProject(files, pathIn(root, card_name::Project), project);
+    } catch (const TessalyError&) {
+        return copies;  // no card, or not one with a project
+    }
+    for (const TrackRecord& record : project.TrackTable)
+        if (const QString name = card_name::track(typeTagText(record));
+            isTrackFile(record) && card_name::isCardName(name))
+            copies.insert(record.sourcePath.text(), pathIn(root, name));
+    if (usesChimeFile(project))
+        copies.insert(project.txtChimeFileName, pathIn(root, card_name::Chime));
+    return copies;
 }
 
 QString tooLargeForCard(const QString& path, qint64 bytes) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -62,6 +63,10 @@ struct SourceFiles {
 /// Asks for the size of every source file, once each.
 SourceFiles measureSources(
     const Project& project, const FileSystem& files, const FileDone& fileDone = [] {});
+
+/// Where the card at `root` has a copy of which source file, by the paths in the project that is on
+/// the card. Empty when none can be read there.
+QHash<QString, QString> copiesOnCard(FileSystem& files, const QString& root);
 
 /// How much goes onto the card.
 struct CardTotals {

@@ -27,33 +27,6 @@ TessalyError badImport(const QString& path, const QString& what) {
     return {error_number::BadImport, QDir::toNativeSeparators(path) + u": "_s + what};
 }
 
-// A message box has lines, and names may hold any control character.
-QString oneLine(QString text) {
-    text.replace(u"\r\n"_s, u" "_s);
-    for (QChar& c : text)
-        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
-            c == QChar::ParagraphSeparator)
-            c = u' ';
-    return text;
-}
-
-// Whatever stood at `path` was somebody's project: it stays beside the new one.
-void save(FileSystem& files, const QString& path, Project& project) {
-    for (const QString& lost : pathsOutsideCodePage(project))
-        printError(u"warning: a project file cannot hold the path \""_s + oneLine(lost) +
-                   u"\": the file is not found when the project is opened."_s);
-    for (const QString& text : textsOutsideCodePage(project))
-        printError(u"warning: a project file cannot hold \""_s + oneLine(elided(text)) +
-                   u"\": characters of it become \"?\"."_s);
-    if (files.fileSize(path)) {
-        const QString old = path + u".bak"_s;
-        files.replaceFile(old, readWholeFile(files, path, limits::ProjectFileBytes));
-        printError(u"note: the earlier file is kept as "_s + QDir::toNativeSeparators(old) +
-                   u"."_s);
-    }
-    saveProject(files, path, project);
-}
-
 int importTour(const ImportOptions& options, FileSystem& files, const Mp3Tags& tags) {
     if (options.append)
         throw badImport(options.source,
@@ -64,7 +37,7 @@ int importTour(const ImportOptions& options, FileSystem& files, const Mp3Tags& t
         importFolder(files, tags, options.source, options.titlesFromTags, project);
     for (const QString& note : report.notes)
         printError(u"note: "_s + oneLine(note));
-    save(files, options.output, project);
+    saveKeepingOld(files, options.output, project);
     print(u"%1: %2 with %3, %4 in %5 (%6)."_s.arg(
         QDir::toNativeSeparators(options.output),
         counted(project.lstMuList.size(), u"music list"_s), counted(report.tracks, u"track"_s),
@@ -97,7 +70,7 @@ int importList(const ImportOptions& options, FileSystem& files, const Mp3Tags& t
                        u" Say --give-each-its-file to make them play."_s);
         }
     }
-    save(files, options.output, project);
+    saveKeepingOld(files, options.output, project);
     const QString line = u"%1: the music list \"%2\" with %3"_s.arg(
         QDir::toNativeSeparators(options.output), oneLine(result.list),
         counted(result.tracks, u"track"_s));
@@ -118,7 +91,7 @@ int importFiles(const ImportOptions& options, FileSystem& files, const Mp3Tags& 
         printError(u"note: ... and %1 more."_s.arg(grouped(summary.moreLines)));
     if (summary.added == 0)
         throw badImport(options.source, u"there is no MP3 file to import"_s);
-    save(files, options.output, project);
+    saveKeepingOld(files, options.output, project);
     const QString made = summary.lists == 1
                              ? u"the music list \"%1\""_s.arg(oneLine(project.lstMuList.last()))
                              : counted(summary.lists, u"music list"_s);
@@ -137,6 +110,31 @@ bool hasListsInside(const FileSystem& files, const QString& folder) {
 }
 
 }  // namespace
+
+QString oneLine(QString text) {
+    text.replace(u"\r\n"_s, u" "_s);
+    for (QChar& c : text)
+        if (c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
+            c == QChar::ParagraphSeparator)
+            c = u' ';
+    return text;
+}
+
+void saveKeepingOld(FileSystem& files, const QString& path, Project& project) {
+    for (const QString& lost : pathsOutsideCodePage(project))
+        printError(u"warning: a project file cannot hold the path \""_s + oneLine(lost) +
+                   u"\": the file is not found when the project is opened."_s);
+    for (const QString& text : textsOutsideCodePage(project))
+        printError(u"warning: a project file cannot hold \""_s + oneLine(elided(text)) +
+                   u"\": characters of it become \"?\"."_s);
+    if (files.fileSize(path)) {
+        const QString old = path + u".bak"_s;
+        files.replaceFile(old, readWholeFile(files, path, limits::ProjectFileBytes));
+        printError(u"note: the earlier file is kept as "_s + QDir::toNativeSeparators(old) +
+                   u"."_s);
+    }
+    saveProject(files, path, project);
+}
 
 int importCommand(const ImportOptions& options) {
     LocalFileSystem files;

@@ -26,6 +26,13 @@ struct ImportOptions {
     bool giveEachItsFile = false;  ///< to tracks that have the name of another
 };
 
+struct RelinkOptions {
+    QString project;
+    QString folder;  ///< to look in
+    QString card;    ///< written from the project; empty: none is at hand
+    bool dryRun = false;
+};
+
 struct CheckOptions {
     QString project;
     QString card;  ///< empty: judge the project alone
@@ -71,6 +78,7 @@ struct ShowOptions {
 };
 
 int importCommand(const ImportOptions& options);
+int relinkCommand(const RelinkOptions& options);
 int checkCommand(const CheckOptions& options);
 int imageCommand(const ImageOptions& options);
 int createCommand(const CreateOptions& options, const SupportFolders& folders);
@@ -83,6 +91,13 @@ int soundCommand(const SoundOptions& options);
 /// A project file opened by a command, as openProjectFile() does. Throws when it is not read to its
 /// end.
 Project openProject(FileSystem& files, const QString& path);
+
+/// Saves a project. Whatever stood at `path` was somebody's project: it is kept beside the new one,
+/// with ".bak" behind its name. What a project file cannot hold is said.
+void saveKeepingOld(FileSystem& files, const QString& path, Project& project);
+
+/// Text in one line: a message box has several, and names may hold any control character.
+QString oneLine(QString text);
 
 /// Measures a project's files, once, and judges it with the folder `root` as its card, or without
 /// one when that is empty.

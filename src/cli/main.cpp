@@ -39,6 +39,7 @@ class CommandLine {
                 "own files, then those that came with the program)",
                 "DIR");
         addImport();
+        addRelink();
         addCheck();
         addSound();
         addImage();
@@ -126,6 +127,21 @@ class CommandLine {
         sub->add_flag("--titles-from-tags", import_.titlesFromTags,
                       "Name the tracks below Music/ by their title tag, as the other imports do "
                       "anyway");
+    }
+
+    void addRelink() {
+        CLI::App* sub =
+            command("relink", "Find the MP3 files of a project that were moved",
+                    "tessaly-cli relink tour.crd2 --folder /media/me/Music --dry-run\n\n"
+                    "A file is found by the end of its path, then by name and size or length, as a "
+                    "card of the project tells them. Nothing is guessed: what is not found, or not "
+                    "for certain, is named, stays as it is and ends the command with 3.",
+                    [this] { return relinkCommand(relink_); });
+        addProject(sub, relink_.project);
+        addPath(sub, "--folder", relink_.folder, "Folder to look in, with all inside it", "DIR")
+            ->required();
+        addPath(sub, "--card", relink_.card, "A card that was written from the project", "DIR");
+        sub->add_flag("--dry-run", relink_.dryRun, "Say what is found and write nothing");
     }
 
     void addCheck() {
@@ -221,6 +237,7 @@ class CommandLine {
     CLI::App app_{"Prepares memory cards for the TRL740 player."};
     QString appFolder_;
     ImportOptions import_;
+    RelinkOptions relink_;
     CheckOptions check_;
     ImageOptions image_;
     CreateOptions create_;

@@ -5,9 +5,11 @@
 #include <algorithm>
 #include <iterator>
 
+#include "editor/path_tails.h"
 #include "model/music_lists.h"
 #include "model/numbers.h"
 #include "model/project_snapshot.h"
+#include "platform/paths.h"
 
 namespace tessaly {
 
@@ -65,6 +67,28 @@ QString tracksInWords(const Project& before, const Project& after) {
             return words;
     }
     return {};
+}
+
+// Several files that kept their names, most of them at least, in other folders were found again.
+QString foundInWords(const Project& before, const Project& after) {
+    QSet<QString> found;
+    qsizetype renamed = 0;
+    const auto look = [&](const QString& old, const QString& now) {
+        if (now == old || now.isEmpty() || old.isEmpty())
+            return;
+        found.insert(now);
+        renamed += mayBe(comparedPath(lastNameOf(old)), comparedPath(lastNameOf(now))) ? 0 : 1;
+    };
+    for (qsizetype slot = 1; slot < after.TrackTable.size(); ++slot) {
+        const TrackRecord& now = after.TrackTable[slot];
+        const TrackRecord old = before.TrackTable.value(slot);
+        if (now.sourcePath != old.sourcePath && isTrackFile(now) && isTrackFile(old))
+            look(old.sourcePath.text(), now.sourcePath.text());
+    }
+    look(before.txtChimeFileName, after.txtChimeFileName);
+    return found.size() > 1 && 2 * renamed < found.size()
+               ? u"Find "_s + counted(found.size(), u"File"_s)
+               : QString();
 }
 
 // What happened to the files of lines that stayed: their paths, or how they are played.
@@ -127,7 +151,7 @@ QString editInWords(const Project& before, const Project& after) {
     for (const QString& words :
          {linesInWords(u"List"_s, before.lstMuList, after.lstMuList), tracksInWords(before, after),
           linesInWords(u"Title"_s, before.lstSpTitles, after.lstSpTitles),
-          linesInWords(u"Language"_s, before.lstLangs, after.lstLangs),
+          linesInWords(u"Language"_s, before.lstLangs, after.lstLangs), foundInWords(before, after),
           filesInWords(before, after)})
         if (!words.isEmpty())
             return words;

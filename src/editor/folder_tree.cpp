@@ -26,58 +26,38 @@ qsizetype digitsEnd(const QString& text, qsizetype from) {
     return from;
 }
 
-class Walk {
+class Walker {
  public:
-    Walk(const FileSystem& files, AddSummary& summary, const KeepGoing& keepGoing)
-        : files_(files), summary_(summary), keepGoing_(keepGoing) {}
+    Walker(const FileSystem& files, const FolderWalk& walk) : files_(files), walk_(walk) {}
 
-    void visit(const QString& folder, int depth);
-    QList<Mp3Folder> found;
+    void enter(const QString& folder, int depth);
 
  private:
     const FileSystem& files_;
-    AddSummary& summary_;
-    const KeepGoing& keepGoing_;
+    const FolderWalk& walk_;
     std::set<std::array<quint64, 3>> seen_;  // identities of folders: links make circles
-    qsizetype count_ = 0;
+    bool isOver_ = false;
 };
 
-void Walk::visit(const QString& folder, int depth) {
-    if (keepGoing_ && !keepGoing_(int(count_), 0))
-        summary_.isCancelled = true;
-    if (summary_.isCancelled)
+void Walker::enter(const QString& folder, int depth) {
+    isOver_ = isOver_ || !walk_.goesOn();
+    if (isOver_)
         return;
     if (const auto identity = files_.identity(folder);
         identity && !seen_.insert({identity->volume, identity->high, identity->low}).second)
-        return summary_.leaveOut(LeftOut::Already, folder);
+        return walk_.leaveOut(LeftOut::Already, folder, {});
     if (depth > MostDeep)
-        return summary_.leaveOut(LeftOut::Unreadable, folder);
+        return walk_.leaveOut(LeftOut::Unreadable, folder, {});
     QList<FolderEntry> entries;
     try {
         entries = orderedEntries(files_, folder);
     } catch (const TessalyError& error) {
-        return summary_.leaveOut(LeftOut::Unreadable, folder, error.description);
+        return walk_.leaveOut(LeftOut::Unreadable, folder, error.description);
     }
-    Mp3Folder here{.path = QDir::toNativeSeparators(folder), .files = {}};
-    for (const FolderEntry& entry : entries) {
-        const QString path = pathIn(here.path, entry.name);
-        if (entry.isFolder)
-            continue;
-        if (!isMp3Name(entry.name))
-            summary_.leaveOut(LeftOut::NoMp3, path);
-        else if (entry.isLink && !files_.fileSize(path))
-            summary_.leaveOut(LeftOut::NotFound, path);
-        else
-            here.files.append(path);
-    }
-    count_ += here.files.size();
-    if (count_ > MostImportedTracks)
-        throw tooManyAtOnce(folder);
-    if (!here.files.isEmpty())
-        found.append(here);
+    walk_.visit(folder, entries);
     for (const FolderEntry& entry : entries)
         if (entry.isFolder)
-            visit(pathIn(here.path, entry.name), depth + 1);
+            enter(pathIn(folder, entry.name), depth + 1);
 }
 
 }  // namespace
@@ -140,11 +120,43 @@ QList<FolderEntry> orderedEntries(const FileSystem& files, const QString& folder
     return entries;
 }
 
+void walkFolders(const FileSystem& files, const QString& path, const FolderWalk& walk) {
+    Walker(files, walk).enter(QDir::toNativeSeparators(path), 0);
+}
+
 QList<Mp3Folder> mp3FoldersIn(const FileSystem& files, const QString& path, AddSummary& summary,
                               const KeepGoing& keepGoing) {
-    Walk walk(files, summary, keepGoing);
-    walk.visit(path, 0);
-    return walk.found;
+    QList<Mp3Folder> found;
+    qsizetype count = 0;
+    const auto goesOn = [&] {
+        if (keepGoing && !keepGoing(int(count), 0))
+            summary.isCancelled = true;
+        return !summary.isCancelled;
+    };
+    const auto visit = [&](const QString& folder, const QList<FolderEntry>& entries) {
+        Mp3Folder here{.path = folder, .files = {}};
+        for (const FolderEntry& entry : entries) {
+            const QString file = pathIn(folder, entry.name);
+            if (entry.isFolder)
+                continue;
+            if (!isMp3Name(entry.name))
+                summary.leaveOut(LeftOut::NoMp3, file);
+            else if (entry.isLink && !files.fileSize(file))
+                summary.leaveOut(LeftOut::NotFound, file);
+            else
+                here.files.append(file);
+        }
+        count += here.files.size();
+        if (count > MostImportedTracks)
+            throw tooManyAtOnce(folder);
+        if (!here.files.isEmpty())
+            found.append(here);
+    };
+    const auto leaveOut = [&](LeftOut why, const QString& folder, const QString& detail) {
+        summary.leaveOut(why, folder, detail);
+    };
+    walkFolders(files, path, {.goesOn = goesOn, .visit = visit, .leaveOut = leaveOut});
+    return found;
 }
 
 }  // namespace tessaly

@@ -4,6 +4,7 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <functional>
 
 #include "editor/add_summary.h"
 #include "editor/imported_list.h"
@@ -29,6 +30,21 @@ QString nameOfMp3(const QString& file);
 /// What stands in a folder, in the order of comesBefore(). A link to a folder counts as a folder.
 /// Throws when the folder cannot be listed.
 QList<FolderEntry> orderedEntries(const FileSystem& files, const QString& folder);
+
+/// What a walk through folders asks and tells.
+struct FolderWalk {
+    /// Asked before each folder; false ends the walk.
+    std::function<bool()> goesOn;
+    /// A folder (native) with what stands in it, as orderedEntries() gives it.
+    std::function<void(const QString& folder, const QList<FolderEntry>& entries)> visit;
+    /// A folder that is not entered: it cannot be read or lies more than 64 deep (Unreadable), or a
+    /// link leads to it once more (Already).
+    std::function<void(LeftOut why, const QString& folder, const QString& detail)> leaveOut;
+};
+
+/// Walks through the folder `path` and those at any depth below it: each once, and before those
+/// inside it.
+void walkFolders(const FileSystem& files, const QString& path, const FolderWalk& walk);
 
 /// A folder that holds MP3 files itself.
 struct Mp3Folder {

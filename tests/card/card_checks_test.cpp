@@ -46,6 +46,7 @@ TEST(CardChecks, DecideWhatThePageOffers) {
         EXPECT_EQ(cardControls(check(bench), before, true).buttUpdateFirmware, before);
     QFile::remove(bench.scratch.path("src/first.mp3"));
     bench.project.TrackTable.append(QList<TrackRecord>(200, bench.project.TrackTable[1]));
+    EXPECT_TRUE(cardControls(check(bench), true, true).buttFindMissing);
     const CheckResult problems = problemsOf(check(bench));
     EXPECT_EQ(problems.offenders.size(), 201);
     EXPECT_EQ(problems.offenders.last(), "... and 1 more");

@@ -1,0 +1,71 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QHash>
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <functional>
+#include <optional>
+
+#include "editor/add_summary.h"
+#include "editor/imported_list.h"
+#include "editor/relink_plan.h"
+#include "model/project.h"
+#include "platform/file_system.h"
+#include "platform/mp3_tags.h"
+
+// MP3 files that are no longer where the project says, looked for in a folder. What is done with
+// those that are found is in editor/relink_plan.h.
+
+namespace tessaly {
+
+/// The paths of the project's MP3 files that lead to none: each once, in table order, that of the
+/// chime last if the card gets it. Records without a path are not among them. When `keepGoing` says
+/// no, those found until then.
+QStringList missingFiles(const Project& project, const FileSystem& files,
+                         const KeepGoing& keepGoing = {});
+
+/// The files of a folder and everything below it that may be missing ones: their names end as that
+/// of a missing one does, as in ".mp3".
+struct SearchedFolder {
+    QStringList paths;    ///< native, folder by folder in the order of their names
+    QList<qint64> sizes;  ///< of each, in bytes
+    AddSummary leftOut;   ///< folders that could not be read; `isCancelled` by `keepGoing`
+};
+
+/// Throws error 555 beyond MostSearchedFiles such files. `keepGoing` is asked for each folder, with
+/// a total of 0.
+SearchedFolder searchFolder(const FileSystem& files, const QString& folder,
+                            const QStringList& missing, const KeepGoing& keepGoing = {});
+constexpr int MostSearchedFiles = 1'000'000;
+
+/// What is still known of a file that is gone. A project holds neither; a card that was written
+/// from it has a copy of each file.
+struct KnownFile {
+    std::optional<qint64> size = {};  ///< bytes
+    int seconds = 0;                  ///< how long it plays, as of Mp3Tags::seconds(); 0: not known
+};
+using AskKnown = std::function<KnownFile(const QString& path)>;
+
+/// What copies of the files tell, which stand at `copies` by the paths of the project. Both other
+/// arguments must live as long as the answer is used.
+AskKnown knownFromCopies(const QHash<QString, QString>& copies, const FileSystem& files,
+                         const Mp3Tags& tags);
+
+/// Finds the missing files among those of a folder.
+///
+/// The file whose path has the longest end in common is the one, without regard to case and to the
+/// kind of separator: projects are carried between Windows and Linux. "?" in a path of the project
+/// may be any one character. Of several with equally long ends those do not count that another
+/// missing file fits better; then the only one of the known size is taken, else the only one of the
+/// known playing time. Nothing is guessed: when that leaves several, or when one file fits two
+/// missing ones equally, none is ticked.
+///
+/// `tags` and `known` are asked only where names do not decide. Cancelled by `keepGoing`, the plan
+/// has no lines and its `leftOut` says so.
+RelinkPlan planRelink(const Project& project, const QStringList& missing,
+                      const SearchedFolder& found, const Mp3Tags& tags, const AskKnown& known = {},
+                      const KeepGoing& keepGoing = {});
+
+}  // namespace tessaly
