@@ -21,6 +21,7 @@ _tessaly_cli()
         import)   options="-h --help -o --output --append --exported --give-each-its-file --titles-from-tags" ending="txt|m3u|M3U|m3u8|pls" ;;
         relink)   options="-h --help --folder --card --dry-run" ending=crd2 ;;
         check)    options="-h --help --card --json --strict" ending=crd2 ;;
+        sound)    options="-h --help --json" ending=crd2 ;;
         image)    options="-h --help -o --output --hex --identifier" ending=crd2 ;;
         create)   options="-h --help --card --settings-only --no-verify --erase --yes --strict" ending=crd2 ;;
         pack)     options="-h --help -o --output" ending=crd2 ;;
