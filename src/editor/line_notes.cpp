@@ -46,7 +46,7 @@ bool LineNotes::areOf(Project project) const {
 const LineNotes::Music& LineNotes::music() const {
     if (music_)
         return *music_;
-    music_.emplace(TrackIndex(project_), QHash<QString, int>(), QHash<QString, qint64>());
+    music_.emplace(Music{.index = TrackIndex(project_), .tracks = {}, .length = {}});
     const MusicListIndex lists(project_);
     for (const QString& list : project_.lstMuList)
         music_->tracks.insert(list, int(lists.tracks(list).size()));
