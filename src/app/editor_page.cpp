@@ -44,7 +44,8 @@ EditorPage::EditorPage(Project& project, const Services& services, const ListSec
 const LineNotes& EditorPage::notes() {
     if (!notes_)
         notes_.emplace(project_, [this](const QString& path) {
-            return services_.sounds.book().lastLength(path);
+            const auto last = services_.sounds.book().remembered(path);
+            return last ? last->quick.milliseconds : 0;
         });
     return *notes_;
 }

@@ -12,6 +12,7 @@
 
 #include "app/long_work.h"
 #include "app/relink_table.h"
+#include "app/sound_watch.h"
 #include "card/card_files.h"
 #include "editor/missing_files.h"
 #include "platform/paths.h"
@@ -160,9 +161,9 @@ QStringList findMissingFiles(Project& project, const Services& services, QWidget
     bool isAgreed = false;
     run(u"Looking for the files..."_s, [&](const KeepGoing& keepGoing) {
         const SearchedFolder found = searchFolder(services.files, folder, missing, keepGoing);
-        plan = planRelink(project, missing, found, services.tags,
-                          knownFromCopies(copiesOnCard(services.files, project.cfDrive),
-                                          services.files, services.tags),
+        plan = planRelink(project, missing, found, playingSeconds,
+                          knownFrom(copiesOnCard(services.files, project.cfDrive), services.files,
+                                    services.sounds.book()),
                           keepGoing);
         return [&] {
             if (plan.leftOut.isCancelled)

@@ -7,7 +7,6 @@
 #include "editor/missing_files.h"
 #include "model/text_codec.h"
 #include "platform/local_file_system.h"
-#include "platform/mp3_tags.h"
 #include "platform/paths.h"
 
 namespace tessaly::cli {
@@ -49,7 +48,6 @@ void printLine(const RelinkLine& line) {
 
 int relinkCommand(const RelinkOptions& options) {
     LocalFileSystem files;
-    const LocalMp3Tags tags;
     Project project = openProject(files, options.project);
     const QString folder = requiredFolder(files, options.folder);
     QHash<QString, QString> copies;
@@ -61,8 +59,9 @@ int relinkCommand(const RelinkOptions& options) {
         print(name + u": no MP3 file is missing."_s);
         return Done;
     }
-    RelinkPlan plan = planRelink(project, missing, searchFolder(files, folder, missing), tags,
-                                 knownFromCopies(copies, files, tags));
+    const SoundBook book(soundBookFile());
+    RelinkPlan plan = planRelink(project, missing, searchFolder(files, folder, missing),
+                                 playingSeconds, knownFrom(copies, files, book));
     for (const QString& line : plan.leftOut.lines)
         printError(u"note: "_s + oneLine(line));
     for (RelinkLine& line : plan.lines) {

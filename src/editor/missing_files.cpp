@@ -48,8 +48,8 @@ QString endingOf(const QString& path) {
 
 class Matcher {
  public:
-    Matcher(const SearchedFolder& found, const Mp3Tags& tags, const AskKnown& known)
-        : found_(found), tags_(tags), known_(known), tails_(found.paths) {}
+    Matcher(const SearchedFolder& found, const AskSeconds& secondsOf, const AskKnown& known)
+        : found_(found), secondsOf_(secondsOf), known_(known), tails_(found.paths) {}
 
     // The files whose paths end as that of a missing one does.
     PathTails::Found endsLike(const QString& missing);
@@ -65,7 +65,7 @@ class Matcher {
     std::pair<QList<int>, Outcome> narrowed(const QList<int>& fitting, const KnownFile& known);
 
     const SearchedFolder& found_;
-    const Mp3Tags& tags_;
+    const AskSeconds& secondsOf_;
     const AskKnown& known_;
     PathTails tails_;
     std::optional<PathTails> tailsInUnits_;  // once a "?" needs them
@@ -88,7 +88,7 @@ bool Matcher::plays(int file, int seconds) {
         return false;
     auto known = seconds_.constFind(file);
     if (known == seconds_.constEnd())
-        known = seconds_.insert(file, tags_.seconds(found_.paths[file]));
+        known = seconds_.insert(file, secondsOf_(found_.paths[file]));
     return *known == seconds;
 }
 
@@ -250,17 +250,24 @@ SearchedFolder searchFolder(const FileSystem& files, const QString& folder,
     return found;
 }
 
-AskKnown knownFromCopies(const QHash<QString, QString>& copies, const FileSystem& files,
-                         const Mp3Tags& tags) {
-    return [copies, &files, &tags](const QString& path) {
-        const QString copy = copies.value(path);
-        return copy.isEmpty() ? KnownFile{} : KnownFile{files.fileSize(copy), tags.seconds(copy)};
+int playingSeconds(const QString& path) {
+    return int(quickLook(path).milliseconds / 1000);
+}
+
+AskKnown knownFrom(const QHash<QString, QString>& copies, const FileSystem& files,
+                   const SoundBook& book) {
+    return [copies, &files, &book](const QString& path) {
+        if (const QString copy = copies.value(path); !copy.isEmpty())
+            return KnownFile{files.fileSize(copy), playingSeconds(copy)};
+        const auto last = book.remembered(path);
+        return last ? KnownFile{last->stamp.bytes, int(last->quick.milliseconds / 1000)}
+                    : KnownFile{};
     };
 }
 
 RelinkPlan planRelink(const Project& project, const QStringList& missing,
-                      const SearchedFolder& found, const Mp3Tags& tags, const AskKnown& known,
-                      const KeepGoing& keepGoing) {
+                      const SearchedFolder& found, const AskSeconds& secondsOf,
+                      const AskKnown& known, const KeepGoing& keepGoing) {
     RelinkPlan plan{.lines = {}, .leftOut = found.leftOut};
     if (plan.leftOut.isCancelled)
         return plan;
@@ -270,7 +277,7 @@ RelinkPlan planRelink(const Project& project, const QStringList& missing,
     RelinkPlan cancelled;
     cancelled.leftOut.isCancelled = true;
     const qsizetype steps = 2 * missing.size();
-    Matcher matcher(found, tags, known);
+    Matcher matcher(found, secondsOf, known);
     QList<PathTails::Found> ends;
     for (const QString& path : missing) {
         if (!goesOn(keepGoing, ends.size(), steps))

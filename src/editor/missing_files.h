@@ -13,7 +13,7 @@
 #include "editor/relink_plan.h"
 #include "model/project.h"
 #include "platform/file_system.h"
-#include "platform/mp3_tags.h"
+#include "sound/sound_book.h"
 
 // MP3 files that are no longer where the project says, looked for in a folder. What is done with
 // those that are found is in editor/relink_plan.h.
@@ -40,18 +40,24 @@ SearchedFolder searchFolder(const FileSystem& files, const QString& folder,
                             const QStringList& missing, const KeepGoing& keepGoing = {});
 constexpr int MostSearchedFiles = 1'000'000;
 
+/// Tells how many seconds the file at a path plays; 0 when that cannot be told.
+using AskSeconds = std::function<int(const QString& path)>;
+
+/// By a quick look at the file.
+int playingSeconds(const QString& path);
+
 /// What is still known of a file that is gone. A project holds neither; a card that was written
-/// from it has a copy of each file.
+/// from it has a copy of each file, and who once looked at it may remember it.
 struct KnownFile {
     std::optional<qint64> size = {};  ///< bytes
-    int seconds = 0;                  ///< how long it plays, as of Mp3Tags::seconds(); 0: not known
+    int seconds = 0;                  ///< how long it plays, as of AskSeconds; 0: not known
 };
 using AskKnown = std::function<KnownFile(const QString& path)>;
 
-/// What copies of the files tell, which stand at `copies` by the paths of the project. Both other
-/// arguments must live as long as the answer is used.
-AskKnown knownFromCopies(const QHash<QString, QString>& copies, const FileSystem& files,
-                         const Mp3Tags& tags);
+/// What copies of the files tell, which stand at `copies` by the paths of the project, else what
+/// `book` remembers. The other arguments must live as long as the answer is used.
+AskKnown knownFrom(const QHash<QString, QString>& copies, const FileSystem& files,
+                   const SoundBook& book);
 
 /// Finds the missing files among those of a folder.
 ///
@@ -62,10 +68,10 @@ AskKnown knownFromCopies(const QHash<QString, QString>& copies, const FileSystem
 /// known playing time. Nothing is guessed: when that leaves several, or when one file fits two
 /// missing ones equally, none is ticked.
 ///
-/// `tags` and `known` are asked only where names do not decide. Cancelled by `keepGoing`, the plan
-/// has no lines and its `leftOut` says so.
+/// `secondsOf` and `known` are asked only where names do not decide. Cancelled by `keepGoing`, the
+/// plan has no lines and its `leftOut` says so.
 RelinkPlan planRelink(const Project& project, const QStringList& missing,
-                      const SearchedFolder& found, const Mp3Tags& tags, const AskKnown& known = {},
-                      const KeepGoing& keepGoing = {});
+                      const SearchedFolder& found, const AskSeconds& secondsOf,
+                      const AskKnown& known = {}, const KeepGoing& keepGoing = {});
 
 }  // namespace tessaly

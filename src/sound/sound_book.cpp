@@ -106,10 +106,12 @@ std::optional<KnownSound> SoundBook::known(const QString& path, const FileStamp&
     return entry->sound;
 }
 
-qint64 SoundBook::lastLength(const QString& path) const {
+std::optional<SoundBook::Remembered> SoundBook::remembered(const QString& path) const {
     const QMutexLocker lock(&mutex_);
     const auto entry = entries_.constFind(path);
-    return entry == entries_.constEnd() ? 0 : entry->sound.quick.milliseconds;
+    return entry == entries_.constEnd()
+               ? std::nullopt
+               : std::optional(Remembered{entry->stamp, entry->sound.quick});
 }
 
 bool SoundBook::hasDecoded() const {

@@ -35,9 +35,13 @@ class SoundBook {
     /// What is known of the file at `path` with that stamp. Never looks at the disk.
     std::optional<KnownSound> known(const QString& path, const FileStamp& stamp) const;
 
-    /// How long a file plays, in milliseconds, as it was when it was looked at last; 0 when it was
-    /// not.
-    qint64 lastLength(const QString& path) const;
+    /// What is known of the file that stood at `path` when somebody looked last; it may be another
+    /// one by now, or gone.
+    struct Remembered {
+        FileStamp stamp;
+        QuickLook quick;
+    };
+    std::optional<Remembered> remembered(const QString& path) const;
 
     /// Whether any file was decoded.
     bool hasDecoded() const;

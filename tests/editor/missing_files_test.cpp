@@ -7,7 +7,6 @@
 #include "editor/edit_words.h"
 #include "model/text_codec.h"
 #include "platform/local_file_system.h"
-#include "support/fake_tags.h"
 #include "support/projects.h"
 #include "support/scratch_folder.h"
 
@@ -16,11 +15,6 @@ namespace tessaly {
 using namespace test;
 
 namespace {
-
-struct TimedTags : FakeTags {
-    QHash<QString, int> times;
-    int seconds(const QString& path) const override { return times.value(path); }
-};
 
 Project projectOf(const QStringList& paths) {
     Project project;
@@ -82,7 +76,7 @@ TEST(MissingFiles, AreFoundByTheEndsOfTheirPathsOrNotAtAll) {
     for (const auto& [missing, there, expected] : cases) {
         const Project project = projectOf(missing + QStringList{"/used/1.mp3", "/used/y/1.mp3"});
         const SearchedFolder found{there, QList<qint64>(there.size(), 5), {}};
-        const RelinkPlan plan = planRelink(project, missing, found, FakeTags());
+        const RelinkPlan plan = planRelink(project, missing, found, playingSeconds);
         EXPECT_EQ(answers(plan, missing), expected) << missing[0].toStdString();
         EXPECT_TRUE(std::ranges::is_partitioned(
             plan.lines, [](const RelinkLine& line) { return !line.taken; }));
@@ -106,11 +100,9 @@ TEST(MissingFiles, SizeAndLengthSettleWhatNamesLeaveOpen) {
                  {{"/b/1.mp3"}, {10}, {8}, "/b/1.mp3"},
                  {{"/b/a/1.mp3"}, {20}, {8}, "/b/a/1.mp3"}};
     for (const auto& [there, sizes, seconds, expected] : cases) {
-        TimedTags tags;
-        for (qsizetype i = 0; i < there.size(); ++i)
-            tags.times[there[i]] = seconds[i];
+        const auto secondsOf = [&](const QString& path) { return seconds[there.indexOf(path)]; };
         const RelinkPlan plan =
-            planRelink(projectOf(missing), missing, {there, sizes, {}}, tags,
+            planRelink(projectOf(missing), missing, {there, sizes, {}}, secondsOf,
                        [](const QString&) { return KnownFile{.size = 10, .seconds = 7}; });
         EXPECT_EQ(answers(plan, missing), QStringList{expected});
     }
@@ -138,7 +130,7 @@ TEST(MissingFiles, AMovedTreeIsFoundAgainWhateverIsInIt) {
         const auto plan = [&](const QString& folder) {
             const QStringList missing = missingFiles(project, files);
             return planRelink(project, missing, searchFolder(files, scratch.path(folder), missing),
-                              FakeTags());
+                              playingSeconds);
         };
         const RelinkPlan found = plan("new");
         EXPECT_EQ(found.inWords(), QString("%1 of %1 found").arg(went.size()));
@@ -182,7 +174,7 @@ TEST(MissingFiles, OneFoundByHandLeadsToTheOthers) {
     project.buttPlayIntChime = true;
     project.txtChimeFileName = missing[1];
     const Project before = project;
-    RelinkPlan plan = planRelink(project, missingFiles(project, files), {}, FakeTags());
+    RelinkPlan plan = planRelink(project, missingFiles(project, files), {}, playingSeconds);
     EXPECT_EQ(plan.inWords(), "0 of 5 found");
     EXPECT_EQ(applyRelink(project, plan), 0);
     EXPECT_TRUE(project == before);
