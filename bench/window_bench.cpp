@@ -60,11 +60,13 @@ int main(int argc, char** argv) {
     test::ReadyPrompts prompts;
     LocalMp3Tags tags;
     OnlyInstance instance;
+    SoundBook sounds;
     const Services services{files,
                             drives,
                             prompts,
                             tags,
                             instance,
+                            sounds,
                             QApplication::applicationDirPath(),
                             folder.filePath("user")};
     Promises promises;

@@ -61,6 +61,7 @@ class MainWindow : public QMainWindow {
     void mnuFileSave_Click();
     void mnuFileSaveAs_Click();
     void mnuFileRecover_Click();
+    void mnuFileCheckSound_Click();
     void mnuFileExit_Click();
     void mnuHelpManual_Click();
     void mnuHelpKeys_Click();

@@ -5,10 +5,12 @@
 #include <QShortcut>
 
 #include "app/about_window.h"
+#include "app/create_card_page.h"
 #include "app/find_bar.h"
 #include "app/keys_window.h"
 #include "app/recent_menu.h"
 #include "app/small_widgets.h"
+#include "app/sound_window.h"
 #include "ui_main_window.h"
 
 namespace tessaly {
@@ -35,6 +37,7 @@ void MainWindow::connectMenus() {
     triggered(ui_->mnuFileSave, &MainWindow::mnuFileSave_Click);
     triggered(ui_->mnuFileSaveAs, &MainWindow::mnuFileSaveAs_Click);
     triggered(ui_->mnuFileRecover, &MainWindow::mnuFileRecover_Click);
+    triggered(ui_->mnuFileCheckSound, &MainWindow::mnuFileCheckSound_Click);
     triggered(ui_->mnuFileExit, &MainWindow::mnuFileExit_Click);
     triggered(ui_->mnuHelpManual, &MainWindow::mnuHelpManual_Click);
     triggered(ui_->mnuHelpKeys, &MainWindow::mnuHelpKeys_Click);
@@ -59,6 +62,7 @@ void MainWindow::addIcons() {
     set(ui_->mnuFileSave, u"document-save"_s, QStyle::SP_DialogSaveButton);
     set(ui_->mnuFileSaveAs, u"document-save-as"_s, QStyle::SP_DialogSaveButton);
     set(ui_->mnuFileRecover, u"document-revert"_s, QStyle::SP_BrowserReload);
+    set(ui_->mnuFileCheckSound, u"audio-volume-medium"_s, QStyle::SP_MediaVolume);
     set(ui_->mnuFileExit, u"application-exit"_s, QStyle::SP_DialogCloseButton);
     set(findChild<QAction*>(u"mnuEditUndo"_s), u"edit-undo"_s, QStyle::SP_ArrowBack);
     set(findChild<QAction*>(u"mnuEditRedo"_s), u"edit-redo"_s, QStyle::SP_ArrowForward);
@@ -87,6 +91,14 @@ void MainWindow::addPageKeys() {
         [this, count] { return (ui_->Tabs->currentIndex() + 1) % count; });
     add(Qt::CTRL | Qt::Key_PageUp,
         [this, count] { return (ui_->Tabs->currentIndex() + count - 1) % count; });
+}
+
+// Not beside a run, which would stand still while the dialog is there.
+void MainWindow::mnuFileCheckSound_Click() {
+    createCard_->afterRun([this] {
+        if (const auto place = showSoundCheck(session_.project, services_, this))
+            goTo(*place);
+    });
 }
 
 void MainWindow::mnuHelpManual_Click() {

@@ -40,8 +40,8 @@ MainWindow::MainWindow(ProjectSession& session, const Services& services)
       history_(session.project),
       remembered_(pathIn(services.userFolder, u"tessaly.ini"_s)),
       prompts_(services.prompts, remembered_),
-      services_{services.files,    services.drives,    prompts_,           services.tags,
-                services.instance, services.appFolder, services.userFolder},
+      services_{services.files,    services.drives, prompts_,           services.tags,
+                services.instance, services.sounds, services.appFolder, services.userFolder},
       folders_(foldersOfProgram(services.appFolder, services.userFolder)),
       ui_(std::make_unique<Ui::MainWindow>()),
       statusText_(new ElidedLabel) {

@@ -86,8 +86,10 @@ int runProgram(const QString& projectFile, int splashMilliseconds,
     QtPrompts prompts;
     LocalMp3Tags tags;
     LocalSingleInstance instance(userFolder());
+    SoundBook sounds(soundBookFile());
     const Services services{
-        files, drives, prompts, tags, instance, QApplication::applicationDirPath(), userFolder()};
+        files,       drives, prompts, tags, instance, sounds, QApplication::applicationDirPath(),
+        userFolder()};
     Project project;
     ProjectSession session(project, files);
     std::unique_ptr<MainWindow> window;
@@ -106,7 +108,9 @@ int runProgram(const QString& projectFile, int splashMilliseconds,
     };
     SplashWindow splash(loadMain, showMain, splashMilliseconds);
     splash.show();
-    return QApplication::exec();
+    const int exitCode = QApplication::exec();
+    sounds.save();
+    return exitCode;
 }
 
 }  // namespace tessaly

@@ -9,6 +9,7 @@
 #include "platform/file_system.h"
 #include "platform/mp3_tags.h"
 #include "platform/process.h"
+#include "sound/sound_book.h"
 #include "support/support_folders.h"
 
 namespace tessaly {
@@ -97,6 +98,7 @@ struct Services {
     Prompts& prompts;
     const Mp3Tags& tags;
     SingleInstance& instance;
+    SoundBook& sounds;
     QString appFolder;   ///< where the program stands
     QString userFolder;  ///< for recovery copies, the user's own support folders and, where need
                          ///< be, temporary files

@@ -27,7 +27,11 @@ struct ItemSound {
 
     /// Everything that is wrong with it, in words; empty when nothing is known to be.
     QString problem() const;
+    /// The same, or that it is missing or cannot be read.
+    QString finding() const;
     bool isTooLoudOrQuiet() const;
+    /// There is more to learn of it by decoding it.
+    bool isDecodingDue() const;
 };
 
 /// The sounds of all files of a project, in table order. `sources` are its measured files.
@@ -42,6 +46,12 @@ CheckResult checkSound(const QList<ItemSound>& sounds);
 
 /// Takes the quick look at all files of a project that the book does not know yet, on all cores.
 void lookAtAll(const SourceFiles& sources, SoundBook& book);
+
+/// "32 files, 4 with something to look at", and how many are not decoded yet.
+QString inWords(const QList<ItemSound>& sounds);
+
+/// "Decoding: 12 %, 40.0 s left", of a share that is done after so many milliseconds.
+QString decodingInWords(double done, qint64 milliseconds);
 
 /// Decodes all files of a project that the book does not know decoded yet, on all cores.
 /// `keepGoing` is called by the caller's thread, thirty times a second, with the share of the bytes

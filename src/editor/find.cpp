@@ -91,6 +91,17 @@ void Finder::addFiles(const Project& project) {
     add({Place::Kind::Chime, lastNameOf(project.txtChimeFileName)});
 }
 
+std::optional<Place> placeOf(const Project& project, const TrackRecord& record) {
+    const QString item = record.itemName.text(), group = record.groupName.text();
+    const bool isTrack = isMusic(record);
+    Place place{.kind = isTrack ? Place::Kind::MusicFile : Place::Kind::SpeechFile, .text = item};
+    place.first =
+        int(isTrack ? project.lstMuList.indexOf(group) : project.lstSpTitles.indexOf(item));
+    place.second = int(isTrack ? tracksOfMusicList(project, group).indexOf(item)
+                               : project.lstLangs.indexOf(group));
+    return place.first >= 0 && place.second >= 0 ? std::optional(place) : std::nullopt;
+}
+
 QString placeInWords(const Project& project, const Place& place) {
     const QString list = project.lstMuList.value(place.first);
     switch (place.kind) {

@@ -3,6 +3,7 @@
 
 #include <QList>
 #include <QString>
+#include <optional>
 #include <utility>
 
 #include "model/project.h"
@@ -20,6 +21,9 @@ struct Place {
 
     bool operator==(const Place&) const = default;
 };
+
+/// The place of the track or title that a record is for; nothing where no line shows it.
+std::optional<Place> placeOf(const Project& project, const TrackRecord& record);
 
 /// What a place is and where: "Track in Harbour Morning", "File of Ropes in French".
 QString placeInWords(const Project& project, const Place& place);

@@ -32,6 +32,7 @@ struct WindowBench : CardBench {
     ReadyPrompts prompts;
     FakeInstance instance;
     LocalMp3Tags tags;
+    SoundBook sounds;
     Services services;
     Project current;
     ProjectSession session{current, services.files};
@@ -46,6 +47,7 @@ struct WindowBench : CardBench {
                    ownPrompts ? *ownPrompts : prompts,
                    tags,
                    instance,
+                   sounds,
                    scratch.path("app"),
                    scratch.makeFolder("user")} {
         project.cfDrive = withLastSeparator(job.root);
