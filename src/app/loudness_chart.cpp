@@ -55,7 +55,7 @@ QSize LoudnessChart::sizeHint() const {
 }
 
 void LoudnessChart::show(const QList<ChartFile>& files, const Words& words) {
-    constexpr double LeastRange = 8, MostRange = 24, Air = 1.1;
+    constexpr double LeastRange = 8, MostRange = 15, Air = 1.1;
     files_ = files;
     words_ = words;
     groups_.clear();
@@ -149,20 +149,28 @@ void LoudnessChart::paintEvent(QPaintEvent*) {
     }
     paintGroups(painter, layout, inks);
     painter.setRenderHint(QPainter::Antialiasing);
+    forEachBar(layout, [&](const QRect& pixels, BarLayout::Span files) {
+        paintBar(painter, pixels, files, inks);
+    });
+    // Over the bars beside them.
+    forEachBar(layout, [&](const QRect& pixels, BarLayout::Span files) {
+        paintMarks(painter, pixels, files, inks);
+    });
+    paintLegend(painter, inks);
+}
+
+// Every bar once, with the files that share it.
+void LoudnessChart::forEachBar(
+    const BarLayout& layout,
+    const std::function<void(const QRect& pixels, BarLayout::Span files)>& paint) const {
+    const QRect area = plot();
     for (int x = 0; x < layout.end();) {
         const BarLayout::Span files = layout.filesAt(x);
-        if (files.size() == 0) {
-            ++x;
-            continue;
-        }
-        const BarLayout::Span bar = layout.bar(files.from);
-        const int width = files.size() == 1 ? bar.size() : 1;
-        paintFiles(painter, {area.left() + x, area.top(), width, area.height()}, files, inks);
-        x += width;
-        while (width > 1 && layout.filesAt(x) == files)
-            ++x;  // the blank beside it
+        const BarLayout::Span bar = files.size() > 0 ? layout.bar(files.from) : BarLayout::Span();
+        if (bar.from == x)
+            paint({area.left() + x, area.top(), bar.size(), area.height()}, files);
+        x += std::max(1, bar.to - x);
     }
-    paintLegend(painter, inks);
 }
 
 // The median and the limits of each group, with its name below.
@@ -171,15 +179,11 @@ void LoudnessChart::paintGroups(QPainter& painter, const BarLayout& layout,
     constexpr int LeastLetters = 6;
     const QRect area = plot();
     const QFontMetrics metrics = painter.fontMetrics();
-    const auto number = [&](double limit, bool isLeft) {
-        const int width = isLeft ? area.left() : rect().right() - area.right();
-        const int space = metrics.averageCharWidth() / 2;
-        const QRect place(isLeft ? 0 : area.right(), int(yOf(limit)) - metrics.height() / 2, width,
-                          metrics.height());
-        const QString words =
-            limit == 0 ? u"0 LU"_s : u"%1%2 LU"_s.arg(limit > 0 ? u"+"_s : QString()).arg(limit);
-        painter.drawText(place.adjusted(space, 0, -space, 0),
-                         Qt::AlignVCenter | (isLeft ? Qt::AlignRight : Qt::AlignLeft), words);
+    const auto number = [&](double limit, int x, Qt::Alignment side) {
+        const int width = area.left() - metrics.averageCharWidth();
+        const QRect place(x, int(yOf(limit)) - metrics.height() / 2, width, metrics.height());
+        const QString sign = limit > 0 ? u"+"_s : QString();
+        painter.drawText(place, Qt::AlignVCenter | side, u"%1%2 LU"_s.arg(sign).arg(limit));
     };
     for (int i = 0; i < int(groups_.size()); ++i) {
         const BarLayout::Span span = layout.group(i);
@@ -195,18 +199,18 @@ void LoudnessChart::paintGroups(QPainter& painter, const BarLayout& layout,
         if (span.size() >= metrics.averageCharWidth() * LeastLetters)
             painter.drawText(below, Qt::AlignLeft | Qt::AlignVCenter,
                              metrics.elidedText(groups_[i].name, Qt::ElideRight, span.size()));
-        const bool isFirst = i == 0;
-        const bool isLast = i + 1 == int(groups_.size()) && limit != groups_.first().limit;
-        if (isFirst || isLast)
-            for (const double one : {limit, 0.0, -limit})
-                number(one, isFirst);
+        for (const double one : {limit, 0.0, -limit})
+            if (i == 0)
+                number(one, metrics.averageCharWidth() / 2, Qt::AlignRight);
+            else if (i + 1 == int(groups_.size()) && limit != groups_.first().limit)
+                number(one, to + metrics.averageCharWidth(), Qt::AlignLeft);
     }
 }
 
-// Those that share some pixels. What is beyond its limit looks out behind the others.
-void LoudnessChart::paintFiles(QPainter& painter, const QRect& pixels, BarLayout::Span files,
-                               const Inks& inks) const {
-    const auto bar = [&](bool isOutside, const QColor& ink) {
+// What is beyond its limit looks out behind the others.
+void LoudnessChart::paintBar(QPainter& painter, const QRect& pixels, BarLayout::Span files,
+                             const Inks& inks) const {
+    for (const bool isOutside : {true, false}) {
         double most = 0, least = 0;
         bool isThere = false;
         for (int i = files.from; i < files.to; ++i) {
@@ -219,23 +223,24 @@ void LoudnessChart::paintFiles(QPainter& painter, const QRect& pixels, BarLayout
         const double top = yOf(most), bottom = yOf(least);
         if (isThere)  // seen, even where it is on the median
             painter.fillRect(QRectF(pixels.left(), top - 0.5, pixels.width(), bottom - top + 1),
-                             ink);
-    };
-    bar(true, inks.warning);
-    bar(false, inks.bar);
-    bool isClipped = false, isUnheard = false;
-    for (int i = files.from; i < files.to; ++i) {
-        isClipped |= files_[i].isClipped;
-        isUnheard |= files_[i].isUnheard;
+                             isOutside ? inks.warning : inks.bar);
     }
+}
+
+void LoudnessChart::paintMarks(QPainter& painter, const QRect& pixels, BarLayout::Span files,
+                               const Inks& inks) const {
+    const auto some = [&](bool ChartFile::*mark) {
+        return std::any_of(files_.begin() + files.from, files_.begin() + files.to,
+                           [mark](const ChartFile& file) { return file.*mark; });
+    };
     const double x = pixels.left() + pixels.width() / 2.0;
-    if (isClipped)
+    if (some(&ChartFile::isClipped))
         paintMark(painter, {x, pixels.top() - fontMetrics().height() * 0.4}, true, inks);
-    if (isUnheard)
+    if (some(&ChartFile::isUnheard))
         paintMark(painter, {x, yOf(0)}, false, inks);
 }
 
-// A triangle for clipped, a cross for unheard; beside many others as thin as can be seen.
+// A triangle for clipped, a cross for unheard.
 void LoudnessChart::paintMark(QPainter& painter, const QPointF& at, bool isClipped,
                               const Inks& inks) const {
     const double size = fontMetrics().height() * 0.22;

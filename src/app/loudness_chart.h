@@ -58,7 +58,12 @@ class LoudnessChart : public QWidget {
     int standingOut(BarLayout::Span files) const;
     double yOf(double difference) const;
     void paintGroups(QPainter& painter, const BarLayout& layout, const Inks& inks) const;
-    void paintFiles(QPainter& painter, const QRect& pixels, BarLayout::Span files,
+    void forEachBar(
+        const BarLayout& layout,
+        const std::function<void(const QRect& pixels, BarLayout::Span files)>& paint) const;
+    void paintBar(QPainter& painter, const QRect& pixels, BarLayout::Span files,
+                  const Inks& inks) const;
+    void paintMarks(QPainter& painter, const QRect& pixels, BarLayout::Span files,
                     const Inks& inks) const;
     void paintMark(QPainter& painter, const QPointF& at, bool isClipped, const Inks& inks) const;
     void paintLegend(QPainter& painter, const Inks& inks) const;

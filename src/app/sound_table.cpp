@@ -30,8 +30,8 @@ const ColumnLook& lookOf(int column) {
         {u"Length"_s, u"Minutes and seconds"_s, 8},
         {u"Format"_s, u"Sample rate, channels and bit rate"_s, 28},
         {u"LUFS"_s, u"Loudness of the whole file"_s, 7},
-        {u"LU"_s, u"How much louder than the median of its list; announcements: of all"_s, 7},
-        {u"dBTP"_s, u"True peak; above 0 it is clipped"_s, 7},
+        {u"LU"_s, u"How much louder than the median of its list; announcements: of all"_s, 8},
+        {u"dBTP"_s, u"True peak; above 0 it is clipped"_s, 8},
         {u"Before"_s, u"Silence at its start, in seconds"_s, 8},
         {u"After"_s, u"Silence at its end, in seconds"_s, 8},
         {u"To Look At"_s, u"What is wrong with it"_s, 30}};
@@ -262,7 +262,9 @@ SoundTable::SoundTable(SoundModel* model, QWidget* parent) : QTableView(parent) 
     header->setStretchLastSection(true);
     setSortingEnabled(true);
     for (int column = 0; column < SoundModel::ColumnCount; ++column)
-        setColumnWidth(column, lookOf(column).characters * fontMetrics().averageCharWidth());
+        setColumnWidth(column,
+                       std::max(lookOf(column).characters * fontMetrics().averageCharWidth(),
+                                header->sectionSizeHint(column)));
 }
 
 // Some rows can always be seen.

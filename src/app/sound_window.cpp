@@ -61,7 +61,7 @@ void decodeBehindProgress(const SourceFiles& sources, SoundBook& book, QWidget* 
 }
 
 // Music list by list, then the announcements language by language, each as its page has them.
-QList<ItemSound> inOrderOfLists(const Project& project, QList<ItemSound> sounds) {
+QList<ItemSound> inOrderOfLists(const Project& project, const QList<ItemSound>& sounds) {
     const auto rowsOf = [](const QStringList& lines) {
         QHash<QString, int> rows;
         for (qsizetype row = lines.size(); row-- > 0;)
@@ -75,18 +75,20 @@ QList<ItemSound> inOrderOfLists(const Project& project, QList<ItemSound> sounds)
     QHash<QString, QHash<QString, int>> tracks;
     for (const QString& list : project.lstMuList)
         tracks.insert(list, rowsOf(index.tracks(list)));
-    using Key = std::tuple<bool, int, int>;
-    QList<std::pair<Key, ItemSound>> keyed;
+    using Key = std::tuple<bool, int, int, qsizetype>;
+    QList<Key> keys;
     for (const ItemSound& sound : sounds) {
         const QString item = sound.record->itemName.text(), group = sound.record->groupName.text();
         const bool isTrack = isMusic(*sound.record);
-        keyed.append({{!isTrack, isTrack ? lists.value(group) : languages.value(group),
-                       isTrack ? tracks[group].value(item) : titles.value(item)},
-                      sound});
+        keys.append({!isTrack, isTrack ? lists.value(group) : languages.value(group),
+                     isTrack ? tracks[group].value(item) : titles.value(item), keys.size()});
     }
-    std::ranges::stable_sort(keyed, {}, [](const auto& one) { return one.first; });
-    std::ranges::transform(keyed, sounds.begin(), [](const auto& one) { return one.second; });
-    return sounds;
+    std::sort(keys.begin(), keys.end());
+    QList<ItemSound> ordered;
+    ordered.reserve(sounds.size());
+    for (const Key& key : keys)
+        ordered.append(sounds[std::get<qsizetype>(key)]);
+    return ordered;
 }
 
 ChartFile chartFile(const ItemSound& item) {
@@ -239,7 +241,8 @@ void SoundWindow::copy() const {
 QString SoundWindow::describe(int sound) const {
     const auto text = [&](int column) { return model_->text(sound, column); };
     QString words = u"%1 (%2)"_s.arg(text(SoundModel::ItemColumn), text(SoundModel::GroupColumn));
-    if (sounds_[sound].sound && sounds_[sound].sound->whole)
+    if (const auto& known = sounds_[sound].sound;
+        known && known->whole && known->whole->loudness > WholeLook::Silent)
         words += u": %1 LUFS, %2 LU, %3 dBTP"_s.arg(text(SoundModel::LoudnessColumn),
                                                     text(SoundModel::DifferenceColumn),
                                                     text(SoundModel::PeakColumn));
