@@ -199,7 +199,9 @@ void LoudnessChart::paintGroups(QPainter& painter, const BarLayout& layout,
         if (span.size() >= metrics.averageCharWidth() * LeastLetters)
             painter.drawText(below, Qt::AlignLeft | Qt::AlignVCenter,
                              metrics.elidedText(groups_[i].name, Qt::ElideRight, span.size()));
-        for (const double one : {limit, 0.0, -limit})
+        const bool hasRoom = yOf(-limit) - yOf(limit) > 2 * metrics.height();
+        for (const double one :
+             hasRoom ? QList<double>{limit, 0, -limit} : QList<double>{limit, -limit})
             if (i == 0)
                 number(one, metrics.averageCharWidth() / 2, Qt::AlignRight);
             else if (i + 1 == int(groups_.size()) && limit != groups_.first().limit)
@@ -264,7 +266,7 @@ void LoudnessChart::paintLegend(QPainter& painter, const Inks& inks) const {
     const QFontMetrics metrics = painter.fontMetrics();
     const int line = metrics.height(), sign = line * 3 / 4, gap = metrics.averageCharWidth();
     const double middle = rect().bottom() - line / 2.0 - 1;
-    int x = plot().left();
+    int x = gap;
     const auto say = [&](const QString& words) {
         painter.setPen(inks.quiet);
         const int width = metrics.horizontalAdvance(words);
@@ -276,9 +278,9 @@ void LoudnessChart::paintLegend(QPainter& painter, const Inks& inks) const {
         painter.fillRect(QRectF(x, middle - sign / 2.0, sign, sign), ink);
     };
     square(inks.bar);
-    say(u"as loud as the others"_s);
+    say(u"within limits"_s);
     square(inks.warning);
-    say(u"too loud or too quiet"_s);
+    say(u"beyond limits"_s);
     paintMark(painter, {x + sign / 2.0, middle}, true, inks);
     say(u"clipped"_s);
     paintMark(painter, {x + sign / 2.0, middle}, false, inks);

@@ -27,20 +27,19 @@ const ColumnLook& lookOf(int column) {
     static const ColumnLook Looks[] = {
         {u"Item"_s, u"Track or speech title"_s, 21},
         {u"List or Language"_s, u"Music list or language"_s, 17},
+        {u"To Look At"_s, u"What is wrong with it"_s, 32},
         {u"Length"_s, u"Minutes and seconds"_s, 8},
-        {u"Format"_s, u"Sample rate, channels and bit rate"_s, 28},
         {u"LUFS"_s, u"Loudness of the whole file"_s, 7},
         {u"LU"_s, u"How much louder than the median of its list; announcements: of all"_s, 8},
         {u"dBTP"_s, u"True peak; above 0 it is clipped"_s, 8},
         {u"Before"_s, u"Silence at its start, in seconds"_s, 8},
         {u"After"_s, u"Silence at its end, in seconds"_s, 8},
-        {u"To Look At"_s, u"What is wrong with it"_s, 30}};
+        {u"Format"_s, u"Sample rate, channels and bit rate"_s, 24}};
     return Looks[column];
 }
 
 bool isNumber(int column) {
-    return column == SoundModel::LengthColumn ||
-           (column >= SoundModel::LoudnessColumn && column <= SoundModel::EndColumn);
+    return column >= SoundModel::LengthColumn && column <= SoundModel::EndColumn;
 }
 
 qint64 lengthOf(const KnownSound& sound) {
@@ -261,10 +260,13 @@ SoundTable::SoundTable(SoundModel* model, QWidget* parent) : QTableView(parent) 
     header->setSortIndicator(-1, Qt::AscendingOrder);
     header->setStretchLastSection(true);
     setSortingEnabled(true);
-    for (int column = 0; column < SoundModel::ColumnCount; ++column)
+    for (int column = 0; column < SoundModel::ColumnCount; ++column) {
+        const ColumnLook& look = lookOf(column);
+        const int character = fontMetrics().averageCharWidth();
         setColumnWidth(column,
-                       std::max(lookOf(column).characters * fontMetrics().averageCharWidth(),
-                                header->sectionSizeHint(column)));
+                       std::max(look.characters * character,
+                                fontMetrics().horizontalAdvance(look.name) + 2 * character));
+    }
 }
 
 // Some rows can always be seen.

@@ -18,14 +18,14 @@ class SoundModel : public QAbstractTableModel {
     enum Column {
         ItemColumn,
         GroupColumn,
+        WordsColumn,
         LengthColumn,
-        FormatColumn,
         LoudnessColumn,
         DifferenceColumn,
         PeakColumn,
         StartColumn,
         EndColumn,
-        WordsColumn,
+        FormatColumn,
         ColumnCount
     };
 

@@ -56,8 +56,7 @@ void decodeBehindProgress(const SourceFiles& sources, SoundBook& book, QWidget* 
     const std::unique_ptr<QThread> keeping(QThread::create([&book] { book.save(); }));
     keeping->start();
     while (!keeping->wait(LooksEveryMs))
-        if (progress.isVisible())
-            QCoreApplication::processEvents();
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
 // Music list by list, then the announcements language by language, each as its page has them.
@@ -144,6 +143,7 @@ SoundWindow::SoundWindow(const Project& project, const QList<ItemSound>& sounds,
     summary->setWordWrap(true);
     summary->setObjectName(u"lblSoundSummary"_s);
     chart_->setObjectName(u"chartSound"_s);
+    chart_->setAccessibleDescription(summary->text());
     table_->setObjectName(u"tblSound"_s);
     table_->setAccessibleName(u"Sound of the files"_s);
     words_->setObjectName(u"lblSound"_s);
