@@ -7,6 +7,7 @@
 #include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QHash>
+#include <QItemSelectionModel>
 #include <QLabel>
 #include <QProgressDialog>
 #include <QPushButton>
@@ -15,12 +16,12 @@
 #include <QThread>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <tuple>
 
 #include "app/loudness_chart.h"
 #include "app/sound_table.h"
-#include "sound/sound_words.h"
 
 namespace tessaly {
 
@@ -30,10 +31,9 @@ namespace {
 
 const QString Title = u"Check Sound"_s;
 
-// Decodes what is not known yet, and lets the window live meanwhile behind a box with Cancel. What
-// was done is kept for the next start at once, for it may have taken an hour.
+// Decodes what is not known yet, and lets the window live meanwhile behind a box with Cancel.
 void decodeBehindProgress(const SourceFiles& sources, SoundBook& book, QWidget* parent) {
-    constexpr int AppearsAfterMs = 50, Steps = 1000, LooksEveryMs = 30;
+    constexpr int AppearsAfterMs = 50, Steps = 1000;
     QProgressDialog progress({}, u"Cancel"_s, 0, Steps, parent);
     progress.setWindowTitle(Title);
     progress.setWindowModality(Qt::ApplicationModal);
@@ -53,9 +53,14 @@ void decodeBehindProgress(const SourceFiles& sources, SoundBook& book, QWidget* 
             QCoreApplication::processEvents();
         return !progress.wasCanceled();
     });
-    const std::unique_ptr<QThread> keeping(QThread::create([&book] { book.save(); }));
-    keeping->start();
-    while (!keeping->wait(LooksEveryMs))
+}
+
+// Does some work on a thread of its own. The window lives meanwhile, but takes no clicks.
+void waitFor(const std::function<void()>& work) {
+    constexpr int LooksEveryMs = 30;
+    const std::unique_ptr<QThread> thread(QThread::create(work));
+    thread->start();
+    while (!thread->wait(LooksEveryMs))
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
@@ -121,14 +126,19 @@ std::optional<Place> showSoundCheck(const Project& project, const Services& serv
         return {};
     }
     decodeBehindProgress(sources, services.sounds, parent);
-    SoundWindow window(asItIs, soundsOf(asItIs, sources, services.sounds), parent);
+    QList<ItemSound> sounds;
+    waitFor([&] {
+        services.sounds.save();  // it may have taken an hour
+        sounds = inOrderOfLists(asItIs, soundsOf(asItIs, sources, services.sounds));
+    });
+    SoundWindow window(asItIs, sounds, parent);
     return window.exec() == QDialog::Accepted ? window.place() : std::nullopt;
 }
 
 SoundWindow::SoundWindow(const Project& project, const QList<ItemSound>& sounds, QWidget* parent)
     : QDialog(parent),
       project_(project),
-      sounds_(inOrderOfLists(project, sounds)),
+      sounds_(sounds),
       model_(new SoundModel(sounds_, fontMetrics(), this)),
       table_(new SoundTable(model_, this)),
       chart_(new LoudnessChart(this)),

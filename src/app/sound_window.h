@@ -30,7 +30,7 @@ class SoundWindow : public QDialog {
     Q_OBJECT
 
  public:
-    /// `sounds` are those of `project`, which must not change meanwhile.
+    /// `sounds` are those of `project`, those of a list together.
     SoundWindow(const Project& project, const QList<ItemSound>& sounds, QWidget* parent);
 
     /// The place of the row that was chosen when it was accepted.
@@ -46,7 +46,7 @@ class SoundWindow : public QDialog {
     QString describe(int sound) const;
 
     const Project project_;
-    const QList<ItemSound> sounds_;  // in the order of the lists
+    const QList<ItemSound> sounds_;
     SoundModel* model_;
     SoundTable* table_;
     LoudnessChart* chart_;
