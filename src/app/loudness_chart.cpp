@@ -62,8 +62,9 @@ void LoudnessChart::show(const QList<ChartFile>& files, const Words& words) {
     sizes_.clear();
     double most = LeastRange;
     for (const ChartFile& file : files_) {
-        if (groups_.isEmpty() || groups_.last().name != file.group) {
-            groups_.append({file.group, file.limit});
+        const Group group{file.group, file.limit};
+        if (groups_.isEmpty() || groups_.last() != group) {
+            groups_.append(group);
             sizes_.append(0);
         }
         ++sizes_.last();
@@ -137,7 +138,7 @@ void LoudnessChart::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const Inks inks(palette());
     painter.fillRect(rect(), inks.ground);
-    if (files_.isEmpty())
+    if (files_.isEmpty() || plot().isEmpty())
         return;
     const BarLayout layout = this->layout();
     const QRect area = plot();
@@ -199,9 +200,10 @@ void LoudnessChart::paintGroups(QPainter& painter, const BarLayout& layout,
         if (span.size() >= metrics.averageCharWidth() * LeastLetters)
             painter.drawText(below, Qt::AlignLeft | Qt::AlignVCenter,
                              metrics.elidedText(groups_[i].name, Qt::ElideRight, span.size()));
-        const bool hasRoom = yOf(-limit) - yOf(limit) > 2 * metrics.height();
-        for (const double one :
-             hasRoom ? QList<double>{limit, 0, -limit} : QList<double>{limit, -limit})
+        QList<double> numbers{limit, -limit};
+        if (yOf(-limit) - yOf(limit) > 2 * metrics.height())
+            numbers.append(0);
+        for (const double one : numbers)
             if (i == 0)
                 number(one, metrics.averageCharWidth() / 2, Qt::AlignRight);
             else if (i + 1 == int(groups_.size()) && limit != groups_.first().limit)

@@ -71,6 +71,7 @@ class LoudnessChart : public QWidget {
     struct Group {
         QString name;
         double limit = 0;
+        bool operator==(const Group&) const = default;
     };
 
     QList<ChartFile> files_;
