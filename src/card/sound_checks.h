@@ -53,7 +53,8 @@ QString inWords(const QList<ItemSound>& sounds);
 /// "Decoding: 12 %, 40.0 s left", of a share that is done after so many milliseconds.
 QString decodingInWords(double done, qint64 milliseconds);
 
-/// Decodes all files of a project that the book does not know decoded yet, on all cores.
+/// Decodes all files of a project that the book does not know decoded yet, on all cores, after the
+/// quick look at those that it does not know at all. The caller's thread reads none of them.
 /// `keepGoing` is called by the caller's thread, thirty times a second, with the share of the bytes
 /// that is done, 0 to 1; false ends it, with what is done by then in the book. Returns false when
 /// it was ended.
