@@ -30,6 +30,7 @@ CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services
       totals_(totals) {
     ui_->setupUi(widget());
     ui_->fraSilentTracks->addBeside(ui_->buttGiveFiles);
+    ui_->fraSound->addBeside(ui_->buttCheckSound);
     ui_->fraCC7->addBeside(ui_->buttFindMissing);
     ui_->fraCC4->addAbove(ui_->lblSelectPrompt, ui_->buttSelectCF);
     ui_->fraCC5->addBeside(ui_->buttCFCheckAgain);
@@ -52,6 +53,7 @@ CreateCardPage::CreateCardPage(ProjectSession& session, const Services& services
     clicked(ui_->buttCreateXD3, &CreateCardPage::buttCreateXD3_Click);
     clicked(ui_->buttUpdateFirmware, &CreateCardPage::buttUpdateFirmware_Click);
     clicked(ui_->buttGiveFiles, &CreateCardPage::buttGiveFiles_Click);
+    connect(ui_->buttCheckSound, &QPushButton::clicked, this, &CreateCardPage::checkSoundChosen);
     connect(ui_->fraSound->findChild<QListWidget*>(), &QListWidget::itemActivated, this,
             [this](QListWidgetItem* item) { lstSound_Activated(item->listWidget()->row(item)); });
     clicked(ui_->buttCancelWrite, &CreateCardPage::buttCancelWrite_Click);

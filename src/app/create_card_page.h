@@ -79,6 +79,8 @@ class CreateCardPage : public Page {
     void totalsMeasured();
     /// The operator wants to see an item that a check is about.
     void placeChosen(const Place& place);
+    /// The operator wants to know how the files sound.
+    void checkSoundChosen();
     /// A card is about to be written.
     void writing();
     /// The operator wants to look for files that are missing.

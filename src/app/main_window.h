@@ -64,6 +64,7 @@ class MainWindow : public QMainWindow {
     void mnuFileSaveWithFiles_Click();
     void mnuFileRecover_Click();
     void mnuFileFindMissing_Click();
+    void mnuFileCheckSound_Click();
     void mnuFileExit_Click();
     void mnuHelpManual_Click();
     void mnuHelpKeys_Click();

@@ -5,12 +5,14 @@
 #include <QShortcut>
 
 #include "app/about_window.h"
+#include "app/create_card_page.h"
 #include "app/find_bar.h"
 #include "app/keys_window.h"
 #include "app/recent_menu.h"
 #include "app/relink_dialog.h"
 #include "app/session_status.h"
 #include "app/small_widgets.h"
+#include "app/sound_window.h"
 #include "ui_main_window.h"
 
 namespace tessaly {
@@ -39,6 +41,7 @@ void MainWindow::connectMenus() {
     triggered(ui_->mnuFileSaveWithFiles, &MainWindow::mnuFileSaveWithFiles_Click);
     triggered(ui_->mnuFileRecover, &MainWindow::mnuFileRecover_Click);
     triggered(ui_->mnuFileFindMissing, &MainWindow::mnuFileFindMissing_Click);
+    triggered(ui_->mnuFileCheckSound, &MainWindow::mnuFileCheckSound_Click);
     triggered(ui_->mnuFileExit, &MainWindow::mnuFileExit_Click);
     triggered(ui_->mnuHelpManual, &MainWindow::mnuHelpManual_Click);
     triggered(ui_->mnuHelpKeys, &MainWindow::mnuHelpKeys_Click);
@@ -65,6 +68,7 @@ void MainWindow::addIcons() {
     set(ui_->mnuFileSaveWithFiles, u"folder-new"_s, QStyle::SP_DirIcon);
     set(ui_->mnuFileRecover, u"document-revert"_s, QStyle::SP_BrowserReload);
     set(ui_->mnuFileFindMissing, u"system-search"_s, QStyle::SP_FileDialogContentsView);
+    set(ui_->mnuFileCheckSound, u"audio-volume-medium"_s, QStyle::SP_MediaVolume);
     set(ui_->mnuFileExit, u"application-exit"_s, QStyle::SP_DialogCloseButton);
     set(findChild<QAction*>(u"mnuEditUndo"_s), u"edit-undo"_s, QStyle::SP_ArrowBack);
     set(findChild<QAction*>(u"mnuEditRedo"_s), u"edit-redo"_s, QStyle::SP_ArrowForward);
@@ -106,6 +110,14 @@ void MainWindow::mnuFileFindMissing_Click() {
     history_.edited(view());
     measure();
     tellUnsavablePaths(services_.prompts, found);
+}
+
+// Not beside a run, which would stand still while the dialog is there.
+void MainWindow::mnuFileCheckSound_Click() {
+    createCard_->afterRun([this] {
+        if (const auto place = showSoundCheck(session_.project, services_, this))
+            goTo(*place);
+    });
 }
 
 void MainWindow::mnuHelpManual_Click() {

@@ -125,6 +125,8 @@ void MainWindow::addPages() {
     ui_->Tabs->addTab(createCard_, u"Create Card"_s);
     connect(createCard_, &CreateCardPage::totalsMeasured, this, &MainWindow::showTotals);
     connect(createCard_, &CreateCardPage::placeChosen, this, &MainWindow::goTo);
+    connect(createCard_, &CreateCardPage::checkSoundChosen, this,
+            &MainWindow::mnuFileCheckSound_Click);
     connect(createCard_, &CreateCardPage::writing, listening_, &Listening::stop);
     connect(listening_, &Listening::changed, this, &MainWindow::showPlaying);
     connect(createCard_, &CreateCardPage::findMissingChosen, this,

@@ -182,7 +182,7 @@ CardControls cardControls(const CardChecks& checks, bool updateFirmware, bool ca
             .buttFindMissing = !checks.missingFiles.isEmpty(),
             .fraSilentTracks = checks.hasItems && isAnySilent,
             .fraEmptyFiles = checks.emptyFiles.verdict == Verdict::Yellow,
-            .fraSound = checks.sound.verdict != Verdict::Green && !checks.sound.text.isEmpty(),
+            .fraSound = checks.hasItems && !checks.sound.text.isEmpty(),
             .fraCC7 = problemsOf(checks).verdict == Verdict::Red};
 }
 

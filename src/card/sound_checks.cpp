@@ -9,6 +9,7 @@
 #include <cmath>
 #include <utility>
 
+#include "card/card_writer.h"
 #include "model/numbers.h"
 #include "sound/sound_words.h"
 
@@ -59,6 +60,13 @@ QString ItemSound::problem() const {
     return problems.join(u"; "_s);
 }
 
+QString ItemSound::finding() const {
+    if (isMissing)
+        return u"file not found"_s;
+    const bool isUnreadable = sound && sound->quick.finding == QuickLook::Finding::Missing;
+    return isUnreadable ? u"cannot be read"_s : problem();
+}
+
 bool ItemSound::isTooLoudOrQuiet() const {
     return std::abs(difference) > (isMusic(*record) ? MostMusicDifference : MostSpeechDifference);
 }
@@ -90,6 +98,10 @@ ItemSound soundOf(const TrackRecord& record, bool isThere, const std::optional<K
     if (sound && sound->whole)
         item.difference = medians.difference(record, sound->whole->loudness);
     return item;
+}
+
+bool ItemSound::isDecodingDue() const {
+    return !isMissing && (!sound || (sound->quick.hasSound() && !sound->whole));
 }
 
 QList<ItemSound> soundsOf(const Project& project, const SourceFiles& sources,
@@ -145,6 +157,25 @@ void lookAtAll(const SourceFiles& sources, SoundBook& book) {
     workers.waitForDone();
 }
 
+QString inWords(const QList<ItemSound>& sounds) {
+    qsizetype findings = 0, toDecode = 0;
+    for (const ItemSound& item : sounds) {
+        findings += !item.finding().isEmpty();
+        toDecode += item.isDecodingDue();
+    }
+    const QString words =
+        u"%1, %2 with something to look at"_s.arg(counted(sounds.size(), u"file"_s)).arg(findings);
+    return toDecode == 0 ? words : words + u", %1 not decoded yet"_s.arg(toDecode);
+}
+
+QString decodingInWords(double done, qint64 milliseconds) {
+    constexpr double TooEarlyToTell = 0.02;
+    const QString words = u"Decoding: %1 %"_s.arg(int(done * 100), 3);
+    return done < TooEarlyToTell ? words
+                                 : words + u", %1 left"_s.arg(durationText(
+                                               qint64(double(milliseconds) * (1 - done) / done)));
+}
+
 bool decodeAll(const SourceFiles& sources, SoundBook& book,
                const std::function<bool(double)>& keepGoing) {
     constexpr int MsBetween = 30;
@@ -156,7 +187,7 @@ bool decodeAll(const SourceFiles& sources, SoundBook& book,
             continue;
         taken.insert(source.path);
         const auto known = book.known(source.path, stampOf(source));
-        if ((known && known->whole) || !book.quick(source.path, stampOf(source)).hasSound())
+        if (known && (known->whole || !known->quick.hasSound()))
             continue;
         files.append(source);
         total += *source.size;
@@ -178,11 +209,13 @@ bool decodeAll(const SourceFiles& sources, SoundBook& book,
                     done += now - std::exchange(counted, now);
                     return !isEnded;
                 };
-                const WholeLook whole = wholeLook(source.path, goesOn);
-                if (isEnded)
-                    return;
+                if (book.quick(source.path, stampOf(source)).hasSound()) {
+                    const WholeLook whole = wholeLook(source.path, goesOn);
+                    if (isEnded)
+                        return;
+                    book.keep(source.path, stampOf(source), whole);
+                }
                 goesOn(1);
-                book.keep(source.path, stampOf(source), whole);
             }
         });
     while (!workers.waitForDone(MsBetween))

@@ -28,7 +28,11 @@ struct ItemSound {
 
     /// Everything that is wrong with it, in words; empty when nothing is known to be.
     QString problem() const;
+    /// The same, or that it is missing or cannot be read.
+    QString finding() const;
     bool isTooLoudOrQuiet() const;
+    /// There is more to learn of it by decoding it.
+    bool isDecodingDue() const;
 };
 
 /// How loud the files of a project are in the middle: the tracks of each list, and all
@@ -67,7 +71,14 @@ CheckResult checkSound(const QList<ItemSound>& sounds);
 /// Takes the quick look at all files of a project that the book does not know yet, on all cores.
 void lookAtAll(const SourceFiles& sources, SoundBook& book);
 
-/// Decodes all files of a project that the book does not know decoded yet, on all cores.
+/// "32 files, 4 with something to look at", and how many are not decoded yet.
+QString inWords(const QList<ItemSound>& sounds);
+
+/// "Decoding: 12 %, 40.0 s left", of a share that is done after so many milliseconds.
+QString decodingInWords(double done, qint64 milliseconds);
+
+/// Decodes all files of a project that the book does not know decoded yet, on all cores, after the
+/// quick look at those that it does not know at all. The caller's thread reads none of them.
 /// `keepGoing` is called by the caller's thread, thirty times a second, with the share of the bytes
 /// that is done, 0 to 1; false ends it, with what is done by then in the book. Returns false when
 /// it was ended.

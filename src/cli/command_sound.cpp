@@ -5,11 +5,9 @@
 #include <cstdio>
 
 #include "card/card_files.h"
-#include "card/card_writer.h"
 #include "card/sound_checks.h"
 #include "cli/commands.h"
 #include "cli/console.h"
-#include "model/numbers.h"
 #include "platform/local_file_system.h"
 #include "sound/sound_words.h"
 
@@ -29,13 +27,9 @@ class DecodingDisplay {
     }
 
     void show(double done) {
-        constexpr double TooEarlyToTell = 0.02;
         if (!outputIsTerminal())
             return;
-        const auto left = qint64(double(timer_.elapsed()) * (1 - done) / std::max(done, 1e-6));
-        std::fprintf(
-            stderr, "\r\033[KDecoding: %3d %%%s", int(done * 100),
-            done < TooEarlyToTell ? "" : qPrintable(u", "_s + durationText(left) + u" left"_s));
+        std::fprintf(stderr, "\r\033[K%s", qPrintable(decodingInWords(done, timer_.elapsed())));
         std::fflush(stderr);
         isShown_ = true;
     }
@@ -44,13 +38,6 @@ class DecodingDisplay {
     QElapsedTimer timer_;
     bool isShown_ = false;
 };
-
-QString decibels(double value, bool isSigned = false) {
-    if (value <= WholeLook::Silent)
-        return u"-"_s;
-    const QString number = QString::number(value, 'f', 1);
-    return isSigned && value >= 0 ? u'+' + number : number;
-}
 
 QJsonValue toJson(double value) {
     return value <= WholeLook::Silent ? QJsonValue() : QJsonValue(value);
@@ -87,12 +74,12 @@ QStringList row(const ItemSound& item) {
     QStringList cells = {record.itemName.text(), record.groupName.text()};
     if (item.sound && item.sound->whole) {
         const WholeLook& whole = *item.sound->whole;
-        cells << inMinutes(whole.milliseconds) << decibels(whole.loudness)
-              << decibels(item.difference, true) << decibels(whole.truePeak, true);
+        cells << inMinutes(whole.milliseconds) << inDecibels(whole.loudness)
+              << inDecibels(item.difference, true) << inDecibels(whole.truePeak, true);
     } else {
         cells << u"-"_s << u"-"_s << u"-"_s << u"-"_s;
     }
-    return cells << (item.isMissing ? u"file not found"_s : item.problem());
+    return cells << item.finding();
 }
 
 }  // namespace
@@ -121,15 +108,11 @@ int soundCommand(const SoundOptions& options) {
     }
     QList<QStringList> rows = {
         {u"item"_s, u"group"_s, u"length"_s, u"LUFS"_s, u"LU"_s, u"dBTP"_s, QString()}};
-    qsizetype problems = 0;
-    for (const ItemSound& item : sounds) {
+    for (const ItemSound& item : sounds)
         rows.append(row(item));
-        problems += item.isMissing || !item.problem().isEmpty();
-    }
     printTable(rows, {2, 3, 4, 5});
     print();
-    print(u"%1, %2 with something to look at."_s.arg(counted(sounds.size(), u"file"_s))
-              .arg(problems));
+    print(inWords(sounds) + u'.');
     return Done;
 }
 

@@ -13,6 +13,14 @@ QString inMinutes(qint64 milliseconds) {
     return u"%1:%2"_s.arg(seconds / 60).arg(seconds % 60, 2, 10, QChar(u'0'));
 }
 
+QString inDecibels(double value, bool isSigned) {
+    if (value <= WholeLook::Silent)
+        return u"-"_s;
+    const double shown = std::round(value * 10) / 10 + 0.0;  // not "-0.0"
+    const QString number = QString::number(shown, 'f', 1);
+    return isSigned && shown >= 0 ? u'+' + number : number;
+}
+
 QString formatInWords(const QuickLook& look) {
     if (!look.hasSound())
         return {};

@@ -14,6 +14,9 @@ namespace tessaly {
 /// "3:45", of 65 minutes "65:00". Less than a second counts as none.
 QString inMinutes(qint64 milliseconds);
 
+/// "-12.3", with a plus before what is not below 0 if `isSigned`; "-" instead of no number.
+QString inDecibels(double value, bool isSigned = false);
+
 /// "44.1 kHz, stereo, 128 kbit/s", with "about" where the bit rate changes; empty without sound.
 QString formatInWords(const QuickLook& look);
 

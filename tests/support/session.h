@@ -95,6 +95,7 @@ class Session : public QObject {
     bool playNext();
     void showChanges();
     void run(const QString& program, const QStringList& arguments, bool isSilent = false);
+    std::pair<QWidget*, QPoint> target(const QString& name);
     void clickOn(const QString& name, Qt::MouseButton button, bool isDouble = false);
     void chooseRow(const QString& rest, Qt::KeyboardModifiers keys);
     QWidget* named(const QString& name);

@@ -76,8 +76,16 @@ QWidget* Session::named(const QString& name) {
     return widget;
 }
 
+// NAME, or NAME @ X for so many pixels from its left edge.
+std::pair<QWidget*, QPoint> Session::target(const QString& name) {
+    auto [widget, at] = targetOf(named(name.section(" @ ", 0, 0)));
+    if (const QString x = name.section(" @ ", 1); !x.isEmpty())
+        at.setX(x.toInt());
+    return {widget, at};
+}
+
 void Session::clickOn(const QString& name, Qt::MouseButton button, bool isDouble) {
-    const auto [widget, at] = targetOf(named(name));
+    const auto [widget, at] = target(name);
     if (widget && isDouble)
         doubleClick(widget, at);
     else if (widget)
@@ -134,6 +142,9 @@ void Session::addKeysAndClicks() {
         QGuiApplication::clipboard()->setText(text);
         QGuiApplication::clipboard()->setText(text, QClipboard::Selection);
     };
+    verbs["clipboard"] = [this](const QString&) {
+        say(QGuiApplication::clipboard()->text().replace('\t', " ; ").replace('\n', " / "));
+    };
     verbs["drop"] = [this](const QString& rest) {
         if (QWidget* widget = named(rest.section(' ', 0, 0)))
             say(drop(widget, spotOn(widget), rest.section(' ', 1), false) ? "as a copy"
@@ -187,7 +198,7 @@ void Session::addKeysAndClicks() {
             QApplication::sendEvent(focus, &done);
     };
     verbs["hover"] = [this](const QString& name) {
-        if (const auto [widget, at] = targetOf(named(name)); widget) {
+        if (const auto [widget, at] = target(name); widget) {
             QHelpEvent event(QEvent::ToolTip, at, widget->mapToGlobal(at));
             QApplication::sendEvent(widget, &event);
             say("tip \"" + QToolTip::text().replace('\n', " / ") + '"');
