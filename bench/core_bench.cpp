@@ -227,12 +227,18 @@ int main(int argc, char** argv) {
     promises.check("9,995 missing files among 50,000", ms["findMissing/9995"], 5000, "ms");
     promises.check("import a folder of 9,000 : TagLib alone",
                    reporter.ratios("importFolderOf9000", "tagLibAlone"), 1.2, "x");
+    promises.check("quick look at 9,000 files : reading them",
+                   reporter.ratios("quickLooks", "readEnds"), 2, "x");
+    promises.check("the same again : one stat each",
+                   reporter.ratios("quickLooksAgain", "statAlone"), 1.3, "x");
+    promises.check("decode a minute, 44.1 kHz stereo (200 x)", ms["decodeSeconds/60"], 300, "ms");
     const char* pairs[][2] = {{"image/1500", "image/3000"},
                               {"hex/32768", "hex/65536"},
                               {"writeProject/9995", "writeProject/19990"},
                               {"readProjectBytes/9995", "readProjectBytes/19990"},
                               {"checks/300", "checks/600"},
                               {"manyLists/40000", "manyLists/80000"},
+                              {"decodeSeconds/60", "decodeSeconds/120"},
                               {"summary/4997", "summary/9995"}};
     // Twice the work misses the processor's caches more often; work that grows as a square takes 4.
     for (const auto& [once, twice] : pairs)

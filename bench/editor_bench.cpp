@@ -8,6 +8,7 @@
 
 #include <QFile>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 #include <stdexcept>
 
 #include "editor/list_import.h"
@@ -17,6 +18,9 @@
 #include "platform/local_file_system.h"
 #include "platform/mp3_tags.h"
 #include "platform/paths.h"
+#include "platform/seekable_file.h"
+#include "sound/sound_book.h"
+#include "sound/whole_look.h"
 
 using namespace tessaly;
 
@@ -152,5 +156,65 @@ void importFolderOf9000(benchmark::State& state) {
     }
 }
 BENCHMARK(importFolderOf9000);
+
+// ---- sound -------------------------------------------------------------------------------------
+
+// The bytes that a quick look reads of each file, and nothing else.
+void readEnds(benchmark::State& state) {
+    const QStringList names = mp3FilesIn(LocalFileSystem(), tagged().path());
+    for (auto _ : state)
+        for (const QString& name : names) {
+            SeekableFile file(pathIn(tagged().path(), name));
+            benchmark::DoNotOptimize(file.read(0, file.size()));
+        }
+}
+BENCHMARK(readEnds);
+
+void quickLooks(benchmark::State& state) {
+    const QStringList names = mp3FilesIn(LocalFileSystem(), tagged().path());
+    for (auto _ : state)
+        for (const QString& name : names)
+            benchmark::DoNotOptimize(quickLook(pathIn(tagged().path(), name)));
+}
+BENCHMARK(quickLooks);
+
+void statAlone(benchmark::State& state) {
+    const LocalFileSystem files;
+    QStringList paths;
+    for (const QString& name : mp3FilesIn(files, tagged().path()))
+        paths.append(pathIn(tagged().path(), name));
+    for (auto _ : state)
+        for (const QString& path : paths)
+            benchmark::DoNotOptimize(files.stamp(path));
+}
+BENCHMARK(statAlone);
+
+void quickLooksAgain(benchmark::State& state) {
+    const LocalFileSystem files;
+    SoundBook book;
+    QStringList paths;
+    for (const QString& name : mp3FilesIn(files, tagged().path()))
+        paths.append(pathIn(tagged().path(), name));
+    for (const QString& path : paths)
+        book.quick(path, *files.stamp(path));
+    for (auto _ : state)
+        for (const QString& path : paths)
+            benchmark::DoNotOptimize(book.known(path, *files.stamp(path)));
+}
+BENCHMARK(quickLooksAgain);
+
+// So many seconds of noise in 44.1 kHz and stereo.
+void decodeSeconds(benchmark::State& state) {
+    QFile two(TESSALY_ODD_SOUNDS "/MPEG-1 stereo.mp3");
+    QTemporaryFile file;
+    if (!two.open(QIODevice::ReadOnly) || !file.open())
+        throw std::runtime_error("there is no sound to decode");
+    file.write(two.readAll().repeated(state.range(0) / 2));
+    file.flush();
+    for (auto _ : state)
+        if (wholeLook(file.fileName(), [](double) { return true; }).breakCount > 0)
+            state.SkipWithError("the sound is broken");
+}
+BENCHMARK(decodeSeconds)->Arg(60)->Arg(120);
 
 }  // namespace

@@ -13,12 +13,12 @@ limit="-max_total_time=${SECONDS_EACH:-60}"
 
 # A single input has a minute and 1 GB. Inputs are short, so that many can be tried.
 options=(-timeout=60 -rss_limit_mb=1024 -print_final_stats=1)
-declare -A longest=([project]=1200 [image]=900 [hex]=400 [playlist]=300 [mounts]=300 [tags]=1200
+declare -A longest=([project]=1200 [image]=900 [hex]=400 [playlist]=300 [mounts]=300 [tags]=1200 [sound]=2500
   [snapshot]=800)
 export ASAN_OPTIONS=quarantine_size_mb=8:malloc_context_size=4
 
 failed=0
-for TARGET in ${TARGETS:-project image hex playlist mounts tags snapshot}; do
+for TARGET in ${TARGETS:-project image hex playlist mounts tags sound snapshot}; do
   export TARGET
   corpus=$build/reliability/fuzz/corpus/$TARGET
   found=$build/found/$TARGET

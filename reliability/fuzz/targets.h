@@ -41,6 +41,7 @@ void fuzzHex(QByteArrayView bytes);       ///< a HEX file
 void fuzzPlaylist(QByteArrayView bytes);  ///< a playlist, exported or standard
 void fuzzMounts(QByteArrayView bytes);    ///< Linux's table of mounts
 void fuzzTags(QByteArrayView bytes);      ///< an MP3 file whose tags are read
+void fuzzSound(QByteArrayView bytes);     ///< an MP3 file that is looked at and decoded
 void fuzzSnapshot(QByteArrayView bytes);  ///< what a recovery copy holds behind its checksum
 
 struct Target {
@@ -51,7 +52,7 @@ struct Target {
 inline constexpr Target Targets[] = {{"project", fuzzProject},  {"image", fuzzImage},
                                      {"hex", fuzzHex},          {"playlist", fuzzPlaylist},
                                      {"mounts", fuzzMounts},    {"tags", fuzzTags},
-                                     {"snapshot", fuzzSnapshot}};
+                                     {"sound", fuzzSound},      {"snapshot", fuzzSnapshot}};
 
 /// The path of a file in memory that holds `bytes` until the next call. Linux only.
 QString fileOf(QByteArrayView bytes);

@@ -61,6 +61,8 @@ class Transcript {
         environment.insert(QStringLiteral("PATH"),
                            QFileInfo(QStringLiteral(TESSALY_CLI)).path() + ":/usr/bin:/bin");
         environment.insert(QStringLiteral("XDG_DATA_HOME"), here_ + "/home");
+        environment.insert(QStringLiteral("XDG_CACHE_HOME"), here_ + "/home/cache");
+        environment.insert(QStringLiteral("SOUNDS"), QStringLiteral(TESSALY_ODD_SOUNDS));
         shell.setProcessEnvironment(environment);
         shell.setWorkingDirectory(here_);
         shell.setStandardInputFile(QProcess::nullDevice());
