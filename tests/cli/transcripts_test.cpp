@@ -35,7 +35,9 @@ QString withPlaceholders(QString text, const QString& here) {
 
 class Transcript {
  public:
-    ~Transcript() { QProcess::execute("rm", {"-rf", here_}); }  // names of any bytes
+    ~Transcript() {
+        QProcess::execute("rm", {"-rf", here_, here_ + "-cache"});
+    }  // names of any bytes
 
     QString play(const QString& text) const {
         QDir(here_).mkpath(QStringLiteral("card"));
@@ -61,7 +63,7 @@ class Transcript {
         environment.insert(QStringLiteral("PATH"),
                            QFileInfo(QStringLiteral(TESSALY_CLI)).path() + ":/usr/bin:/bin");
         environment.insert(QStringLiteral("XDG_DATA_HOME"), here_ + "/home");
-        environment.insert(QStringLiteral("XDG_CACHE_HOME"), here_ + "/home/cache");
+        environment.insert(QStringLiteral("XDG_CACHE_HOME"), here_ + "-cache");
         environment.insert(QStringLiteral("SOUNDS"), QStringLiteral(TESSALY_ODD_SOUNDS));
         shell.setProcessEnvironment(environment);
         shell.setWorkingDirectory(here_);
