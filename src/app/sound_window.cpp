@@ -22,6 +22,7 @@
 
 #include "app/loudness_chart.h"
 #include "app/sound_table.h"
+#include "app/sound_watch.h"
 
 namespace tessaly {
 

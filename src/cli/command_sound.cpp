@@ -2,6 +2,7 @@
 #include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonObject>
+#include <cmath>
 #include <cstdio>
 
 #include "card/card_files.h"
@@ -39,8 +40,9 @@ class DecodingDisplay {
     bool isShown_ = false;
 };
 
+// To a hundredth: no ear hears more.
 QJsonValue toJson(double value) {
-    return value <= WholeLook::Silent ? QJsonValue() : QJsonValue(value);
+    return value <= WholeLook::Silent ? QJsonValue() : QJsonValue(std::round(value * 100) / 100);
 }
 
 QJsonObject toJson(const ItemSound& item) {
@@ -61,7 +63,7 @@ QJsonObject toJson(const ItemSound& item) {
         object[u"milliseconds"_s] = whole->milliseconds;
         object[u"loudness"_s] = toJson(whole->loudness);
         object[u"truePeak"_s] = toJson(whole->truePeak);
-        object[u"difference"_s] = item.difference;
+        object[u"difference"_s] = toJson(item.difference);
         object[u"silenceAtStart"_s] = whole->silenceAtStart;
         object[u"silenceAtEnd"_s] = whole->silenceAtEnd;
         object[u"breaks"_s] = whole->breakCount;

@@ -52,7 +52,7 @@ TEST(Sound, LooksFindWhatIsWrongWithOddFiles) {
         {"cut at a frame, Info counts 613", "44.1 kHz, stereo, 65 kbit/s", "ends at 0:02 of 0:16",
          ""},
         {"cut in a frame", "44.1 kHz, stereo, 64 kbit/s",
-         "cut off in the middle of a frame, after 0:01", "broken at 0:00"},
+         "cut off in the middle of a frame, after 0:01", "broken at 0:01"},
         {"empty", "", "an empty file", ""},
         {"free format", "44.1 kHz, stereo, 92 kbit/s", "", ""},
         {"junk between frames", "44.1 kHz, stereo, 67 kbit/s", "", "broken at 0:00"},
