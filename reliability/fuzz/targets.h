@@ -49,10 +49,10 @@ struct Target {
     void (*run)(QByteArrayView bytes);
 };
 
-inline constexpr Target Targets[] = {{"project", fuzzProject},  {"image", fuzzImage},
-                                     {"hex", fuzzHex},          {"playlist", fuzzPlaylist},
-                                     {"mounts", fuzzMounts},    {"tags", fuzzTags},
-                                     {"sound", fuzzSound},      {"snapshot", fuzzSnapshot}};
+inline constexpr Target Targets[] = {{"project", fuzzProject}, {"image", fuzzImage},
+                                     {"hex", fuzzHex},         {"playlist", fuzzPlaylist},
+                                     {"mounts", fuzzMounts},   {"tags", fuzzTags},
+                                     {"sound", fuzzSound},     {"snapshot", fuzzSnapshot}};
 
 /// The path of a file in memory that holds `bytes` until the next call. Linux only.
 QString fileOf(QByteArrayView bytes);

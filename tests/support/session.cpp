@@ -188,6 +188,7 @@ void Session::timerEvent(QTimerEvent* event) {
     showChanges();
     box->activateWindow();
     settle();
+    settleDown();
     for (const QString& line : WindowText::ofBox(box))
         say(line);
     playInside([&] { return !box || !box->isVisible(); });
