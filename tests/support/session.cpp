@@ -159,6 +159,7 @@ void Session::perform(const QString& gesture) {
 void Session::showChanges() {
     if (prompts.isQuiet)
         return;
+    bench.sounds.finish();
     if (text_)
         for (const QString& line : text_->changes())
             say(line);
@@ -188,7 +189,6 @@ void Session::timerEvent(QTimerEvent* event) {
     showChanges();
     box->activateWindow();
     settle();
-    settleDown();
     for (const QString& line : WindowText::ofBox(box))
         say(line);
     playInside([&] { return !box || !box->isVisible(); });

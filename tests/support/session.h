@@ -79,7 +79,7 @@ class Session : public QObject {
     QHash<QString, std::function<void(const QString&)>> verbs;
     std::function<void()> settleDown = [this] {
         settle();
-        bench.sounds.finish();
+        bench.sounds.finish();  // which may be what the next painting asks for
         settle();
     };
 
