@@ -115,7 +115,11 @@ void MainWindow::mnuFileFindMissing_Click() {
 // Not beside a run, which would stand still while the dialog is there.
 void MainWindow::mnuFileCheckSound_Click() {
     createCard_->afterRun([this] {
-        if (const auto place = showSoundCheck(session_.project, services_, this))
+        const auto place = showSoundCheck(session_.project, services_, this);
+        measure();  // how loud the files are on average is known now
+        for (int i = 0; i < ui_->Tabs->count(); ++i)
+            page(i)->soundLearned();
+        if (place)
             goTo(*place);
     });
 }
