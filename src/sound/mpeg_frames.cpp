@@ -1,6 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Positions are 64-bit numbers wherever it is built.
-#define _FILE_OFFSET_BITS 64
 #include "sound/mpeg_frames.h"
 
 #include <mpg123.h>

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 
 #include "platform/seekable_file.h"
@@ -110,7 +111,7 @@ void measure(QuickLook& look, const Walk& walk, const EncoderHeader& header, qin
         said = there = there > 2 * said ? there : said;  // a header may be that of one part
     look.milliseconds = qint64(said * frameSeconds * 1000);
     look.there = qint64(there * frameSeconds * 1000);
-    look.kbps = there > 0 ? int(double(bytes) * 8 / (there * frameSeconds * 1000) + 0.5) : 0;
+    look.kbps = there > 0 ? int(std::lround(double(bytes) * 8 / (there * frameSeconds * 1000))) : 0;
 }
 
 // Whether a frame of the same kind begins at the end of the bytes and is not whole.

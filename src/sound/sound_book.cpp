@@ -136,7 +136,7 @@ void SoundBook::put(const QString& path, Entry entry) {
     entry.used = ++uses_;
     hasNews_ = true;
     hasDecoded_ |= entry.sound.whole.has_value();
-    entries_.insert(path, std::move(entry));
+    entries_.insert(path, entry);
     if (entries_.size() <= MostFiles)
         return;
     QList<qint64> used;

@@ -30,10 +30,7 @@ class Meter {
 
     void add(std::span<const float> samples, int hz, int channels) {
         if (!state_)
-            // Of however long a file, a histogram of its loudness is enough.
-            state_.reset(
-                ebur128_init(unsigned(channels), unsigned(hz),
-                             EBUR128_MODE_I | EBUR128_MODE_TRUE_PEAK | EBUR128_MODE_HISTOGRAM));
+            state_.reset(ebur128_init(unsigned(channels), unsigned(hz), mode_));
         else if (hz != hz_ || channels != channels_) {
             keepPeak();
             ebur128_change_parameters(state_.get(), unsigned(channels), unsigned(hz));
