@@ -2,7 +2,6 @@
 #include "app/bar_layout.h"
 
 #include <algorithm>
-#include <ranges>
 
 namespace tessaly {
 
@@ -51,13 +50,19 @@ BarLayout::Span BarLayout::group(int group) const {
 BarLayout::Span BarLayout::filesAt(int x) const {
     if (starts_.isEmpty())
         return {};
-    const auto files = std::views::iota(0, starts_.last());
-    const auto first =
-        std::ranges::partition_point(files, [&](int file) { return place(file).to <= x; });
-    const auto behind =
-        std::ranges::partition_point(files, [&](int file) { return place(file).from <= x; });
-    return {int(first - files.begin()),
-            std::max(int(first - files.begin()), int(behind - files.begin()))};
+    // The first file for which that is no longer so: places ascend.
+    const auto firstNot = [this](const auto& isBefore) {
+        int from = 0, end = starts_.last();
+        while (from < end)
+            if (const int middle = (from + end) / 2; isBefore(place(middle)))
+                from = middle + 1;
+            else
+                end = middle;
+        return from;
+    };
+    const int first = firstNot([x](const Span& bar) { return bar.to <= x; });
+    const int behind = firstNot([x](const Span& bar) { return bar.from <= x; });
+    return {first, std::max(first, behind)};
 }
 
 }  // namespace tessaly

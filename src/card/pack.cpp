@@ -19,7 +19,7 @@ namespace {
 // Blocks from this size on are brought to the device at once: so the progress is true, and neither
 // Cancel nor the end waits for what the system has gathered. With thousands of small ones that
 // would take longer than all the copying.
-constexpr qint64 SettledBytes = 128 * 1024;
+constexpr qint64 SettledBytes = qint64(128) * 1024;
 
 // One packing. It knows what it made, so that it takes back that and nothing else.
 class PackRun {
