@@ -20,8 +20,10 @@ done
 build_once mpg123 "$mpg123_version"
 build_once ebur128 "$ebur128_version"
 
+# Also when the build configures itself anew: never this machine's own libraries.
+export PKG_CONFIG_LIBDIR=$prefix/lib/pkgconfig
 [ -f "$build/build.ninja" ] ||
-  PKG_CONFIG_LIBDIR="$prefix/lib/pkgconfig" cmake -S "$root" -B "$build" -G Ninja \
+  cmake -S "$root" -B "$build" -G Ninja \
     -DCMAKE_TOOLCHAIN_FILE="$prefix/lib/cmake/Qt6/qt.toolchain.cmake" \
     -DQT_CHAINLOAD_TOOLCHAIN_FILE="$here/mingw-w64.cmake" \
     -DQT_HOST_PATH=/usr -DQT_HOST_PATH_CMAKE_DIR="$host_cmake" \

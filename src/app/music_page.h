@@ -3,6 +3,7 @@
 
 #include <QHash>
 #include <functional>
+#include <optional>
 
 #include "app/editor_page.h"
 #include "editor/imported_list.h"
@@ -61,7 +62,8 @@ class MusicPage : public EditorPage {
     void showImport(const ImportResult& result, const QString& inside = {});
     void addFiles(const QStringList& paths, int listRow);
     void addDropsAndSorting();
-    void sortTracks(bool byNumber);
+    std::optional<QList<int>> trackNumbers(int list, const KeepGoing& keepGoing) const;
+    void sortTracks(const QString& command, bool byNumber);
 
     ListSection& lists_ = first_;
     ListSection& tracks_ = second_;

@@ -148,44 +148,52 @@ void MusicPage::addDropsAndSorting() {
         [this](const QStringList& paths) { addFiles(paths, selection().list); }, after);
     tracks_.addSeparator();
     for (const bool byNumber : {false, true}) {
-        QAction* command =
-            tracks_.addCommand(byNumber ? u"Sort by Track Number"_s : u"Sort by Name"_s);
-        connect(command, &QAction::triggered, this, [this, byNumber] { sortTracks(byNumber); });
+        const QString text = byNumber ? u"Sort by Track Number"_s : u"Sort by Name"_s;
+        QAction* command = tracks_.addCommand(text);
+        connect(command, &QAction::triggered, this, [=, this] { sortTracks(text, byNumber); });
         sortCommands_.append(command);
     }
 }
 
+// The number in the tag of each track's file, INT_MAX for one without; nothing when cancelled.
+std::optional<QList<int>> MusicPage::trackNumbers(int list, const KeepGoing& keepGoing) const {
+    const TrackIndex index(project_);
+    const QStringList& lines = project_.lstMuTrack[project_.currentMusicList];
+    QList<int> numbers;
+    for (const QString& line : lines) {
+        if (!keepGoing(int(numbers.size()), int(lines.size())))
+            return {};
+        const TrackRecord* record = index.music(project_.lstMuList[list], line);
+        const TagBlock tag =
+            record ? services_.tags.read(record->sourcePath.text()).merged() : TagBlock();
+        numbers.append(tag.trackNumber ? tag.trackNumber : INT_MAX);
+    }
+    return numbers;
+}
+
 // By the texts of the lines, or by the numbers in the files' tags, those without one last.
-void MusicPage::sortTracks(bool byNumber) {
+void MusicPage::sortTracks(const QString& command, bool byNumber) {
     const int list = selection().list;
-    const QStringList lines = project_.lstMuTrack.value(project_.currentMusicList);
-    runLong(u"Sort by Track Number"_s, u"Reading the track numbers..."_s,
-            [&](const KeepGoing& keepGoing) {
-                QList<int> numbers(lines.size(), 0), order(lines.size());
-                const TrackIndex index(project_);
-                for (int row = 0; byNumber && row < int(lines.size()); ++row) {
-                    if (!keepGoing(row, int(lines.size())))
-                        return std::function([] {});
-                    const TrackRecord* record = index.music(project_.lstMuList[list], lines[row]);
-                    const TagBlock tag =
-                        record ? services_.tags.read(record->sourcePath.text()).merged()
-                               : TagBlock();
-                    numbers[row] = tag.trackNumber ? tag.trackNumber : INT_MAX;
-                }
-                std::iota(order.begin(), order.end(), 0);
-                std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
-                    return byNumber ? numbers[a] < numbers[b] : comesBefore(lines[a], lines[b]);
-                });
-                sortMusicTracks(project_, list, order);
-                return std::function([this, order, rows = tracks_.list()->rows()] {
-                    Rows now;  // what was selected goes with its rows
-                    for (int row = 0; row < int(order.size()); ++row)
-                        if (std::binary_search(rows.begin(), rows.end(), order[row]))
-                            now.append(row);
-                    showTracks(now);
-                    lstMuTrack_Click();
-                });
-            });
+    runLong(command, u"Reading the track numbers..."_s, [&](const KeepGoing& keepGoing) {
+        std::optional<QList<int>> numbers;
+        if (byNumber && !(numbers = trackNumbers(list, keepGoing)))
+            return std::function([] {});
+        const QStringList lines = project_.lstMuTrack.value(project_.currentMusicList);
+        QList<int> order(lines.size());
+        std::iota(order.begin(), order.end(), 0);
+        std::stable_sort(order.begin(), order.end(), [&](int a, int b) {
+            return numbers ? numbers->at(a) < numbers->at(b) : comesBefore(lines[a], lines[b]);
+        });
+        sortMusicTracks(project_, list, order);
+        return std::function([this, order, rows = tracks_.list()->rows()] {
+            Rows now;  // what was selected goes with its rows
+            for (int row = 0; row < int(order.size()); ++row)
+                if (std::binary_search(rows.begin(), rows.end(), order[row]))
+                    now.append(row);
+            showTracks(now);
+            lstMuTrack_Click();
+        });
+    });
 }
 
 }  // namespace tessaly

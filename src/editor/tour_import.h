@@ -27,7 +27,8 @@ bool isTourFolder(const FileSystem& files, const QString& folder);
 /// when `titlesFromTags` is set and there is one. They are cut to 16 characters (languages to 8)
 /// and made unique; a title is the same in several languages when its whole file name is. Of two
 /// files for one title and language the first counts. Throws error 555 when the folder holds
-/// neither Music nor Speech, one of them twice (Music and music), or no MP3 file at all.
+/// neither Music nor Speech, one of them twice (Music and music), no MP3 file at all, or more names
+/// than a project keeps: then the project is half filled and to be thrown away.
 ImportReport importFolder(const FileSystem& files, const Mp3Tags& tags, const QString& folder,
                           bool titlesFromTags, Project& project);
 
