@@ -8,6 +8,7 @@
 
 #include "app/small_widgets.h"
 #include "app/sound_watch.h"
+#include "app/sound_window.h"
 #include "card/card_guards.h"
 #include "card/firmware.h"
 #include "editor/imported_list.h"
@@ -86,7 +87,7 @@ void CreateCardPage::lstSound_Activated(int line) {
     const QList<ItemSound> problems =
         soundProblems(soundsOf(session_.project, sources, services_.sounds.book()));
     if (line < problems.size())
-        if (const auto place = placeOf(session_.project, *problems[line].record))
+        if (const auto place = placeOf(session_.project, problems[line]))
             emit placeChosen(*place);
 }
 

@@ -110,9 +110,9 @@ QString SoundModel::text(int sound, int column) const {
     const ItemSound& item = sounds_[sound];
     switch (column) {
         case ItemColumn:
-            return item.record->itemName.text();
+            return item.item();
         case GroupColumn:
-            return item.record->groupName.text();
+            return item.group();
         case FormatColumn:
             return item.sound ? formatInWords(item.sound->quick) : QString();
         case WordsColumn:

@@ -25,7 +25,8 @@ std::optional<KnownSound> SoundWatch::of(const QString& path, const FileStamp& s
 
 ItemSound SoundWatch::of(const TrackRecord& record, const QString& path,
                          const std::optional<FileStamp>& stamp) {
-    return soundOf(record, stamp.has_value(), stamp ? of(path, *stamp) : std::nullopt, medians_);
+    return soundOf(record, path, stamp.has_value(), stamp ? of(path, *stamp) : std::nullopt,
+                   medians_);
 }
 
 void SoundWatch::lookAtAll(const Project& project, const SourceFiles& sources) {
@@ -33,7 +34,7 @@ void SoundWatch::lookAtAll(const Project& project, const SourceFiles& sources) {
     if (sources == last_)
         return;
     last_ = sources;
-    for (const SourceFile& source : sources.tracks)
+    for (const SourceFile& source : sources.all())
         if (source.size)
             of(source.path, {*source.size, source.modified});
 }

@@ -5,6 +5,7 @@
 #include <QClipboard>
 #include <QCoreApplication>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QHash>
 #include <QItemSelectionModel>
@@ -80,13 +81,13 @@ QList<ItemSound> inOrderOfLists(const Project& project, const QList<ItemSound>& 
     QHash<QString, QHash<QString, int>> tracks;
     for (const QString& list : project.lstMuList)
         tracks.insert(list, rowsOf(index.tracks(list)));
-    using Key = std::tuple<bool, int, int, qsizetype>;
+    using Key = std::tuple<int, int, int, qsizetype>;
     QList<Key> keys;
     for (const ItemSound& sound : sounds) {
-        const QString item = sound.record->itemName.text(), group = sound.record->groupName.text();
-        const bool isTrack = isMusic(*sound.record);
-        keys.append({!isTrack, isTrack ? lists.value(group) : languages.value(group),
-                     isTrack ? tracks[group].value(item) : titles.value(item), keys.size()});
+        const QString item = sound.item(), group = sound.group();
+        const int kind = sound.isTrack() ? 0 : sound.isAnnouncement() ? 1 : 2;
+        keys.append({kind, kind == 0 ? lists.value(group) : languages.value(group),
+                     kind == 0 ? tracks[group].value(item) : titles.value(item), keys.size()});
     }
     std::sort(keys.begin(), keys.end());
     QList<ItemSound> ordered;
@@ -97,9 +98,10 @@ QList<ItemSound> inOrderOfLists(const Project& project, const QList<ItemSound>& 
 }
 
 ChartFile chartFile(const ItemSound& item) {
-    const bool isTrack = isMusic(*item.record);
-    ChartFile file{.group = isTrack ? item.record->groupName.text() : u"Announcements"_s,
-                   .limit = isTrack ? MostMusicDifference : MostSpeechDifference,
+    ChartFile file{.group = item.isAnnouncement() ? u"Announcements"_s
+                            : item.isTrack()      ? item.group()
+                                                  : item.item(),
+                   .limit = item.isTrack() ? MostMusicDifference : MostSpeechDifference,
                    .difference = {}};
     if (item.isMissing || !item.sound) {
         file.isUnheard = item.isMissing;
@@ -117,6 +119,12 @@ ChartFile chartFile(const ItemSound& item) {
 }
 
 }  // namespace
+
+std::optional<Place> placeOf(const Project& project, const ItemSound& item) {
+    if (item.record)
+        return placeOf(project, *item.record);
+    return Place{.kind = Place::Kind::Chime, .text = QFileInfo(item.path).fileName()};
+}
 
 std::optional<Place> showSoundCheck(const Project& project, const Services& services,
                                     QWidget* parent) {
@@ -205,7 +213,7 @@ SoundWindow::SoundWindow(const Project& project, const QList<ItemSound>& sounds,
 
 std::optional<Place> SoundWindow::place() const {
     const int sound = currentSound();
-    return sound < 0 ? std::nullopt : placeOf(project_, *sounds_[sound].record);
+    return sound < 0 ? std::nullopt : placeOf(project_, sounds_[sound]);
 }
 
 void SoundWindow::showFiles() {
@@ -251,7 +259,9 @@ void SoundWindow::copy() const {
 // "Rope Walk (French): -23.4 LUFS, -7.2 LU, -1.0 dBTP", and what is wrong on a line below.
 QString SoundWindow::describe(int sound) const {
     const auto text = [&](int column) { return model_->text(sound, column); };
-    QString words = u"%1 (%2)"_s.arg(text(SoundModel::ItemColumn), text(SoundModel::GroupColumn));
+    QString words = text(SoundModel::ItemColumn);
+    if (const QString group = text(SoundModel::GroupColumn); !group.isEmpty())
+        words += u" (%1)"_s.arg(group);
     if (const auto& known = sounds_[sound].sound;
         known && known->whole && known->whole->loudness > WholeLook::Silent)
         words += u": %1 LUFS, %2 LU, %3 dBTP"_s.arg(text(SoundModel::LoudnessColumn),

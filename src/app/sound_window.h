@@ -18,6 +18,9 @@ class LoudnessChart;
 class SoundModel;
 class SoundTable;
 
+/// Where the item of a sound is edited; nothing where no line shows it.
+std::optional<Place> placeOf(const Project& project, const ItemSound& item);
+
 /// Decodes the files of a project that are not known yet, with a progress that can be cancelled,
 /// and shows above `parent` what is known of all. Returns the place that the operator wants to go
 /// to; nothing when they only looked.

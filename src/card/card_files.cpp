@@ -62,6 +62,13 @@ SourceFiles measureSources(const Project& project, const FileSystem& files,
     return sources;
 }
 
+QList<SourceFile> SourceFiles::all() const {
+    QList<SourceFile> files = tracks;
+    if (chime)
+        files.append(*chime);
+    return files;
+}
+
 QHash<QString, QString> copiesOnCard(FileSystem& files, const QString& root) {
     QHash<QString, QString> copies;
     if (root.isEmpty())

@@ -57,6 +57,7 @@ struct SourceFile {
 struct SourceFiles {
     QList<SourceFile> tracks;         ///< of the music and speech records, in table order
     std::optional<SourceFile> chime;  ///< when the card gets one
+    QList<SourceFile> all() const;    ///< the tracks, and the chime behind them
     bool operator==(const SourceFiles&) const = default;
 };
 

@@ -44,7 +44,27 @@ void forEachFile(const Project& project, const SourceFiles& sources, const Do& w
             work(record, sources.tracks[next++]);
 }
 
+std::optional<KnownSound> knownOf(const SourceFile& source, const SoundBook& book) {
+    return source.size ? book.known(source.path, stampOf(source)) : std::nullopt;
+}
+
 }  // namespace
+
+QString ItemSound::item() const {
+    return record ? record->itemName.text() : u"Chime"_s;
+}
+
+QString ItemSound::group() const {
+    return record ? record->groupName.text() : QString();
+}
+
+bool ItemSound::isTrack() const {
+    return record && isMusic(*record);
+}
+
+bool ItemSound::isAnnouncement() const {
+    return record && !isMusic(*record);
+}
 
 QString ItemSound::problem() const {
     if (!sound)
@@ -68,7 +88,7 @@ QString ItemSound::finding() const {
 }
 
 bool ItemSound::isTooLoudOrQuiet() const {
-    return std::abs(difference) > (isMusic(*record) ? MostMusicDifference : MostSpeechDifference);
+    return std::abs(difference) > (isTrack() ? MostMusicDifference : MostSpeechDifference);
 }
 
 LoudnessMedians::LoudnessMedians(const Project& project, const SourceFiles& sources,
@@ -78,7 +98,7 @@ LoudnessMedians::LoudnessMedians(const Project& project, const SourceFiles& sour
         return;
     QHash<QString, QList<double>> loudness;
     forEachFile(project, sources, [&](const TrackRecord& record, const SourceFile& source) {
-        const auto sound = source.size ? book.known(source.path, stampOf(source)) : std::nullopt;
+        const auto sound = knownOf(source, book);
         if (sound && sound->whole && sound->whole->loudness > WholeLook::Silent)
             loudness[groupOf(record)].append(sound->whole->loudness);
     });
@@ -92,9 +112,9 @@ double LoudnessMedians::difference(const TrackRecord& record, double loudness) c
     return loudness > WholeLook::Silent && median != medians_.constEnd() ? loudness - *median : 0;
 }
 
-ItemSound soundOf(const TrackRecord& record, bool isThere, const std::optional<KnownSound>& sound,
-                  const LoudnessMedians& medians) {
-    ItemSound item{.record = &record, .isMissing = !isThere, .sound = sound};
+ItemSound soundOf(const TrackRecord& record, const QString& path, bool isThere,
+                  const std::optional<KnownSound>& sound, const LoudnessMedians& medians) {
+    ItemSound item{.record = &record, .path = path, .isMissing = !isThere, .sound = sound};
     if (sound && sound->whole)
         item.difference = medians.difference(record, sound->whole->loudness);
     return item;
@@ -110,9 +130,13 @@ QList<ItemSound> soundsOf(const Project& project, const SourceFiles& sources,
     QList<ItemSound> sounds;
     sounds.reserve(sources.tracks.size());
     forEachFile(project, sources, [&](const TrackRecord& record, const SourceFile& source) {
-        const auto sound = source.size ? book.known(source.path, stampOf(source)) : std::nullopt;
-        sounds.append(soundOf(record, source.size.has_value(), sound, medians));
+        sounds.append(
+            soundOf(record, source.path, source.size.has_value(), knownOf(source, book), medians));
     });
+    if (const auto& chime = sources.chime)
+        sounds.append({.path = chime->path,
+                       .isMissing = !chime->size.has_value(),
+                       .sound = knownOf(*chime, book)});
     return sounds;
 }
 
@@ -128,8 +152,9 @@ QList<ItemSound> soundProblems(const QList<ItemSound>& sounds) {
 CheckResult checkSound(const QList<ItemSound>& sounds) {
     CheckResult result;
     for (const ItemSound& item : soundProblems(sounds))
-        result.offenders.append(u"%1 (%2): %3"_s.arg(
-            item.record->itemName.text(), item.record->groupName.text(), item.problem()));
+        result.offenders.append(
+            (item.record ? u"%1 (%2): "_s.arg(item.item(), item.group()) : item.item() + u": "_s) +
+            item.problem());
     const auto unknown = std::count_if(sounds.begin(), sounds.end(), [](const ItemSound& item) {
         return !item.sound && !item.isMissing;
     });
@@ -146,12 +171,13 @@ CheckResult checkSound(const QList<ItemSound>& sounds) {
 }
 
 void lookAtAll(const SourceFiles& sources, SoundBook& book) {
+    const QList<SourceFile> files = sources.all();
     QThreadPool workers;
     std::atomic<qsizetype> next = 0;
     for (int i = 0; i < workers.maxThreadCount(); ++i)
         workers.start([&] {
-            for (qsizetype at = next++; at < sources.tracks.size(); at = next++)
-                if (const SourceFile& source = sources.tracks[at]; source.size)
+            for (qsizetype at = next++; at < files.size(); at = next++)
+                if (const SourceFile& source = files[at]; source.size)
                     book.quick(source.path, stampOf(source));
         });
     workers.waitForDone();
@@ -182,7 +208,7 @@ bool decodeAll(const SourceFiles& sources, SoundBook& book,
     QList<SourceFile> files;
     QSet<QString> taken;
     qint64 total = 0;
-    for (const SourceFile& source : sources.tracks) {
+    for (const SourceFile& source : sources.all()) {
         if (!source.size || taken.contains(source.path))
             continue;
         taken.insert(source.path);

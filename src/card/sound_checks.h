@@ -21,10 +21,16 @@ constexpr double MostMusicDifference = 6, MostSpeechDifference = 4;  // LU
 
 /// One file of a project with what is known of it.
 struct ItemSound {
-    const TrackRecord* record = nullptr;  ///< of the project that was asked for
+    const TrackRecord* record = nullptr;  ///< of the project that was asked for; none: the chime
+    QString path;
     bool isMissing = false;
     std::optional<KnownSound> sound;  ///< nothing: missing, or not looked at yet
     double difference = 0;  ///< its loudness above the median, in LU; 0 where that is not known
+
+    QString item() const;   ///< the name of its track or title, or "Chime"
+    QString group() const;  ///< the name of its list or language, or nothing
+    bool isTrack() const;
+    bool isAnnouncement() const;
 
     /// Everything that is wrong with it, in words; empty when nothing is known to be.
     QString problem() const;
@@ -52,11 +58,12 @@ class LoudnessMedians {
     QHash<QString, double> medians_;
 };
 
-/// One file of a project.
-ItemSound soundOf(const TrackRecord& record, bool isThere, const std::optional<KnownSound>& sound,
-                  const LoudnessMedians& medians);
+/// The file at `path` of a record.
+ItemSound soundOf(const TrackRecord& record, const QString& path, bool isThere,
+                  const std::optional<KnownSound>& sound, const LoudnessMedians& medians);
 
-/// The sounds of all files of a project, in table order. `sources` are its measured files.
+/// The sounds of all files of a project, in table order, and the chime last when the card gets one.
+/// `sources` are its measured files.
 QList<ItemSound> soundsOf(const Project& project, const SourceFiles& sources,
                           const SoundBook& book);
 

@@ -46,10 +46,10 @@ QJsonValue toJson(double value) {
 }
 
 QJsonObject toJson(const ItemSound& item) {
-    QJsonObject object{{u"item"_s, item.record->itemName.text()},
-                       {u"group"_s, item.record->groupName.text()},
-                       {u"kind"_s, item.record->kind.text()},
-                       {u"path"_s, item.record->sourcePath.text()},
+    QJsonObject object{{u"item"_s, item.item()},
+                       {u"group"_s, item.group()},
+                       {u"kind"_s, item.record ? item.record->kind.text() : u"chime"_s},
+                       {u"path"_s, item.path},
                        {u"missing"_s, item.isMissing},
                        {u"problem"_s, item.problem()}};
     if (!item.sound)
@@ -72,8 +72,7 @@ QJsonObject toJson(const ItemSound& item) {
 }
 
 QStringList row(const ItemSound& item) {
-    const TrackRecord& record = *item.record;
-    QStringList cells = {record.itemName.text(), record.groupName.text()};
+    QStringList cells = {item.item(), item.group()};
     if (item.sound && item.sound->whole) {
         const WholeLook& whole = *item.sound->whole;
         cells << inMinutes(whole.milliseconds) << inDecibels(whole.loudness)

@@ -167,12 +167,15 @@ TEST(SoundChecks, CompareWithTheOthersAndWarnOnce) {
                                              "Harbour (French): 4 dB quieter than the others"}));
     scratch.write("Loud list-19.mp3", "<html>");  // another size: not looked at yet
     project.TrackTable.last().sourcePath = scratch.path("gone.mp3");
+    setChimeOption(project, &Project::buttPlayIntChime, true);
+    project.txtChimeFileName = scratch.write("gong.mp3", "<html>");
     const SourceFiles sources = measureSources(project, files);
     EXPECT_EQ(checkSound(soundsOf(project, sources, SoundBook())).text,
-              "10 files not looked at yet");
+              "11 files not looked at yet");
     lookAtAll(sources, book);
-    EXPECT_TRUE(checkSound(soundsOf(project, sources, book))
-                    .offenders.contains("-19 (Loud list): no MPEG sound: this looks like HTML"));
+    const QStringList looked = checkSound(soundsOf(project, sources, book)).offenders;
+    EXPECT_TRUE(looked.contains("-19 (Loud list): no MPEG sound: this looks like HTML"));
+    EXPECT_EQ(looked.last(), "Chime: no MPEG sound: this looks like HTML");
     SoundBook other;
     EXPECT_FALSE(decodeAll(sources, other, [](double) { return false; }) &&
                  !soundsOf(project, sources, other).first().sound->whole);
