@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/save_with_files.h"
 
-#include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QFileInfo>
-#include <QProgressDialog>
-
+#include <QMutex>
+#include <QMutexLocker>
+#include <atomic>
 #include <optional>
 
+#include "app/long_work.h"
 #include "app/session_status.h"
 #include "card/pack.h"
 #include "model/numbers.h"
@@ -22,66 +22,46 @@ namespace {
 
 const QString Title = u"Save With Files"_s;
 
-constexpr int AppearsAfterMs = 50;  // an operator who waits longer wonders
-constexpr int LooksEveryMs = 20;
+// How far a copying is, in words.
+QString inWords(const RunProgress& progress) {
+    if (progress.phase == RunPhase::Erase)
+        return u"Removing what was copied..."_s;
+    if (progress.phase == RunPhase::Flush)
+        return u"Writing to the disk..."_s;
+    const QString words = u"Copying file %1 of %2\n%3 of %4"_s.arg(
+        QString::number(progress.trackFile), QString::number(progress.trackFileCount),
+        megabytes(progress.bytesDone), megabytes(progress.bytesTotal));
+    const qint64 left = progress.millisecondsLeft();
+    return left > 0 ? words + u", %1 left"_s.arg(durationText(left)) : words;
+}
 
-// Shows how far a packing is, and lets the window live meanwhile: but only while the dialog is
-// there and keeps the project from being changed.
-class PackView {
- public:
-    explicit PackView(QWidget* window) : dialog_({}, u"Cancel"_s, 0, 0, window) {
-        dialog_.setWindowTitle(Title);
-        dialog_.setWindowModality(Qt::ApplicationModal);
-        dialog_.setAutoClose(false);
-        dialog_.setAutoReset(false);
-        // As wide as it will be: its text grows and shrinks.
-        dialog_.setMinimumWidth(dialog_.fontMetrics().averageCharWidth() * 60);
-        sinceStart_.start();
-    }
-
-    /// Of the files that are only looked at. False: cancelled.
-    bool showLooking() {
-        show(u"Looking at the files..."_s);
-        return !dialog_.wasCanceled();
-    }
-
-    /// Of the copying. False: cancelled.
-    bool show(const RunProgress& progress) {
-        if (progress.phase == RunPhase::Erase) {
-            dialog_.setCancelButton(nullptr);  // this must be done
-            show(u"Removing what was copied..."_s);
-        } else if (dialog_.wasCanceled()) {
-            return false;
-        } else if (progress.phase == RunPhase::Flush) {
-            show(u"Writing to the disk..."_s);
-        } else {
-            QString text = u"Copying file %1 of %2\n%3 of %4"_s.arg(
-                QString::number(progress.trackFile), QString::number(progress.trackFileCount),
-                megabytes(progress.bytesDone), megabytes(progress.bytesTotal));
-            if (const qint64 left = progress.millisecondsLeft(); left > 0)
-                text += u", %1 left"_s.arg(durationText(left));
-            show(text, progress.bytesDone, progress.bytesTotal);
+// Copies on a thread of its own, since a disk may take seconds for what it has gathered. The dialog
+// keeps the project from being changed meanwhile.
+void copyBehindProgress(FileSystem& files, const PackPlan& plan, ProgressBox& progress) {
+    QMutex mutex;
+    RunProgress last;
+    std::atomic<bool> isCancelled = false;
+    const auto copy = [&] {
+        packProject(files, plan, [&](const RunProgress& now) {
+            const QMutexLocker lock(&mutex);
+            last = now;
+            return !isCancelled;
+        });
+    };
+    runOnThread(copy, [&] {
+        RunProgress now;
+        {
+            const QMutexLocker lock(&mutex);
+            now = last;
         }
-        return !dialog_.wasCanceled();
-    }
-
- private:
-    void show(const QString& text, qint64 done = 0, qint64 total = 0) {
-        constexpr qint64 Steps = 1000;
-        const bool isDue = !sinceLook_.isValid() || sinceLook_.elapsed() >= LooksEveryMs;
-        if (!isDue || (sinceStart_.elapsed() < AppearsAfterMs && !dialog_.isVisible()))
-            return;
-        sinceLook_.start();
-        dialog_.setLabelText(text);
-        dialog_.setMaximum(total > 0 ? int(Steps) : 0);
-        dialog_.setValue(total > 0 ? int(Steps * done / total) : 0);
-        dialog_.show();
-        QCoreApplication::processEvents();
-    }
-
-    QProgressDialog dialog_;
-    QElapsedTimer sinceStart_, sinceLook_;
-};
+        if (now.phase == RunPhase::Erase)
+            progress.endCancelling();
+        const double share =
+            now.bytesTotal > 0 ? double(now.bytesDone) / double(now.bytesTotal) : -1;
+        if (!progress.show(inWords(now), share))
+            isCancelled = true;
+    });
+}
 
 // The folder to fill; empty when the operator would rather not.
 QString chosenFolder(const ProjectSession& session, const Services& services) {
@@ -102,11 +82,11 @@ QString chosenFolder(const ProjectSession& session, const Services& services) {
 
 // The plan; nothing when it was cancelled.
 std::optional<PackPlan> planned(const ProjectSession& session, const Services& services,
-                                const QString& folder, PackView& progress) {
+                                const QString& folder, ProgressBox& progress) {
     try {
         return planPack(session.project, {folder, session.fileName()}, services.files,
                         services.drives, [&] {
-                            if (!progress.showLooking())
+                            if (!progress.show(u"Looking at the files..."_s))
                                 throw TessalyError(error_number::Stopped, {});
                         });
     } catch (const TessalyError& error) {
@@ -148,14 +128,13 @@ void saveWithFiles(ProjectSession& session, const Services& services, QWidget* w
     if (!confirmTexts(session, services.prompts))
         return;
     const auto copied = [&](const QString& folder) -> std::optional<Message> {
-        PackView progress(window);  // gone before the last box comes
+        ProgressBox progress(window, Title);  // gone before the last box comes
         const auto plan = planned(session, services, folder, progress);
         if (!plan)
             return std::nullopt;
         if (!plan->missing.isEmpty())
             return missingMessage(plan->missing);
-        packProject(services.files, *plan,
-                    [&](const RunProgress& now) { return progress.show(now); });
+        copyBehindProgress(services.files, *plan, progress);
         return doneMessage(*plan, session);
     };
     try {

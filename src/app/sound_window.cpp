@@ -3,24 +3,19 @@
 
 #include <QCheckBox>
 #include <QClipboard>
-#include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QGuiApplication>
 #include <QHash>
 #include <QItemSelectionModel>
 #include <QLabel>
-#include <QProgressDialog>
 #include <QPushButton>
 #include <QScreen>
 #include <QShortcut>
-#include <QThread>
 #include <QVBoxLayout>
 #include <algorithm>
-#include <functional>
-#include <memory>
 #include <tuple>
 
+#include "app/long_work.h"
 #include "app/loudness_chart.h"
 #include "app/sound_table.h"
 #include "app/sound_watch.h"
@@ -32,39 +27,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString Title = u"Check Sound"_s;
-
-// Decodes what is not known yet, and lets the window live meanwhile behind a box with Cancel.
-void decodeBehindProgress(const SourceFiles& sources, SoundBook& book, QWidget* parent) {
-    constexpr int AppearsAfterMs = 50, Steps = 1000;
-    QProgressDialog progress({}, u"Cancel"_s, 0, Steps, parent);
-    progress.setWindowTitle(Title);
-    progress.setWindowModality(Qt::ApplicationModal);
-    progress.setAutoClose(false);
-    progress.setAutoReset(false);
-    // As wide as it will be: its text grows and shrinks.
-    progress.setMinimumWidth(progress.fontMetrics().averageCharWidth() * 60);
-    progress.setMinimumDuration(AppearsAfterMs);
-    QElapsedTimer timer;
-    timer.start();
-    decodeAll(sources, book, [&](double done) {
-        progress.setLabelText(decodingInWords(done, timer.elapsed()));
-        if (timer.elapsed() >= AppearsAfterMs)
-            progress.show();
-        progress.setValue(int(done * Steps));
-        if (progress.isVisible())
-            QCoreApplication::processEvents();
-        return !progress.wasCanceled();
-    });
-}
-
-// Does some work on a thread of its own. The window lives meanwhile, but takes no clicks.
-void waitFor(const std::function<void()>& work) {
-    constexpr int LooksEveryMs = 30;
-    const std::unique_ptr<QThread> thread(QThread::create(work));
-    thread->start();
-    while (!thread->wait(LooksEveryMs))
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
-}
 
 // Music list by list, then the announcements language by language, each as its page has them.
 QList<ItemSound> inOrderOfLists(const Project& project, const QList<ItemSound>& sounds) {
@@ -134,12 +96,20 @@ std::optional<Place> showSoundCheck(const Project& project, const Services& serv
         services.prompts.tell({.text = u"There are no Speech or Music files selected."_s});
         return {};
     }
-    decodeBehindProgress(sources, services.sounds.book(), parent);
+    SoundBook& book = services.sounds.book();
     QList<ItemSound> sounds;
-    waitFor([&] {
-        services.sounds.book().save();  // it may have taken an hour
-        sounds = inOrderOfLists(asItIs, soundsOf(asItIs, sources, services.sounds.book()));
-    });
+    {
+        ProgressBox progress(parent, Title);
+        decodeAll(sources, book, [&](double done) {
+            return progress.show(decodingInWords(done, progress.elapsed()), done);
+        });
+        const auto compare = [&] {
+            book.save();  // it may have taken an hour
+            sounds = inOrderOfLists(asItIs, soundsOf(asItIs, sources, book));
+        };
+        progress.endCancelling();
+        runOnThread(compare, [&] { progress.show(u"Comparing..."_s); });
+    }
     SoundWindow window(asItIs, sounds, parent);
     return window.exec() == QDialog::Accepted ? window.place() : std::nullopt;
 }

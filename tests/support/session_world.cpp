@@ -2,6 +2,7 @@
 // What sessions do to the world around the window: files, drives, other programs.
 #include <QProcess>
 #include <QRegularExpression>
+#include <QThread>
 
 #include "support/session.h"
 
@@ -81,11 +82,17 @@ void Session::addWorld() {
     verbs["works"] = [this](const QString&) {
         bench.files.failWhen = [](const QString&) { return false; };
     };
-    // Lets the window look after itself in file operations, too.
+    // Lets the window look after itself in file operations, too, whichever thread does them.
     verbs["slow-files"] = [this](const QString&) {
         bench.files.onOperation = [this, before = bench.files.onOperation] {
-            before();
-            QCoreApplication::processEvents();
+            const bool isOwn = QThread::currentThread() == thread();
+            QMetaObject::invokeMethod(
+                this,
+                [&] {
+                    before();
+                    QCoreApplication::processEvents();
+                },
+                isOwn ? Qt::DirectConnection : Qt::BlockingQueuedConnection);
         };
     };
     verbs["operations"] = [this](const QString& what) {  // those that begin so, since the last time
