@@ -12,7 +12,7 @@
 #include <stdexcept>
 
 #include "editor/list_import.h"
-#include "editor/missing_files.h"
+#include "editor/missing_match.h"
 #include "editor/music_editor.h"
 #include "model/music_lists.h"
 #include "platform/local_file_system.h"

@@ -14,7 +14,7 @@
 #include "app/relink_table.h"
 #include "app/sound_watch.h"
 #include "card/card_files.h"
-#include "editor/missing_files.h"
+#include "editor/missing_match.h"
 #include "platform/paths.h"
 
 namespace tessaly {

@@ -4,7 +4,7 @@
 #include "card/card_files.h"
 #include "cli/commands.h"
 #include "cli/console.h"
-#include "editor/missing_files.h"
+#include "editor/missing_match.h"
 #include "model/text_codec.h"
 #include "platform/local_file_system.h"
 #include "platform/paths.h"

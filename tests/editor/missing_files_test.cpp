@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "editor/missing_files.h"
+#include "editor/missing_match.h"
 
 #include <algorithm>
 #include <random>
