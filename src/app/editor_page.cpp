@@ -43,9 +43,10 @@ EditorPage::EditorPage(Project& project, const Services& services, const ListSec
 
 const LineNotes& EditorPage::notes() {
     if (!notes_)
-        notes_.emplace(project_, [this](const QString& path) {
-            const auto last = services_.sounds.book().remembered(path);
-            return last ? last->quick.milliseconds : 0;
+        notes_.emplace(project_, [this](const TrackRecord& record) {
+            const ItemSound item = services_.sounds.remembered(record);
+            return LineNotes::Sound{item.sound ? item.sound->quick.milliseconds : 0,
+                                    !item.problem().isEmpty()};
         });
     return *notes_;
 }

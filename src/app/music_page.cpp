@@ -135,7 +135,7 @@ LineNote MusicPage::trackNote(int row) {
     const ItemSound item = services_.sounds.of(*note.record, note.path, note.stamp);
     QStringList words{note.text};
     if (const QString problem = item.problem(); !problem.isEmpty())
-        words.prepend(u"\u26A0 "_s + problem);
+        words.prepend(WarningSign + problem);
     if (item.sound && item.sound->quick.milliseconds > 0)
         words.append(inMinutes(item.sound->quick.milliseconds));
     words.removeAll(QString());

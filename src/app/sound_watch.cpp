@@ -29,6 +29,12 @@ ItemSound SoundWatch::of(const TrackRecord& record, const QString& path,
                    medians_);
 }
 
+ItemSound SoundWatch::remembered(const TrackRecord& record) const {
+    const QString path = record.sourcePath.text();
+    const auto last = book_.remembered(path);
+    return soundOf(record, path, true, last ? std::optional(last->sound) : std::nullopt, medians_);
+}
+
 void SoundWatch::lookAtAll(const Project& project, const SourceFiles& sources) {
     medians_ = LoudnessMedians(project, sources, book_);
     if (sources == last_)

@@ -37,6 +37,9 @@ class SoundWatch : public QObject {
     ItemSound of(const TrackRecord& record, const QString& path,
                  const std::optional<FileStamp>& stamp);
 
+    /// The same of the file that stood there when somebody looked last, without a look at it.
+    ItemSound remembered(const TrackRecord& record) const;
+
     /// Waits until every file that was asked for was looked at, and tells it.
     void finish();
 

@@ -34,6 +34,15 @@ QString inMinutesOrNone(qint64 milliseconds) {
     return milliseconds > 0 ? inMinutes(milliseconds) : QString();
 }
 
+void add(LineNotes::Sound& all, const LineNotes::Sound& one) {
+    all.milliseconds += one.milliseconds;
+    all.isWarned |= one.isWarned;
+}
+
+QString withSign(const QString& words, const LineNotes::Sound& sound) {
+    return sound.isWarned ? WarningSign + words : words;
+}
+
 }  // namespace
 
 bool LineNotes::areOf(Project project) const {
@@ -46,13 +55,13 @@ bool LineNotes::areOf(Project project) const {
 const LineNotes::Music& LineNotes::music() const {
     if (music_)
         return *music_;
-    music_.emplace(Music{.index = TrackIndex(project_), .tracks = {}, .length = {}});
+    music_.emplace(Music{.index = TrackIndex(project_), .tracks = {}, .sound = {}});
     const MusicListIndex lists(project_);
     for (const QString& list : project_.lstMuList)
         music_->tracks.insert(list, int(lists.tracks(list).size()));
     for (const TrackRecord& record : project_.TrackTable)
         if (isMusic(record))
-            music_->length[record.groupName.text()] += lengthOf(record);
+            add(music_->sound[record.groupName.text()], soundOf(record));
     return *music_;
 }
 
@@ -70,7 +79,9 @@ const LineNotes::Speech& LineNotes::speech() const {
         if (pairs.size() == before)
             continue;
         ++found.titles[pair.second];
-        found.length[pair.second] += lengthOf(record);
+        const Sound sound = soundOf(record);
+        add(found.ofLanguage[pair.second], sound);
+        add(found.ofTitle[pair.first], sound);
         if (found.languages[pair.first]++ == 0)
             found.firstOfTitle.insert(pair.first, &record);
     }
@@ -78,9 +89,11 @@ const LineNotes::Speech& LineNotes::speech() const {
 }
 
 LineNote LineNotes::list(const QString& list) const {
-    return {joined({counted(music().tracks.value(list), u"track"_s),
-                    inMinutesOrNone(music().length.value(list)),
-                    playersOf(kind::Music, list, PlayFullListName.toString())})};
+    const Sound sound = music().sound.value(list);
+    return {withSign(joined({counted(music().tracks.value(list), u"track"_s),
+                             inMinutesOrNone(sound.milliseconds),
+                             playersOf(kind::Music, list, PlayFullListName.toString())}),
+                     sound)};
 }
 
 LineNote LineNotes::track(const QString& list, const QString& track,
@@ -101,9 +114,10 @@ LineNote LineNotes::track(const QString& list, const QString& track,
 LineNote LineNotes::title(const QString& title) const {
     const int there = speech().languages.value(title), all = int(project_.lstLangs.size());
     const TrackRecord* record = speech().firstOfTitle.value(title);
-    return {.text = joined({u"%1 of %2"_s.arg(there).arg(all),
-                            record ? attributesOf(*record).join(u", "_s) : QString(),
-                            playersOf(kind::Speech, {}, title)}),
+    return {.text = withSign(joined({u"%1 of %2"_s.arg(there).arg(all),
+                                     record ? attributesOf(*record).join(u", "_s) : QString(),
+                                     playersOf(kind::Speech, {}, title)}),
+                             speech().ofTitle.value(title)),
             .isBad = there < all};
 }
 
@@ -112,9 +126,11 @@ LineNote LineNotes::language(const QString& language) const {
     bool isDefault = false;
     for (const TrackRecord& record : project_.DefaultLanguageTable.mid(1))
         isDefault |= record.groupName.is(language);
-    return {.text = joined({u"%1 of %2"_s.arg(there).arg(all),
-                            inMinutesOrNone(speech().length.value(language)),
-                            isDefault ? u"default"_s : QString()}),
+    const Sound sound = speech().ofLanguage.value(language);
+    return {.text = withSign(
+                joined({u"%1 of %2"_s.arg(there).arg(all), inMinutesOrNone(sound.milliseconds),
+                        isDefault ? u"default"_s : QString()}),
+                sound),
             .path = {},
             .isBad = there < all};
 }

@@ -29,18 +29,22 @@ struct LineNote {
 /// out when it is first asked for.
 class LineNotes {
  public:
-    /// How long the file at a path plays, in milliseconds; 0 when that is not known.
-    using LengthOf = std::function<qint64(const QString& path)>;
+    /// What is known of the sound of a record's file.
+    struct Sound {
+        qint64 milliseconds = 0;  ///< how long it plays; 0: not known
+        bool isWarned = false;    ///< something is wrong with it
+    };
+    using SoundOf = std::function<Sound(const TrackRecord& record)>;
 
-    explicit LineNotes(const Project& project, LengthOf lengthOf = {})
-        : project_(project), lengthOf_(std::move(lengthOf)) {}
+    explicit LineNotes(const Project& project, SoundOf soundOf = {})
+        : project_(project), soundOf_(std::move(soundOf)) {}
     Q_DISABLE_COPY(LineNotes)
 
     /// Whether these are the notes of the project as it is now. Fast while nothing was edited.
     bool areOf(Project project) const;
 
     /// How many tracks a list has, how long they play, and what plays it: "12 tracks, 43:10,
-    /// trigger 1".
+    /// trigger 1". Here and below a sign stands in front when a file of it has a problem.
     LineNote list(const QString& list) const;
 
     /// "no file" or "missing", how it is played and what plays it: "loud, loop, power-up". The file
@@ -56,25 +60,23 @@ class LineNotes {
  private:
     struct Music {
         TrackIndex index;
-        QHash<QString, int> tracks;     // by list
-        QHash<QString, qint64> length;  // by list
+        QHash<QString, int> tracks;   // by list
+        QHash<QString, Sound> sound;  // by list
     };
     struct Speech {
         QHash<QString, int> titles;     // by language
-        QHash<QString, qint64> length;  // by language
         QHash<QString, int> languages;  // by title
+        QHash<QString, Sound> ofTitle, ofLanguage;
         QHash<QString, const TrackRecord*> firstOfTitle;
     };
 
     const Music& music() const;
     const Speech& speech() const;
-    qint64 lengthOf(const TrackRecord& record) const {
-        return lengthOf_ ? lengthOf_(record.sourcePath.text()) : 0;
-    }
+    Sound soundOf(const TrackRecord& record) const { return soundOf_ ? soundOf_(record) : Sound(); }
     QString playersOf(QStringView plays, const QString& group, const QString& item) const;
 
     const Project project_;
-    const LengthOf lengthOf_;
+    const SoundOf soundOf_;
     mutable std::optional<Music> music_;
     mutable std::optional<Speech> speech_;
 };

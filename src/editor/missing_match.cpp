@@ -185,7 +185,7 @@ AskKnown knownFrom(const QHash<QString, QString>& copies, const FileSystem& file
         if (const QString copy = copies.value(path); !copy.isEmpty())
             return KnownFile{files.fileSize(copy), playingSeconds(copy)};
         const auto last = book.remembered(path);
-        return last ? KnownFile{last->stamp.bytes, int(last->quick.milliseconds / 1000)}
+        return last ? KnownFile{last->stamp.bytes, int(last->sound.quick.milliseconds / 1000)}
                     : KnownFile{};
     };
 }

@@ -111,7 +111,7 @@ std::optional<SoundBook::Remembered> SoundBook::remembered(const QString& path) 
     const auto entry = entries_.constFind(path);
     return entry == entries_.constEnd()
                ? std::nullopt
-               : std::optional(Remembered{entry->stamp, entry->sound.quick});
+               : std::optional(Remembered{entry->stamp, entry->sound});
 }
 
 bool SoundBook::hasDecoded() const {

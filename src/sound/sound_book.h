@@ -39,7 +39,7 @@ class SoundBook {
     /// one by now, or gone.
     struct Remembered {
         FileStamp stamp;
-        QuickLook quick;
+        KnownSound sound;
     };
     std::optional<Remembered> remembered(const QString& path) const;
 

@@ -11,6 +11,9 @@
 
 namespace tessaly {
 
+/// Stands in front of what warns in a list, with a blank behind it.
+inline const QString WarningSign = QStringLiteral("\u26A0 ");
+
 /// "3:45", of 65 minutes "65:00". Less than a second counts as none.
 QString inMinutes(qint64 milliseconds);
 
