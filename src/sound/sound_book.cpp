@@ -109,9 +109,8 @@ std::optional<KnownSound> SoundBook::known(const QString& path, const FileStamp&
 std::optional<SoundBook::Remembered> SoundBook::remembered(const QString& path) const {
     const QMutexLocker lock(&mutex_);
     const auto entry = entries_.constFind(path);
-    return entry == entries_.constEnd()
-               ? std::nullopt
-               : std::optional(Remembered{entry->stamp, entry->sound});
+    return entry == entries_.constEnd() ? std::nullopt
+                                        : std::optional(Remembered{entry->stamp, entry->sound});
 }
 
 bool SoundBook::hasDecoded() const {
