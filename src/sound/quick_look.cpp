@@ -16,8 +16,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 HeadBytes = qint64(256) * 1024, TailBytes = qint64(64) * 1024;
-constexpr int FramesLookedAt = 100;  // of a file that is longer than its head
+// Of a longer file so many frames are enough, and mostly found in the first part of the head.
+constexpr qint64 HeadBytes = qint64(256) * 1024, FirstBytes = qint64(64) * 1024;
+constexpr qint64 TailBytes = qint64(16) * 1024;
+constexpr int FramesLookedAt = 100;
 
 // What the frames of one part of a file have in common.
 struct Walk {
@@ -56,7 +58,7 @@ Walk walkOver(const QByteArray& bytes, qint64 mostFrames) {
 }
 
 // What a file without MPEG sound is, by its first bytes.
-QString kindOf(const QByteArray& head) {
+QString kindOf(QByteArrayView head) {
     struct Kind {
         const char* start;
         qsizetype at;
@@ -77,12 +79,12 @@ QString kindOf(const QByteArray& head) {
             return kind.name.toString();
     if (head.size() > 1 && quint8(head[0]) == 0xFF && (quint8(head[1]) & 0xF6) == 0xF0)
         return u"AAC"_s;
-    const QByteArray text = head.first(std::min<qsizetype>(head.size(), 1024));
+    const QByteArrayView text = head.first(std::min<qsizetype>(head.size(), 1024));
     if (text.isEmpty() || !std::all_of(text.begin(), text.end(), [](char c) {
             return quint8(c) >= 32 || (c >= 9 && c <= 13);
         }))
         return {};
-    const QByteArray lower = text.toLower();
+    const QByteArray lower = text.toByteArray().toLower();
     return lower.contains("<html") || lower.contains("<!doctype html") ? u"HTML"_s : u"text"_s;
 }
 
@@ -136,11 +138,16 @@ QuickLook quickLook(const QString& path) {
         return look;
     const Extent extent = extentOf(file);
     const qint64 size = extent.bytes();
-    const QByteArray head = file.read(extent.from, std::min(size, HeadBytes));
-    const bool isAll = head.size() == size;
+    const bool isAll = size <= HeadBytes;
+    QByteArray head = file.read(extent.from, isAll ? size : FirstBytes);
     look.looksLike = kindOf(head);
-    const Walk walk =
-        look.looksLike.isEmpty() ? walkOver(head, isAll ? size : FramesLookedAt) : Walk();
+    Walk walk;
+    if (look.looksLike.isEmpty())
+        walk = walkOver(head, isAll ? size : FramesLookedAt);
+    if (look.looksLike.isEmpty() && !isAll && walk.frames < FramesLookedAt) {
+        head = file.read(extent.from, HeadBytes);
+        walk = walkOver(head, FramesLookedAt);
+    }
     if (!isSound(walk)) {
         look.finding = QuickLook::Finding::NoSound;
         return look;

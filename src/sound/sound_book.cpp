@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "sound/sound_book.h"
 
+#include <xxhash.h>
+
 #include <QDataStream>
 #include <QDir>
 #include <QFileInfo>
@@ -18,7 +20,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr quint32 Magic = 0x54534232;  // TSB2; another number when the form or a look changes
+constexpr quint32 Magic = 0x54534233;  // TSB3; another number when the form or a look changes
 constexpr qint64 MostBytes = qint64(200) * 1024 * 1024;
 
 QDataStream& operator<<(QDataStream& out, const QuickLook& look) {
@@ -60,6 +62,12 @@ QDataStream& operator>>(QDataStream& in, WholeLook& look) {
 
 }  // namespace
 
+SoundBook::Key::Key(const QString& path) {
+    const XXH128_hash_t hash = XXH3_128bits(path.constData(), size_t(path.size()) * sizeof(QChar));
+    high = hash.high64;
+    low = hash.low64;
+}
+
 QString soundBookFile() {
     return pathIn(userCacheFolder(), u"sounds"_s);
 }
@@ -80,13 +88,16 @@ SoundBook::SoundBook(const QString& file) : file_(file) {
     if (magic != Magic || count > MostFiles)
         return;
     for (quint32 i = 0; i < count; ++i) {
-        QString path;
+        Key path;
         Entry entry;
         bool isWhole = false;
-        in >> path >> entry.stamp.bytes >> entry.stamp.modified >> entry.used >>
+        in >> path.high >> path.low >> entry.stamp.bytes >> entry.stamp.modified >> entry.used >>
             entry.sound.quick >> isWhole;
-        if (isWhole)
-            in >> entry.sound.whole.emplace();
+        if (isWhole) {
+            WholeLook whole;
+            in >> whole;
+            entry.sound.whole = std::make_shared<const WholeLook>(whole);
+        }
         if (in.status() != QDataStream::Ok)
             break;
         uses_ = std::max(uses_, entry.used);
@@ -99,7 +110,7 @@ SoundBook::SoundBook(const QString& file) : file_(file) {
 
 std::optional<KnownSound> SoundBook::known(const QString& path, const FileStamp& stamp) const {
     const QMutexLocker lock(&mutex_);
-    const auto entry = entries_.constFind(path);
+    const auto entry = entries_.constFind(Key(path));
     if (entry == entries_.constEnd() || entry->stamp != stamp)
         return {};
     entry->used = ++uses_;
@@ -108,7 +119,7 @@ std::optional<KnownSound> SoundBook::known(const QString& path, const FileStamp&
 
 std::optional<SoundBook::Remembered> SoundBook::remembered(const QString& path) const {
     const QMutexLocker lock(&mutex_);
-    const auto entry = entries_.constFind(path);
+    const auto entry = entries_.constFind(Key(path));
     return entry == entries_.constEnd() ? std::nullopt
                                         : std::optional(Remembered{entry->stamp, entry->sound});
 }
@@ -127,15 +138,15 @@ QuickLook SoundBook::quick(const QString& path, const FileStamp& stamp) {
 }
 
 void SoundBook::keep(const QString& path, const FileStamp& stamp, const WholeLook& whole) {
-    put(path, {stamp, {quick(path, stamp), whole}});
+    put(path, {stamp, {quick(path, stamp), std::make_shared<const WholeLook>(whole)}});
 }
 
 void SoundBook::put(const QString& path, Entry entry) {
     const QMutexLocker lock(&mutex_);
     entry.used = ++uses_;
     hasNews_ = true;
-    hasDecoded_ |= entry.sound.whole.has_value();
-    entries_.insert(path, entry);
+    hasDecoded_ |= entry.sound.whole != nullptr;
+    entries_.insert(Key(path), entry);
     if (entries_.size() <= MostFiles)
         return;
     QList<qint64> used;
@@ -157,8 +168,8 @@ void SoundBook::save() {
         out << Magic << quint32(entries_.size());
         for (auto entry = entries_.constBegin(); entry != entries_.constEnd(); ++entry) {
             const KnownSound& sound = entry->sound;
-            out << entry.key() << entry->stamp.bytes << entry->stamp.modified << entry->used
-                << sound.quick << sound.whole.has_value();
+            out << entry.key().high << entry.key().low << entry->stamp.bytes
+                << entry->stamp.modified << entry->used << sound.quick << (sound.whole != nullptr);
             if (sound.whole)
                 out << *sound.whole;
         }

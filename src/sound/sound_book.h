@@ -4,6 +4,7 @@
 #include <QHash>
 #include <QMutex>
 #include <QString>
+#include <memory>
 #include <optional>
 
 #include "platform/file_system.h"
@@ -18,7 +19,7 @@ QString soundBookFile();
 /// What is known of the sound of a file.
 struct KnownSound {
     QuickLook quick;
-    std::optional<WholeLook> whole;  ///< nothing before somebody had it decoded
+    std::shared_ptr<const WholeLook> whole;  ///< null before somebody had it decoded
 };
 
 /// Remembers what files sound like, from one start of the program to the next. A file whose size or
@@ -63,11 +64,20 @@ class SoundBook {
         mutable qint64 used = 0;  // the number of the use
     };
 
+    // A path as its hash: no two have the same, and finding it touches less memory.
+    struct Key {
+        quint64 high = 0, low = 0;
+        explicit Key(const QString& path);
+        Key() = default;
+        bool operator==(const Key&) const = default;
+        friend size_t qHash(const Key& key, size_t seed) { return size_t(key.low) ^ seed; }
+    };
+
     void put(const QString& path, Entry entry);
 
     const QString file_;
     mutable QMutex mutex_;
-    QHash<QString, Entry> entries_;
+    QHash<Key, Entry> entries_;
     mutable qint64 uses_ = 0;
     bool hasNews_ = false;
     bool hasDecoded_ = false;
