@@ -34,7 +34,7 @@ const ColumnLook& lookOf(int column) {
         {u"dBTP"_s, u"True peak; above 0 it is clipped"_s, 8},
         {u"Before"_s, u"Silence at its start, in seconds"_s, 8},
         {u"After"_s, u"Silence at its end, in seconds"_s, 8},
-        {u"Format"_s, u"Sample rate, channels and bit rate"_s, 22}};
+        {u"Format"_s, u"Sample rate, channels and bit rate"_s, 28}};
     return Looks[column];
 }
 

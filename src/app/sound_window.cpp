@@ -177,7 +177,7 @@ SoundWindow::SoundWindow(const Project& project, const QList<ItemSound>& sounds,
     showFiles();
     goToSound(model_->soundAt(0));
     table_->setFocus();
-    resize(QSize(150 * fontMetrics().averageCharWidth(), 40 * fontMetrics().height())
+    resize(QSize(158 * fontMetrics().averageCharWidth(), 40 * fontMetrics().height())
                .boundedTo(screen()->availableSize() * 9 / 10));
 }
 
