@@ -105,9 +105,9 @@ void Monkey::step() {
         world_.bench.prompts.told.clear();
         world_.happenings = {};
     }
-    settle();
+    settleDown();
     act(dice);
-    settle();
+    settleDown();
     if (events_ % PaintEvery == 0)
         clocks_.paint();
     if (depth_ == 1) {
@@ -124,6 +124,12 @@ void Monkey::step() {
     runKnown_ = outerRun;
     loopsKnown_ = outerLoops;
     world_.dice = outerDice;
+}
+
+// What a thread learns of sounds comes between two events, and not some time.
+void Monkey::settleDown() {
+    world_.bench.sounds.finish();
+    settle();
 }
 
 void Monkey::end() {

@@ -37,6 +37,7 @@ class Monkey : public QObject {
 
  private:
     void step();
+    void settleDown();
     void act(Dice& dice);
     void note(const QString& name);
     void checkAfterEvent();

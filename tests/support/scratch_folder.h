@@ -9,8 +9,8 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QMap>
+#include <QRandomGenerator>
 #include <QString>
-#include <QTemporaryDir>
 #include <filesystem>
 #include <ostream>
 
@@ -32,13 +32,21 @@ namespace tessaly::test {
 /// A folder of the test's own, gone with it. Its name holds a blank and an umlaut, as people's do.
 class ScratchFolder {
  public:
-    ScratchFolder() : folder_(QDir::tempPath() + "/tessaly tést XXXXXX") {
-        EXPECT_TRUE(folder_.isValid()) << folder_.errorString().toStdString();
+    // Digits are equally wide: so a click on a path falls on the same letter in every run.
+    ScratchFolder() {
+        do
+            folder_ = QDir::tempPath() +
+                      QString("/tessaly tést %1")
+                          .arg(QRandomGenerator::global()->bounded(1'000'000), 6, 10, QChar('0'));
+        while (!QDir().mkdir(folder_) && QFileInfo::exists(folder_));
+        EXPECT_TRUE(QFileInfo(folder_).isDir()) << folder_.toStdString();
     }
+    ~ScratchFolder() { QDir(folder_).removeRecursively(); }
+    Q_DISABLE_COPY(ScratchFolder)
 
     /// With the platform's separators, as the program says it.
     QString path(const QString& name = {}) const {
-        return QDir::toNativeSeparators(name.isEmpty() ? folder_.path() : folder_.filePath(name));
+        return QDir::toNativeSeparators(name.isEmpty() ? folder_ : folder_ + '/' + name);
     }
 
     /// Makes a file, and the folders above it, and returns its path.
@@ -96,7 +104,7 @@ class ScratchFolder {
     }
 
  private:
-    QTemporaryDir folder_;
+    QString folder_;
 };
 
 }  // namespace tessaly::test
