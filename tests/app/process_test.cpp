@@ -146,6 +146,7 @@ TEST(Recent, APathThatDoesNotAnswerHoldsNobodyUp) {
         other.ask({"far"}, 0);
     }
     network->release();  // its answer comes when nobody wants it any more
+    EXPECT_TRUE(QTest::qWaitFor([&] { return network.use_count() == 1; })) << "its thread is gone";
 }
 
 TEST(Keys, TheManualHasThem) {
