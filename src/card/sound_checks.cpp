@@ -67,8 +67,8 @@ bool ItemSound::isAnnouncement() const {
 }
 
 QString ItemSound::problem() const {
-    if (!sound)
-        return {};
+    if (!sound || (!sound->whole && sound->quick.finding == QuickLook::Finding::Good))
+        return {};  // most are asked for at every edit
     QStringList problems = {problemInWords(sound->quick)};
     // A last frame that is cut is found by both looks.
     if (sound->whole &&
